@@ -1,0 +1,44 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "Platform/Geometry/Geometry.h"
+
+namespace qv {
+
+/// A typeface at a size. A cheap value; nil when default-constructed.
+class UIFont {
+  public:
+    struct Face;  ///< a loaded font file
+
+    UIFont() = default;
+
+    /// A font registered with this process, by PostScript name; nil when there is none. Fonts of the machine are
+    /// not searched, so that a picture is the same on every machine.
+    static UIFont fontWithName(const std::string& postScriptName, double size);
+    /// The machine's default sans-serif font; when it has none, a font without glyphs that still measures.
+    static UIFont systemFontOfSize(double size);
+    /// Makes every face of a font file available to `fontWithName`. False with the cause in `error` on failure;
+    /// a file that is already registered is a failure too.
+    static bool registerFontFile(const std::string& path, std::string* error);
+
+    explicit operator bool() const { return face_ != nullptr; }
+    /// The PostScript name.
+    const std::string& fontName() const;
+    double pointSize() const { return size_; }
+    double ascender() const;
+    double descender() const;
+    double lineHeight() const;
+    /// Advance width and line height of one line of UTF-8 text, in points.
+    CGSize sizeOfText(const std::string& utf8) const;
+
+    const std::shared_ptr<const Face>& face() const { return face_; }
+
+  private:
+    UIFont(std::shared_ptr<const Face> face, double size) : face_(std::move(face)), size_(size) {}
+    std::shared_ptr<const Face> face_;
+    double size_ = 0;
+};
+
+}  // namespace qv

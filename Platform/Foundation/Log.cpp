@@ -1,0 +1,46 @@
+#include "Platform/Foundation/Log.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <mutex>
+#include <string>
+#include <utility>
+
+namespace qv {
+
+namespace {
+
+struct Log {
+    std::mutex mutex;
+    LogSink sink;
+};
+
+// Never destroyed: a background thread may log while the process ends.
+Log& theLog() {
+    static auto* log = new Log;
+    return *log;
+}
+
+}  // namespace
+
+void setLogSink(LogSink sink) {
+    auto& log = theLog();
+    std::scoped_lock lock(log.mutex);
+    log.sink = std::move(sink);
+}
+
+void logLine(std::string_view line) {
+    std::string text(line);
+    std::replace_if(
+        text.begin(), text.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
+    auto& log = theLog();
+    std::scoped_lock lock(log.mutex);
+    if (log.sink) {
+        log.sink(text);
+    } else {
+        text += '\n';
+        std::fwrite(text.data(), 1, text.size(), stderr);
+    }
+}
+
+}  // namespace qv

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <functional>
+#include <string_view>
+
+namespace qv {
+
+/// Receives each log line, without its line end. Called from any thread, one call at a time; it must not log
+/// itself.
+using LogSink = std::function<void(std::string_view line)>;
+
+/// Replaces the sink; an empty function restores the default, which writes to standard error.
+void setLogSink(LogSink sink);
+
+/// Sends one line to the sink; line breaks within it become spaces. The library logs only what the host
+/// cannot learn otherwise.
+void logLine(std::string_view line);
+
+}  // namespace qv

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Platform/ImageGraph/MTIImage.h"
+#include "Platform/Media/Bitmap.h"
+#include "Platform/Media/PixelBuffer.h"
+
+namespace qv {
+
+/// A Vulkan device as a host chooses one.
+struct GraphicsDevice {
+    int index;
+    std::string name, driver;
+    std::string apiVersion;  ///< "1.3.230"
+    bool isProcessor;        ///< a software device
+    std::uint64_t memoryBytes;
+    std::string unusable;    ///< why a context cannot be made on it, or empty
+};
+
+struct MTIContextOptions {
+    int deviceIndex = -1;  ///< of `MTIContext::devices`; −1 takes the most capable
+    MTIPixelFormat workingPixelFormat = MTIPixelFormat::rgba8Unorm;
+    bool validation = false;                        ///< load the Khronos validation layer, if it is installed
+    std::uint64_t textureBudgetBytes = 512u << 20;  ///< idle textures above this are freed
+};
+
+/// What a render cost. Bytes are those of textures that passes read and wrote.
+struct RenderStatistics {
+    int passes = 0;
+    std::uint64_t bytesRead = 0, bytesWritten = 0;
+    double gpuMilliseconds = 0;  ///< 0 where the device has no time stamps
+};
+
+/// A render under way. Destroying it does not cancel it.
+class RenderTask {
+  public:
+    virtual ~RenderTask() = default;
+    /// Blocks until the pixels are there. False with the cause in `error`. May be called from any one thread.
+    virtual bool wait(std::string* error = nullptr) = 0;
+    virtual const RenderStatistics& statistics() const = 0;  ///< valid after `wait`
+};
+
+/// Renders images on one Vulkan device. Thread-safe: calls from several threads are taken one after another.
+class MTIContext {
+  public:
+    /// Every Vulkan device of the machine; empty with the cause in `error` when there is no driver.
+    static std::vector<GraphicsDevice> devices(std::string* error = nullptr);
+
+    /// Nil with one line naming the cause when no usable device is found or it cannot be set up.
+    static std::shared_ptr<MTIContext> create(const MTIContextOptions& options = {}, std::string* error = nullptr);
+    virtual ~MTIContext() = default;
+
+    virtual const GraphicsDevice& device() const = 0;
+    virtual const MTIContextOptions& options() const = 0;
+
+    /// Starts rendering into `destination`, whose size must be the image's: 8-bit formats and, from a float working
+    /// format, 10-bit ones. Blocks only while too many frames are in flight. Nil with the cause in `error` on failure.
+    virtual std::unique_ptr<RenderTask> startRender(const MTIImage& image, const PixelBuffer& destination,
+                                                    std::string* error = nullptr) = 0;
+    /// Renders and leaves the result on the device; for measuring and for warming up.
+    virtual std::unique_ptr<RenderTask> startRender(const MTIImage& image, std::string* error = nullptr) = 0;
+
+    /// Renders to premultiplied RGBA8 and waits. Nil with the cause in `error` on failure.
+    virtual Bitmap renderToBitmap(const MTIImage& image, std::string* error = nullptr) = 0;
+    /// Renders through a float texture and waits: four premultiplied floats a pixel, top row first. Empty with the
+    /// cause in `error` on failure. Intermediate passes keep the formats they ask for.
+    virtual std::vector<float> renderToFloats(const MTIImage& image, std::string* error = nullptr) = 0;
+
+    /// Compiles what `image` needs so that its first render does not stutter.
+    virtual void prepare(const MTIImage& image) = 0;
+
+    /// Messages of the validation layer so far; empty without `validation`.
+    virtual std::vector<std::string> validationMessages() const = 0;
+    /// Bytes of device memory that the context holds now.
+    virtual std::uint64_t allocatedBytes() const = 0;
+};
+
+}  // namespace qv

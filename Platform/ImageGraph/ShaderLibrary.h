@@ -1,0 +1,75 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace qv {
+
+enum class UniformType { floatType, intType, boolType, vec2, vec3, vec4 };
+
+/// A named value of a shader function: a uniform, which is a pushed value, or a selector, which is a
+/// specialisation constant (one pipeline per value).
+struct ShaderUniform {
+    std::string name;
+    UniformType type = UniformType::floatType;
+    bool isSelector = false;
+    int offset = 0;  ///< words into the pushed block, or the constant's id
+};
+
+/// How a function reaches one of its inputs.
+struct ShaderInput {
+    bool here = false;      ///< through readHere
+    bool anywhere = false;  ///< through readInput or readPixel
+    int sizeOffset = -1;    ///< words into the pushed block of its size, −1 when the function does not ask
+};
+
+/// A compiled fragment function and what it declares, or a raw stage (a .vert or .frag file, with code alone).
+/// Immutable.
+///
+/// The pushed block is at most 32 words: the output's size first (2 words), then sizes of inputs, then uniforms; it
+/// travels to the fragment stage as flat varyings of four words. Selectors have the constant ids 0…; constant
+/// id 64+n is 1 when input n has another size than the output, so that readHere(n) samples instead of fetching.
+class ShaderFunction {
+  public:
+    std::string name;
+    std::string source;  ///< as written, with its includes; what passes are fused from
+    std::vector<ShaderUniform> uniforms;
+    std::vector<ShaderInput> inputs;
+    int pushedWords = 2;
+    std::vector<std::uint32_t> code;  ///< SPIR-V
+
+    const ShaderUniform* uniform(std::string_view uniformName) const;
+    /// True when every read of input `index` is readHere.
+    bool readsOnlyHere(std::size_t index) const { return !inputs[index].anywhere; }
+};
+
+inline constexpr int kMaximumPushedWords = 32;
+inline constexpr std::uint32_t kResampleConstantBase = 64;
+
+/// A file of compiled shader functions, by name. Immutable, shared between threads.
+class ShaderLibrary {
+  public:
+    /// Opened libraries are kept for the process. Nil with the cause in `error` when the file is missing or damaged.
+    static std::shared_ptr<const ShaderLibrary> open(const std::string& path, std::string* error = nullptr);
+    /// Nil when the bytes are not a library of this version.
+    static std::shared_ptr<const ShaderLibrary> parse(std::span<const std::byte> bytes, std::string* error = nullptr);
+    /// The functions of the platform itself, compiled into it.
+    static const std::shared_ptr<const ShaderLibrary>& platform();
+
+    /// Nil when there is none of this name.
+    std::shared_ptr<const ShaderFunction> function(std::string_view name) const;
+    std::vector<std::string> functionNames() const;
+
+  private:
+    std::unordered_map<std::string, std::shared_ptr<const ShaderFunction>> functions_;
+};
+
+/// The bytes of a library that holds `functions`; `parse` reads them back.
+std::vector<std::byte> serializeShaderLibrary(std::span<const ShaderFunction> functions);
+
+}  // namespace qv

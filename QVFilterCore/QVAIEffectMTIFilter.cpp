@@ -1,0 +1,24 @@
+#include "QVFilterCore/QVAIEffectMTIFilter.h"
+
+namespace qv {
+
+namespace {
+using Effect = QVAIEffectMTIFilter;
+}  // namespace
+
+const QVFilterClass QVAIEffectMTIFilterClass{
+    .name = "QVAIEffectMTIFilter",
+    .superclass = &QVEffectMTIFilterClass,
+    .factory = makeFilter<QVAIEffectMTIFilter>,
+    .category = QVFilterCategory::subject,
+    .inputs = QVFilterInputs::oneAndMask,
+    .properties =
+        {
+            qvProperty<&Effect::extraTransform, &Effect::setExtraTransform>("extraTransform",
+                                                                            "from mask space to the frame"),
+            qvProperty<&Effect::colors, &Effect::setColors>("colors",
+                                                            "colours of the effect, its own when empty"),
+        },
+};
+
+}  // namespace qv

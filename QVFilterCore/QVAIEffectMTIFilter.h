@@ -1,0 +1,39 @@
+#pragma once
+
+#include <vector>
+
+#include "QVFilterCore/QVEffectMTIFilter.h"
+
+namespace qv {
+
+extern const QVFilterClass QVAIEffectMTIFilterClass;
+
+/// An effect that knows the subject: a mask that is white where the subject is.
+class QVAIEffectMTIFilter : public QVEffectMTIFilter {
+  public:
+    explicit QVAIEffectMTIFilter(const QVFilterClass& filterClass = QVAIEffectMTIFilterClass)
+        : QVEffectMTIFilter(filterClass) {}
+
+    const MTIImage& maskImage() const { return maskImage_; }
+    void setMaskImage(MTIImage image) { maskImage_ = std::move(image); }
+    /// The same mask in memory, one byte a pixel; may be absent.
+    const PixelBuffer& maskPixelBuffer() const { return maskPixelBuffer_; }
+    void setMaskPixelBuffer(PixelBuffer buffer) { maskPixelBuffer_ = std::move(buffer); }
+    /// From mask space to the frame's orientation.
+    const CGAffineTransform& extraTransform() const { return extraTransform_; }
+    void setExtraTransform(const CGAffineTransform& transform) { extraTransform_ = transform; }
+    CGSize inputImageOriginalSize() const { return inputImageOriginalSize_; }
+    void setInputImageOriginalSize(CGSize size) { inputImageOriginalSize_ = size; }
+    /// The user's colours; empty takes the class's own.
+    const std::vector<UIColor>& colors() const { return colors_; }
+    void setColors(std::vector<UIColor> colors) { colors_ = std::move(colors); }
+
+  private:
+    MTIImage maskImage_;
+    PixelBuffer maskPixelBuffer_;
+    CGAffineTransform extraTransform_;
+    CGSize inputImageOriginalSize_;
+    std::vector<UIColor> colors_;
+};
+
+}  // namespace qv

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "QVFilterCore/QVMTIFilter.h"
+
+namespace qv {
+
+extern const QVFilterClass QVMTIOneInputFilterClass;
+
+/// A filter over one image; one pass of the class's kernel unless `outputImage` says otherwise.
+class QVMTIOneInputFilter : public QVMTIFilter {
+  public:
+    explicit QVMTIOneInputFilter(const QVFilterClass& filterClass = QVMTIOneInputFilterClass)
+        : QVMTIFilter(filterClass) {}
+
+    const MTIImage& inputImage() const { return inputImage_; }
+    virtual void setInputImage(MTIImage image) { inputImage_ = std::move(image); }
+
+    /// The uniforms of the pass, built anew for each frame.
+    virtual MTIParameters parameters() const { return {}; }
+    MTIImage outputImage() override { return applyKernel({inputImage()}, parameters()); }
+
+  private:
+    MTIImage inputImage_;
+};
+
+}  // namespace qv

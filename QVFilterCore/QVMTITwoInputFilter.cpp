@@ -1,0 +1,15 @@
+#include "QVFilterCore/QVMTITwoInputFilter.h"
+
+namespace qv {
+
+const QVFilterClass QVMTITwoInputFilterClass{.name = "QVMTITwoInputFilter",
+                                             .superclass = &QVMTIOneInputFilterClass,
+                                             .factory = makeFilter<QVMTITwoInputFilter>,
+                                             .inputs = QVFilterInputs::two};
+
+MTIImage QVMTITwoInputFilter::outputImage() {
+    if (!inputImage2()) return {};
+    return applyKernel({inputImage(), inputImage2()}, parameters());
+}
+
+}  // namespace qv

@@ -1,0 +1,63 @@
+#include "QVFilterCore/QVTransitionMTIFilter.h"
+
+#include <cmath>
+
+namespace qv {
+
+namespace {
+using Transition = QVTransitionMTIFilter;
+}  // namespace
+
+const QVFilterClass QVTransitionMTIFilterClass{
+    .name = "QVTransitionMTIFilter",
+    .superclass = &QVMTIFilterClass,
+    .factory = makeFilter<QVTransitionMTIFilter>,
+    .category = QVFilterCategory::transition,
+    .inputs = QVFilterInputs::two,
+    .properties =
+        {
+            qvProperty<&Transition::progress, &Transition::setProgress>("progress", 0, 1,
+                                                                        "position in the transition"),
+            qvProperty<&Transition::timeRange, &Transition::setTimeRange>("timeRange",
+                                                                          "span on the timeline, seconds"),
+        },
+    .kind = QVFilterKind::transition,
+};
+
+float QVTransitionMTIFilter::ratio() const {
+    const CGSize size = inputImage1_.size();
+    return size.height > 0 ? float(size.width / size.height) : 1.0f;
+}
+
+MTIParameters QVTransitionMTIFilter::parameters() const {
+    return {{"progress", newProgress()},
+            {"start", float(CMTimeGetSeconds(timeRange_.start))},
+            {"duration", float(CMTimeGetSeconds(timeRange_.duration))},
+            {"ratio", ratio()}};
+}
+
+MTIImage QVTransitionMTIFilter::outputImage() {
+    if (!inputImage1_ || !inputImage2_) return {};
+    return applyKernel({inputImage1_, inputImage2_}, parameters());
+}
+
+namespace {
+
+/// Ease in and out by a power: half the way by 2^(n−1)·pⁿ, the other half mirrored.
+float easeInOutPower(float progress, int power) {
+    const double p = progress;
+    const double half = p < 0.5 ? p : 1 - p;
+    const double eased = std::pow(2.0, power - 1) * std::pow(half, power);
+    return float(p < 0.5 ? eased : 1 - eased);
+}
+
+}  // namespace
+
+float QVTransitionMTIFilter::easeInOutCubic(float progress) {
+    return easeInOutPower(progress, 3);
+}
+float QVTransitionMTIFilter::easeInOutHeavy(float progress) {
+    return easeInOutPower(progress, 5);
+}
+
+}  // namespace qv

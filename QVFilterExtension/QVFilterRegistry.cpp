@@ -1,0 +1,93 @@
+#include "QVFilterExtension/QVFilterRegistry.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <string>
+#include <unordered_map>
+
+#include "QVFilterCore/QVMTIFilter.h"
+
+namespace qv {
+
+#define QV_FILTER_CLASS(name) extern const QVFilterClass name##Class;
+#include "QVFilterExtension/QVFilterClassList.inc"
+#undef QV_FILTER_CLASS
+
+namespace {
+
+const std::array kClasses = std::to_array<const QVFilterClass*>({
+#define QV_FILTER_CLASS(name) &name##Class,
+#include "QVFilterExtension/QVFilterClassList.inc"
+#undef QV_FILTER_CLASS
+});
+
+/// What is left of a name when case and the affixes that most classes share are ignored.
+std::string stem(std::string_view name) {
+    std::string text(name);
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](unsigned char c) { return char(std::tolower(c)); });
+    if (text.starts_with("qv")) text.erase(0, 2);
+    for (std::string_view suffix : {"filter", "mti", "effect", "transition"}) {
+        if (text.ends_with(suffix)) text.resize(text.size() - suffix.size());
+    }
+    return text;
+}
+
+/// Levenshtein distance.
+std::size_t editDistance(std::string_view a, std::string_view b) {
+    std::vector<std::size_t> row(b.size() + 1);
+    for (std::size_t j = 0; j <= b.size(); ++j) row[j] = j;
+    for (std::size_t i = 1; i <= a.size(); ++i) {
+        std::size_t diagonal = row[0];
+        row[0] = i;
+        for (std::size_t j = 1; j <= b.size(); ++j) {
+            const std::size_t above = row[j];
+            row[j] = std::min({above + 1, row[j - 1] + 1, diagonal + (a[i - 1] != b[j - 1])});
+            diagonal = above;
+        }
+    }
+    return row[b.size()];
+}
+
+}  // namespace
+
+std::span<const QVFilterClass* const> allFilterClasses() {
+    return kClasses;
+}
+
+const QVFilterClass* filterClassNamed(std::string_view name) {
+    static const auto byName = [] {
+        std::unordered_map<std::string_view, const QVFilterClass*> map;
+        for (const QVFilterClass* filterClass : kClasses) map.emplace(filterClass->name, filterClass);
+        return map;
+    }();
+    const auto found = byName.find(name);
+    return found == byName.end() ? nullptr : found->second;
+}
+
+std::unique_ptr<QVMTIFilter> createFilter(std::string_view className) {
+    const QVFilterClass* filterClass = filterClassNamed(className);
+    return filterClass ? filterClass->create() : nullptr;
+}
+
+std::vector<std::string_view> closestClassNames(std::string_view name, std::size_t count) {
+    const std::string wanted = stem(name);
+    std::vector<std::pair<std::size_t, std::string_view>> ranked;
+    for (const QVFilterClass* filterClass : kClasses) {
+        const std::string candidate = stem(filterClass->name);
+        const bool contains = wanted.size() >= 3 && candidate.find(wanted) != std::string::npos;
+        const std::size_t distance = contains ? 0 : editDistance(wanted, candidate);
+        if (distance <= std::max<std::size_t>(2, wanted.size() / 2))
+            ranked.emplace_back(distance, filterClass->name);
+    }
+    std::stable_sort(ranked.begin(), ranked.end(), [](auto& a, auto& b) { return a.first < b.first; });
+    std::vector<std::string_view> names;
+    for (const auto& [distance, candidate] : ranked) {
+        if (names.size() == count) break;
+        names.push_back(candidate);
+    }
+    return names;
+}
+
+}  // namespace qv
