@@ -30,26 +30,33 @@ constexpr std::array<TypeName, 6> kUniformTypes{{{"float", UniformType::floatTyp
 
 /// Why a word may not appear, or nothing.
 std::string_view refusal(std::string_view word) {
-    static const std::unordered_set<std::string_view> derivatives{
-        "dFdx", "dFdy", "fwidth", "dFdxFine", "dFdyFine", "fwidthFine", "dFdxCoarse", "dFdyCoarse", "fwidthCoarse"};
+    static const std::unordered_set<std::string_view> derivatives{"dFdx",       "dFdy",       "fwidth",
+                                                                  "dFdxFine",   "dFdyFine",   "fwidthFine",
+                                                                  "dFdxCoarse", "dFdyCoarse", "fwidthCoarse"};
     static const std::unordered_set<std::string_view> textures{
-        "texture",           "textureLod",       "textureGrad",      "textureGather",       "textureGatherOffset",
-        "textureProj",       "textureProjLod",   "textureProjGrad",  "textureOffset",       "textureLodOffset",
-        "textureGradOffset", "textureSize",      "texelFetch",       "texelFetchOffset",    "textureQueryLod",
-        "texture2D",         "textureQueryLevels", "imageLoad",      "imageStore",          "imageSize",
-        "sampler2D",         "image2D",          "texture2DLod",     "textureProjOffset"};
-    static const std::unordered_set<std::string_view> interfaces{"layout", "buffer",  "shared", "attribute",
-                                                                 "varying", "subroutine", "main"};
-    if (derivatives.contains(word)) return "derivatives are not available: a colour depends on its own place alone";
-    if (word == "discard") return "discard is not available: every pixel gets a colour";
+        "texture",          "textureLod",          "textureGrad",
+        "textureGather",    "textureGatherOffset", "textureProj",
+        "textureProjLod",   "textureProjGrad",     "textureOffset",
+        "textureLodOffset", "textureGradOffset",   "textureSize",
+        "texelFetch",       "texelFetchOffset",    "textureQueryLod",
+        "texture2D",        "textureQueryLevels",  "imageLoad",
+        "imageStore",       "imageSize",           "sampler2D",
+        "image2D",          "texture2DLod",        "textureProjOffset"};
+    static const std::unordered_set<std::string_view> interfaces{
+        "layout", "buffer", "shared", "attribute", "varying", "subroutine", "main"};
+    if (derivatives.contains(word))
+        return "not available, a colour depends on its own place alone";
+    if (word == "discard") return "not available, every pixel gets a colour";
     if (textures.contains(word)) return "inputs are read through readHere, readInput and readPixel alone";
     if (interfaces.contains(word)) return "the interface of the stage is the compiler's own";
-    if (word.starts_with("gl_") || word.starts_with("qv_")) return "names that begin with gl_ or qv_ are not available";
+    if (word.starts_with("gl_") || word.starts_with("qv_"))
+        return "names that begin with gl_ or qv_ are not available";
     return {};
 }
 
 bool isQualifier(std::string_view word) {
-    static const std::unordered_set<std::string_view> words{"const", "highp", "mediump", "lowp", "precise", "return"};
+    static const std::unordered_set<std::string_view> words{"const", "highp",   "mediump",
+                                                            "lowp",  "precise", "return"};
     return words.contains(word);
 }
 
@@ -156,8 +163,8 @@ class Parser {
             fail(file.path, hash.line, fmt::format("include file \"{}\" is not found", name));
             return;
         }
-        ShaderSource::Include include{name, found->path, found->text};
-        parse(found->path, found->text, include.text, true);
+        ShaderSource::Include include{name, found->path, found->text, found->text};
+        parse(include.path, include.text, include.body, true);
         source_.includes.push_back(std::move(include));
     }
 
@@ -166,11 +173,12 @@ class Parser {
         const ShaderToken& keyword = file.tokens[at];
         const bool isSelector = keyword.is("selector");
         if (file.isInclude) {
-            fail(file.path, keyword.line, fmt::format("a {} belongs into the function's own file", keyword.text));
+            fail(file.path, keyword.line,
+                 fmt::format("a {} belongs into the function's own file", keyword.text));
             return at;
         }
-        if (braces > 0 || keyword.inDirective || at + 3 >= file.tokens.size() || !file.tokens[at + 1].isWord() ||
-            !file.tokens[at + 2].isWord() || !file.tokens[at + 3].is(";")) {
+        if (braces > 0 || keyword.inDirective || at + 3 >= file.tokens.size() ||
+            !file.tokens[at + 1].isWord() || !file.tokens[at + 2].isWord() || !file.tokens[at + 3].is(";")) {
             fail(file.path, keyword.line,
                  fmt::format("a {0} is declared outside functions as \"{0} {1} name;\"", keyword.text,
                              isSelector ? "int" : "type"));
@@ -183,13 +191,15 @@ class Parser {
             fail(file.path, keyword.line, fmt::format("selector \"{}\" is of type {}, not int", name, type));
         } else if (known == kUniformTypes.end()) {
             fail(file.path, keyword.line,
-                 fmt::format("uniform \"{}\" has the unknown type {} (float, int, bool, vec2, vec3 and vec4 are known)",
+                 fmt::format("uniform \"{}\" has the unknown type {} (float, int, bool, vec2, vec3 and vec4 "
+                             "are known)",
                              name, type));
         } else if (std::ranges::find(source_.uniforms, name, &ShaderSource::Uniform::name) !=
                    source_.uniforms.end()) {
             fail(file.path, keyword.line, fmt::format("\"{}\" is declared twice", name));
         } else if (name == "uv" || name == source_.name) {
-            fail(file.path, keyword.line, fmt::format("\"{}\" is the function's own name or parameter", name));
+            fail(file.path, keyword.line,
+                 fmt::format("\"{}\" is the function's own name or parameter", name));
         } else if (const std::string_view why = refusal(name); !why.empty()) {
             fail(file.path, keyword.line, fmt::format("{}: {}", name, why));
         } else {
@@ -211,7 +221,8 @@ class Parser {
         if (!here && !anywhere && !token.is("inputSize")) return;
         if (file.isInclude) {
             fail(file.path, token.line,
-                 fmt::format("{}: an include file reads no inputs; hand it the colour or the place", token.text));
+                 fmt::format("{}: an include file reads no inputs; hand it the colour or the place",
+                             token.text));
             return;
         }
         unsigned index = kMaximumShaderInputs;
@@ -223,7 +234,8 @@ class Parser {
         }
         if (index >= unsigned(kMaximumShaderInputs)) {
             fail(file.path, token.line,
-                 fmt::format("{} names its input by a whole number, 0 to {}", token.text, kMaximumShaderInputs - 1));
+                 fmt::format("{} names its input by a whole number, 0 to {}", token.text,
+                             kMaximumShaderInputs - 1));
             return;
         }
         if (source_.inputs.size() <= index) source_.inputs.resize(index + 1);
@@ -241,7 +253,8 @@ class Parser {
     void noteGlobal(const File& file, std::size_t at) {
         if (file.isInclude || at == 0) return;
         const ShaderToken& before = file.tokens[at - 1];
-        const bool declared = (before.isWord() && !before.inDirective && !isQualifier(before.text)) || before.is(",");
+        const bool declared =
+            (before.isWord() && !before.inDirective && !isQualifier(before.text)) || before.is(",");
         if (declared) source_.globals.emplace_back(file.tokens[at].text);
     }
 
@@ -249,7 +262,8 @@ class Parser {
         const std::vector<ShaderToken> tokens = shaderTokens(source_.text);
         for (std::size_t i = 0; i + 6 < tokens.size(); ++i) {
             if (tokens[i].is("vec4") && tokens[i + 1].is(source_.name) && tokens[i + 2].is("(") &&
-                tokens[i + 3].is("vec2") && tokens[i + 4].isWord() && tokens[i + 5].is(")") && tokens[i + 6].is("{")) {
+                tokens[i + 3].is("vec2") && tokens[i + 4].isWord() && tokens[i + 5].is(")") &&
+                tokens[i + 6].is("{")) {
                 return true;
             }
         }
@@ -312,7 +326,8 @@ std::optional<ShaderSource> parseArchivedShader(std::string name, std::string_vi
     return parseShaderSource(std::move(name), std::move(path), std::string(archive), resolver, errors);
 }
 
-std::string prefixNames(std::string_view text, const std::vector<std::string>& from, std::string_view prefix) {
+std::string prefixNames(std::string_view text, const std::vector<std::string>& from,
+                        std::string_view prefix) {
     std::string result;
     std::size_t copied = 0;
     const std::vector<ShaderToken> tokens = shaderTokens(text);

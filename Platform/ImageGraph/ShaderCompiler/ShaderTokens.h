@@ -11,10 +11,10 @@ struct ShaderToken {
     enum class Kind { word, number, punctuation };
     Kind kind;
     std::string_view text;
-    std::size_t offset;      ///< bytes into the text
-    int line;                ///< from 1
-    bool inDirective;        ///< on a preprocessor line
-    bool startsDirective;    ///< the # of one
+    std::size_t offset;    ///< bytes into the text
+    int line;              ///< from 1
+    bool inDirective;      ///< on a preprocessor line
+    bool startsDirective;  ///< the # of one
 
     bool is(std::string_view other) const { return text == other; }
     bool isWord() const { return kind == Kind::word; }

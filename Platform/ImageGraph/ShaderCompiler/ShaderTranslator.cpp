@@ -1,0 +1,281 @@
+#include "Platform/ImageGraph/ShaderCompiler/ShaderTranslator.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <iterator>
+#include <unordered_set>
+
+namespace qv {
+
+namespace {
+
+int wordCount(UniformType type) {
+    switch (type) {
+        case UniformType::floatType:
+        case UniformType::intType:
+        case UniformType::boolType:
+            return 1;
+        case UniformType::vec2:
+            return 2;
+        case UniformType::vec3:
+            return 3;
+        case UniformType::vec4:
+            return 4;
+    }
+    return 1;
+}
+
+std::string_view typeName(UniformType type) {
+    switch (type) {
+        case UniformType::floatType:
+            return "float";
+        case UniformType::intType:
+            return "int";
+        case UniformType::boolType:
+            return "bool";
+        case UniformType::vec2:
+            return "vec2";
+        case UniformType::vec3:
+            return "vec3";
+        case UniformType::vec4:
+            return "vec4";
+    }
+    return "float";
+}
+
+/// Words first, first + 1, … of the pushed block as one unsigned value or vector.
+std::string pushedWords(int first, int count) {
+    auto word = [](int index) { return fmt::format("qv_words{}.{}", index / 4, "xyzw"[index % 4]); };
+    if (count == 1) return word(first);
+    if (first / 4 == (first + count - 1) / 4) {
+        return fmt::format("qv_words{}.{}", first / 4,
+                           std::string_view("xyzw").substr(std::size_t(first % 4), count));
+    }
+    std::string list;
+    for (int i = 0; i < count; ++i) list += fmt::format("{}{}", i == 0 ? "" : ", ", word(first + i));
+    return fmt::format("uvec{}({})", count, list);
+}
+
+std::string unpacked(UniformType type, int offset) {
+    const std::string words = pushedWords(offset, wordCount(type));
+    if (type == UniformType::intType) return fmt::format("int({})", words);
+    if (type == UniformType::boolType) return fmt::format("({} != 0u)", words);
+    return fmt::format("uintBitsToFloat({})", words);
+}
+
+/// Builds the text of one pass.
+class Composer {
+  public:
+    Composer(std::string name, std::span<const ShaderStage> stages) : stages_(stages) {
+        shader_.declaration.name = std::move(name);
+        shader_.declaration.pushedWords = 0;
+    }
+
+    TranslatedShader compose() {
+        collectInputs();
+        if (!shader_.error.empty()) return std::move(shader_);
+        placeSizes();
+        emitIncludes();
+        for (std::size_t i = 0; i < stages_.size() && shader_.error.empty(); ++i) emitStage(int(i));
+        if (shader_.error.empty() && shader_.declaration.pushedWords > kMaximumPushedWords) {
+            shader_.error = fmt::format("{} words of uniforms and sizes are pushed, {} is the most",
+                                        shader_.declaration.pushedWords, kMaximumPushedWords);
+        }
+        shader_.glsl = head() + text_ + mainFunction();
+        return std::move(shader_);
+    }
+
+  private:
+    /// Prefix of the stage's own names; a pass of one function keeps them.
+    std::string prefix(int stage) const { return stages_.size() == 1 ? "" : fmt::format("s{}_", stage); }
+
+    void collectInputs() {
+        ShaderFunction& declaration = shader_.declaration;
+        for (std::size_t i = 0; i < stages_.size(); ++i) {
+            const ShaderSource& source = *stages_[i].source;
+            for (std::size_t n = 0; n < source.inputs.size(); ++n) {
+                const ShaderInput& read = source.inputs[n];
+                const ShaderStage::Input& from = stages_[i].inputs[n];
+                if (from.stage >= 0) {
+                    if (read.anywhere || std::size_t(from.stage) >= i) {
+                        shader_.error =
+                            fmt::format("{} reads input {} away from its own place", source.name, n);
+                    }
+                    continue;
+                }
+                if (from.texture < 0 || from.texture >= kMaximumShaderInputs) {
+                    shader_.error = fmt::format("the pass reads more than {} textures", kMaximumShaderInputs);
+                    return;
+                }
+                if (declaration.inputs.size() <= std::size_t(from.texture)) {
+                    declaration.inputs.resize(std::size_t(from.texture) + 1);
+                }
+                ShaderInput& texture = declaration.inputs[std::size_t(from.texture)];
+                texture.here |= read.here;
+                texture.anywhere |= read.anywhere;
+                if (read.sizeOffset >= 0) texture.sizeOffset = 0;
+            }
+        }
+    }
+
+    int push(int words) {
+        const int offset = shader_.declaration.pushedWords;
+        shader_.declaration.pushedWords += words;
+        return offset;
+    }
+
+    void placeSizes() {
+        unpack_ += fmt::format("    qv_outputSize = {};\n", unpacked(UniformType::vec2, push(2)));
+        for (std::size_t n = 0; n < shader_.declaration.inputs.size(); ++n) {
+            ShaderInput& input = shader_.declaration.inputs[n];
+            if (input.sizeOffset < 0) continue;
+            input.sizeOffset = push(2);
+            text_ += fmt::format("vec2 qv_inputSize{};\n", n);
+            unpack_ +=
+                fmt::format("    qv_inputSize{} = {};\n", n, unpacked(UniformType::vec2, input.sizeOffset));
+        }
+    }
+
+    void emitIncludes() {
+        text_ += "#define outputSize() qv_outputSize\n#define pixelHere() qv_pixel\n";
+        std::unordered_set<std::string_view> emitted;
+        for (const ShaderStage& stage : stages_) {
+            for (const ShaderSource::Include& include : stage.source->includes) {
+                if (!emitted.insert(include.name).second) continue;
+                text_ += fmt::format("#line 1 \"{}\"\n{}\n", include.path, include.body);
+            }
+        }
+    }
+
+    void emitStage(int index) {
+        const ShaderStage& stage = stages_[std::size_t(index)];
+        const ShaderSource& source = *stage.source;
+        emitAccessors(index);
+        std::vector<std::string> names = source.globals;
+        for (const ShaderSource::Uniform& uniform : source.uniforms) {
+            emitUniform(index, uniform);
+            names.push_back(uniform.name);
+        }
+        const std::string own = prefix(index);
+        text_ += fmt::format("#line 1 \"{}\"\n{}\n", source.path,
+                             own.empty() ? source.body : prefixNames(source.body, names, own));
+        for (const char* macro : {"readHere", "readInput", "readPixel", "inputSize"}) {
+            text_ += fmt::format("#undef {}\n", macro);
+        }
+        calls_ += fmt::format("    qv_result{0} = {1}{2}(qv_uv);\n", index, own, source.name);
+        if (stage.clampsResult)
+            calls_ += fmt::format("    qv_result{0} = clamp(qv_result{0}, 0.0, 1.0);\n", index);
+    }
+
+    /// The words by which a stage reaches its inputs.
+    void emitAccessors(int index) {
+        const ShaderStage& stage = stages_[std::size_t(index)];
+        text_ += fmt::format("vec4 qv_result{};\n", index);
+        for (std::size_t n = 0; n < stage.inputs.size(); ++n) {
+            const ShaderStage::Input& from = stage.inputs[n];
+            const std::string own = fmt::format("qv{}_", index);
+            if (from.stage >= 0) {
+                text_ += fmt::format("#define {0}here{1}() qv_result{2}\n#define {0}size{1} qv_outputSize\n",
+                                     own, n, from.stage);
+            } else {
+                text_ += fmt::format(
+                    "#define {0}here{1}() qv_fetch{2}()\n#define {0}input{1} qv_input{2}\n"
+                    "#define {0}size{1} qv_inputSize{2}\n",
+                    own, n, from.texture);
+            }
+        }
+        text_ += fmt::format(
+            "#define readHere(n) qv{0}_here##n()\n"
+            "#define readInput(n, uv) textureLod(qv{0}_input##n, uv, 0.0)\n"
+            "#define readPixel(n, p) qv_texel(qv{0}_input##n, p)\n"
+            "#define inputSize(n) qv{0}_size##n\n",
+            index);
+    }
+
+    void emitUniform(int index, const ShaderSource::Uniform& uniform) {
+        ShaderFunction& declaration = shader_.declaration;
+        const ShaderSource& source = *stages_[std::size_t(index)].source;
+        const std::string name = prefix(index) + uniform.name;
+        const std::string publicName =
+            stages_.size() == 1 ? uniform.name : fmt::format("{}.{}", index, uniform.name);
+        text_ += fmt::format("#line {} \"{}\"\n", uniform.line, source.path);
+        if (uniform.isSelector) {
+            const int id = selectors_++;
+            if (selectors_ > int(kResampleConstantBase)) {
+                shader_.error = fmt::format("{} selectors are the most", kResampleConstantBase);
+            }
+            text_ += fmt::format("layout(constant_id = {}) const int {} = 0;\n", id, name);
+            declaration.uniforms.push_back({publicName, uniform.type, true, id});
+            return;
+        }
+        const int offset = push(wordCount(uniform.type));
+        text_ += fmt::format("{} {};\n", typeName(uniform.type), name);
+        unpack_ += fmt::format("    {} = {};\n", name, unpacked(uniform.type, offset));
+        declaration.uniforms.push_back({publicName, uniform.type, false, offset});
+    }
+
+    std::string head() const {
+        std::string head =
+            "#version 450\n"
+            "#extension GL_GOOGLE_cpp_style_line_directive : require\n";
+        for (int i = 0; i < (shader_.declaration.pushedWords + 3) / 4; ++i) {
+            head += fmt::format("layout(location = {0}) flat in uvec4 qv_words{0};\n", i);
+        }
+        head +=
+            "layout(location = 0) out vec4 qv_color;\n"
+            "vec2 qv_outputSize, qv_uv;\n"
+            "ivec2 qv_pixel;\n"
+            "vec4 qv_texel(sampler2D image, ivec2 pixel) {\n"
+            "    return texelFetch(image, clamp(pixel, ivec2(0), textureSize(image, 0) - 1), 0);\n"
+            "}\n";
+        for (std::size_t n = 0; n < shader_.declaration.inputs.size(); ++n) {
+            const ShaderInput& input = shader_.declaration.inputs[n];
+            if (input.here || input.anywhere) {
+                head += fmt::format("layout(set = 0, binding = {0}) uniform sampler2D qv_input{0};\n", n);
+            }
+            if (!input.here) continue;
+            head += fmt::format(
+                "layout(constant_id = {1}) const int qv_resample{0} = 0;\n"
+                "vec4 qv_fetch{0}() {{\n"
+                "    if (qv_resample{0} != 0) return textureLod(qv_input{0}, qv_uv, 0.0);\n"
+                "    return texelFetch(qv_input{0}, qv_pixel, 0);\n"
+                "}}\n",
+                n, kResampleConstantBase + n);
+        }
+        return head;
+    }
+
+    std::string mainFunction() const {
+        return fmt::format(
+            "void main() {{\n"
+            "{}"
+            "    qv_uv = gl_FragCoord.xy / qv_outputSize;\n"
+            "    qv_pixel = ivec2(gl_FragCoord.xy);\n"
+            "{}"
+            "    qv_color = qv_result{};\n"
+            "}}\n",
+            unpack_, calls_, stages_.size() - 1);
+    }
+
+    std::span<const ShaderStage> stages_;
+    TranslatedShader shader_;
+    std::string text_, unpack_, calls_;
+    int selectors_ = 0;
+};
+
+}  // namespace
+
+TranslatedShader translateShader(const ShaderSource& source) {
+    ShaderStage stage{&source, {}};
+    for (std::size_t n = 0; n < source.inputs.size(); ++n) stage.inputs.push_back({int(n), -1});
+    TranslatedShader shader = composeShader(source.name, {&stage, 1});
+    shader.declaration.source = source.archive();
+    return shader;
+}
+
+TranslatedShader composeShader(std::string name, std::span<const ShaderStage> stages) {
+    return Composer(std::move(name), stages).compose();
+}
+
+}  // namespace qv

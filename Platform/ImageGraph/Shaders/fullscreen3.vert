@@ -1,0 +1,4 @@
+#version 450
+#extension GL_GOOGLE_include_directive : require
+#define WORDS 3
+#include "fullscreen.glsl"
