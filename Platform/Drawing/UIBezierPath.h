@@ -1,23 +1,32 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
+#include <span>
 #include <vector>
 
 #include "Platform/Geometry/Geometry.h"
 
 namespace qv {
 
-/// A list of lines and cubic curves, in the coordinates of whoever draws it.
+/// A list of lines and cubic curves, in the coordinates of whoever draws it. A path that begins with a line
+/// or a curve begins at that element's first point.
 class UIBezierPath {
   public:
     enum class Verb { move, line, curve, close };
     struct Element {
         Verb verb;
-        std::array<CGPoint, 3> points;  ///< end point last; a curve's controls before it
+        std::array<CGPoint, 3> points;  ///< end point last, a curve's controls before it; see `used`
+
+        /// The points that count: one of a move or a line, three of a curve, none of a close.
+        std::span<const CGPoint> used() const {
+            return std::span(points).first(verb == Verb::curve ? 3 : verb == Verb::close ? 0 : 1);
+        }
     };
 
     static UIBezierPath bezierPathWithRect(const CGRect& rect);
     static UIBezierPath bezierPathWithOvalInRect(const CGRect& rect);
+    /// The radius is cut to half the shorter side.
     static UIBezierPath bezierPathWithRoundedRect(const CGRect& rect, double cornerRadius);
 
     void moveToPoint(CGPoint point);
@@ -25,9 +34,11 @@ class UIBezierPath {
     void addCurveToPoint(CGPoint end, CGPoint control1, CGPoint control2);
     /// A quadratic curve, stored as the equal cubic.
     void addQuadCurveToPoint(CGPoint end, CGPoint control);
-    /// Angles in radians, from +x towards +y; a line joins the current point to the arc's start.
+    /// Angles in radians, from +x towards +y, which is clockwise where y points down; a line joins the
+    /// current point to the arc's start. The arc runs in the given direction and makes at most one turn.
     void addArcWithCenter(CGPoint center, double radius, double startAngle, double endAngle, bool clockwise);
     void appendPath(const UIBezierPath& path);
+    /// Joins the subpath's end to its start, which becomes the current point.
     void closePath();
     void applyTransform(const CGAffineTransform& transform);
 
