@@ -7,14 +7,15 @@
 
 namespace qv {
 
-/// Converts any 8-bit format to RGBA8 with premultiplied alpha, on the processor with SIMD. Chroma of
-/// subsampled formats is interpolated. Large frames are split over the machine's cores. False for a format it
-/// does not take.
+/// Converts a frame of any format to RGBA8 with premultiplied alpha, on the processor with SIMD. Chroma of
+/// subsampled formats is interpolated; its samples lie in the middle of the pixels they cover. Each value is
+/// within 0.6 of the exact one before rounding. Large frames are split over the machine's cores. False for
+/// nil or too short rows.
 bool convertToRGBA8(const PixelBuffer& source, std::uint8_t* rgba, std::size_t rowBytes);
 
-/// Converts premultiplied RGBA8 into `destination`, in whichever 8-bit format, matrix and range that has.
-/// Chroma is the mean of the samples it covers. A format without alpha takes the colour over black. False for
-/// a format it does not take.
+/// Converts premultiplied RGBA8 into `destination`, in whichever format, matrix and range that has. Chroma is
+/// the mean of the pixels it covers. A format without alpha takes the colour over black. As exact, as
+/// parallel and as refusing as the other way.
 bool convertFromRGBA8(const std::uint8_t* rgba, std::size_t rowBytes, const PixelBuffer& destination);
 
 }  // namespace qv
