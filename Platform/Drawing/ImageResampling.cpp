@@ -17,51 +17,26 @@ struct Taps {
     std::size_t weights;  ///< index of the first weight
 };
 
+/// A tent as wide as two target pixels, or two source pixels where the axis grows: smooth enough to leave
+/// little aliasing, and never negative, so that premultiplied colour stays within its alpha.
 struct AxisFilter {
     std::vector<Taps> taps;
     std::vector<float> weights;
 
     AxisFilter(int source, int target) {
-        double step = double(source) / target;
+        double step = double(source) / target, reach = std::max(step, 1.0);
         for (int i = 0; i < target; ++i) {
-            if (target < source) {
-                addArea(i * step, (i + 1) * step, source);
-            } else {
-                addLinear((i + 0.5) * step - 0.5, source);
-            }
+            double center = std::clamp((i + 0.5) * step - 0.5, 0.0, source - 1.0);
+            int first = std::max(int(std::floor(center - reach)) + 1, 0);
+            int last = std::min(int(std::ceil(center + reach)) - 1, source - 1);
+            auto weight = [&](int at) { return 1 - std::abs(at - center) / reach; };
+            double sum = 0;
+            for (int at = first; at <= last; ++at) sum += weight(at);
+            taps.push_back({first, last - first + 1, weights.size()});
+            for (int at = first; at <= last; ++at) weights.push_back(float(weight(at) / sum));
         }
     }
-
-  private:
-    void addArea(double from, double to, int source) {
-        int first = int(from), last = std::min(int(std::ceil(to)), source) - 1;
-        taps.push_back({first, last - first + 1, weights.size()});
-        for (int i = first; i <= last; ++i)
-            weights.push_back(float((std::min(to, i + 1.0) - std::max(from, double(i))) / (to - from)));
-    }
-
-    void addLinear(double place, int source) {
-        place = std::clamp(place, 0.0, source - 1.0);
-        int first = std::min(int(place), std::max(source - 2, 0));
-        auto fraction = float(place - first);
-        taps.push_back({first, source > 1 ? 2 : 1, weights.size()});
-        weights.push_back(1 - fraction);
-        if (source > 1) weights.push_back(fraction);
-    }
 };
-
-/// Resampled along x: four floats a pixel.
-void resampleRow(const std::uint8_t* source, const AxisFilter& filter, float* target) {
-    for (const auto& taps : filter.taps) {
-        std::array<float, 4> sum{};
-        const auto* pixel = source + std::size_t(taps.first) * 4;
-        const auto* weight = filter.weights.data() + taps.weights;
-        for (int i = 0; i < taps.count; ++i, pixel += 4)
-            for (int c = 0; c < 4; ++c) sum[c] += weight[i] * float(pixel[c]);
-        std::copy(sum.begin(), sum.end(), target);
-        target += 4;
-    }
-}
 
 /// How one axis of a resizable picture is divided, in source and in target pixels. The middle has at least
 /// one source pixel.
@@ -113,31 +88,24 @@ Bitmap croppedBitmap(const Bitmap& source, int x, int y, int width, int height) 
 Bitmap resampledBitmap(const Bitmap& source, int width, int height) {
     if (source.width == width && source.height == height) return source;
     AxisFilter across(source.width, width), down(source.height, height);
-    auto rowValues = std::size_t(width) * 4;
-    // Each source row is resampled along x once: a row is needed again at most by the next target row.
-    std::array<std::vector<float>, 2> rows{std::vector<float>(rowValues), std::vector<float>(rowValues)};
-    std::array<int, 2> held{-1, -1};
-    auto rowAt = [&](int y) {
-        auto slot = std::size_t(y) % 2;
-        if (held[slot] != y) {
-            resampleRow(source.row(y), across, rows[slot].data());
-            held[slot] = y;
-        }
-        return rows[slot].data();
-    };
-    auto pixels = std::make_shared<std::vector<std::uint8_t>>(rowValues * height);
-    std::vector<float> sum(rowValues);
+    auto pixels = std::make_shared<std::vector<std::uint8_t>>(std::size_t(width) * height * 4);
+    std::vector<float> line(source.rowBytes());  // one target row at the source's width
     auto* out = pixels->data();
-    for (const auto& taps : down.taps) {
-        std::fill(sum.begin(), sum.end(), 0.5f);  // rounds when it is cut
-        for (int i = 0; i < taps.count; ++i) {
-            float weight = down.weights[taps.weights + i];
-            if (weight == 0) continue;
-            const float* row = rowAt(taps.first + i);
-            for (std::size_t x = 0; x < rowValues; ++x) sum[x] += weight * row[x];
+    for (const auto& rows : down.taps) {
+        std::fill(line.begin(), line.end(), 0.0f);
+        for (int i = 0; i < rows.count; ++i) {
+            float weight = down.weights[rows.weights + i];
+            const auto* row = source.row(rows.first + i);
+            for (std::size_t x = 0; x < line.size(); ++x) line[x] += weight * float(row[x]);
         }
-        for (std::size_t x = 0; x < rowValues; ++x) out[x] = std::uint8_t(std::min(int(sum[x]), 255));
-        out += rowValues;
+        for (const auto& columns : across.taps) {
+            std::array<float, 4> sum{0.5f, 0.5f, 0.5f, 0.5f};  // rounds when it is cut
+            const auto* pixel = line.data() + std::size_t(columns.first) * 4;
+            const auto* weight = across.weights.data() + columns.weights;
+            for (int i = 0; i < columns.count; ++i, pixel += 4)
+                for (int c = 0; c < 4; ++c) sum[c] += weight[i] * pixel[c];
+            for (float value : sum) *out++ = std::uint8_t(std::min(int(value), 255));
+        }
     }
     return {width, height, std::move(pixels)};
 }
