@@ -1,0 +1,12 @@
+# One line per family: qv_add_asset_program(NAME DIRECTORY SOURCES...).
+
+set(QV_ASSET_SOURCES ${PROJECT_SOURCE_DIR}/QVFilterExtension/Resources/Assets)
+
+if(QV_BUILD_ASSETS)
+    file(GLOB LANDSCAPE_SOURCES CONFIGURE_DEPENDS ${QV_ASSET_SOURCES}/Landscape/*.cpp)
+    add_library(qv_landscape OBJECT ${LANDSCAPE_SOURCES})
+    target_include_directories(qv_landscape PUBLIC ${PROJECT_SOURCE_DIR})
+
+    qv_add_asset_program(DemoPhoto ${CMAKE_BINARY_DIR}/demo-input)
+    target_link_libraries(draw_DemoPhoto PRIVATE qv_landscape)
+endif()
