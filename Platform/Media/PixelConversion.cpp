@@ -29,7 +29,9 @@ bool halvesDown(const PixelBuffer& buffer) {
 template <class Sample>
 struct ChromaRows {
     ChromaRows(const PixelBuffer& source)
-        : source(source), pairs(source.format() == PixelFormat::nv12), split(pairs ? source.width() : 0) {}
+        : source(source),
+          pairs(source.format() == PixelFormat::nv12),
+          split(pairs ? std::size_t(source.width() + 1) / 2 * 2 : 0) {}
 
     const Sample* row(int plane, int y) {
         if (!pairs) return rowOf<Sample>(source, plane, y);

@@ -9,7 +9,7 @@ namespace qv {
 
 /// Converts a frame of any format to RGBA8 with premultiplied alpha, on the processor with SIMD. Chroma of
 /// subsampled formats is interpolated; its samples lie in the middle of the pixels they cover. Each value is
-/// within 0.6 of the exact one before rounding. Large frames are split over the machine's cores. False for
+/// within 0.65 of the exact one before rounding. Large frames are split over the machine's cores. False for
 /// nil or too short rows.
 bool convertToRGBA8(const PixelBuffer& source, std::uint8_t* rgba, std::size_t rowBytes);
 

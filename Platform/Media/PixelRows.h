@@ -6,7 +6,7 @@
 #include "Platform/Media/PixelBuffer.h"
 
 /// Rows of samples, in loops that the compiler turns into SIMD code. Sums are kept in 16-bit lanes with the
-/// fraction bits that fit: a result lies within 0.6 of the exact value. Samples of 10 bits are 16-bit words.
+/// fraction bits that fit: a result lies within 0.65 of the exact value. Samples of 10 bits are 16-bit words.
 namespace qv::rows {
 
 /// Factors of 2^-15 for samples to RGB: luma and chroma come in scaled to 2^7 per 8-bit step, RGB leaves its
