@@ -20,7 +20,7 @@ struct MTIFunctionDescriptor {
 };
 
 /// A fragment function that can be applied to images: one full-screen pass. Immutable and shared between threads.
-class MTIRenderPipelineKernel {
+class MTIRenderPipelineKernel : public std::enable_shared_from_this<MTIRenderPipelineKernel> {
   public:
     /// Looks the function up. Nil when the library or the function is missing, with one log line naming it.
     static std::shared_ptr<const MTIRenderPipelineKernel> make(const MTIFunctionDescriptor& fragment);

@@ -44,8 +44,7 @@ std::string_view refusal(std::string_view word) {
         "image2D",          "texture2DLod",        "textureProjOffset"};
     static const std::unordered_set<std::string_view> interfaces{
         "layout", "buffer", "shared", "attribute", "varying", "subroutine", "main"};
-    if (derivatives.contains(word))
-        return "not available, a colour depends on its own place alone";
+    if (derivatives.contains(word)) return "not available, a colour depends on its own place alone";
     if (word == "discard") return "not available, every pixel gets a colour";
     if (textures.contains(word)) return "inputs are read through readHere, readInput and readPixel alone";
     if (interfaces.contains(word)) return "the interface of the stage is the compiler's own";
@@ -168,45 +167,56 @@ class Parser {
         source_.includes.push_back(std::move(include));
     }
 
-    /// `uniform TYPE NAME;` or `selector int NAME;`. Answers the last token that it has read.
+    /// `uniform TYPE NAME, …;` or `selector int NAME, …;`. Answers the last token that it has read.
     std::size_t parseDeclaration(File& file, std::size_t at, int braces) {
         const ShaderToken& keyword = file.tokens[at];
-        const bool isSelector = keyword.is("selector");
         if (file.isInclude) {
             fail(file.path, keyword.line,
                  fmt::format("a {} belongs into the function's own file", keyword.text));
             return at;
         }
-        if (braces > 0 || keyword.inDirective || at + 3 >= file.tokens.size() ||
-            !file.tokens[at + 1].isWord() || !file.tokens[at + 2].isWord() || !file.tokens[at + 3].is(";")) {
+        std::vector<const ShaderToken*> names;
+        std::size_t end = at + 3;  // of the comma or semicolon after a name
+        const bool hasType = end < file.tokens.size() && file.tokens[at + 1].isWord();
+        while (hasType && end < file.tokens.size() && file.tokens[end - 1].isWord()) {
+            names.push_back(&file.tokens[end - 1]);
+            if (!file.tokens[end].is(",")) break;
+            end += 2;
+        }
+        if (braces > 0 || keyword.inDirective || names.empty() || end >= file.tokens.size() ||
+            !file.tokens[end].is(";")) {
             fail(file.path, keyword.line,
                  fmt::format("a {0} is declared outside functions as \"{0} {1} name;\"", keyword.text,
-                             isSelector ? "int" : "type"));
+                             keyword.is("selector") ? "int" : "type"));
             return at;
         }
-        const std::string_view type = file.tokens[at + 1].text;
-        const std::string name(file.tokens[at + 2].text);
+        for (const ShaderToken* name : names) {
+            declare(file.path, *name, file.tokens[at + 1].text, keyword.is("selector"));
+        }
+        blank(file.body, keyword.offset, file.tokens[end].offset + 1);
+        return end;
+    }
+
+    void declare(const std::string& path, const ShaderToken& token, std::string_view type, bool isSelector) {
+        const std::string name(token.text);
         const auto known = std::ranges::find(kUniformTypes, type, &TypeName::name);
         if (isSelector && type != "int") {
-            fail(file.path, keyword.line, fmt::format("selector \"{}\" is of type {}, not int", name, type));
+            fail(path, token.line, fmt::format("selector \"{}\" is of type {}, not int", name, type));
         } else if (known == kUniformTypes.end()) {
-            fail(file.path, keyword.line,
+            fail(path, token.line,
                  fmt::format("uniform \"{}\" has the unknown type {} (float, int, bool, vec2, vec3 and vec4 "
                              "are known)",
                              name, type));
         } else if (std::ranges::find(source_.uniforms, name, &ShaderSource::Uniform::name) !=
                    source_.uniforms.end()) {
-            fail(file.path, keyword.line, fmt::format("\"{}\" is declared twice", name));
+            fail(path, token.line, fmt::format("\"{}\" is declared twice", name));
         } else if (name == "uv" || name == source_.name) {
-            fail(file.path, keyword.line,
-                 fmt::format("\"{}\" is the function's own name or parameter", name));
+            fail(path, token.line, fmt::format("\"{}\" is the function's own name or parameter", name));
         } else if (const std::string_view why = refusal(name); !why.empty()) {
-            fail(file.path, keyword.line, fmt::format("{}: {}", name, why));
+            fail(path, token.line, fmt::format("{}: {}", name, why));
         } else {
-            source_.uniforms.push_back({name, known->type, isSelector, keyword.line});
+            source_.uniforms.push_back({name, known->type, isSelector, token.line});
         }
-        blank(file.body, keyword.offset, file.tokens[at + 3].offset + 1);
-        return at + 3;
     }
 
     /// Words that are refused, and reads of inputs.
