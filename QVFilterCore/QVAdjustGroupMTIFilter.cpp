@@ -1,0 +1,114 @@
+#include "QVFilterCore/QVAdjustGroupMTIFilter.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace qv {
+
+namespace {
+
+/// A setting deep inside the tool value as a property of the filter.
+template <auto Get, auto Set>
+QVProperty adjustment(std::string_view name, double minimum, double maximum, std::string_view help) {
+    return {
+        name,
+        QVPropertyType::real,
+        minimum,
+        maximum,
+        help,
+        [](const QVMTIFilter& filter) -> QVPropertyValue {
+            return double(
+                (static_cast<const QVAdjustGroupMTIFilter&>(filter).adjustToolValue().adjustValue().*Get)());
+        },
+        [](QVMTIFilter& filter, const QVPropertyValue& number) {
+            auto& group = static_cast<QVAdjustGroupMTIFilter&>(filter);
+            QVAdjustToolValue value = group.adjustToolValue();
+            (value.adjustValue().*Set)(float(std::get<double>(number)));
+            group.setAdjustToolValue(value);
+        }};
+}
+
+template <auto Get, auto Set>
+QVProperty curveLevel(std::string_view name, std::string_view help) {
+    return {name,
+            QVPropertyType::real,
+            0,
+            100,
+            help,
+            [](const QVMTIFilter& filter) -> QVPropertyValue {
+                const auto& group = static_cast<const QVAdjustGroupMTIFilter&>(filter);
+                return (group.adjustToolValue().curvesToolValue().luminanceCurve().*Get)();
+            },
+            [](QVMTIFilter& filter, const QVPropertyValue& number) {
+                auto& group = static_cast<QVAdjustGroupMTIFilter&>(filter);
+                QVAdjustToolValue value = group.adjustToolValue();
+                PGCurvesToolValue curves = value.curvesToolValue();
+                (curves.luminanceCurve().*Set)(std::get<double>(number));
+                value.setCurvesToolValue(curves);
+                group.setAdjustToolValue(value);
+            }};
+}
+
+}  // namespace
+
+const QVFilterClass QVAdjustGroupMTIFilterClass{
+    .name = "QVAdjustGroupMTIFilter",
+    .superclass = &QVMTIOneInputFilterClass,
+    .help = "adjusts tones by a luminance curve, warmth, brightness and sharpness",
+    .factory = makeFilter<QVAdjustGroupMTIFilter>,
+    .category = QVFilterCategory::adjustment,
+    .properties =
+        {
+            adjustment<&QVAdjustValue::warmth, &QVAdjustValue::setWarmth>("warmth", -1, 1,
+                                                                          "-1 cool to 1 warm"),
+            adjustment<&QVAdjustValue::brightness, &QVAdjustValue::setBrightness>(
+                "brightness", -1, 1, "-1 dark to 1 bright; black and white stay"),
+            adjustment<&QVAdjustValue::sharpen, &QVAdjustValue::setSharpen>("sharpen", 0, 1,
+                                                                            "how much detail is added"),
+            curveLevel<&PGCurve::blacksLevel, &PGCurve::setBlacksLevel>("blacksLevel",
+                                                                        "what black becomes, percent"),
+            curveLevel<&PGCurve::shadowsLevel, &PGCurve::setShadowsLevel>("shadowsLevel",
+                                                                          "what 25 % becomes, percent"),
+            curveLevel<&PGCurve::midtonesLevel, &PGCurve::setMidtonesLevel>("midtonesLevel",
+                                                                            "what 50 % becomes, percent"),
+            curveLevel<&PGCurve::highlightsLevel, &PGCurve::setHighlightsLevel>("highlightsLevel",
+                                                                                "what 75 % becomes, percent"),
+            curveLevel<&PGCurve::whitesLevel, &PGCurve::setWhitesLevel>("whitesLevel",
+                                                                        "what white becomes, percent"),
+        },
+};
+
+const MTIImage& QVAdjustGroupMTIFilter::curveTable() {
+    constexpr int kEntries = 256;
+    const PGCurve& curve = adjustToolValue_.curvesToolValue().luminanceCurve();
+    if (curveTable_ && curveOfTable_ == curve) return curveTable_;
+    auto pixels = std::make_shared<std::vector<std::uint8_t>>();
+    for (int i = 0; i < kEntries; ++i) {
+        const long level = std::lround(curve.valueAt(i / double(kEntries - 1)) * 65535);
+        pixels->insert(pixels->end(), {std::uint8_t(level >> 8), std::uint8_t(level & 255), 0, 255});
+    }
+    curveTable_ = MTIImage::imageWithBitmap({kEntries, 1, std::move(pixels)});
+    curveOfTable_ = curve;
+    return curveTable_;
+}
+
+MTIImage QVAdjustGroupMTIFilter::outputImage() {
+    const QVAdjustValue& adjust = adjustToolValue_.adjustValue();
+    adjustFilter_.setAdjustValue(adjust);
+    adjustFilter_.setInputImage(inputImage());
+    adjustFilter_.setOutputPixelFormat(outputPixelFormat());
+    MTIImage image = adjustFilter_.outputImage();
+    if (adjustToolValue_.curvesToolValue().luminanceCurve() != PGCurve())
+        image = applyKernel({image, curveTable()}, {});
+    if (!image || !(adjust.sharpen() > 0)) return image;
+
+    constexpr double kRadius = 1.2, kReferenceSide = 1080;
+    const double shorterSide = std::min(image.size().width, image.size().height);
+    sharpenFilter_.setRadius(float(std::max(0.5, kRadius * shorterSide / kReferenceSide)));
+    sharpenFilter_.setIntensity(adjust.sharpen());
+    sharpenFilter_.setInputImage(image);
+    sharpenFilter_.setOutputPixelFormat(outputPixelFormat());
+    return sharpenFilter_.outputImage();
+}
+
+}  // namespace qv

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "QVFilterCore/PGCurvesToolValue.h"
+#include "QVFilterCore/QVAdjustValue.h"
+
+namespace qv {
+
+/// Settings of the adjust group: the simple adjustments and the curves. None changes the picture at first.
+class QVAdjustToolValue {
+  public:
+    static QVAdjustToolValue defaultValue() { return {}; }
+
+    QVAdjustValue& adjustValue() { return adjustValue_; }
+    const QVAdjustValue& adjustValue() const { return adjustValue_; }
+    const PGCurvesToolValue& curvesToolValue() const { return curvesToolValue_; }
+    void setCurvesToolValue(const PGCurvesToolValue& value) { curvesToolValue_ = value; }
+
+  private:
+    QVAdjustValue adjustValue_;
+    PGCurvesToolValue curvesToolValue_;
+};
+
+}  // namespace qv

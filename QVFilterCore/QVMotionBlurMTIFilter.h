@@ -1,0 +1,33 @@
+#pragma once
+
+#include "QVFilterCore/QVMTIOneInputFilter.h"
+
+namespace qv {
+
+extern const QVFilterClass QVMotionBlurMTIFilterClass;
+
+/// Smears the picture along a direction: every pixel becomes the even mean of a line of pixels with its
+/// middle there. Beyond the edges the outermost pixels go on.
+///
+/// A pass takes eight taps; a longer smear is smeared again with eight times the step, so that two passes are
+/// an even comb of 64 taps and three of 512. Their number depends on the length alone: one up to 10 pixels,
+/// two up to 128, then three.
+class QVMotionBlurMTIFilter : public QVMTIOneInputFilter {
+  public:
+    explicit QVMotionBlurMTIFilter(const QVFilterClass& filterClass = QVMotionBlurMTIFilterClass)
+        : QVMTIOneInputFilter(filterClass) {}
+
+    /// Whole length of the smear in pixels; 0 or less returns the input itself.
+    double blurSize() const { return blurSize_; }
+    void setBlurSize(double pixels) { blurSize_ = pixels; }
+    /// Radians, anticlockwise from the horizontal.
+    double blurAngle() const { return blurAngle_; }
+    void setBlurAngle(double radians) { blurAngle_ = radians; }
+
+    MTIImage outputImage() override;
+
+  private:
+    double blurSize_ = 0, blurAngle_ = 0;
+};
+
+}  // namespace qv

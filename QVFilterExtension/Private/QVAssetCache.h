@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include "Platform/Foundation/NSCache.h"
+#include "Platform/ImageGraph/MTIImage.h"
+#include "QVFilterCore/SpiritParam.h"
+#include "QVFilterExtension/Private/UIImage+QVMTIFilter.h"
+
+namespace qv {
+
+/// The assets that a class has loaded, shared by its instances for the life of the process. A class keeps one
+/// in a static variable of a function:
+///
+///     static QVAssetCache& assets() {
+///         static QVAssetCache cache;
+///         return cache;
+///     }
+///
+/// Missing assets are nil and asked for again next time. Thread-safe.
+class QVAssetCache {
+  public:
+    /// `fittedImageLimit` is how many images fitted to a size are kept: two outputs, as preview and export,
+    /// alternate without making them again.
+    explicit QVAssetCache(std::size_t fittedImageLimit = 2) : fitted_(fittedImageLimit) {}
+
+    MTIImage mtiImageNamed(const std::string& fileName) {
+        return images_.objectForKey(
+            fileName, [&] { return MTIImage::imageWithUIImage(qv_imageWithFileName(fileName)); });
+    }
+
+    SpiritParam::Texture textureNamed(const std::string& fileName) {
+        return textures_.objectForKey(fileName, [&] {
+            return SpiritParam::spiritTextureWithImage(qv_imageWithFileName(fileName), fileName);
+        });
+    }
+
+    /// An asset fitted to a frame by `make`, a function of the asset's UIImage and the size that gives a
+    /// UIImage. Not asked when the asset is missing.
+    template <typename Make>
+    MTIImage fittedImage(const std::string& fileName, CGSize size, Make&& make) {
+        return fitted_.objectForKey(NSStringFromCGSize(size) + fileName, [&] {
+            const UIImage asset = qv_imageWithFileName(fileName);
+            return asset ? MTIImage::imageWithUIImage(make(asset, size)) : MTIImage();
+        });
+    }
+
+  private:
+    NSCache<std::string, MTIImage> images_, fitted_;
+    NSCache<std::string, SpiritParam::Texture> textures_;
+};
+
+}  // namespace qv
