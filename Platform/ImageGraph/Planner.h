@@ -1,0 +1,57 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "Platform/ImageGraph/ImageNode.h"
+#include "Platform/ImageGraph/ShaderLibrary.h"
+
+namespace qv {
+
+enum class TextureFormat { rgba8, rgba16Float, rgba32Float, r8, rg8, r16 };
+
+/// Bytes of one texel.
+int texelBytes(TextureFormat format);
+
+/// What a context renders for and on.
+struct PlanTarget {
+    bool processor = false;  ///< the device is a processor: planes are converted beside it
+    TextureFormat working = TextureFormat::rgba8;  ///< stands for an unspecified format
+    TextureFormat output = TextureFormat::rgba8;   ///< of the image itself
+    const PixelBuffer* planes = nullptr;  ///< convert the image to this buffer's Y'CbCr planes in passes
+};
+
+/// A texture of a plan: filled from a source before the passes, or written by one pass.
+struct PlanTexture {
+    int width = 0, height = 0;
+    TextureFormat format = TextureFormat::rgba8;
+    const ImageNode* source = nullptr;  ///< the bitmap or pixel buffer to fill it from
+    int plane = 0;                      ///< of the source, when it is taken in by planes
+    int lastReader = -1;                ///< index of the last pass that reads it, −1 when none does
+};
+
+/// One render pass: a full-screen draw of a function, then sprites on top of it.
+struct PlanPass {
+    std::shared_ptr<const ShaderFunction> function;
+    std::array<std::uint32_t, kMaximumPushedWords> words{};
+    std::vector<std::int32_t> selectors;  ///< by constant id
+    std::vector<int> inputs;              ///< indices of textures, −1 for a nil image
+    std::uint32_t resampled = 0;          ///< bit n: input n has another size than the output
+    int output = 0;
+    const std::vector<SpriteInstance>* sprites = nullptr;
+};
+
+/// What a context runs, in order. Points into the graph, which must outlive it.
+struct RenderPlan {
+    std::vector<PlanTexture> textures;
+    std::vector<PlanPass> passes;
+    std::vector<int> outputs;  ///< the texture of the image, or one per plane
+};
+
+/// Turns the graph behind `image` into passes. Empty passes when the image is nil or a stock function is
+/// missing.
+RenderPlan planRender(const MTIImage& image, const PlanTarget& target);
+
+}  // namespace qv

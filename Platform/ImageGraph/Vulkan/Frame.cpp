@@ -1,0 +1,133 @@
+#include "Platform/ImageGraph/Vulkan/Frame.h"
+
+#include <algorithm>
+
+namespace qv {
+
+namespace {
+constexpr std::uint32_t kSetsPerPool = 64;
+constexpr std::uint32_t kSamplersPerPool = 192;
+}  // namespace
+
+Frame::Frame(DeviceResources& resources) : resources_(resources) {
+    const VkDevice device = resources_.device.handle();
+    VkCommandPoolCreateInfo poolInfo{VK_STRUCTURE_TYPE_COMMAND_POOL_CREATE_INFO};
+    poolInfo.flags = VK_COMMAND_POOL_CREATE_TRANSIENT_BIT;
+    poolInfo.queueFamilyIndex = resources_.device.queueFamily();
+    check(vkCreateCommandPool(device, &poolInfo, nullptr, &commandPool_), "cannot create a command pool");
+    VkCommandBufferAllocateInfo bufferInfo{VK_STRUCTURE_TYPE_COMMAND_BUFFER_ALLOCATE_INFO};
+    bufferInfo.commandPool = commandPool_;
+    bufferInfo.level = VK_COMMAND_BUFFER_LEVEL_PRIMARY;
+    bufferInfo.commandBufferCount = 1;
+    check(vkAllocateCommandBuffers(device, &bufferInfo, &commands_), "cannot create a command buffer");
+    const VkFenceCreateInfo fenceInfo{VK_STRUCTURE_TYPE_FENCE_CREATE_INFO};
+    check(vkCreateFence(device, &fenceInfo, nullptr, &fence_), "cannot create a fence");
+    if (resources_.device.timestampPeriod() > 0) {
+        VkQueryPoolCreateInfo queryInfo{VK_STRUCTURE_TYPE_QUERY_POOL_CREATE_INFO};
+        queryInfo.queryType = VK_QUERY_TYPE_TIMESTAMP;
+        queryInfo.queryCount = 2;
+        check(vkCreateQueryPool(device, &queryInfo, nullptr, &queries_), "cannot create time stamps");
+    }
+}
+
+Frame::~Frame() {
+    const VkDevice device = resources_.device.handle();
+    if (running_) vkWaitForFences(device, 1, &fence_, VK_TRUE, UINT64_MAX);
+    for (VkDescriptorPool pool : descriptorPools_) vkDestroyDescriptorPool(device, pool, nullptr);
+    vkDestroyQueryPool(device, queries_, nullptr);
+    vkDestroyFence(device, fence_, nullptr);
+    vkDestroyCommandPool(device, commandPool_, nullptr);
+}
+
+VkCommandBuffer Frame::begin() {
+    {
+        std::scoped_lock lock(mutex_);
+        if (running_) finish();
+    }
+    const VkDevice device = resources_.device.handle();
+    keepAlive.clear();
+    check(vkResetCommandPool(device, commandPool_, 0), "cannot reset commands");
+    for (VkDescriptorPool pool : descriptorPools_) vkResetDescriptorPool(device, pool, 0);
+    currentPool_ = 0;
+    VkCommandBufferBeginInfo info{VK_STRUCTURE_TYPE_COMMAND_BUFFER_BEGIN_INFO};
+    info.flags = VK_COMMAND_BUFFER_USAGE_ONE_TIME_SUBMIT_BIT;
+    check(vkBeginCommandBuffer(commands_, &info), "cannot record commands");
+    if (queries_) {
+        vkCmdResetQueryPool(commands_, queries_, 0, 2);
+        vkCmdWriteTimestamp(commands_, VK_PIPELINE_STAGE_TOP_OF_PIPE_BIT, queries_, 0);
+    }
+    return commands_;
+}
+
+void Frame::submit(std::uint64_t serial) {
+    if (queries_) vkCmdWriteTimestamp(commands_, VK_PIPELINE_STAGE_BOTTOM_OF_PIPE_BIT, queries_, 1);
+    check(vkEndCommandBuffer(commands_), "cannot record commands");
+    VkSubmitInfo info{VK_STRUCTURE_TYPE_SUBMIT_INFO};
+    info.commandBufferCount = 1;
+    info.pCommandBuffers = &commands_;
+    {
+        std::scoped_lock lock(resources_.device.queueMutex());
+        check(vkQueueSubmit(resources_.device.queue(), 1, &info, fence_), "cannot submit work");
+    }
+    std::scoped_lock lock(mutex_);
+    running_ = serial;
+}
+
+void Frame::abandon() {
+    vkEndCommandBuffer(commands_);
+    keepAlive.clear();
+}
+
+void Frame::wait(std::uint64_t serial) {
+    std::scoped_lock lock(mutex_);
+    if (running_ == serial) finish();
+}
+
+double Frame::milliseconds(std::uint64_t serial) {
+    std::scoped_lock lock(mutex_);
+    return finished_ == serial ? finishedMilliseconds_ : 0;
+}
+
+void Frame::finish() {
+    const VkDevice device = resources_.device.handle();
+    const std::uint64_t serial = std::exchange(running_, 0);
+    check(vkWaitForFences(device, 1, &fence_, VK_TRUE, UINT64_MAX), "rendering failed");
+    check(vkResetFences(device, 1, &fence_), "rendering failed");
+    finished_ = serial;
+    std::uint64_t ticks[2] = {};
+    if (queries_ && vkGetQueryPoolResults(device, queries_, 0, 2, sizeof ticks, ticks, sizeof(std::uint64_t),
+                                          VK_QUERY_RESULT_64_BIT) == VK_SUCCESS) {
+        finishedMilliseconds_ =
+            double(ticks[1] - ticks[0]) * double(resources_.device.timestampPeriod()) * 1e-6;
+    }
+    std::uint64_t known = resources_.completedSerial;
+    while (known < serial && !resources_.completedSerial.compare_exchange_weak(known, serial)) {
+    }
+}
+
+VkDescriptorSet Frame::allocateSet(VkDescriptorSetLayout layout) {
+    const VkDevice device = resources_.device.handle();
+    for (;; ++currentPool_) {
+        if (currentPool_ == descriptorPools_.size()) {
+            const VkDescriptorPoolSize size{VK_DESCRIPTOR_TYPE_COMBINED_IMAGE_SAMPLER, kSamplersPerPool};
+            VkDescriptorPoolCreateInfo info{VK_STRUCTURE_TYPE_DESCRIPTOR_POOL_CREATE_INFO};
+            info.maxSets = kSetsPerPool;
+            info.poolSizeCount = 1;
+            info.pPoolSizes = &size;
+            VkDescriptorPool pool = VK_NULL_HANDLE;
+            check(vkCreateDescriptorPool(device, &info, nullptr, &pool), "cannot create descriptors");
+            descriptorPools_.push_back(pool);
+        }
+        VkDescriptorSetAllocateInfo info{VK_STRUCTURE_TYPE_DESCRIPTOR_SET_ALLOCATE_INFO};
+        info.descriptorPool = descriptorPools_[currentPool_];
+        info.descriptorSetCount = 1;
+        info.pSetLayouts = &layout;
+        VkDescriptorSet set = VK_NULL_HANDLE;
+        const VkResult result = vkAllocateDescriptorSets(device, &info, &set);
+        if (result == VK_SUCCESS) return set;
+        if (result != VK_ERROR_OUT_OF_POOL_MEMORY && result != VK_ERROR_FRAGMENTED_POOL)
+            check(result, "cannot create descriptors");
+    }
+}
+
+}  // namespace qv

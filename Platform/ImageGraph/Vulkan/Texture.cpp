@@ -1,0 +1,269 @@
+#include "Platform/ImageGraph/Vulkan/Texture.h"
+
+#include <algorithm>
+
+namespace qv {
+
+VkFormat vulkanFormat(TextureFormat format) {
+    switch (format) {
+        case TextureFormat::rgba8:
+            return VK_FORMAT_R8G8B8A8_UNORM;
+        case TextureFormat::rgba16Float:
+            return VK_FORMAT_R16G16B16A16_SFLOAT;
+        case TextureFormat::rgba32Float:
+            return VK_FORMAT_R32G32B32A32_SFLOAT;
+        case TextureFormat::r8:
+            return VK_FORMAT_R8_UNORM;
+        case TextureFormat::rg8:
+            return VK_FORMAT_R8G8_UNORM;
+        case TextureFormat::r16:
+            return VK_FORMAT_R16_UNORM;
+    }
+    return VK_FORMAT_UNDEFINED;
+}
+
+namespace {
+
+constexpr VkImageUsageFlags kTextureUsage = VK_IMAGE_USAGE_SAMPLED_BIT | VK_IMAGE_USAGE_COLOR_ATTACHMENT_BIT |
+                                            VK_IMAGE_USAGE_TRANSFER_SRC_BIT | VK_IMAGE_USAGE_TRANSFER_DST_BIT;
+constexpr VkMemoryPropertyFlags kHostMemory =
+    VK_MEMORY_PROPERTY_HOST_VISIBLE_BIT | VK_MEMORY_PROPERTY_HOST_COHERENT_BIT;
+
+VkSampler makeSampler(VkDevice device, VkSamplerMipmapMode mipmapMode, float maxLod) {
+    VkSamplerCreateInfo info{VK_STRUCTURE_TYPE_SAMPLER_CREATE_INFO};
+    info.magFilter = info.minFilter = VK_FILTER_LINEAR;
+    info.mipmapMode = mipmapMode;
+    info.addressModeU = info.addressModeV = info.addressModeW = VK_SAMPLER_ADDRESS_MODE_CLAMP_TO_EDGE;
+    info.maxLod = maxLod;
+    VkSampler sampler = VK_NULL_HANDLE;
+    check(vkCreateSampler(device, &info, nullptr, &sampler), "cannot create a sampler");
+    return sampler;
+}
+
+bool supportsHostTextures(VulkanDevice& device) {
+    if (!device.info().isProcessor) return false;
+    VkImageFormatProperties properties;
+    for (TextureFormat format : {TextureFormat::rgba8, TextureFormat::rgba16Float}) {
+        if (vkGetPhysicalDeviceImageFormatProperties(device.physicalDevice(), vulkanFormat(format),
+                                                     VK_IMAGE_TYPE_2D, VK_IMAGE_TILING_LINEAR, kTextureUsage,
+                                                     0, &properties) < 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
+DeviceResources::DeviceResources(const MTIContextOptions& options) : device(options) {
+    sampler = makeSampler(device.handle(), VK_SAMPLER_MIPMAP_MODE_NEAREST, 0);
+    mipmapSampler = makeSampler(device.handle(), VK_SAMPLER_MIPMAP_MODE_LINEAR, VK_LOD_CLAMP_NONE);
+    hostTextures = supportsHostTextures(device);
+}
+
+DeviceResources::~DeviceResources() {
+    for (auto& uses : renderPasses_) {
+        for (VkRenderPass pass : uses) vkDestroyRenderPass(device.handle(), pass, nullptr);
+    }
+    vkDestroySampler(device.handle(), sampler, nullptr);
+    vkDestroySampler(device.handle(), mipmapSampler, nullptr);
+}
+
+VkRenderPass DeviceResources::renderPass(TextureFormat format, TargetUse use) {
+    std::scoped_lock lock(mutex_);
+    VkRenderPass& pass = renderPasses_[int(format)][int(use)];
+    if (pass) return pass;
+
+    VkAttachmentDescription target{};
+    target.format = vulkanFormat(format);
+    target.samples = VK_SAMPLE_COUNT_1_BIT;
+    // Every pass covers its whole target, so nothing is loaded.
+    target.loadOp = VK_ATTACHMENT_LOAD_OP_DONT_CARE;
+    target.storeOp = VK_ATTACHMENT_STORE_OP_STORE;
+    target.stencilLoadOp = VK_ATTACHMENT_LOAD_OP_DONT_CARE;
+    target.stencilStoreOp = VK_ATTACHMENT_STORE_OP_DONT_CARE;
+    target.initialLayout = VK_IMAGE_LAYOUT_UNDEFINED;
+    target.finalLayout =
+        use == TargetUse::hostVisible ? VK_IMAGE_LAYOUT_GENERAL : VK_IMAGE_LAYOUT_SHADER_READ_ONLY_OPTIMAL;
+    const VkAttachmentReference reference{0, VK_IMAGE_LAYOUT_COLOR_ATTACHMENT_OPTIMAL};
+    VkSubpassDescription subpass{};
+    subpass.pipelineBindPoint = VK_PIPELINE_BIND_POINT_GRAPHICS;
+    subpass.colorAttachmentCount = 1;
+    subpass.pColorAttachments = &reference;
+    // Before: earlier readers and writers of a reused texture. After: whoever reads the result.
+    VkSubpassDependency dependencies[2]{};
+    dependencies[0].srcSubpass = VK_SUBPASS_EXTERNAL;
+    dependencies[0].srcStageMask = VK_PIPELINE_STAGE_FRAGMENT_SHADER_BIT | VK_PIPELINE_STAGE_TRANSFER_BIT |
+                                   VK_PIPELINE_STAGE_COLOR_ATTACHMENT_OUTPUT_BIT;
+    dependencies[0].dstStageMask = VK_PIPELINE_STAGE_COLOR_ATTACHMENT_OUTPUT_BIT;
+    dependencies[0].srcAccessMask = VK_ACCESS_COLOR_ATTACHMENT_WRITE_BIT | VK_ACCESS_TRANSFER_WRITE_BIT;
+    dependencies[0].dstAccessMask =
+        VK_ACCESS_COLOR_ATTACHMENT_READ_BIT | VK_ACCESS_COLOR_ATTACHMENT_WRITE_BIT;
+    dependencies[1].dstSubpass = VK_SUBPASS_EXTERNAL;
+    dependencies[1].srcStageMask = VK_PIPELINE_STAGE_COLOR_ATTACHMENT_OUTPUT_BIT;
+    dependencies[1].dstStageMask =
+        VK_PIPELINE_STAGE_FRAGMENT_SHADER_BIT | VK_PIPELINE_STAGE_TRANSFER_BIT | VK_PIPELINE_STAGE_HOST_BIT;
+    dependencies[1].srcAccessMask = VK_ACCESS_COLOR_ATTACHMENT_WRITE_BIT;
+    dependencies[1].dstAccessMask =
+        VK_ACCESS_SHADER_READ_BIT | VK_ACCESS_TRANSFER_READ_BIT | VK_ACCESS_HOST_READ_BIT;
+    VkRenderPassCreateInfo info{VK_STRUCTURE_TYPE_RENDER_PASS_CREATE_INFO};
+    info.attachmentCount = 1;
+    info.pAttachments = &target;
+    info.subpassCount = 1;
+    info.pSubpasses = &subpass;
+    info.dependencyCount = 2;
+    info.pDependencies = dependencies;
+    check(vkCreateRenderPass(device.handle(), &info, nullptr, &pass), "cannot create a render pass");
+    return pass;
+}
+
+Texture::Texture(DeviceResources& resources, const TextureKey& key) : resources_(resources), key_(key) {
+    try {
+        create();
+    } catch (...) {
+        destroy();
+        throw;
+    }
+}
+
+Texture::~Texture() {
+    destroy();
+}
+
+void Texture::create() {
+    const VkDevice device = resources_.device.handle();
+    VkImageCreateInfo info{VK_STRUCTURE_TYPE_IMAGE_CREATE_INFO};
+    info.imageType = VK_IMAGE_TYPE_2D;
+    info.format = vulkanFormat(key_.format);
+    info.extent = {std::uint32_t(key_.width), std::uint32_t(key_.height), 1};
+    info.mipLevels = std::uint32_t(key_.mipLevels);
+    info.arrayLayers = 1;
+    info.samples = VK_SAMPLE_COUNT_1_BIT;
+    info.tiling = key_.hostVisible ? VK_IMAGE_TILING_LINEAR : VK_IMAGE_TILING_OPTIMAL;
+    info.usage = kTextureUsage;
+    // Preinitialised keeps what the host writes before the first use.
+    info.initialLayout = key_.hostVisible ? VK_IMAGE_LAYOUT_PREINITIALIZED : VK_IMAGE_LAYOUT_UNDEFINED;
+    layout = info.initialLayout;
+    const std::uint32_t largest = resources_.device.limits().maxImageDimension2D;
+    if (info.extent.width > largest || info.extent.height > largest) {
+        throw VulkanError("the picture is larger than the device's limit of " + std::to_string(largest) +
+                          " pixels a side");
+    }
+    check(vkCreateImage(device, &info, nullptr, &image_), "cannot create a texture");
+
+    VkMemoryRequirements needs;
+    vkGetImageMemoryRequirements(device, image_, &needs);
+    constexpr VkMemoryPropertyFlags kDeviceMemory = VK_MEMORY_PROPERTY_DEVICE_LOCAL_BIT;
+    memory_ =
+        resources_.memory.allocate(needs, key_.hostVisible ? kHostMemory : kDeviceMemory, key_.hostVisible);
+    check(vkBindImageMemory(device, image_, memory_.memory, memory_.offset), "cannot bind texture memory");
+    if (key_.hostVisible) {
+        const VkImageSubresource first{VK_IMAGE_ASPECT_COLOR_BIT, 0, 0};
+        VkSubresourceLayout placed;
+        vkGetImageSubresourceLayout(device, image_, &first, &placed);
+        pixels_ = memory_.mapped + placed.offset;
+        rowBytes_ = std::size_t(placed.rowPitch);
+    }
+
+    VkImageViewCreateInfo viewInfo{VK_STRUCTURE_TYPE_IMAGE_VIEW_CREATE_INFO};
+    viewInfo.image = image_;
+    viewInfo.viewType = VK_IMAGE_VIEW_TYPE_2D;
+    viewInfo.format = info.format;
+    viewInfo.subresourceRange = {VK_IMAGE_ASPECT_COLOR_BIT, 0, info.mipLevels, 0, 1};
+    check(vkCreateImageView(device, &viewInfo, nullptr, &view_), "cannot create a texture view");
+}
+
+VkFramebuffer Texture::framebuffer() {
+    if (framebuffer_) return framebuffer_;
+    const VkRenderPass pass = resources_.renderPass(key_.format, DeviceResources::TargetUse::sampled);
+    VkFramebufferCreateInfo info{VK_STRUCTURE_TYPE_FRAMEBUFFER_CREATE_INFO};
+    info.renderPass = pass;
+    info.attachmentCount = 1;
+    info.pAttachments = &view_;
+    info.width = std::uint32_t(key_.width);
+    info.height = std::uint32_t(key_.height);
+    info.layers = 1;
+    check(vkCreateFramebuffer(resources_.device.handle(), &info, nullptr, &framebuffer_),
+          "cannot create a framebuffer");
+    return framebuffer_;
+}
+
+void Texture::destroy() {
+    const VkDevice device = resources_.device.handle();
+    vkDestroyFramebuffer(device, framebuffer_, nullptr);
+    vkDestroyImageView(device, view_, nullptr);
+    vkDestroyImage(device, image_, nullptr);
+    resources_.memory.free(memory_);
+}
+
+std::shared_ptr<Texture> TexturePool::acquire(const TextureKey& key) {
+    std::unique_ptr<Texture> texture;
+    {
+        std::scoped_lock lock(mutex_);
+        const std::uint64_t completed = resources_->completedSerial;
+        const auto found = std::find_if(idle_.begin(), idle_.end(), [&](const auto& idle) {
+            return idle->key() == key && (!key.hostVisible || idle->lastUse <= completed);
+        });
+        if (found != idle_.end()) {
+            texture = std::move(*found);
+            idle_.erase(found);
+            idleBytes_ -= texture->bytes();
+        }
+    }
+    if (!texture) texture = std::make_unique<Texture>(*resources_, key);
+    return {texture.release(), [pool = shared_from_this()](Texture* returned) {
+                pool->giveBack(std::unique_ptr<Texture>(returned));
+            }};
+}
+
+void TexturePool::giveBack(std::unique_ptr<Texture> texture) {
+    std::scoped_lock lock(mutex_);
+    idleBytes_ += texture->bytes();
+    idle_.push_front(std::move(texture));
+}
+
+void TexturePool::trim(std::uint64_t currentSerial) {
+    constexpr std::uint64_t kPatience = 120;  // frames
+    std::scoped_lock lock(mutex_);
+    const std::uint64_t completed = resources_->completedSerial;
+    for (auto it = idle_.end(); it != idle_.begin();) {
+        --it;
+        const bool over = idleBytes_ > budgetBytes_;
+        const bool stale = (*it)->lastUse + kPatience < currentSerial;
+        if ((*it)->lastUse > completed || !(over || stale)) continue;
+        idleBytes_ -= (*it)->bytes();
+        it = idle_.erase(it);
+    }
+}
+
+HostBuffer::HostBuffer(DeviceResources& resources, VkDeviceSize size, VkBufferUsageFlags usage, bool readBack)
+    : resources_(resources), size_(size) {
+    const VkDevice device = resources_.device.handle();
+    VkBufferCreateInfo info{VK_STRUCTURE_TYPE_BUFFER_CREATE_INFO};
+    info.size = size;
+    info.usage = usage;
+    check(vkCreateBuffer(device, &info, nullptr, &buffer_), "cannot create a buffer");
+    try {
+        VkMemoryRequirements needs;
+        vkGetBufferMemoryRequirements(device, buffer_, &needs);
+        // Uncached memory is slow to read, so read-back asks for cached where there is any.
+        const bool cached = readBack && resources_.device.findMemoryType(
+                                            needs.memoryTypeBits,
+                                            kHostMemory | VK_MEMORY_PROPERTY_HOST_CACHED_BIT) != UINT32_MAX;
+        memory_ = resources_.memory.allocate(
+            needs, cached ? kHostMemory | VK_MEMORY_PROPERTY_HOST_CACHED_BIT : kHostMemory, true);
+        check(vkBindBufferMemory(device, buffer_, memory_.memory, memory_.offset),
+              "cannot bind buffer memory");
+    } catch (...) {
+        vkDestroyBuffer(device, buffer_, nullptr);
+        resources_.memory.free(memory_);
+        throw;
+    }
+}
+
+HostBuffer::~HostBuffer() {
+    vkDestroyBuffer(resources_.device.handle(), buffer_, nullptr);
+    resources_.memory.free(memory_);
+}
+
+}  // namespace qv

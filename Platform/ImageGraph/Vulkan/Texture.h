@@ -1,0 +1,133 @@
+#pragma once
+
+#include <vulkan/vulkan.h>
+
+#include <atomic>
+#include <cstdint>
+#include <list>
+#include <memory>
+#include <mutex>
+
+#include "Platform/ImageGraph/Planner.h"
+#include "Platform/ImageGraph/Vulkan/DeviceMemory.h"
+#include "Platform/ImageGraph/Vulkan/VulkanDevice.h"
+
+namespace qv {
+
+VkFormat vulkanFormat(TextureFormat format);
+
+/// Device, memory and the samplers and render passes that textures are used with.
+struct DeviceResources {
+    explicit DeviceResources(const MTIContextOptions& options);
+    ~DeviceResources();
+
+    /// What a render pass does with its target besides drawing: how it finds it and how it leaves it.
+    enum class TargetUse { sampled, hostVisible };
+    VkRenderPass renderPass(TextureFormat format, TargetUse use);
+
+    VulkanDevice device;
+    DeviceMemory memory{device};
+    VkSampler sampler = VK_NULL_HANDLE;        ///< linear, clamped
+    VkSampler mipmapSampler = VK_NULL_HANDLE;  ///< the same, between mip levels too
+    bool hostTextures = false;  ///< a processor whose textures the host may read and write in place
+    std::atomic<std::uint64_t> completedSerial{0};  ///< of the last submission that is known to have ended
+
+  private:
+    std::mutex mutex_;
+    VkRenderPass renderPasses_[6][2] = {};
+};
+
+struct TextureKey {
+    int width, height;
+    TextureFormat format;
+    bool hostVisible;  ///< linear and mapped; only where DeviceResources::hostTextures
+    int mipLevels = 1;
+    bool operator==(const TextureKey&) const = default;
+};
+
+/// An image with its memory, view and framebuffer. Recorded into by one thread at a time.
+class Texture {
+  public:
+    Texture(DeviceResources& resources, const TextureKey& key);
+    ~Texture();
+    Texture(const Texture&) = delete;
+    Texture& operator=(const Texture&) = delete;
+
+    const TextureKey& key() const { return key_; }
+    std::uint64_t bytes() const {
+        return std::uint64_t(key_.width) * std::uint64_t(key_.height) *
+               std::uint64_t(texelBytes(key_.format));
+    }
+    VkImage image() const { return image_; }
+    VkImageView view() const { return view_; }
+    VkFramebuffer framebuffer();
+    /// First pixel and bytes of a row of a host-visible texture.
+    std::uint8_t* pixels() const { return pixels_; }
+    std::size_t rowBytes() const { return rowBytes_; }
+    /// The layout in which shaders read it.
+    VkImageLayout sampledLayout() const {
+        return key_.hostVisible ? VK_IMAGE_LAYOUT_GENERAL : VK_IMAGE_LAYOUT_SHADER_READ_ONLY_OPTIMAL;
+    }
+
+    VkImageLayout layout = VK_IMAGE_LAYOUT_UNDEFINED;  ///< after what has been recorded so far
+    std::uint64_t lastUse = 0;                         ///< serial of the last submission that uses it
+
+  private:
+    void create();
+    void destroy();
+
+    DeviceResources& resources_;
+    TextureKey key_;
+    VkImage image_ = VK_NULL_HANDLE;
+    VkImageView view_ = VK_NULL_HANDLE;
+    VkFramebuffer framebuffer_ = VK_NULL_HANDLE;
+    MemoryRange memory_;
+    std::uint8_t* pixels_ = nullptr;
+    std::size_t rowBytes_ = 0;
+};
+
+/// Textures for reuse, by size and format. A texture handed out comes back by itself when its last holder
+/// lets go; holders may do so on any thread, also after the context is gone.
+class TexturePool : public std::enable_shared_from_this<TexturePool> {
+  public:
+    TexturePool(std::shared_ptr<DeviceResources> resources, std::uint64_t budgetBytes)
+        : resources_(std::move(resources)), budgetBytes_(budgetBytes) {}
+
+    /// A texture whose old content is of no interest. One that the host will write is handed out only when
+    /// the device is done with it.
+    std::shared_ptr<Texture> acquire(const TextureKey& key);
+    /// Frees idle textures above the budget, the longest unused first, and those that no frame has wanted for
+    /// a while.
+    void trim(std::uint64_t currentSerial);
+
+  private:
+    void giveBack(std::unique_ptr<Texture> texture);
+
+    std::shared_ptr<DeviceResources> resources_;
+    std::uint64_t budgetBytes_;
+    std::mutex mutex_;
+    std::list<std::unique_ptr<Texture>> idle_;  ///< most recently returned first
+    std::uint64_t idleBytes_ = 0;
+};
+
+/// A host-visible buffer for staging, read-back and instance data.
+class HostBuffer {
+  public:
+    HostBuffer(DeviceResources& resources, VkDeviceSize size, VkBufferUsageFlags usage,
+               bool readBack = false);
+    ~HostBuffer();
+    HostBuffer(const HostBuffer&) = delete;
+    HostBuffer& operator=(const HostBuffer&) = delete;
+
+    VkBuffer handle() const { return buffer_; }
+    std::uint8_t* data() const { return memory_.mapped; }
+    VkDeviceSize size() const { return size_; }
+
+  private:
+    DeviceResources& resources_;
+    VkBuffer buffer_ = VK_NULL_HANDLE;
+    MemoryRange memory_;
+    VkDeviceSize size_;
+};
+
+}  // namespace qv

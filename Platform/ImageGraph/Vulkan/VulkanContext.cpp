@@ -1,0 +1,286 @@
+#include "Platform/ImageGraph/Vulkan/VulkanContext.h"
+
+#include <cstring>
+
+#include "Platform/ImageGraph/Vulkan/SourcePixels.h"
+
+namespace qv {
+
+namespace {
+
+/// Textures that a source node keeps, by plane.
+struct ResidentTextures {
+    std::vector<std::shared_ptr<Texture>> planes;
+};
+
+void imageBarrier(VkCommandBuffer commands, Texture& texture, VkImageLayout layout,
+                  VkPipelineStageFlags before, VkAccessFlags written, VkPipelineStageFlags after,
+                  VkAccessFlags next) {
+    VkImageMemoryBarrier info{VK_STRUCTURE_TYPE_IMAGE_MEMORY_BARRIER};
+    info.srcAccessMask = written;
+    info.dstAccessMask = next;
+    info.oldLayout = texture.layout;
+    info.newLayout = layout;
+    info.srcQueueFamilyIndex = info.dstQueueFamilyIndex = VK_QUEUE_FAMILY_IGNORED;
+    info.image = texture.image();
+    info.subresourceRange = {VK_IMAGE_ASPECT_COLOR_BIT, 0, VK_REMAINING_MIP_LEVELS, 0, 1};
+    vkCmdPipelineBarrier(commands, before, after, 0, 0, nullptr, 0, nullptr, 1, &info);
+    texture.layout = layout;
+}
+
+VkBufferImageCopy wholeImage(const Texture& texture) {
+    VkBufferImageCopy copy{};
+    copy.imageSubresource = {VK_IMAGE_ASPECT_COLOR_BIT, 0, 0, 1};
+    copy.imageExtent = {std::uint32_t(texture.key().width), std::uint32_t(texture.key().height), 1};
+    return copy;
+}
+
+}  // namespace
+
+/// What the stages of one render share.
+struct VulkanContext::Recording {
+    RenderPlan plan;
+    bool toHost;
+    Frame& frame;
+    VkCommandBuffer commands;
+    std::uint64_t serial;
+    std::vector<std::shared_ptr<Texture>> textures;  ///< by the plan's index, while needed
+    RenderStatistics statistics;
+
+    Texture& texture(int index) { return *textures[std::size_t(index)]; }
+    bool isOutput(int index) const {
+        return std::find(plan.outputs.begin(), plan.outputs.end(), index) != plan.outputs.end();
+    }
+};
+
+VulkanContext::VulkanContext(const MTIContextOptions& options)
+    : options_(options),
+      resources_(std::make_shared<DeviceResources>(options)),
+      textures_(std::make_shared<TexturePool>(resources_, options.textureBudgetBytes)),
+      buffers_(std::make_shared<HostBufferPool>(resources_)),
+      pipelines_(*resources_),
+      atlas_(*resources_, textures_) {
+    for (auto& frame : frames_) frame = std::make_unique<Frame>(*resources_);
+    blank_ = MTIImage::imageWithBitmap({1, 1, std::make_shared<const std::vector<std::uint8_t>>(4, 0)});
+}
+
+VulkanContext::~VulkanContext() {
+    vkDeviceWaitIdle(resources_->device.handle());
+}
+
+VulkanContext::Submission VulkanContext::submit(const MTIImage& image, PlanTarget target, bool toHost) {
+    if (!image) throw VulkanError("the image is nil");
+    target.processor = resources_->device.info().isProcessor;
+    target.working = options_.workingPixelFormat == MTIPixelFormat::rgba16Float ? TextureFormat::rgba16Float
+                                                                                : TextureFormat::rgba8;
+    RenderPlan plan = planRender(image, target);
+    if (plan.passes.empty()) throw VulkanError("a stock shader is missing");
+
+    std::scoped_lock lock(mutex_);
+    const std::uint64_t serial = ++serial_;
+    Frame& frame = *frames_[serial % kFramesInFlight];
+    const VkCommandBuffer commands = frame.begin();
+    Submission submission{&frame, serial, {}, {}};
+    try {
+        Recording recording{std::move(plan), toHost, frame, commands, serial, {}, {}};
+        recording.textures.resize(recording.plan.textures.size());
+        takeSourcesIn(recording);
+        recordPasses(recording);
+        handToHost(recording, submission);
+        frame.submit(serial);
+        submission.statistics = recording.statistics;
+    } catch (...) {
+        frame.abandon();
+        throw;
+    }
+    textures_->trim(serial);
+    return submission;
+}
+
+void VulkanContext::takeSourcesIn(Recording& recording) {
+    for (std::size_t i = 0; i < recording.plan.textures.size(); ++i) {
+        const PlanTexture& wanted = recording.plan.textures[i];
+        if (!wanted.source || wanted.lastReader < 0) continue;
+        recording.textures[i] = residentTexture(recording, wanted);
+    }
+}
+
+std::shared_ptr<Texture> VulkanContext::residentTexture(Recording& recording, const PlanTexture& wanted) {
+    ImageNode::Residence& residence = wanted.source->residence;
+    std::scoped_lock lock(residence.mutex);
+    if (residence.context != this || !residence.texture) {
+        residence.texture = std::make_shared<ResidentTextures>();
+        residence.context = this;
+    }
+    auto& planes = static_cast<ResidentTextures*>(residence.texture.get())->planes;
+    planes.resize(std::max(planes.size(), std::size_t(wanted.plane) + 1));
+    std::shared_ptr<Texture>& texture = planes[std::size_t(wanted.plane)];
+    if (!texture) {
+        const bool inPlace = resources_->hostTextures && wanted.format == TextureFormat::rgba8;
+        auto filled = textures_->acquire({wanted.width, wanted.height, wanted.format, inPlace});
+        fill(recording, *filled, wanted);
+        texture = std::move(filled);
+    }
+    texture->lastUse = recording.serial;
+    // The node may let go of it while the device still reads it.
+    recording.frame.keepAlive.push_back(texture);
+    return texture;
+}
+
+void VulkanContext::fill(Recording& recording, Texture& texture, const PlanTexture& wanted) {
+    if (texture.key().hostVisible) {
+        writeSourcePixels(wanted, texture.pixels(), texture.rowBytes());
+        if (texture.layout != VK_IMAGE_LAYOUT_GENERAL) {
+            imageBarrier(recording.commands, texture, VK_IMAGE_LAYOUT_GENERAL, VK_PIPELINE_STAGE_HOST_BIT,
+                         VK_ACCESS_HOST_WRITE_BIT, VK_PIPELINE_STAGE_FRAGMENT_SHADER_BIT,
+                         VK_ACCESS_SHADER_READ_BIT);
+        }
+        return;
+    }
+    const std::size_t rowBytes = std::size_t(wanted.width) * std::size_t(texelBytes(wanted.format));
+    const auto staging = buffers_->acquire(rowBytes * std::size_t(wanted.height));
+    writeSourcePixels(wanted, staging->data(), rowBytes);
+    texture.layout = VK_IMAGE_LAYOUT_UNDEFINED;
+    imageBarrier(recording.commands, texture, VK_IMAGE_LAYOUT_TRANSFER_DST_OPTIMAL,
+                 VK_PIPELINE_STAGE_FRAGMENT_SHADER_BIT | VK_PIPELINE_STAGE_COLOR_ATTACHMENT_OUTPUT_BIT |
+                     VK_PIPELINE_STAGE_TRANSFER_BIT,
+                 VK_ACCESS_COLOR_ATTACHMENT_WRITE_BIT | VK_ACCESS_TRANSFER_WRITE_BIT,
+                 VK_PIPELINE_STAGE_TRANSFER_BIT, VK_ACCESS_TRANSFER_WRITE_BIT);
+    const VkBufferImageCopy copy = wholeImage(texture);
+    vkCmdCopyBufferToImage(recording.commands, staging->handle(), texture.image(),
+                           VK_IMAGE_LAYOUT_TRANSFER_DST_OPTIMAL, 1, &copy);
+    imageBarrier(recording.commands, texture, VK_IMAGE_LAYOUT_SHADER_READ_ONLY_OPTIMAL,
+                 VK_PIPELINE_STAGE_TRANSFER_BIT, VK_ACCESS_TRANSFER_WRITE_BIT,
+                 VK_PIPELINE_STAGE_FRAGMENT_SHADER_BIT, VK_ACCESS_SHADER_READ_BIT);
+    recording.frame.keepAlive.push_back(staging);
+}
+
+void VulkanContext::recordPasses(Recording& recording) {
+    const auto& passes = recording.plan.passes;
+    for (std::size_t i = 0; i < passes.size(); ++i) {
+        recordPass(recording, passes[i]);
+        // A texture goes back to the pool when its last reader is recorded: later passes may write it again.
+        for (int input : passes[i].inputs) {
+            if (input < 0 || recording.isOutput(input)) continue;
+            if (recording.plan.textures[std::size_t(input)].lastReader == int(i))
+                recording.textures[std::size_t(input)].reset();
+        }
+    }
+}
+
+void VulkanContext::recordPass(Recording& recording, const PlanPass& pass) {
+    const PlanTexture& wanted = recording.plan.textures[std::size_t(pass.output)];
+    const bool inPlace =
+        recording.toHost && resources_->hostTextures && recording.isOutput(pass.output) &&
+        (wanted.format == TextureFormat::rgba8 || wanted.format == TextureFormat::rgba16Float);
+    auto& texture = recording.textures[std::size_t(pass.output)];
+    texture = textures_->acquire({wanted.width, wanted.height, wanted.format, inPlace});
+    texture->lastUse = recording.serial;
+
+    std::vector<SpriteVertexData> vertices;
+    std::vector<SpriteRun> runs;
+    if (pass.sprites) {
+        runs = atlas_.layOut(*pass.sprites, wanted.width, wanted.height, vertices, recording.commands,
+                             recording.frame.keepAlive);
+    }
+
+    const VkCommandBuffer commands = recording.commands;
+    const auto use = inPlace ? DeviceResources::TargetUse::hostVisible : DeviceResources::TargetUse::sampled;
+    const VkRect2D area{{0, 0}, {std::uint32_t(wanted.width), std::uint32_t(wanted.height)}};
+    const VkViewport viewport{0, 0, float(wanted.width), float(wanted.height), 0, 1};
+    const Pipeline& pipeline = pipelines_.fullScreen(pass, wanted.format);
+    VkRenderPassBeginInfo begin{VK_STRUCTURE_TYPE_RENDER_PASS_BEGIN_INFO};
+    begin.renderPass = resources_->renderPass(wanted.format, use);
+    begin.framebuffer = texture->framebuffer();
+    begin.renderArea = area;
+    vkCmdBeginRenderPass(commands, &begin, VK_SUBPASS_CONTENTS_INLINE);
+    vkCmdSetViewport(commands, 0, 1, &viewport);
+    vkCmdSetScissor(commands, 0, 1, &area);
+    vkCmdBindPipeline(commands, VK_PIPELINE_BIND_POINT_GRAPHICS, pipeline.handle);
+    bindInputs(recording, pass, pipeline);
+    vkCmdPushConstants(commands, pipeline.layout, VK_SHADER_STAGE_VERTEX_BIT, 0, pipeline.slots * 16,
+                       pass.words.data());
+    vkCmdDraw(commands, 3, 1, 0, 0);
+
+    if (!runs.empty()) {
+        const auto instances = buffers_->acquire(vertices.size() * sizeof(SpriteVertexData));
+        std::memcpy(instances->data(), vertices.data(), vertices.size() * sizeof(SpriteVertexData));
+        recording.frame.keepAlive.push_back(instances);
+        const Pipeline& sprites = pipelines_.sprites(wanted.format);
+        vkCmdBindPipeline(commands, VK_PIPELINE_BIND_POINT_GRAPHICS, sprites.handle);
+        const VkBuffer buffer = instances->handle();
+        const VkDeviceSize offset = 0;
+        vkCmdBindVertexBuffers(commands, 0, 1, &buffer, &offset);
+        for (const SpriteRun& run : runs) {
+            run.page->lastUse = recording.serial;
+            recording.frame.keepAlive.push_back(run.page);
+            const VkDescriptorSet set = recording.frame.allocateSet(sprites.setLayout);
+            const VkDescriptorImageInfo page{resources_->mipmapSampler, run.page->view(),
+                                             run.page->sampledLayout()};
+            VkWriteDescriptorSet write{VK_STRUCTURE_TYPE_WRITE_DESCRIPTOR_SET};
+            write.dstSet = set;
+            write.descriptorCount = 1;
+            write.descriptorType = VK_DESCRIPTOR_TYPE_COMBINED_IMAGE_SAMPLER;
+            write.pImageInfo = &page;
+            vkUpdateDescriptorSets(resources_->device.handle(), 1, &write, 0, nullptr);
+            vkCmdBindDescriptorSets(commands, VK_PIPELINE_BIND_POINT_GRAPHICS, sprites.layout, 0, 1, &set, 0,
+                                    nullptr);
+            vkCmdDraw(commands, 4, run.count, 0, run.first);
+        }
+    }
+    vkCmdEndRenderPass(commands);
+    texture->layout = texture->sampledLayout();
+    ++recording.statistics.passes;
+    recording.statistics.bytesWritten += texture->bytes();
+}
+
+void VulkanContext::bindInputs(Recording& recording, const PlanPass& pass, const Pipeline& pipeline) {
+    if (pass.inputs.empty()) return;
+    const VkDescriptorSet set = recording.frame.allocateSet(pipeline.setLayout);
+    std::vector<VkDescriptorImageInfo> images(pass.inputs.size());
+    std::vector<VkWriteDescriptorSet> writes(pass.inputs.size());
+    for (std::size_t i = 0; i < pass.inputs.size(); ++i) {
+        const int index = pass.inputs[i];
+        const std::shared_ptr<Texture> input =
+            index >= 0 ? recording.textures[std::size_t(index)]
+                       : residentTexture(recording, {1, 1, TextureFormat::rgba8, blank_.node().get()});
+        recording.statistics.bytesRead += input->bytes();
+        images[i] = {resources_->sampler, input->view(), input->sampledLayout()};
+        writes[i].sType = VK_STRUCTURE_TYPE_WRITE_DESCRIPTOR_SET;
+        writes[i].dstSet = set;
+        writes[i].dstBinding = std::uint32_t(i);
+        writes[i].descriptorCount = 1;
+        writes[i].descriptorType = VK_DESCRIPTOR_TYPE_COMBINED_IMAGE_SAMPLER;
+        writes[i].pImageInfo = &images[i];
+    }
+    vkUpdateDescriptorSets(resources_->device.handle(), std::uint32_t(writes.size()), writes.data(), 0,
+                           nullptr);
+    vkCmdBindDescriptorSets(recording.commands, VK_PIPELINE_BIND_POINT_GRAPHICS, pipeline.layout, 0, 1, &set,
+                            0, nullptr);
+}
+
+void VulkanContext::handToHost(Recording& recording, Submission& submission) {
+    for (int index : recording.plan.outputs) {
+        HostPixels output{recording.textures[std::size_t(index)], nullptr};
+        if (recording.toHost && !output.texture->key().hostVisible) {
+            Texture& texture = *output.texture;
+            output.buffer = buffers_->acquire(texture.bytes(), true);
+            imageBarrier(recording.commands, texture, VK_IMAGE_LAYOUT_TRANSFER_SRC_OPTIMAL,
+                         VK_PIPELINE_STAGE_COLOR_ATTACHMENT_OUTPUT_BIT, VK_ACCESS_COLOR_ATTACHMENT_WRITE_BIT,
+                         VK_PIPELINE_STAGE_TRANSFER_BIT, VK_ACCESS_TRANSFER_READ_BIT);
+            const VkBufferImageCopy copy = wholeImage(texture);
+            vkCmdCopyImageToBuffer(recording.commands, texture.image(), VK_IMAGE_LAYOUT_TRANSFER_SRC_OPTIMAL,
+                                   output.buffer->handle(), 1, &copy);
+        }
+        submission.outputs.push_back(std::move(output));
+    }
+    if (!recording.toHost) return;
+    VkMemoryBarrier barrier{VK_STRUCTURE_TYPE_MEMORY_BARRIER};
+    barrier.srcAccessMask = VK_ACCESS_TRANSFER_WRITE_BIT | VK_ACCESS_COLOR_ATTACHMENT_WRITE_BIT;
+    barrier.dstAccessMask = VK_ACCESS_HOST_READ_BIT;
+    vkCmdPipelineBarrier(recording.commands,
+                         VK_PIPELINE_STAGE_TRANSFER_BIT | VK_PIPELINE_STAGE_COLOR_ATTACHMENT_OUTPUT_BIT,
+                         VK_PIPELINE_STAGE_HOST_BIT, 0, 1, &barrier, 0, nullptr, 0, nullptr);
+}
+
+}  // namespace qv

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <array>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+#include "Platform/ImageGraph/MTIContext.h"
+#include "Platform/ImageGraph/Planner.h"
+#include "Platform/ImageGraph/Vulkan/Frame.h"
+#include "Platform/ImageGraph/Vulkan/HostBufferPool.h"
+#include "Platform/ImageGraph/Vulkan/PipelineStore.h"
+#include "Platform/ImageGraph/Vulkan/SpriteAtlas.h"
+#include "Platform/ImageGraph/Vulkan/Texture.h"
+
+namespace qv {
+
+class VulkanContext final : public MTIContext, public std::enable_shared_from_this<VulkanContext> {
+  public:
+    /// Throws VulkanError.
+    explicit VulkanContext(const MTIContextOptions& options);
+    ~VulkanContext() override;
+
+    const GraphicsDevice& device() const override { return resources_->device.info(); }
+    const MTIContextOptions& options() const override { return options_; }
+    std::unique_ptr<RenderTask> startRender(const MTIImage& image, const PixelBuffer& destination,
+                                            std::string* error) override;
+    std::unique_ptr<RenderTask> startRender(const MTIImage& image, std::string* error) override;
+    Bitmap renderToBitmap(const MTIImage& image, std::string* error) override;
+    std::vector<float> renderToFloats(const MTIImage& image, std::string* error) override;
+    void prepare(const MTIImage& image) override;
+    std::vector<std::string> validationMessages() const override {
+        return resources_->device.validationMessages();
+    }
+    std::uint64_t allocatedBytes() const override { return resources_->memory.allocatedBytes(); }
+
+    /// Pixels of one output texture for the host: in place, or copied to a buffer.
+    struct HostPixels {
+        std::shared_ptr<Texture> texture;
+        std::shared_ptr<HostBuffer> buffer;
+        const std::uint8_t* data() const { return buffer ? buffer->data() : texture->pixels(); }
+        std::size_t rowBytes() const {
+            return buffer ? std::size_t(texture->key().width) * std::size_t(texelBytes(texture->key().format))
+                          : texture->rowBytes();
+        }
+    };
+
+    /// A submitted render.
+    struct Submission {
+        Frame* frame = nullptr;
+        std::uint64_t serial = 0;
+        std::vector<HostPixels> outputs;
+        RenderStatistics statistics;
+    };
+
+  private:
+    /// Runs the stages of a render: plan, take sources in, record the passes, hand the outputs to the host,
+    /// submit. Throws VulkanError.
+    Submission submit(const MTIImage& image, PlanTarget target, bool toHost);
+
+    struct Recording;
+    void takeSourcesIn(Recording& recording);
+    void recordPasses(Recording& recording);
+    void recordPass(Recording& recording, const PlanPass& pass);
+    void bindInputs(Recording& recording, const PlanPass& pass, const Pipeline& pipeline);
+    void handToHost(Recording& recording, Submission& submission);
+    std::shared_ptr<Texture> residentTexture(Recording& recording, const PlanTexture& wanted);
+    void fill(Recording& recording, Texture& texture, const PlanTexture& wanted);
+
+    static constexpr std::size_t kFramesInFlight = 3;
+
+    MTIContextOptions options_;
+    std::shared_ptr<DeviceResources> resources_;
+    std::shared_ptr<TexturePool> textures_;
+    std::shared_ptr<HostBufferPool> buffers_;
+    PipelineStore pipelines_;
+    SpriteAtlas atlas_;
+    std::array<std::unique_ptr<Frame>, kFramesInFlight> frames_;
+    MTIImage blank_;  ///< stands for a nil input
+    std::mutex mutex_;
+    std::uint64_t serial_ = 0;
+};
+
+}  // namespace qv

@@ -1,0 +1,158 @@
+// The ways to ask a context for a render, and what becomes of its pixels.
+
+#include <algorithm>
+#include <cstring>
+
+#include "Platform/ImageGraph/Vulkan/VulkanContext.h"
+#include "Platform/Media/PixelConversion.h"
+
+namespace qv {
+
+namespace {
+
+void setError(std::string* error, const std::exception& failure) {
+    if (error) *error = failure.what();
+}
+
+void copyRows(const VulkanContext::HostPixels& from, std::uint8_t* to, std::size_t toRowBytes) {
+    const TextureKey& key = from.texture->key();
+    const std::size_t bytes = std::size_t(key.width) * std::size_t(texelBytes(key.format));
+    for (int y = 0; y < key.height; ++y) {
+        std::memcpy(to + std::size_t(y) * toRowBytes, from.data() + std::size_t(y) * from.rowBytes(), bytes);
+    }
+}
+
+class VulkanTask final : public RenderTask {
+  public:
+    VulkanTask(std::shared_ptr<VulkanContext> context, VulkanContext::Submission submission,
+               PixelBuffer destination)
+        : context_(std::move(context)),
+          submission_(std::move(submission)),
+          destination_(std::move(destination)) {}
+
+    bool wait(std::string* error) override {
+        if (done_) return true;
+        try {
+            submission_.frame->wait(submission_.serial);
+        } catch (const std::exception& failure) {
+            setError(error, failure);
+            return false;
+        }
+        submission_.statistics.gpuMilliseconds = submission_.frame->milliseconds(submission_.serial);
+        if (destination_) deliver();
+        submission_.outputs.clear();
+        done_ = true;
+        return true;
+    }
+
+    const RenderStatistics& statistics() const override { return submission_.statistics; }
+
+  private:
+    void deliver() {
+        const auto& outputs = submission_.outputs;
+        if (outputs.front().texture->key().format == TextureFormat::rgba8) {
+            convertFromRGBA8(outputs.front().data(), outputs.front().rowBytes(), destination_);
+            return;
+        }
+        for (std::size_t plane = 0; plane < outputs.size(); ++plane) {
+            copyRows(outputs[plane], destination_.plane(int(plane)).data,
+                     destination_.plane(int(plane)).rowBytes);
+        }
+    }
+
+    std::shared_ptr<VulkanContext> context_;
+    VulkanContext::Submission submission_;
+    PixelBuffer destination_;
+    bool done_ = false;
+};
+
+}  // namespace
+
+std::vector<GraphicsDevice> MTIContext::devices(std::string* error) {
+    try {
+        return VulkanDevice::enumerate();
+    } catch (const std::exception& failure) {
+        setError(error, failure);
+        return {};
+    }
+}
+
+std::shared_ptr<MTIContext> MTIContext::create(const MTIContextOptions& options, std::string* error) {
+    try {
+        return std::make_shared<VulkanContext>(options);
+    } catch (const std::exception& failure) {
+        setError(error, failure);
+        return nullptr;
+    }
+}
+
+std::unique_ptr<RenderTask> VulkanContext::startRender(const MTIImage& image, const PixelBuffer& destination,
+                                                       std::string* error) {
+    try {
+        if (!image) throw VulkanError("the image is nil");
+        if (!destination) throw VulkanError("there is no destination");
+        const CGSize size = image.size();
+        if (int(size.width) != destination.width() || int(size.height) != destination.height()) {
+            throw VulkanError("the destination's size is not the image's");
+        }
+        const bool deep = PixelBuffer::bitDepth(destination.format()) > 8;
+        PlanTarget target;
+        if (deep || (!resources_->device.info().isProcessor && PixelBuffer::isYUV(destination.format()))) {
+            target.planes = &destination;
+        }
+        return std::make_unique<VulkanTask>(shared_from_this(), submit(image, target, true), destination);
+    } catch (const std::exception& failure) {
+        setError(error, failure);
+        return nullptr;
+    }
+}
+
+std::unique_ptr<RenderTask> VulkanContext::startRender(const MTIImage& image, std::string* error) {
+    try {
+        return std::make_unique<VulkanTask>(shared_from_this(), submit(image, {}, false), PixelBuffer());
+    } catch (const std::exception& failure) {
+        setError(error, failure);
+        return nullptr;
+    }
+}
+
+Bitmap VulkanContext::renderToBitmap(const MTIImage& image, std::string* error) {
+    try {
+        const Submission submission = submit(image, {}, true);
+        submission.frame->wait(submission.serial);
+        const HostPixels& output = submission.outputs.front();
+        Bitmap bitmap{output.texture->key().width, output.texture->key().height, nullptr};
+        auto pixels =
+            std::make_shared<std::vector<std::uint8_t>>(bitmap.rowBytes() * std::size_t(bitmap.height));
+        copyRows(output, pixels->data(), bitmap.rowBytes());
+        bitmap.pixels = std::move(pixels);
+        return bitmap;
+    } catch (const std::exception& failure) {
+        setError(error, failure);
+        return {};
+    }
+}
+
+std::vector<float> VulkanContext::renderToFloats(const MTIImage& image, std::string* error) {
+    try {
+        PlanTarget target;
+        target.output = TextureFormat::rgba32Float;
+        const Submission submission = submit(image, target, true);
+        submission.frame->wait(submission.serial);
+        const HostPixels& output = submission.outputs.front();
+        const std::size_t rowFloats = std::size_t(output.texture->key().width) * 4;
+        std::vector<float> floats(rowFloats * std::size_t(output.texture->key().height));
+        copyRows(output, reinterpret_cast<std::uint8_t*>(floats.data()), rowFloats * sizeof(float));
+        return floats;
+    } catch (const std::exception& failure) {
+        setError(error, failure);
+        return {};
+    }
+}
+
+void VulkanContext::prepare(const MTIImage& image) {
+    // Drivers compile at the first draw, so the way to warm a pipeline is to draw with it.
+    if (const auto task = startRender(image, nullptr)) task->wait();
+}
+
+}  // namespace qv
