@@ -24,6 +24,8 @@ class OutputFile {
     bool seek(std::int64_t position);
     std::int64_t size() const;
     bool isSeekable() const { return seekable_; }
+    /// Where the bytes are until commit(); empty for what is written directly.
+    const std::string& temporaryPath() const { return temporary_; }
 
     /// Closes and renames. False when this or any write before failed; the temporary file is then gone.
     bool commit();

@@ -1,0 +1,503 @@
+#include "Platform/Media/ClipReader.h"
+
+extern "C" {
+#include <libavutil/display.h>
+}
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
+#include <cstring>
+#include <deque>
+#include <span>
+#include <system_error>
+#include <utility>
+
+#include <fmt/format.h>
+
+#include "Platform/Media/Bitmap.h"
+#include "Platform/Media/FFmpegSupport.h"
+#include "Platform/Media/OutputFile.h"
+#include "Platform/Media/SourceStreams.h"
+
+namespace qv {
+namespace {
+
+using ffmpeg::rational;
+
+ClipMetadata metadataOf(const AVDictionary* dictionary) {
+    ClipMetadata result;
+    const AVDictionaryEntry* entry = nullptr;
+    while ((entry = av_dict_get(dictionary, "", entry, AV_DICT_IGNORE_SUFFIX))) {
+        result.emplace_back(entry->key, entry->value);
+    }
+    return result;
+}
+
+std::string valueOf(const AVDictionary* dictionary, const char* key) {
+    const AVDictionaryEntry* entry = av_dict_get(dictionary, key, nullptr, 0);
+    return entry ? entry->value : "";
+}
+
+ClipStreamKind kindOf(AVMediaType type) {
+    switch (type) {
+        case AVMEDIA_TYPE_VIDEO:
+            return ClipStreamKind::video;
+        case AVMEDIA_TYPE_AUDIO:
+            return ClipStreamKind::audio;
+        case AVMEDIA_TYPE_SUBTITLE:
+            return ClipStreamKind::subtitle;
+        case AVMEDIA_TYPE_ATTACHMENT:
+            return ClipStreamKind::attachment;
+        default:
+            return ClipStreamKind::data;
+    }
+}
+
+ClipStream describeStream(const AVStream& stream) {
+    const AVCodecParameters& parameters = *stream.codecpar;
+    ClipStream result;
+    result.index = stream.index;
+    result.kind = kindOf(parameters.codec_type);
+    result.codec = avcodec_get_name(parameters.codec_id);
+    result.language = valueOf(stream.metadata, "language");
+    result.timeBase = rational(stream.time_base);
+    result.bitRate = parameters.bit_rate;
+    result.isDefault = stream.disposition & AV_DISPOSITION_DEFAULT;
+    result.isCoverPicture = stream.disposition & AV_DISPOSITION_ATTACHED_PIC;
+    result.metadata = metadataOf(stream.metadata);
+    if (parameters.codec_type == AVMEDIA_TYPE_AUDIO) {
+        result.sampleRate = parameters.sample_rate;
+        result.channels = parameters.ch_layout.nb_channels;
+        char layout[64] = "";
+        av_channel_layout_describe(&parameters.ch_layout, layout, sizeof layout);
+        result.channelLayout = layout;
+    }
+    return result;
+}
+
+/// Of a name that is no plain file: whether it stands for a numbered sequence of pictures.
+bool isSequencePattern(const std::string& path) {
+    char first[4096];
+    return av_get_frame_filename2(first, sizeof first, path.c_str(), 1, 0) == 0;
+}
+
+/// Where FFmpeg finds the input; empty with the cause when it cannot be there.
+std::string locate(const std::string& path, std::string& cause) {
+    if (path == "-") return "pipe:0";
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0) {
+        if (path.find("://") != std::string::npos || isSequencePattern(path)) return path;
+        cause = std::generic_category().message(errno);
+        return "";
+    }
+    if (S_ISDIR(status.st_mode)) {
+        cause = std::generic_category().message(EISDIR);
+        return "";
+    }
+    if (S_ISREG(status.st_mode) && status.st_size == 0) {
+        cause = "the file is empty";
+        return "";
+    }
+    return "file:" + path;
+}
+
+void readDisplayMatrix(const AVStream& stream, ClipVideoFormat& video) {
+    std::size_t size = 0;
+    const std::uint8_t* data = av_stream_get_side_data(&stream, AV_PKT_DATA_DISPLAYMATRIX, &size);
+    if (!data || size < 9 * sizeof(std::int32_t)) return;
+    std::memcpy(video.displayMatrix.emplace().data(), data, 9 * sizeof(std::int32_t));
+    const double anticlockwise = av_display_rotation_get(video.displayMatrix->data());
+    if (std::isnan(anticlockwise)) return;
+    video.rotation = int(std::lround(-anticlockwise / 90.0) * 90 % 360 + 360) % 360;
+}
+
+}  // namespace
+
+struct ClipReader::State {
+    // Outlives the contexts that report to it.
+    ffmpeg::MessageSink messages;
+    struct CloseInput {
+        void operator()(AVFormatContext* input) const { avformat_close_input(&input); }
+    };
+    std::unique_ptr<AVFormatContext, CloseInput> input;
+    ffmpeg::CodecContext decoder;
+    ffmpeg::Packet packet{av_packet_alloc()};
+    ffmpeg::Frame frame{av_frame_alloc()};
+    ffmpeg::FrameScaler scaler;
+    AVStream* stream = nullptr;
+
+    std::string name;  ///< for messages
+    ClipInfo info;
+    std::shared_ptr<const SourceStreams> streams;
+    std::string error;
+
+    bool inputEnded = false, ended = false;
+    /// Set by damage in the input: frames that are still in the decoder come first.
+    std::string damage;
+    std::int64_t lastTime = AV_NOPTS_VALUE, lastDuration = 0;
+    std::deque<ClipFrame> pending;     ///< found by seek(), not yet handed out
+    std::optional<ClipFrame> picture;  ///< the only frame of a single picture
+
+    bool open(const std::string& path, const ClipReaderOptions& options);
+    bool openInput(const std::string& path);
+    bool openDecoder(int threads);
+    void describe(const std::string& path);
+    Item next();
+    bool feed(std::optional<ClipPacket>& other);
+    std::optional<ClipFrame> finishFrame();
+    ColorDescription colorOf(AVPixelFormat format, AVColorSpace matrix, AVColorRange range) const;
+    std::int64_t nominalDuration() const;
+    void stop(const std::string& cause);
+    bool fail(const std::string& cause);
+};
+
+bool ClipReader::State::fail(const std::string& cause) {
+    if (error.empty()) error = fileErrorLine("read", name, cause);
+    ended = true;
+    return false;
+}
+
+bool ClipReader::State::open(const std::string& path, const ClipReaderOptions& options) {
+    name = path == "-" ? "standard input" : path;
+    if (!packet || !frame) return fail("out of memory");
+    if (!openInput(path)) return false;
+    for (AVStream* other : std::span(input->streams, input->nb_streams)) {
+        const bool wanted = other == stream || (options.packets && isCopiedStream(*other, stream->index));
+        other->discard = wanted ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
+    }
+    if (!openDecoder(options.threads)) return false;
+    describe(path);
+    streams = std::make_shared<SourceStreams>(*input, stream->index);
+    messages.clear();
+    return true;
+}
+
+bool ClipReader::State::openInput(const std::string& path) {
+    std::string cause;
+    const std::string location = locate(path, cause);
+    if (location.empty()) return fail(cause);
+
+    AVFormatContext* context = avformat_alloc_context();
+    if (!context) return fail("out of memory");
+    context->opaque = &messages;
+    ffmpeg::Dictionary openOptions;
+    // A % in the name of a file that exists is just that.
+    if (location.starts_with("file:")) openOptions.set("pattern_type", "none");
+    int code = avformat_open_input(&context, location.c_str(), nullptr, openOptions.address());
+    if (code < 0) {
+        return fail(code == AVERROR_INVALIDDATA && messages.first().empty() ? "no known media format"
+                                                                            : messages.cause(code));
+    }
+    input.reset(context);
+    code = avformat_find_stream_info(context, nullptr);
+    if (code < 0) return fail(messages.cause(code));
+    const int index = av_find_best_stream(context, AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0);
+    if (context->nb_streams == 0) return fail("there are no streams in it; it may be cut off");
+    if (index < 0) return fail("there is no video in it");
+    stream = context->streams[index];
+    return true;
+}
+
+bool ClipReader::State::openDecoder(int threads) {
+    const AVCodecParameters& parameters = *stream->codecpar;
+    const AVCodec* codec = avcodec_find_decoder(parameters.codec_id);
+    // Alpha of these is a second picture beside the first, which only this decoder looks at.
+    if (valueOf(stream->metadata, "alpha_mode") == "1") {
+        const char* alphaDecoder = parameters.codec_id == AV_CODEC_ID_VP9   ? "libvpx-vp9"
+                                   : parameters.codec_id == AV_CODEC_ID_VP8 ? "libvpx"
+                                                                            : "";
+        if (const AVCodec* found = avcodec_find_decoder_by_name(alphaDecoder)) codec = found;
+    }
+    if (!codec) return fail(fmt::format("no decoder for {}", avcodec_get_name(parameters.codec_id)));
+    decoder.reset(avcodec_alloc_context3(codec));
+    if (!decoder || avcodec_parameters_to_context(decoder.get(), &parameters) < 0)
+        return fail("out of memory");
+    decoder->opaque = &messages;
+    decoder->pkt_timebase = stream->time_base;
+    decoder->thread_count = threads;
+    messages.clear();
+    const int code = avcodec_open2(decoder.get(), codec, nullptr);
+    if (code < 0) return fail(messages.cause(code));
+    if (decoder->width < 1 || decoder->height < 1) return fail("the video has no size");
+    if (decoder->width > kMaximumImageSide || decoder->height > kMaximumImageSide) {
+        return fail(fmt::format("{}x{} is outside the size limit of {}x{}", decoder->width, decoder->height,
+                                kMaximumImageSide, kMaximumImageSide));
+    }
+    return true;
+}
+
+void ClipReader::State::describe(const std::string& path) {
+    const AVCodecParameters& parameters = *stream->codecpar;
+    // Alpha that only the decoder knows of is in its format, not in the stream's.
+    const AVPixelFormat stored =
+        decoder->pix_fmt != AV_PIX_FMT_NONE ? decoder->pix_fmt : AVPixelFormat(parameters.format);
+    const AVPixFmtDescriptor* description = av_pix_fmt_desc_get(stored);
+    const bool twoPictures = valueOf(stream->metadata, "alpha_mode") == "1";
+
+    info.path = path;
+    info.container = input->iformat->name;
+    info.videoStream = stream->index;
+    info.videoCodec = avcodec_get_name(parameters.codec_id);
+    info.bitRate = input->bit_rate;
+
+    ClipVideoFormat& video = info.video;
+    video.width = decoder->width;
+    video.height = decoder->height;
+    const AVRational aspect = av_guess_sample_aspect_ratio(input.get(), stream, nullptr);
+    if (aspect.num > 0 && aspect.den > 0) video.pixelAspect = rational(aspect);
+    readDisplayMatrix(*stream, video);
+    video.timeBase = rational(stream->time_base);
+    video.averageFrameRate = rational(stream->avg_frame_rate);
+    video.realFrameRate = rational(stream->r_frame_rate);
+    video.color = colorOf(stored, parameters.color_space, parameters.color_range);
+    video.tags = {parameters.color_primaries, parameters.color_trc, parameters.color_space,
+                  parameters.chroma_location, parameters.color_range != AVCOL_RANGE_UNSPECIFIED};
+    if (description) {
+        info.storedPixelFormat = description->name;
+        video.bitDepth = description->comp[0].depth;
+        video.hasAlpha = twoPictures || (description->flags & AV_PIX_FMT_FLAG_ALPHA);
+        video.pixelFormat =
+            twoPictures ? PixelFormat::i420Alpha
+                        : ffmpeg::nearestFormat(stored, ffmpeg::isFullRange(stored, parameters.color_range));
+    }
+
+    const std::string_view container = info.container;
+    if (input->start_time != AV_NOPTS_VALUE) info.start = double(input->start_time) / AV_TIME_BASE;
+    if (stream->duration > 0) {
+        info.duration = double(stream->duration) * av_q2d(stream->time_base);
+    } else if (input->duration > 0) {
+        info.duration = double(input->duration) / AV_TIME_BASE;
+    }
+    info.frameCountEstimate = stream->nb_frames > 0
+                                  ? stream->nb_frames
+                                  : std::llround(info.duration * video.averageFrameRate.value());
+    info.isStillPicture =
+        container.ends_with("_pipe") || (container == "image2" && info.frameCountEstimate <= 1);
+    if (info.isStillPicture) info.frameCountEstimate = 1;
+
+    for (const AVStream* each : std::span(input->streams, input->nb_streams)) {
+        info.streams.push_back(describeStream(*each));
+    }
+    for (const AVChapter* chapter : std::span(input->chapters, input->nb_chapters)) {
+        info.chapters.push_back({double(chapter->start) * av_q2d(chapter->time_base),
+                                 double(chapter->end) * av_q2d(chapter->time_base),
+                                 valueOf(chapter->metadata, "title")});
+    }
+    info.metadata = metadataOf(input->metadata);
+}
+
+ColorDescription ClipReader::State::colorOf(AVPixelFormat format, AVColorSpace matrix,
+                                            AVColorRange range) const {
+    const bool fullRange = ffmpeg::isFullRange(format, range);
+    const bool converted =
+        ffmpeg::isRGB(format) && PixelBuffer::isYUV(ffmpeg::nearestFormat(format, fullRange));
+    return {ffmpeg::matrixOf(matrix, decoder->height), fullRange && !converted};
+}
+
+std::int64_t ClipReader::State::nominalDuration() const {
+    AVRational rate = stream->avg_frame_rate.num > 0 ? stream->avg_frame_rate : stream->r_frame_rate;
+    if (rate.num <= 0 || rate.den <= 0) rate = {25, 1};
+    return std::max<std::int64_t>(av_rescale_q(1, av_inv_q(rate), stream->time_base), 1);
+}
+
+std::optional<ClipFrame> ClipReader::State::finishFrame() {
+    ClipFrame result;
+    result.duration = frame->pkt_duration > 0 ? frame->pkt_duration : nominalDuration();
+    result.time = frame->best_effort_timestamp;
+    if (result.time == AV_NOPTS_VALUE) {
+        result.time = lastTime == AV_NOPTS_VALUE ? 0 : lastTime + lastDuration;
+    }
+    if (lastTime != AV_NOPTS_VALUE) result.time = std::max(result.time, lastTime + 1);
+
+    const auto stored = AVPixelFormat(frame->format);
+    const bool fullRange = ffmpeg::isFullRange(stored, frame->color_range);
+    const PixelFormat format = ffmpeg::nearestFormat(stored, fullRange);
+    const ColorDescription color = colorOf(stored, frame->colorspace, frame->color_range);
+    const std::size_t planes = std::size_t(PixelBuffer::planeCount(format));
+    const bool asItIs =
+        ffmpeg::sameLayout(stored) == format && frame->width == info.video.width &&
+        frame->height == info.video.height &&
+        std::all_of(frame->linesize, frame->linesize + planes, [](int bytes) { return bytes > 0; });
+    if (asItIs) {
+        std::array<PixelBuffer::Plane, 4> wrapped{};
+        for (std::size_t i = 0; i < planes; ++i)
+            wrapped[i] = {frame->data[i], std::size_t(frame->linesize[i])};
+        const std::shared_ptr<AVFrame> owner(av_frame_clone(frame.get()), ffmpeg::Deleter{});
+        if (owner) {
+            result.pixels = PixelBuffer::wrap(format, frame->width, frame->height, color, wrapped, owner);
+        }
+    } else {
+        result.pixels = PixelBuffer::create(format, info.video.width, info.video.height, color);
+        // The scaler reads RGB's range as full whatever the description says.
+        const ColorDescription from{color.matrix, fullRange};
+        if (result.pixels &&
+            !scaler.convert(ffmpeg::pictureOf(*frame, from), ffmpeg::pictureOf(result.pixels))) {
+            result.pixels = {};
+        }
+    }
+    av_frame_unref(frame.get());
+    if (!result.pixels) {
+        fail("a frame of a kind that cannot be converted");
+        return std::nullopt;
+    }
+    lastTime = result.time;
+    lastDuration = result.duration;
+    if (info.isStillPicture) picture = result;
+    return result;
+}
+
+/// Notes damage; what the decoder still holds is handed out first.
+void ClipReader::State::stop(const std::string& cause) {
+    if (!damage.empty()) return;
+    damage = cause;
+    inputEnded = true;
+    avcodec_send_packet(decoder.get(), nullptr);
+}
+
+/// Reads one packet: to the decoder, or into `other`. False at the input's end.
+bool ClipReader::State::feed(std::optional<ClipPacket>& other) {
+    const int code = av_read_frame(input.get(), packet.get());
+    if (code < 0) {
+        if (code == AVERROR(EAGAIN)) return true;
+        const bool plainEnd =
+            code == AVERROR_EOF && !messages.sawCutOff() && !(input->pb && input->pb->error < 0);
+        if (!plainEnd) {
+            stop(messages.sawCutOff() ? "the file is cut off" : messages.cause(code));
+        } else if (!inputEnded) {
+            inputEnded = true;
+            avcodec_send_packet(decoder.get(), nullptr);
+        }
+        return false;
+    }
+    if (packet->stream_index == stream->index) {
+        const int sent = avcodec_send_packet(decoder.get(), packet.get());
+        // What precedes the first whole picture of a recording cut anywhere is no damage.
+        if (sent < 0 && sent != AVERROR(EAGAIN) && lastTime != AV_NOPTS_VALUE) stop(messages.cause(sent));
+    } else if (packet->flags & AV_PKT_FLAG_CORRUPT) {
+        if (lastTime != AV_NOPTS_VALUE) stop("the file is cut off");
+    } else if (packet->stream_index < int(input->nb_streams) &&
+               input->streams[packet->stream_index]->discard < AVDISCARD_ALL) {
+        const std::shared_ptr<AVPacket> kept(av_packet_alloc(), ffmpeg::Deleter{});
+        if (kept) {
+            av_packet_move_ref(kept.get(), packet.get());
+            other = ClipPacket{kept->stream_index, kept};
+        }
+    }
+    av_packet_unref(packet.get());
+    return true;
+}
+
+ClipReader::Item ClipReader::State::next() {
+    if (!pending.empty()) {
+        ClipFrame found = std::move(pending.front());
+        pending.pop_front();
+        return found;
+    }
+    while (!ended) {
+        const int code = avcodec_receive_frame(decoder.get(), frame.get());
+        if (code == 0) {
+            const bool broken = frame->decode_error_flags || (frame->flags & AV_FRAME_FLAG_CORRUPT);
+            if (broken && lastTime == AV_NOPTS_VALUE) continue;
+            if (broken) {
+                if (damage.empty())
+                    damage = messages.first().empty() ? "a damaged picture" : messages.first();
+                break;
+            }
+            if (auto result = finishFrame()) return *result;
+        } else if (code == AVERROR_EOF) {
+            break;
+        } else if (code != AVERROR(EAGAIN) && (lastTime != AV_NOPTS_VALUE || inputEnded)) {
+            // A decoder that goes on after its own error would show what was built on the damage.
+            stop(messages.cause(code));
+            break;
+        } else {
+            std::optional<ClipPacket> other;
+            feed(other);
+            if (other) return *other;
+        }
+    }
+    if (ended) return {};
+    ended = true;
+    if (lastTime == AV_NOPTS_VALUE) {
+        fail(!damage.empty()            ? damage
+             : messages.first().empty() ? "there is no picture in it"
+                                        : messages.first());
+    } else if (!damage.empty()) {
+        const double end = double(lastTime + lastDuration) * av_q2d(stream->time_base) - info.start;
+        fail(fmt::format("damaged after {:.3f} s: {}", end, damage));
+    }
+    return {};
+}
+
+ClipReader::ClipReader(std::unique_ptr<State> state) : state_(std::move(state)) {}
+ClipReader::~ClipReader() = default;
+
+std::unique_ptr<ClipReader> ClipReader::open(const std::string& path, const ClipReaderOptions& options,
+                                             std::string* error) {
+    auto state = std::make_unique<State>();
+    if (!state->open(path, options)) {
+        if (error) *error = state->error;
+        return nullptr;
+    }
+    return std::unique_ptr<ClipReader>(new ClipReader(std::move(state)));
+}
+
+const ClipInfo& ClipReader::info() const {
+    return state_->info;
+}
+const std::string& ClipReader::error() const {
+    return state_->error;
+}
+std::shared_ptr<const SourceStreams> ClipReader::streams() const {
+    return state_->streams;
+}
+ClipReader::Item ClipReader::next() {
+    return state_->next();
+}
+
+std::optional<ClipFrame> ClipReader::nextFrame() {
+    while (true) {
+        Item item = next();
+        if (auto* frame = std::get_if<ClipFrame>(&item)) return std::move(*frame);
+        if (std::holds_alternative<std::monostate>(item)) return std::nullopt;
+    }
+}
+
+bool ClipReader::seek(double seconds) {
+    State& state = *state_;
+    if (!state.error.empty()) return false;
+    if (state.info.isStillPicture) {
+        if (!state.picture) nextFrame();
+        if (state.picture) state.pending.assign(1, *state.picture);
+        return state.picture.has_value();
+    }
+    AVFormatContext* input = state.input.get();
+    const int index = state.stream->index;
+    const double place = (seconds + state.info.start) / av_q2d(state.stream->time_base);
+    // A time that was rounded to a decimal still means the frame that begins there.
+    const auto target = std::int64_t(std::floor(place + 1e-3));
+    const bool untouched = state.lastTime == AV_NOPTS_VALUE;
+    if (av_seek_frame(input, index, target, AVSEEK_FLAG_BACKWARD) < 0 &&
+        avformat_seek_file(input, index, INT64_MIN, target, INT64_MAX, 0) < 0 && !untouched) {
+        return state.fail("this input cannot seek");
+    }
+    avcodec_flush_buffers(state.decoder.get());
+    state.inputEnded = state.ended = false;
+    state.lastTime = AV_NOPTS_VALUE;
+    state.pending.clear();
+
+    std::deque<ClipFrame> found;
+    while (auto frame = nextFrame()) {
+        const bool after = frame->time > target;
+        if (!after) found.clear();
+        found.push_back(std::move(*frame));
+        if (after) break;
+    }
+    state.pending = std::move(found);
+    return !state.pending.empty();
+}
+
+}  // namespace qv

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <variant>
+
+#include "Platform/Media/ClipInfo.h"
+
+namespace qv {
+
+struct ClipReaderOptions {
+    int threads = 0;       ///< of the decoder; 0 is one per core
+    bool packets = false;  ///< hand out the packets of audio and subtitles too, for a writer to copy
+};
+
+/// Reads a clip, or a single picture, from whatever file the installed decoders know. One thread at a time,
+/// which may be another one than the writer's: what it gives out is immutable and owns its memory.
+///
+/// Damaged input gives the frames before the damage, then the end, with error() set. FFmpeg's own messages go
+/// to no terminal; the one that names a cause becomes part of the error line. (This is a setting of the whole
+/// process.)
+class ClipReader {
+  public:
+    /// "-" is standard input. A name with a % pattern that is no file itself is a sequence of pictures. Nil
+    /// with one line that names file and cause in `error`, when it is given.
+    static std::unique_ptr<ClipReader> open(const std::string& path, const ClipReaderOptions& options = {},
+                                            std::string* error = nullptr);
+    ~ClipReader();
+
+    const ClipInfo& info() const;
+
+    using Item = std::variant<std::monostate, ClipFrame, ClipPacket>;
+    /// The next frame, or packet of another stream, in the file's order, with frames in display order. Times
+    /// of frames always grow. Nothing at the end and after damage.
+    Item next();
+    /// The next frame; packets on the way are dropped.
+    std::optional<ClipFrame> nextFrame();
+
+    /// Makes the frame that is shown at `seconds` (from the clip's time zero) the next one; before the first
+    /// frame that is the first, after the end the last. False with error() set where the input cannot seek.
+    bool seek(double seconds);
+
+    /// One line that names file and cause, once reading has failed; empty as long as it has not.
+    const std::string& error() const;
+
+    /// What a writer needs for copying the other streams.
+    std::shared_ptr<const SourceStreams> streams() const;
+
+  private:
+    struct State;
+    explicit ClipReader(std::unique_ptr<State> state);
+    std::unique_ptr<State> state_;
+};
+
+}  // namespace qv
