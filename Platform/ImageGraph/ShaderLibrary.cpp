@@ -137,8 +137,10 @@ bool isPlausible(const ShaderFunction& function) {
         return false;
     if (function.code.empty() || function.code.front() != kSpirvMagic) return false;
     for (const ShaderUniform& uniform : function.uniforms) {
+        if (uniform.type > UniformType::vec4 || uniform.offset < 0) return false;
         const int end = uniform.isSelector ? int(kResampleConstantBase) : function.pushedWords;
-        if (uniform.type > UniformType::vec4 || uniform.offset < 0 || uniform.offset >= end) return false;
+        const int words = uniform.isSelector ? 1 : wordCount(uniform.type);
+        if (uniform.offset > end - words) return false;
     }
     return std::ranges::all_of(function.inputs, [&](const ShaderInput& input) {
         return input.sizeOffset >= -1 && input.sizeOffset + 2 <= function.pushedWords;
@@ -150,6 +152,22 @@ void setError(std::string* error, std::string_view message) {
 }
 
 }  // namespace
+
+int wordCount(UniformType type) {
+    switch (type) {
+        case UniformType::floatType:
+        case UniformType::intType:
+        case UniformType::boolType:
+            return 1;
+        case UniformType::vec2:
+            return 2;
+        case UniformType::vec3:
+            return 3;
+        case UniformType::vec4:
+            return 4;
+    }
+    return 1;
+}
 
 const ShaderUniform* ShaderFunction::uniform(std::string_view uniformName) const {
     const auto found = std::ranges::find(uniforms, uniformName, &ShaderUniform::name);

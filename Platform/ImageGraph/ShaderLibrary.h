@@ -12,6 +12,9 @@ namespace qv {
 
 enum class UniformType { floatType, intType, boolType, vec2, vec3, vec4 };
 
+/// Words that a value of the type takes in the pushed block.
+int wordCount(UniformType type);
+
 /// A named value of a shader function: a uniform, which is a pushed value, or a selector, which is a
 /// specialisation constant (one pipeline per value).
 struct ShaderUniform {

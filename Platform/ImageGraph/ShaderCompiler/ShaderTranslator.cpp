@@ -10,22 +10,6 @@ namespace qv {
 
 namespace {
 
-int wordCount(UniformType type) {
-    switch (type) {
-        case UniformType::floatType:
-        case UniformType::intType:
-        case UniformType::boolType:
-            return 1;
-        case UniformType::vec2:
-            return 2;
-        case UniformType::vec3:
-            return 3;
-        case UniformType::vec4:
-            return 4;
-    }
-    return 1;
-}
-
 std::string_view typeName(UniformType type) {
     switch (type) {
         case UniformType::floatType:
