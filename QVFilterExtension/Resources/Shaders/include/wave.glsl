@@ -1,0 +1,14 @@
+// Waves that cost a fraction of a sine and follow cos(2 pi turns) to within 0.02: period 1, 1 at 0, -1 at a half.
+
+float wave(float turns) {
+    float x = abs(fract(turns) * 2.0 - 1.0);
+    return x * x * (6.0 - 4.0 * x) - 1.0;
+}
+vec2 wave(vec2 turns) {
+    vec2 x = abs(fract(turns) * 2.0 - 1.0);
+    return x * x * (6.0 - 4.0 * x) - 1.0;
+}
+vec4 wave(vec4 turns) {
+    vec4 x = abs(fract(turns) * 2.0 - 1.0);
+    return x * x * (6.0 - 4.0 * x) - 1.0;
+}
