@@ -1,0 +1,30 @@
+#pragma once
+
+#include "QVFilterCore/QVEffectMTIFilter.h"
+
+namespace qv {
+
+extern const QVFilterClass QVSpliteKaleidoscopeMTIFilterClass;
+
+/// A kaleidoscope: sectors around the middle of the frame, each the reflection of its neighbours. The count
+/// of sectors is rounded to a whole number; one sector leaves the frame as it is.
+class QVSpliteKaleidoscopeMTIFilter : public QVEffectMTIFilter {
+  public:
+    explicit QVSpliteKaleidoscopeMTIFilter(
+        const QVFilterClass& filterClass = QVSpliteKaleidoscopeMTIFilterClass);
+
+    /// Keeps the value and derives `splitNumber`, in single precision.
+    void setEffectValue(float value) override;
+
+    /// Number of sectors around the circle.
+    double splitNumber() const { return splitNumber_; }
+    void setSplitNumber(double count) { splitNumber_ = count; }
+
+    /// "splitNumber".
+    MTIParameters parameters() const override;
+
+  private:
+    double splitNumber_;
+};
+
+}  // namespace qv

@@ -1,0 +1,18 @@
+// Sectors around the middle of the frame, each the reflection of its neighbours.
+#include "frame.glsl"
+
+uniform float splitNumber;  // of sectors around the circle; below 1.5 the frame stays as it is
+
+vec4 QVSpliteKaleidoscopeMTIFilter(vec2 uv) {
+    vec2 size = inputSize(0);
+    vec2 away = (uv - 0.5) * size;
+    float count = floor(splitNumber + 0.5);
+    float sector = 6.2831853 / max(count, 1.0);
+    // Angles from the upright; each sector is folded along its own middle.
+    float turned = atan(away.x, -away.y);
+    float folded = abs(turned - sector * floor(turned / sector + 0.5));
+    // The wedge that all show lies along the diagonal to the top right, the longest way through the picture.
+    vec2 axis = normalize(vec2(size.x, -size.y)), side = vec2(-axis.y, axis.x);
+    vec2 place = 0.5 + (axis * cos(folded) + side * sin(folded)) * length(away) / size;
+    return readInput(0, mirrorAtEdges(count < 1.5 ? uv : place));
+}
