@@ -14,7 +14,8 @@ using namespace qv::assets;
 namespace {
 
 Bitmap photograph(const View& view) {
-    return {view.width, view.height, std::make_shared<const std::vector<std::uint8_t>>(Landscape(view).render({}))};
+    return {view.width, view.height,
+            std::make_shared<const std::vector<std::uint8_t>>(Landscape(view).render({}))};
 }
 
 Bitmap crop(const Bitmap& source, int left, int top, int width, int height) {
@@ -37,7 +38,8 @@ int main(int argc, char** argv) {
     const struct {
         const char* name;
         Bitmap picture;
-    } files[] = {{"demo.png", wide}, {"demo_portrait.png", tall}, {"demo_square.png", crop(wide, 620, 0, 1080, 1080)}};
+    } files[] = {
+        {"demo.png", wide}, {"demo_portrait.png", tall}, {"demo_square.png", crop(wide, 620, 0, 1080, 1080)}};
     for (const auto& file : files) {
         std::string error;
         if (!writePNG(file.picture, fmt::format("{}/{}", argv[1], file.name), &error)) {

@@ -12,9 +12,10 @@ float shoreDistance(float x) {
 
 Lit bankSurface(float x, float z, float height) {
     const float e = 0.05f;
-    const Vec3 slope = normalize({bankHeight(x - e, z) - bankHeight(x + e, z), 2 * e,
-                                  bankHeight(x, z - e) - bankHeight(x, z + e)});
-    const float fine = fractalNoise(x * 16, z * 16, 3, 911), coarse = fractalNoise(x * 1.3f, z * 1.3f, 4, 912);
+    const Vec3 slope = normalize(
+        {bankHeight(x - e, z) - bankHeight(x + e, z), 2 * e, bankHeight(x, z - e) - bankHeight(x, z + e)});
+    const float fine = fractalNoise(x * 16, z * 16, 3, 911),
+                coarse = fractalNoise(x * 1.3f, z * 1.3f, 4, 912);
     // Pebbles: the cell noise of a jittered grid, one grey for each stone.
     float nearest = 9, tone = 0, tilt = 0;
     const float scale = 9;
@@ -30,41 +31,53 @@ Lit bankSurface(float x, float z, float height) {
                 tilt = dx;
             }
         }
-    const float stone = smoothstep(0.42f, 0.10f, nearest);
-    const Vec3 gravel = mix(Vec3{0.05f, 0.045f, 0.04f}, mix(Vec3{0.20f, 0.17f, 0.15f}, Vec3{0.38f, 0.33f, 0.29f}, tone), stone) *
+    // Far away the stones are too flat to be told apart.
+    const float stone = mix(0.6f, smoothstep(0.42f, 0.10f, nearest), smoothstep(13, 6, z));
+    const Vec3 gravel = mix(Vec3{0.05f, 0.045f, 0.04f},
+                            mix(Vec3{0.20f, 0.17f, 0.15f}, Vec3{0.38f, 0.33f, 0.29f}, tone), stone) *
                         (0.7f + 0.5f * fine);
     const Vec3 soil = mix(Vec3{0.045f, 0.050f, 0.018f}, Vec3{0.11f, 0.085f, 0.04f}, coarse) * (0.5f + fine);
     const float wet = smoothstep(0.07f, 0.0f, height);
     Vec3 albedo = mix(gravel, soil, smoothstep(0.12f, 0.42f, height + 0.35f * (coarse - 0.5f)));
     albedo *= 1 - 0.55f * wet;
-    const float facing = std::max(0.0f, dot(slope, kSunDirection) + 0.16f + 0.5f * stone * tilt * (1 - 0.5f * coarse));
-    return {albedo * kSkyLight * (0.45f + 0.5f * stone), albedo * kSunLight * (facing * (0.35f + 0.65f * stone)), 1};
+    const float facing =
+        std::max(0.0f, dot(slope, kSunDirection) + 0.16f + 0.5f * stone * tilt * (1 - 0.5f * coarse));
+    return {albedo * kSkyLight * (0.45f + 0.5f * stone),
+            albedo * kSunLight * (facing * (0.35f + 0.65f * stone)), 1};
 }
 
 /// A boulder: an oval whose surface bulges towards the camera and is roughened by noise.
 void drawBoulder(const View& view, Layer& layer, float x, float z, float radius, std::uint32_t seed) {
-    const float scale = view.focal / z, cx = view.column(x, z), base = view.row(std::max(bankHeight(x, z), -0.05f), z);
+    const float scale = view.focal / z, cx = view.column(x, z),
+                base = view.row(std::max(bankHeight(x, z), -0.05f), z);
     const float rx = radius * scale, ry = rx * (0.55f + 0.25f * hash01(seed)), cy = base - 0.55f * ry;
     const float turn = 0.5f * (hash01(seed + 1) - 0.5f);
     for (int y = std::max(0, int(cy - ry * 1.3f)); y < std::min(layer.height(), int(base + 0.25f * ry)); ++y)
-        for (int px = std::max(0, int(cx - rx * 1.3f)); px < std::min(layer.width(), int(cx + rx * 1.3f)); ++px) {
+        for (int px = std::max(0, int(cx - rx * 1.3f)); px < std::min(layer.width(), int(cx + rx * 1.3f));
+             ++px) {
             const float u0 = (float(px) + 0.5f - cx) / rx, v0 = (float(y) + 0.5f - cy) / ry;
             const float u = u0 + turn * v0, v = v0 - turn * u0;
             const NoiseSample rough = noiseWithSlope(2.1f * u + float(seed & 255), 2.1f * v, 921);
             const float r = std::sqrt(u * u + v * v) + 0.28f * (rough.value - 0.5f);
-            const float alpha = clamp01((1 - r) * ry + 0.5f) * smoothstep(base + 0.25f * ry, base + 0.05f * ry, float(y));
+            const float alpha =
+                clamp01((1 - r) * ry + 0.5f) * smoothstep(base + 0.25f * ry, base + 0.05f * ry, float(y));
             if (alpha <= 0) continue;
             const float bulge = std::sqrt(std::max(0.0f, 1 - std::min(r, 1.0f) * r));
             const NoiseSample fine = noiseWithSlope(9 * u + float(seed & 255), 9 * v, 922);
-            const Vec3 normal = normalize({u - 0.5f * rough.dx - 0.12f * fine.dx, -v + 0.5f * rough.dy + 0.12f * fine.dy + 0.2f,
-                                           -bulge - 0.2f});
-            const float lichen = smoothstep(0.55f, 0.7f, fractalNoise(3 * u, 3 * v + float(seed & 63), 3, 923));
+            const Vec3 normal = normalize({u - 0.5f * rough.dx - 0.12f * fine.dx,
+                                           -v + 0.5f * rough.dy + 0.12f * fine.dy + 0.2f, -bulge - 0.2f});
+            const float lichen =
+                smoothstep(0.55f, 0.7f, fractalNoise(3 * u, 3 * v + float(seed & 63), 3, 923));
             const float grain = fractalNoise(14 * u, 14 * v, 3, 924 + (seed & 7));
-            const Vec3 albedo = mix(mix(Vec3{0.13f, 0.12f, 0.115f}, Vec3{0.27f, 0.24f, 0.21f}, hash01(seed + 2)),
-                                    Vec3{0.30f, 0.27f, 0.12f}, 0.5f * lichen) * (0.55f + 0.9f * grain);
+            const Vec3 albedo =
+                mix(mix(Vec3{0.13f, 0.12f, 0.115f}, Vec3{0.27f, 0.24f, 0.21f}, hash01(seed + 2)),
+                    Vec3{0.30f, 0.27f, 0.12f}, 0.5f * lichen) *
+                (0.55f + 0.9f * grain);
             const float damp = 1 - 0.6f * smoothstep(base - 0.25f * ry, base, float(y));
-            layOver(layer.at(px, y), Lit{albedo * kSkyLight * (damp * (0.35f + 0.5f * std::max(0.0f, normal.y))),
-                                         albedo * kSunLight * (damp * std::max(0.0f, dot(normal, kSunDirection))), 1} * alpha);
+            layOver(layer.at(px, y),
+                    Lit{albedo * kSkyLight * (damp * (0.35f + 0.5f * std::max(0.0f, normal.y))),
+                        albedo * kSunLight * (damp * std::max(0.0f, dot(normal, kSunDirection))), 1} *
+                        alpha);
         }
 }
 
@@ -73,7 +86,8 @@ void drawBoulder(const View& view, Layer& layer, float x, float z, float radius,
 float bankHeight(float x, float z) {
     const float shore = shoreDistance(x);
     const float toShore = z / shore;
-    return 1.75f * (1 - toShore * std::sqrt(toShore)) + 0.10f * (noise(x * 0.9f, z * 0.9f, 902) - 0.5f) * (1 - clamp01(toShore));
+    return 1.75f * (1 - toShore * std::sqrt(toShore)) +
+           0.10f * (noise(x * 0.9f, z * 0.9f, 902) - 0.5f) * (1 - clamp01(toShore));
 }
 
 Layer drawBank(const View& target, int margin) {

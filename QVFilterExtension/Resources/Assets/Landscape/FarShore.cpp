@@ -9,7 +9,9 @@ namespace {
 
 constexpr float kShore = 850, kDepth = 700;
 
-float shoreline(float x) { return kShore + 130 * (fractalNoise(x / 330, 5, 4, 501) - 0.45f); }
+float shoreline(float x) {
+    return kShore + 130 * (fractalNoise(x / 330, 5, 4, 501) - 0.45f);
+}
 
 float hillHeight(float x, float z) {
     const float inland = z - shoreline(x);
@@ -35,9 +37,11 @@ void drawHill(const View& view, Layer& layer) {
             }
             const float row = view.row(height, z);
             if (row >= top) continue;
-            const float grain = fractalNoise(x / 3, z / 6, 3, 510), patches = fractalNoise(x / 40, z / 60, 3, 511);
+            const float grain = fractalNoise(x / 3, z / 6, 3, 510),
+                        patches = fractalNoise(x / 40, z / 60, 3, 511);
             const float stones = smoothstep(14, 3, z - shoreline(x));
-            Vec3 albedo = mix(Vec3{0.07f, 0.085f, 0.025f}, Vec3{0.24f, 0.20f, 0.07f}, patches) * (0.6f + 0.8f * grain);
+            Vec3 albedo =
+                mix(Vec3{0.07f, 0.085f, 0.025f}, Vec3{0.24f, 0.20f, 0.07f}, patches) * (0.6f + 0.8f * grain);
             albedo = mix(albedo, Vec3{0.33f, 0.29f, 0.25f} * (0.5f + grain), stones);
             const float e = 4;
             const Vec3 normal = normalize({hillHeight(x - e, z) - hillHeight(x + e, z), 2 * e,
@@ -45,8 +49,8 @@ void drawHill(const View& view, Layer& layer) {
             const float facing = std::max(0.0f, dot(normal, kSunDirection));
             const Haze air = haze(slopeX, z, height);
             const Lit lit = inAir(albedo * kSkyLight * 0.8f, albedo * kSunLight * facing, air, 1);
-            for (int y = std::max(0, int(std::ceil(row - 0.5f))); y < std::min(layer.height(), int(std::ceil(top - 0.5f)));
-                 ++y)
+            for (int y = std::max(0, int(std::ceil(row - 0.5f)));
+                 y < std::min(layer.height(), int(std::ceil(top - 0.5f))); ++y)
                 layer.at(column, y) = lit;
             top = row;
         }
@@ -59,9 +63,13 @@ void drawSpruce(const View& view, Layer& layer, Vec3 foot, float height, std::ui
     const float center = view.column(foot.x, foot.z);
     const Haze air = haze(view.slopeX(center), foot.z, foot.y);
     HashStream random(seed);
-    const float spread = random.range(0.11f, 0.19f), tiers = random.range(7, 12), lean = random.range(-0.02f, 0.02f);
-    const Vec3 albedo = mix(Vec3{0.022f, 0.040f, 0.020f}, Vec3{0.075f, 0.080f, 0.022f}, random.next()) *
-                        random.range(0.7f, 1.25f);
+    const float spread = random.range(0.10f, 0.20f), tiers = random.range(7, 12),
+                lean = random.range(-0.02f, 0.02f);
+    Vec3 albedo = mix(Vec3{0.020f, 0.038f, 0.020f}, Vec3{0.070f, 0.078f, 0.022f}, random.next());
+    // Larches turn gold, in groups.
+    if (fractalNoise(foot.x / 45, foot.z / 60, 2, 530) + 0.25f * random.next() > 0.76f)
+        albedo = mix(Vec3{0.20f, 0.13f, 0.020f}, Vec3{0.34f, 0.17f, 0.022f}, random.next());
+    albedo *= random.range(0.65f, 1.25f);
     for (int y = std::max(0, int(bottom - pixels)); y < std::min(layer.height(), int(bottom)); ++y) {
         const float down = (float(y) + 0.5f - (bottom - pixels)) / pixels;
         const float tier = down * tiers - std::floor(down * tiers);
@@ -85,17 +93,21 @@ Layer drawFarShore(const View& target, int margin) {
     const View view = target.scaled(2, margin);
     Layer layer(view.width, std::min(view.height, int(view.row(-1, kShore - 90)) + 2) / 2 * 2);
     drawHill(view, layer);
-    for (float z = kShore + kDepth; z > kShore - 80; z -= 6.5f) {
-        const int row = int(z / 6.5f);
-        const int half = int(z * 0.5f * float(view.width) / view.focal / 6.5f) + 2;
+    for (float z = kShore + kDepth; z > kShore - 80; z -= 7.5f) {
+        const int row = int(z / 7.5f);
+        const int half = int(z * 0.5f * float(view.width) / view.focal / 7.5f) + 2;
         for (int i = -half; i <= half; ++i) {
             const std::uint32_t seed = hash32(i, row, 520);
             HashStream random(seed);
-            const float x = (float(i) + random.range(-0.7f, 0.7f)) * 6.5f, depth = z + random.range(-3, 3);
+            const float x = (float(i) + random.range(-0.7f, 0.7f)) * 7.5f, depth = z + random.range(-3, 3);
             const float inland = depth - shoreline(x);
-            const float wood = fractalNoise(x / 120, depth / 150, 3, 521) + 0.22f * smoothstep(0.1f, 0.5f, std::abs(x) / depth);
+            const float wood = fractalNoise(x / 120, depth / 150, 3, 521) +
+                               0.22f * smoothstep(0.1f, 0.5f, std::abs(x) / depth);
             if (inland < 6 || random.next() > smoothstep(0.46f, 0.60f, wood)) continue;
-            drawSpruce(view, layer, {x, hillHeight(x, depth), depth}, random.range(9, 21), seed);
+            drawSpruce(view, layer, {x, hillHeight(x, depth), depth},
+                       random.range(6, 15) * (0.65f + 1.1f * fractalNoise(x / 25, depth / 40, 2, 522)) +
+                           9 * std::pow(random.next(), 6.0f),
+                       seed);
         }
     }
     return layer.halved();

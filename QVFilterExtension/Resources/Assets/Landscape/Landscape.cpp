@@ -43,7 +43,8 @@ void addFarLayer(const Layer& layer, const View& view, float distance, float mar
     const float drift = 0.05f * float(moment.seconds);
     parallelFor(layer.height(), [&](int y) {
         for (int x = 0; x < layer.width(); ++x) {
-            const float cloud = noise(float(x) / (0.22f * view.focal) + drift + distance, float(y) / (0.12f * view.focal), 701);
+            const float cloud = noise(float(x) / (0.22f * view.focal) + drift + distance,
+                                      float(y) / (0.12f * view.focal), 701);
             shaded.at(x, y).sun *= 1 - moment.cloudShadow * smoothstep(0.4f, 0.7f, cloud);
         }
     });
@@ -63,7 +64,6 @@ Landscape::Landscape(const View& view, float travel)
       jettyMirrored_(drawJettyAndBoat(view, nearMargin_, true)),
       spruce_(drawSpruceTree(view, nearMargin_)) {}
 
-
 std::vector<std::uint8_t> Landscape::render(const Moment& moment) const {
     View view = view_;
     view.cameraX = moment.cameraX;
@@ -76,10 +76,12 @@ std::vector<std::uint8_t> Landscape::render(const Moment& moment) const {
     drawWater(view, view.row(0, kFarShoreDistance), moment.seconds,
               {jettyMirrored_, float(nearMargin_), moment.sun}, picture);
 
-    // A row of the near bank, or of the jetty, shows what lies at one distance: about this far below the eyes.
+    // A row of the near bank, or of the jetty, shows what lies at one distance: about this far below the
+    // eyes.
     const auto nearShift = [&](float below) {
         return [&, below](float row) {
-            const float distance = std::max(kBankDistance, below * view.focal / std::max(row - view.horizon, 1.0f));
+            const float distance =
+                std::max(kBankDistance, below * view.focal / std::max(row - view.horizon, 1.0f));
             return float(nearMargin_) + view.focal * moment.cameraX / distance;
         };
     };
@@ -87,19 +89,21 @@ std::vector<std::uint8_t> Landscape::render(const Moment& moment) const {
     addLayer(jetty_, nearShift(view.cameraY - 0.4f), moment.sun, picture);
     const float sway = 0.0035f * (fractalNoise(0.5f * float(moment.seconds), 0.5f, 2, 702) - 0.5f);
     const float spruceFoot = view.row(bankHeight(-6.5f, kSpruceDistance), kSpruceDistance);
-    addLayer(spruce_,
-             [&](float row) {
-                 const float up = (spruceFoot - row) / view.focal;
-                 return float(nearMargin_) + view.focal * (moment.cameraX / kSpruceDistance + sway * up * up * 10);
-             },
-             moment.sun, picture);
+    addLayer(
+        spruce_,
+        [&](float row) {
+            const float up = (spruceFoot - row) / view.focal;
+            return float(nearMargin_) + view.focal * (moment.cameraX / kSpruceDistance + sway * up * up * 10);
+        },
+        moment.sun, picture);
     drawMeadow(view, moment.seconds, moment.sun, picture);
 
     static const FilmTable film;
     std::vector<std::uint8_t> rgba(std::size_t(view.width) * std::size_t(view.height) * 4);
     parallelFor(view.height, [&](int y) {
         for (int x = 0; x < view.width; ++x)
-            develop(film, picture.at(x, y) * moment.exposure, x, y, std::uint32_t(moment.seconds * 1000), moment.grain,
+            develop(film, picture.at(x, y) * moment.exposure, x, y, std::uint32_t(moment.seconds * 1000),
+                    moment.grain,
                     rgba.data() + (std::size_t(y) * std::size_t(view.width) + std::size_t(x)) * 4);
     });
     return rgba;

@@ -7,7 +7,8 @@
 
 namespace qv::assets {
 
-/// The lake seen by one camera. What never changes is drawn once; a frame then costs the sky, the water and the grass.
+/// The lake seen by one camera. What never changes is drawn once; a frame then costs the sky, the water and
+/// the grass.
 class Landscape {
   public:
     /// `travel`: how far the camera goes to either side, metres.
@@ -15,12 +16,12 @@ class Landscape {
 
     struct Moment {
         double seconds = 0;
-        float cameraX = 0;     ///< metres, within ±travel
+        float cameraX = 0;  ///< metres, within ±travel
         float exposure = 0.8f;
-        float sun = 1;         ///< dims all of the sun's light
-        float cloudShadow = 0; ///< how dark the passing clouds' shadows are, 0..1
-        float grain = 1.6f;    ///< codes
-        bool fast = false;     ///< draws the sky at half size
+        float sun = 1;          ///< dims all of the sun's light
+        float cloudShadow = 0;  ///< how dark the passing clouds' shadows are, 0..1
+        float grain = 1.6f;     ///< codes
+        bool fast = false;      ///< draws the sky at half size
     };
     /// RGBA8 rows of the frame, opaque.
     std::vector<std::uint8_t> render(const Moment& moment) const;

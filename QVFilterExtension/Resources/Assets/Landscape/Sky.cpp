@@ -18,7 +18,7 @@ struct Cloud {
 /// A broken deck of cumulus seen from below, at (x, z) in cloud heights.
 float cloudDensity(float x, float z, int octaves) {
     const float warp = fractalNoise(x * 0.55f + 3.1f, z * 0.55f, 3, 91);
-    const float shape = fractalNoise(x + 1.9f * warp, z - 1.4f * warp, octaves, 17);
+    const float shape = fractalNoise(x + 1.3f * warp, z - 1.0f * warp, octaves, 17);
     const float presence = fractalNoise(x * 0.21f - 4.0f, z * 0.21f + 9.0f, 2, 53);
     return shape - mix(0.66f, 0.40f, presence);
 }
@@ -26,7 +26,7 @@ float cloudDensity(float x, float z, int octaves) {
 Cloud cumulus(float slopeX, float slopeY, float drift) {
     const float distance = 1.0f / (slopeY + 0.055f);
     const float x = slopeX * distance * 1.5f + drift, z = distance * 1.5f + 5.4f;
-    const int octaves = distance < 6 ? 7 : 6;
+    const int octaves = 8;
     const float density = cloudDensity(x, z, octaves);
     if (density <= 0) return {0, 0};
     // Towards the sun the cloud's own bulk stands in the light.
@@ -43,7 +43,8 @@ float cirrus(float slopeX, float slopeY, float drift) {
     const float x = slopeX * distance + 0.4f * drift, z = distance;
     const float bend = fractalNoise(x * 0.5f, z * 0.5f, 3, 7);
     const float strands = fractalNoise(x * 0.9f + 1.5f * bend, z * 3.6f - x * 1.7f + 2.5f * bend, 6, 29);
-    return smoothstep(0.5f, 0.85f, strands) * smoothstep(0.35f, 0.65f, fractalNoise(x * 0.3f, z * 0.4f, 2, 67));
+    return smoothstep(0.5f, 0.85f, strands) *
+           smoothstep(0.35f, 0.65f, fractalNoise(x * 0.3f, z * 0.4f, 2, 67));
 }
 
 Vec3 skyWithClouds(float slopeX, float slopeY, float drift) {
@@ -63,14 +64,14 @@ Vec3 skyWithClouds(float slopeX, float slopeY, float drift) {
 
 Vec3 clearSky(float slopeX, float slopeY) {
     const float up = std::max(slopeY, 0.0f);
-    const Vec3 zenith{0.05f, 0.13f, 0.38f}, middle{0.25f, 0.38f, 0.62f}, rim{0.66f, 0.52f, 0.50f};
+    const Vec3 zenith{0.05f, 0.13f, 0.38f}, middle{0.21f, 0.36f, 0.64f}, rim{0.66f, 0.52f, 0.50f};
     Vec3 color = mix(rim, middle, smoothstep(0.0f, 0.26f, up));
     color = mix(color, zenith, smoothstep(0.10f, 0.85f, up));
     return color + Vec3{1.25f, 0.58f, 0.10f} * (0.55f * glow(slopeX, up));
 }
 
 Haze haze(float slopeX, float distance, float height) {
-    const float thickness = distance / 34000.0f * (0.7f + 1.1f * std::exp(-height / 420.0f));
+    const float thickness = distance / 40000.0f * (0.7f + 1.1f * std::exp(-height / 420.0f));
     const float transmission = std::exp(-thickness);
     const Vec3 air = mix(Vec3{0.36f, 0.40f, 0.56f}, clearSky(slopeX, 0.02f), 0.55f);
     return {air * (1 - transmission), transmission};

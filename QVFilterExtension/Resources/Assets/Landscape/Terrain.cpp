@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "QVFilterExtension/Resources/Assets/Landscape/World.h"
 #include "QVFilterExtension/Resources/Assets/Support/Noise.h"
 #include "QVFilterExtension/Resources/Assets/Support/Parallel.h"
@@ -12,10 +14,11 @@ struct Peak {
     float x, z, height, radius;
 };
 constexpr Peak kPeaks[] = {
-    {1150, 7200, 1750, 3100},  {-1500, 8600, 1500, 2700}, {-3900, 6900, 1500, 2600}, {4300, 7600, 1650, 2900},
-    {-6200, 12500, 2250, 4200}, {6900, 12500, 2300, 4600}, {-700, 15500, 1900, 4200},  {2900, 17500, 2400, 5200},
-    {-11500, 24000, 2900, 7500}, {700, 30000, 2700, 9000},  {12500, 27000, 3200, 9000}, {-3300, 26000, 2500, 6500},
-    {-2300, 3900, 420, 1500},   {2700, 3600, 470, 1700},
+    {1150, 7200, 1750, 3100},  {-1500, 8600, 1500, 2700},  {-3900, 6900, 1500, 2600},
+    {4300, 7600, 1650, 2900},  {-6200, 12500, 2250, 4200}, {6900, 12500, 2300, 4600},
+    {-700, 15500, 1900, 4200}, {2900, 17500, 2400, 5200},  {-11500, 24000, 2900, 7500},
+    {700, 30000, 2700, 9000},  {12500, 27000, 3200, 9000}, {-3300, 26000, 2500, 6500},
+    {-2300, 3900, 420, 1500},  {2700, 3600, 470, 1700},
 };
 
 /// Ridges whose steep flanks carry less detail than their crests, as erosion leaves them. 0..1.
@@ -36,6 +39,10 @@ float ridges(float x, float z, int octaves) {
     return sum;
 }
 
+int mountainOctaves(float z) {
+    return z < 9000 ? 11 : 9;
+}
+
 float mountainHeight(float x, float z, int octaves) {
     const float warpX = 620 * (noise(x / 1900, z / 1900, 301) - 0.5f);
     const float warpZ = 620 * (noise(x / 1900 + 40, z / 1900, 302) - 0.5f);
@@ -54,8 +61,9 @@ float sunlight(Vec3 point) {
     float clear = 1;
     float along = 45;
     for (int i = 0; i < 18; ++i) {
-        const float gap = point.y + kSunDirection.y * along -
-                          mountainHeight(point.x + kSunDirection.x * along, point.z + kSunDirection.z * along, 5);
+        const float gap =
+            point.y + kSunDirection.y * along -
+            mountainHeight(point.x + kSunDirection.x * along, point.z + kSunDirection.z * along, 5);
         clear = std::min(clear, 0.5f + gap / (0.035f * along + 20));
         along *= 1.28f;
     }
@@ -63,19 +71,20 @@ float sunlight(Vec3 point) {
 }
 
 Lit mountainSurface(Vec3 point, float slopeX, float spacing) {
-    const int octaves = 11;
+    const int octaves = mountainOctaves(point.z);
     const float e = std::max(spacing, 1.5f);
-    const float hx = mountainHeight(point.x + e, point.z, octaves) - mountainHeight(point.x - e, point.z, octaves);
-    const float hz = mountainHeight(point.x, point.z + e, octaves) - mountainHeight(point.x, point.z - e, octaves);
-    const Vec3 normal = normalize({-hx, 2 * e, -hz});
+    const Vec3 normal = normalize({point.y - mountainHeight(point.x + e, point.z, octaves), e,
+                                   point.y - mountainHeight(point.x, point.z + e, octaves)});
 
     const float patches = fractalNoise(point.x / 260, point.z / 260, 5, 401);
     const float grain = fractalNoise(point.x / 17, point.z / 17 + point.y / 9, 4, 402);
     const float strata = fractalNoise(point.x / 900, point.y / 26 + 3 * patches, 3, 403);
     Vec3 albedo = mix(Vec3{0.15f, 0.125f, 0.115f}, Vec3{0.34f, 0.27f, 0.22f}, 0.6f * strata + 0.4f * grain);
-    const float green = smoothstep(0.55f, 0.78f, normal.y) * smoothstep(820, 430, point.y + 420 * (patches - 0.5f));
+    const float green =
+        smoothstep(0.55f, 0.78f, normal.y) * smoothstep(820, 430, point.y + 420 * (patches - 0.5f));
     albedo = mix(albedo, mix(Vec3{0.045f, 0.062f, 0.022f}, Vec3{0.20f, 0.17f, 0.055f}, grain), green);
-    const float wood = smoothstep(430, 210, point.y + 330 * (patches - 0.5f)) * smoothstep(0.45f, 0.62f, normal.y);
+    const float wood =
+        smoothstep(430, 210, point.y + 330 * (patches - 0.5f)) * smoothstep(0.45f, 0.62f, normal.y);
     albedo = mix(albedo, Vec3{0.022f, 0.036f, 0.020f} * (0.55f + 0.9f * grain), wood);
     const float snow = smoothstep(690, 980, point.y + 520 * (patches - 0.5f) + 0.004f * point.z) *
                        smoothstep(0.48f, 0.66f, normal.y + 0.30f * (grain - 0.5f));
@@ -97,32 +106,29 @@ Lit mountainSurface(Vec3 point, float slopeX, float spacing) {
 Layer drawMountains(const View& target, int margin) {
     const View view = target.scaled(2, margin);
     const int rows = std::min(view.height, int(view.horizon) + 8);
-    Layer layer(view.width, view.height / 2 * 2);
+    Layer layer(view.width, rows / 2 * 2);
     parallelFor(view.width, [&](int column) {
         const float slopeX = view.slopeX(float(column) + 0.5f);
-        float top = float(rows);
-        Lit previous;
-        bool hasPrevious = false;
+        const auto height = [&](float z) { return mountainHeight(slopeX * z, z, mountainOctaves(z)); };
         const float ratio = std::pow(kFarthest / kNearest, 1.0f / kSteps);
-        float z = kNearest;
+        // Nearest first: what a point hides is what it does not rise above.
+        float top = float(layer.height()), lastRow = top, z = kNearest;
         for (int i = 0; i < kSteps && top > 0; ++i, z *= ratio) {
-            const int octaves = z < 9000 ? 11 : 9;
-            const float height = mountainHeight(slopeX * z, z, octaves);
-            const float row = view.row(height, z);
-            if (row >= top) {
-                hasPrevious = false;
-                continue;
+            const float row = view.row(height(z), z);
+            const float last = std::exchange(lastRow, row);
+            if (row >= top) continue;
+            // A steep face takes many rows between two steps: look at each of them.
+            const int pieces = std::clamp(int(0.7f * (last - row)), 1, 12);
+            for (int piece = 1; piece <= pieces; ++piece) {
+                const float at = z * std::pow(ratio, float(piece - pieces) / float(pieces));
+                const float y = height(at), pieceRow = view.row(y, at);
+                const int first = std::max(0, int(std::ceil(pieceRow - 0.5f))),
+                          end = int(std::ceil(top - 0.5f));
+                if (first >= end) continue;
+                const Lit lit = mountainSurface({slopeX * at, y, at}, slopeX, 0.5f * at / view.focal);
+                for (int filled = first; filled < end; ++filled) layer.at(column, filled) = lit;
+                top = pieceRow;
             }
-            const Lit lit = mountainSurface({slopeX * z, height, z}, slopeX, 0.6f * z / view.focal);
-            if (!hasPrevious) previous = lit;
-            const int first = std::max(0, int(std::ceil(row - 0.5f))), end = int(std::ceil(top - 0.5f));
-            for (int y = first; y < end; ++y) {
-                const float t = clamp01((top - (float(y) + 0.5f)) / std::max(top - row, 1e-3f));
-                layer.at(column, y) = previous * (1 - t) + lit * t;
-            }
-            top = row;
-            previous = lit;
-            hasPrevious = true;
         }
     });
     return layer.halved();

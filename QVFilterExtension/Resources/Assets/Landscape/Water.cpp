@@ -29,11 +29,14 @@ Ripples ripples(float x, float z, float footprint, float seconds) {
         const float slope = wave.slope * wind;
         sum.blur += slope * (1 - visible);
         if (visible <= 0) continue;
-        // Crests lie across the wind, each wavelength's a little differently; two trains that cross hide the grid.
-        const float px = (x + wave.driftX * seconds) / wave.length, pz = (z + wave.driftZ * seconds) / wave.length;
+        // Crests lie across the wind, each wavelength's a little differently; two trains that cross hide the
+        // grid.
+        const float px = (x + wave.driftX * seconds) / wave.length,
+                    pz = (z + wave.driftZ * seconds) / wave.length;
         const float turn = 0.5f - 0.23f * float(i);
         const NoiseSample a = noiseWithSlope(0.62f * px + turn * pz, pz - turn * px, 620u + std::uint32_t(i));
-        const NoiseSample b = noiseWithSlope(0.8f * px - 0.5f * pz, 0.9f * pz + 0.5f * px, 630u + std::uint32_t(i));
+        const NoiseSample b =
+            noiseWithSlope(0.8f * px - 0.5f * pz, 0.9f * pz + 0.5f * px, 630u + std::uint32_t(i));
         sum.slopeX += slope * visible * (0.62f * a.dx - turn * a.dy + 0.8f * b.dx + 0.5f * b.dy);
         sum.slopeZ += slope * visible * (a.dy + turn * a.dx + 0.9f * b.dy - 0.5f * b.dx);
     }
@@ -42,7 +45,8 @@ Ripples ripples(float x, float z, float footprint, float seconds) {
 
 }  // namespace
 
-void drawWater(const View& view, float waterline, double seconds, const NearbyMirror& nearby, Raster<Vec3>& picture) {
+void drawWater(const View& view, float waterline, double seconds, const NearbyMirror& nearby,
+               Raster<Vec3>& picture) {
     const int first = int(waterline);
     parallelFor(view.height - first, [&](int i) {
         const int y = first + i;
@@ -62,18 +66,22 @@ void drawWater(const View& view, float waterline, double seconds, const NearbyMi
             for (int tap = 0; tap < kTaps; ++tap) {
                 const float spread = r.blur * (0.5f * float(tap) - 1.0f) * 0.6f;
                 const float sourceY = mirrored - 2 * view.focal * (r.slopeZ + 0.6f * r.blur + spread);
-                reflection += picture.sample(sourceX, waterline - 0.5f - std::abs(waterline - 0.5f - sourceY)) * (1.0f / kTaps);
+                reflection +=
+                    picture.sample(sourceX, waterline - 0.5f - std::abs(waterline - 0.5f - sourceY)) *
+                    (1.0f / kTaps);
             }
             // What stands close over the water is hardly shifted.
             const float own = nearby.margin + view.focal * view.cameraX / z;
-            const Lit near = nearby.layer.sample(float(x) + 0.5f + own + 0.5f * view.focal * r.slopeX * grazing,
-                                                 float(y) + 0.5f - 0.35f * view.focal * r.slopeZ);
+            const Lit near =
+                nearby.layer.sample(float(x) + 0.5f + own + 0.5f * view.focal * r.slopeX * grazing,
+                                    float(y) + 0.5f - 0.35f * view.focal * r.slopeZ);
             reflection = reflection * (1 - near.alpha) + near.ambient + near.sun * nearby.sun;
             const float cosine = clamp01(grazing - r.slopeZ);
             const float fresnel = 0.03f + 0.97f * std::pow(1 - cosine, 5.0f);
             const float shallow = smoothstep(26, 8, z);
             const float bed = fractalNoise(worldX * 2.3f + 9 * r.slopeX, z * 2.3f + 9 * r.slopeZ, 4, 640);
-            const Vec3 body = mix(Vec3{0.012f, 0.050f, 0.066f}, Vec3{0.085f, 0.095f, 0.060f} * (0.5f + bed), shallow * 0.7f);
+            const Vec3 body = mix(Vec3{0.012f, 0.050f, 0.066f}, Vec3{0.085f, 0.095f, 0.060f} * (0.5f + bed),
+                                  shallow * 0.7f);
             picture.at(x, y) = mix(picture.at(x, y), mix(body, reflection, fresnel), cover);
         }
     });

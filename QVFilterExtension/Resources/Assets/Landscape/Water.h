@@ -11,6 +11,7 @@ struct NearbyMirror {
     float margin;
     float sun;
 };
-void drawWater(const View& view, float waterline, double seconds, const NearbyMirror& nearby, Raster<Vec3>& picture);
+void drawWater(const View& view, float waterline, double seconds, const NearbyMirror& nearby,
+               Raster<Vec3>& picture);
 
 }  // namespace qv::assets

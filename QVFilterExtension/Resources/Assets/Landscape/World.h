@@ -8,10 +8,10 @@ namespace qv::assets {
 
 /// A camera that looks along z, and the picture it makes.
 struct View {
-    int width, height;    ///< pixels
-    float focal;          ///< pixels
-    float horizon;        ///< row of the horizon
-    float cameraX = 0;    ///< metres to the right of the viewpoint that the world is composed for
+    int width, height;  ///< pixels
+    float focal;        ///< pixels
+    float horizon;      ///< row of the horizon
+    float cameraX = 0;  ///< metres to the right of the viewpoint that the world is composed for
     float cameraY = 3.4f;
 
     float centerX() const { return 0.5f * float(width); }
@@ -43,12 +43,16 @@ struct Lit {
     Vec3 ambient, sun;
     float alpha = 0;
 };
-inline Lit operator*(const Lit& a, float k) { return {a.ambient * k, a.sun * k, a.alpha * k}; }
+inline Lit operator*(const Lit& a, float k) {
+    return {a.ambient * k, a.sun * k, a.alpha * k};
+}
 inline Lit operator+(const Lit& a, const Lit& b) {
     return {a.ambient + b.ambient, a.sun + b.sun, a.alpha + b.alpha};
 }
 /// `top` over what is there.
-inline void layOver(Lit& below, const Lit& top) { below = below * (1 - top.alpha) + top; }
+inline void layOver(Lit& below, const Lit& top) {
+    below = below * (1 - top.alpha) + top;
+}
 using Layer = Raster<Lit>;
 
 /// The clear sky in a direction given by its slopes.
@@ -60,7 +64,8 @@ struct Haze {
 };
 Haze haze(float slopeX, float distance, float height);
 
-/// Sky with clouds at `seconds`; only the rows above the horizon matter. Drawn at half size and enlarged when `fast`.
+/// Sky with clouds at `seconds`; only the rows above the horizon matter. Drawn at half size and enlarged when
+/// `fast`.
 Raster<Vec3> drawSky(const View& view, double seconds, bool fast);
 
 /// Mountains and wooded hills on the far side of the lake, with `margin` more columns on either side.

@@ -16,7 +16,9 @@ inline std::uint32_t hash32(int x, int y, std::uint32_t seed = 0) {
     return hash32(std::uint32_t(x) * 0x9e3779b1u ^ hash32(std::uint32_t(y) + seed * 0x85ebca77u));
 }
 /// 0..1.
-inline float hash01(std::uint32_t v) { return float(hash32(v) >> 8) * (1.0f / 16777216.0f); }
+inline float hash01(std::uint32_t v) {
+    return float(hash32(v) >> 8) * (1.0f / 16777216.0f);
+}
 inline float hash01(int x, int y, std::uint32_t seed = 0) {
     return float(hash32(x, y, seed) >> 8) * (1.0f / 16777216.0f);
 }
@@ -55,7 +57,9 @@ inline NoiseSample noiseWithSlope(float x, float y, std::uint32_t seed = 0) {
     const float k = a - b - c + d;
     return {a + (b - a) * su + (c - a) * sv + k * su * sv, du * (b - a + k * sv), dv * (c - a + k * su)};
 }
-inline float noise(float x, float y, std::uint32_t seed = 0) { return noiseWithSlope(x, y, seed).value; }
+inline float noise(float x, float y, std::uint32_t seed = 0) {
+    return noiseWithSlope(x, y, seed).value;
+}
 
 /// Fractal sum of `octaves`, each half as strong and about twice as fine, turned to hide the grid. 0..1.
 inline float fractalNoise(float x, float y, int octaves, std::uint32_t seed = 0) {

@@ -5,13 +5,14 @@
 
 namespace qv::assets {
 
-/// Calls `paint(pixel, coverage)` for every pixel that a straight stroke with round ends touches; its width goes
-/// from `startWidth` to `endWidth`, pixels.
+/// Calls `paint(pixel, coverage)` for every pixel that a straight stroke with round ends touches; its width
+/// goes from `startWidth` to `endWidth`, pixels.
 template <class T, class Paint>
 void stroke(Raster<T>& raster, float x0, float y0, float x1, float y1, float startWidth, float endWidth,
             Paint&& paint) {
     const float reach = 0.5f * std::max(startWidth, endWidth) + 1;
-    const int left = std::max(0, int(std::min(x0, x1) - reach)), top = std::max(0, int(std::min(y0, y1) - reach));
+    const int left = std::max(0, int(std::min(x0, x1) - reach)),
+              top = std::max(0, int(std::min(y0, y1) - reach));
     const int right = std::min(raster.width() - 1, int(std::max(x0, x1) + reach));
     const int bottom = std::min(raster.height() - 1, int(std::max(y0, y1) + reach));
     const float dx = x1 - x0, dy = y1 - y0, squared = std::max(dx * dx + dy * dy, 1e-6f);
@@ -23,7 +24,8 @@ void stroke(Raster<T>& raster, float x0, float y0, float x1, float y1, float sta
             const float width = mix(startWidth, endWidth, t);
             // A hairline keeps its mean darkness.
             const float coverage =
-                clamp01(0.5f * std::max(width, 1.0f) + 0.5f - std::sqrt(ex * ex + ey * ey)) * std::min(width, 1.0f);
+                clamp01(0.5f * std::max(width, 1.0f) + 0.5f - std::sqrt(ex * ex + ey * ey)) *
+                std::min(width, 1.0f);
             if (coverage > 0) paint(raster.at(x, y), coverage);
         }
 }

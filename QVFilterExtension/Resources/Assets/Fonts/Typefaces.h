@@ -1,0 +1,12 @@
+#pragma once
+
+#include "QVFilterExtension/Resources/Assets/Fonts/TrueTypeFile.h"
+
+namespace qv::assets {
+
+/// A clean geometric sans-serif for labels and text on pictures.
+FontDescription qvSans();
+/// A squarish technical face, as camera displays have it.
+FontDescription aldrich();
+
+}  // namespace qv::assets
