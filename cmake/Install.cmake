@@ -1,0 +1,24 @@
+# The installed library: shared object, bundle, headers, tool, CMake package and pkg-config file.
+
+include(CMakePackageConfigHelpers)
+
+install(TARGETS QVFilterExtension EXPORT QVFilterExtensionTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+set_target_properties(qvfilter PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+install(TARGETS qvfilter RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(DIRECTORY ${QV_BUNDLE} DESTINATION ${CMAKE_INSTALL_LIBDIR})
+
+foreach(header IN LISTS QV_PUBLIC_HEADERS)
+    get_filename_component(folder ${header} DIRECTORY)
+    install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/QVFilterExtension/${folder})
+endforeach()
+
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/QVFilterExtension)
+install(EXPORT QVFilterExtensionTargets NAMESPACE QVFilterExtension:: DESTINATION ${package_dir})
+configure_package_config_file(cmake/QVFilterExtensionConfig.cmake.in
+    ${CMAKE_BINARY_DIR}/generated/QVFilterExtensionConfig.cmake INSTALL_DESTINATION ${package_dir})
+write_basic_package_version_file(${CMAKE_BINARY_DIR}/generated/QVFilterExtensionConfigVersion.cmake
+    COMPATIBILITY SameMinorVersion)
+configure_file(cmake/QVFilterExtension.pc.in ${CMAKE_BINARY_DIR}/generated/QVFilterExtension.pc @ONLY)
+install(FILES ${CMAKE_BINARY_DIR}/generated/QVFilterExtensionConfig.cmake
+    ${CMAKE_BINARY_DIR}/generated/QVFilterExtensionConfigVersion.cmake DESTINATION ${package_dir})
+install(FILES ${CMAKE_BINARY_DIR}/generated/QVFilterExtension.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

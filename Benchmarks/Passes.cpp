@@ -1,0 +1,133 @@
+// What the platform's building blocks cost at 1920×1080. Compare each with CopyPass of the same run: that ratio is what carries
+// over to another machine. `qvbenchmarks --benchmark_format=json` for programs.
+
+#include <benchmark/benchmark.h>
+
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Platform/ImageGraph/MTIContext.h"
+#include "Platform/ImageGraph/MTIFilters.h"
+#include "Platform/ImageGraph/MTIKernel.h"
+#include "Platform/Media/PixelConversion.h"
+
+namespace {
+
+using namespace qv;
+
+constexpr int kWidth = 1920, kHeight = 1080;
+
+const std::shared_ptr<MTIContext>& context() {
+    static const auto shared = MTIContext::create();
+    return shared;
+}
+
+const MTIImage& photo() {
+    static const MTIImage image = [] {
+        std::vector<std::uint8_t> pixels(std::size_t(kWidth) * kHeight * 4);
+        std::uint32_t state = 1;
+        for (std::size_t i = 0; i < pixels.size(); ++i) {
+            state = state * 1664525u + 1013904223u;
+            pixels[i] = i % 4 == 3 ? 255 : std::uint8_t(state >> 24);
+        }
+        return MTIImage::imageWithBitmap(
+            {kWidth, kHeight, std::make_shared<const std::vector<std::uint8_t>>(std::move(pixels))});
+    }();
+    return image;
+}
+
+MTIImage copied(const MTIImage& image) {
+    return stockKernel("MTICopy")->applyToInputImages({image}, {}, image.size(), MTIPixelFormat::unspecified);
+}
+
+void render(benchmark::State& state, const MTIImage& image) {
+    if (!context()) return state.SkipWithError("there is no Vulkan device");
+    context()->prepare(image);
+    int passes = 0;
+    for (auto _ : state) {
+        const auto task = context()->startRender(image);
+        task->wait();
+        passes = task->statistics().passes;
+    }
+    state.counters["passes"] = passes;
+}
+
+void CopyPass(benchmark::State& state) { render(state, copied(photo())); }
+BENCHMARK(CopyPass)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+void SaturationPass(benchmark::State& state) {
+    MTISaturationFilter filter;
+    filter.setInputImage(photo());
+    filter.setSaturation(0.3f);
+    render(state, filter.outputImage());
+}
+BENCHMARK(SaturationPass)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+void TransformPass(benchmark::State& state) {
+    render(state, photo().imageByApplyingTransform(CGAffineTransformMakeRotation(0.2)));
+}
+BENCHMARK(TransformPass)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+void Blend(benchmark::State& state) {
+    const auto mode = MTIBlendMode(state.range(0));
+    state.SetLabel(std::string(blendModeName(mode)));
+    MTIBlendFilter filter(mode);
+    filter.setInputBackgroundImage(photo());
+    filter.setInputImage(photo());
+    render(state, filter.outputImage());
+}
+BENCHMARK(Blend)->DenseRange(0, kBlendModeCount - 1)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+void GaussianBlur(benchmark::State& state) {
+    MTIGaussianBlurFilter filter;
+    filter.setInputImage(photo());
+    filter.setRadius(float(state.range(0)) / 10);
+    render(state, filter.outputImage());
+}
+BENCHMARK(GaussianBlur)
+    ->ArgName("tenths of a pixel")
+    ->Arg(5)->Arg(10)->Arg(15)->Arg(20)->Arg(25)->Arg(30)->Arg(40)->Arg(50)->Arg(60)->Arg(80)->Arg(100)->Arg(150)
+    ->Arg(200)->Arg(300)->Arg(400)->Arg(600)->Arg(2000)
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
+
+PixelBuffer greyFrame() {
+    PixelBuffer frame = PixelBuffer::create(PixelFormat::i420, kWidth, kHeight);
+    for (int plane = 0; plane < 3; ++plane) {
+        std::memset(frame.plane(plane).data, 110 + plane * 20, frame.plane(plane).rowBytes * (plane ? kHeight / 2 : kHeight));
+    }
+    return frame;
+}
+
+/// A 4:2:0 frame to RGB and back on the processor, without a pass.
+void ConvertInAndOut(benchmark::State& state) {
+    const PixelBuffer frame = greyFrame();
+    std::vector<std::uint8_t> rgba(std::size_t(kWidth) * kHeight * 4);
+    for (auto _ : state) {
+        convertToRGBA8(frame, rgba.data(), kWidth * 4);
+        convertFromRGBA8(rgba.data(), kWidth * 4, frame);
+    }
+}
+BENCHMARK(ConvertInAndOut)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+/// What a video frame costs besides its effects: taken in, one copy pass, planes read back.
+void VideoFrame(benchmark::State& state) {
+    if (!context()) return state.SkipWithError("there is no Vulkan device");
+    const PixelBuffer frame = greyFrame(), result = greyFrame();
+    for (auto _ : state) {
+        context()->startRender(copied(MTIImage::imageWithPixelBuffer(frame)), result)->wait();
+    }
+}
+BENCHMARK(VideoFrame)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+/// Planning, recording, submitting and waiting: ten passes over a picture too small to cost anything.
+void TenTinyPasses(benchmark::State& state) {
+    MTIImage image = photo().resize({8, 8});
+    for (int i = 0; i < 9; ++i) image = copied(image);
+    render(state, image);
+}
+BENCHMARK(TenTinyPasses)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+}  // namespace
