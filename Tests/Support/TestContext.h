@@ -13,8 +13,8 @@
 
 namespace qv::test {
 
-/// The context that the tests of one program share, with the validation layer on. Made once; nil, with a failure, when
-/// there is no device.
+/// The context that the tests of one program share, with the validation layer on. Made once; nil, with a
+/// failure, when there is no device.
 inline const std::shared_ptr<MTIContext>& context() {
     static const std::shared_ptr<MTIContext> instance = [] {
         std::string error;

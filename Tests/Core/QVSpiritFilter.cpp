@@ -1,0 +1,169 @@
+#include "QVFilterCore/QVSpiritFilter.h"
+
+#include <numbers>
+
+#include "Tests/Support/TestContext.h"
+
+namespace qv::test {
+namespace {
+
+constexpr double kQuarterTurn = std::numbers::pi / 2;
+constexpr Pixel kRed = {1, 0, 0, 1}, kGreen = {0, 1, 0, 1}, kBlue = {0, 0, 1, 1}, kWhite = {1, 1, 1, 1};
+constexpr Pixel kGround = {0.2f, 0.4f, 0.6f, 1};
+
+SpiritParam::Texture flatTexture(const Pixel& color, int width = 8, int height = 8) {
+    return SpiritParam::spiritTextureWithImage(
+        UIImage(makeBitmap(width, height, [&](int, int) { return color; })));
+}
+
+/// Twice as wide as high: red left, green right, and its lower half blue.
+SpiritParam::Texture markedTexture() {
+    return SpiritParam::spiritTextureWithImage(UIImage(makeBitmap(64, 32, [](int x, int y) {
+        return y >= 16 ? kBlue : x < 32 ? kRed : kGreen;
+    })));
+}
+
+MTIImage ground(int width, int height) {
+    return MTIImage::imageWithBitmap(makeBitmap(width, height, [](int, int) { return kGround; }));
+}
+
+Picture drawn(const MTIImage& input, std::vector<SpiritParam> params) {
+    QVSpiritFilter filter;
+    filter.setInputImage(input);
+    filter.setParams(std::move(params));
+    return render(filter.outputImage());
+}
+
+void expectColor(const Picture& picture, int x, int y, const Pixel& color, float tolerance = 1.5f / 255) {
+    const Pixel actual = picture.at(x, y);
+    for (std::size_t c = 0; c < 4; ++c)
+        EXPECT_NEAR(actual[c], color[c], tolerance) << "component " << c << " at " << x << "," << y;
+}
+
+TEST(QVSpiritFilter, UntransformedSpansTheWidthWithItsOwnAspect) {
+    for (const auto& [width, height] : {std::pair{128, 128}, std::pair{128, 64}, std::pair{64, 128}}) {
+        const Picture picture =
+            drawn(ground(width, height), {SpiritParam::paramWithTrans({}, markedTexture())});
+        const int top = (height - width / 2) / 2, bottom = top + width / 2, middle = height / 2;
+        expectColor(picture, 2, top + 2, kRed);
+        expectColor(picture, width - 3, top + 2, kGreen);
+        expectColor(picture, width / 2 - 3, middle - 3, kRed);
+        expectColor(picture, width / 2 + 2, middle - 3, kGreen);
+        expectColor(picture, 2, bottom - 3, kBlue);
+        if (top > 2) {
+            expectColor(picture, 2, top - 3, kGround);
+            expectColor(picture, width / 2, bottom + 2, kGround);
+        }
+    }
+}
+
+TEST(QVSpiritFilter, TransformsInSpriteSpace) {
+    // Frame units: 100 pixels are 1, up is positive. The sprite is 50 by 25 pixels, then turned
+    // anticlockwise.
+    const CGAffineTransform scaled = CGAffineTransformMakeScale(0.25, 0.25);
+    const CGAffineTransform turned = CGAffineTransformMakeRotation(kQuarterTurn);
+    const CGAffineTransform moved = CGAffineTransformMakeTranslation(0.5, 0.3);
+    const Picture picture =
+        drawn(ground(200, 160),
+              {SpiritParam::paramWithTrans(
+                  CGAffineTransformConcat(CGAffineTransformConcat(scaled, turned), moved), markedTexture())});
+    // Its centre is at (150, 50); the marks have turned: blue (below) to the right, green (right) to the top.
+    expectColor(picture, 155, 50, kBlue);
+    expectColor(picture, 145, 40, kGreen);
+    expectColor(picture, 145, 60, kRed);
+    expectColor(picture, 145, 28, kGreen);
+    expectColor(picture, 145, 22, kGround);
+    expectColor(picture, 135, 50, kGround);
+    expectColor(picture, 165, 50, kGround);
+
+    // In the drawing order of contexts the last named step comes first: the scale does not shrink the way.
+    const Picture other = drawn(
+        ground(200, 160), {SpiritParam::paramWithTrans(
+                              CGAffineTransformScale(CGAffineTransformTranslate({}, -0.5, -0.3), 0.1, 0.1),
+                              flatTexture(kWhite))});
+    expectColor(other, 50, 110, kWhite);
+    expectColor(other, 57, 103, kWhite);
+    expectColor(other, 64, 110, kGround);
+}
+
+TEST(QVSpiritFilter, AlphaAndTintScaleTheTexture) {
+    const Pixel texel = {0.8f, 0.6f, 0.4f, 0.5f};
+    const auto texture = flatTexture(texel);
+    const UIColor tint(0.5, 1, 1.05, 0.8);
+    struct Case {
+        SpiritParam param;
+        Pixel factor;
+    };
+    const Case cases[] = {
+        {SpiritParam::paramWithTrans({}, texture), {1, 1, 1, 1}},
+        {SpiritParam::paramWithTrans({}, 0.25f, texture), {1, 1, 1, 0.25f}},
+        {SpiritParam::paramWithTrans({}, tint, texture), {0.5f, 1, 1.05f, 0.8f}},
+        {SpiritParam::paramWithTrans({}, 0.5f, tint, texture), {0.5f, 1, 1.05f, 0.4f}},
+    };
+    for (const Case& expected : cases) {
+        const Picture picture = drawn(ground(16, 16), {expected.param});
+        const float alpha = texel[3] * expected.factor[3];
+        Pixel color{0, 0, 0, 1};
+        for (std::size_t c = 0; c < 3; ++c)
+            color[c] = texel[c] * expected.factor[c] * alpha + kGround[c] * (1 - alpha);
+        expectColor(picture, 8, 8, color, 2.5f / 255);
+    }
+}
+
+TEST(QVSpiritFilter, LaterSpritesLieOnTopWhateverTheirTexture) {
+    // Each of 60 textures twice: first everywhere in reverse order, then in its own cell.
+    constexpr int kCells = 60;
+    std::vector<SpiritParam::Texture> textures;
+    for (int i = 0; i < kCells; ++i)
+        textures.push_back(
+            flatTexture({float(i) / kCells, 1 - float(i) / kCells, float(i % 7) / 7, 1}, 3 + i % 5, 3));
+    std::vector<SpiritParam> params;
+    for (int i = kCells - 1; i >= 0; --i)
+        params.push_back(SpiritParam::paramWithTrans({}, textures[std::size_t(i)]));
+    auto centerOf = [](int i) { return CGPoint{(i % 10) * 0.2 - 0.9, 0.5 - (i / 10) * 0.2}; };
+    for (int i = 0; i < kCells; ++i) {
+        params.push_back(SpiritParam::paramWithTrans(
+            CGAffineTransformConcat(CGAffineTransformMakeScale(0.08, 0.08),
+                                    CGAffineTransformMakeTranslation(centerOf(i).x, centerOf(i).y)),
+            textures[std::size_t(i)]));
+    }
+    const Picture picture = drawn(ground(200, 200), params);
+    for (int i = 0; i < kCells; ++i) {
+        expectColor(picture, int(100 + 100 * centerOf(i).x), int(100 - 100 * centerOf(i).y),
+                    {float(i) / kCells, 1 - float(i) / kCells, float(i % 7) / 7, 1});
+    }
+    expectColor(picture, 2, 100, {0, 1, 0, 1});
+}
+
+TEST(QVSpiritFilter, WhatCannotBeSeenLeavesTheInput) {
+    const auto texture = flatTexture(kWhite);
+    const MTIImage input = ground(32, 16);
+    QVSpiritFilter filter;
+    EXPECT_FALSE(filter.outputImage());
+    filter.setInputImage(input);
+    EXPECT_EQ(filter.outputImage(), input) << "no sprites";
+    EXPECT_FALSE(SpiritParam::spiritTextureWithImage(UIImage()));
+
+    const CGAffineTransform small = CGAffineTransformMakeScale(0.1, 0.1);
+    filter.setParams(
+        {SpiritParam::paramWithTrans({}, nullptr), SpiritParam::paramWithTrans({}, 0.0f, texture),
+         SpiritParam::paramWithTrans({NAN, 0, 0, 1, 0, 0}, texture),
+         SpiritParam::paramWithTrans(CGAffineTransformMakeScale(0, 0), texture),
+         SpiritParam::paramWithTrans(CGAffineTransformConcat(small, CGAffineTransformMakeTranslation(1.2, 0)),
+                                     texture),
+         SpiritParam::paramWithTrans(
+             CGAffineTransformConcat(small, CGAffineTransformMakeTranslation(0, -0.7)), texture)});
+    EXPECT_EQ(filter.outputImage(), input) << "only invisible ones";
+
+    // A sprite half outside shows its inner half; it keeps what the frame has of transparency outside itself.
+    const MTIImage clear = MTIImage::initWithColor({0, 0, 0, 0}, false, {32, 32});
+    const Picture picture = drawn(
+        clear, {SpiritParam::paramWithTrans(CGAffineTransformConcat(CGAffineTransformMakeScale(0.5, 0.5),
+                                                                    CGAffineTransformMakeTranslation(1, 0)),
+                                            texture)});
+    expectColor(picture, 28, 16, kWhite);
+    expectColor(picture, 20, 16, {0, 0, 0, 0});
+}
+
+}  // namespace
+}  // namespace qv::test
