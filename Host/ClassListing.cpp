@@ -1,0 +1,94 @@
+#include "Host/ClassListing.h"
+
+#include <algorithm>
+
+#include "Host/Failure.h"
+#include "Host/Timeline.h"
+#include "QVFilterCore/QVMTIFilter.h"
+
+namespace qv::host {
+
+namespace {
+
+std::unique_ptr<QVMTIFilter> newInstance(const QVFilterClass& filterClass) {
+    std::unique_ptr<QVMTIFilter> filter = filterClass.create();
+    if (!filter) fail(ExitCode::internal, "{} cannot be created", filterClass.name);
+    return filter;
+}
+
+Json propertyToJSON(const QVProperty& property, const QVMTIFilter& fresh) {
+    Json json = {{"name", property.name}, {"type", typeName(property.type)}};
+    json["min"] = hasRange(property.type) ? Json(shortestNumber(property.minimum)) : Json();
+    json["max"] = hasRange(property.type) ? Json(shortestNumber(property.maximum)) : Json();
+    json["default"] = propertyValueToJSON(property.get(fresh));
+    json["help"] = property.help;
+    if (!property.variants.empty()) {
+        json["variants"] = std::vector<std::string_view>(property.variants.begin(), property.variants.end());
+    }
+    return json;
+}
+
+}  // namespace
+
+std::string_view kindName(QVFilterKind kind) {
+    switch (kind) {
+        case QVFilterKind::effect:
+            return "effect";
+        case QVFilterKind::transition:
+            return "transition";
+        case QVFilterKind::auxiliary:
+            return "auxiliary";
+    }
+    return "";
+}
+
+Json classToJSON(const QVFilterClass& filterClass) {
+    const auto fresh = newInstance(filterClass);
+    Json json;
+    json["name"] = filterClass.name;
+    json["kind"] = kindName(filterClass.kindOrInherited());
+    json["superclass"] = filterClass.superclass ? Json(filterClass.superclass->name) : Json();
+    json["category"] = categoryName(filterClass.categoryOrInherited());
+    json["help"] = filterClass.help;
+    json["levelCount"] = filterClass.levels();
+    json["defaultEffectValue"] = shortestNumber(filterClass.defaultStrength());
+    json["isVideoOnly"] = filterClass.videoOnly();
+    json["isPhotoTimeConst"] = filterClass.photoTimeConst();
+    json["inputs"] = inputNames(filterClass);
+    json["fragmentFunction"] = filterClass.fragmentFunctionDescriptor().name;
+    json["properties"] = Json::array();
+    for (const QVProperty* property : filterClass.allProperties()) {
+        json["properties"].push_back(propertyToJSON(*property, *fresh));
+    }
+    return json;
+}
+
+std::string classToText(const QVFilterClass& filterClass) {
+    const auto fresh = newInstance(filterClass);
+    std::string text = fmt::format("{}: {}\n", filterClass.name, filterClass.help);
+    const auto line = [&text](std::string_view label, const auto& value) {
+        text += fmt::format("  {:<16}{}\n", label, value);
+    };
+    line("kind", kindName(filterClass.kindOrInherited()));
+    line("category", categoryName(filterClass.categoryOrInherited()));
+    if (filterClass.superclass) line("superclass", filterClass.superclass->name);
+    line("inputs", fmt::format("{}", fmt::join(inputNames(filterClass), ", ")));
+    line("shader function", filterClass.fragmentFunctionDescriptor().name);
+    if (filterClass.levels() > 0) line("levels", filterClass.levels());
+    if (filterClass.property("effectValue")) line("strength", filterClass.defaultStrength());
+    if (filterClass.videoOnly()) line("for", "video only");
+
+    const auto properties = filterClass.allProperties();
+    if (!properties.empty()) text += "  properties\n";
+    for (const QVProperty* property : properties) {
+        std::string range;
+        if (hasRange(property->type)) range = fmt::format("{} to {}", property->minimum, property->maximum);
+        if (!property->variants.empty()) range = fmt::format("{}", fmt::join(property->variants, ", "));
+        text += fmt::format("    {:<24} {:<10} {:<22} {} (default {})\n", property->name,
+                            typeName(property->type), range, property->help,
+                            propertyValueToText(property->get(*fresh)));
+    }
+    return text;
+}
+
+}  // namespace qv::host

@@ -1,0 +1,38 @@
+#include "Host/Device.h"
+
+#include "QVFilterCore/QVMTIFilter.h"
+
+namespace qv::host {
+
+std::vector<GraphicsDevice> vulkanDevices() {
+    std::string cause;
+    std::vector<GraphicsDevice> devices = MTIContext::devices(&cause);
+    if (devices.empty()) fail(ExitCode::device, "{}", cause.empty() ? "there is no Vulkan device" : cause);
+    return devices;
+}
+
+void DeviceOptions::add(CLI::App& command) {
+    command.add_option("--device", device,
+                       "Index of the Vulkan device (qvfilter devices); the most capable without");
+    command.add_flag("--validate", validate, "Check every Vulkan call with the validation layer");
+}
+
+std::shared_ptr<MTIContext> DeviceOptions::makeContext(MTIPixelFormat workingFormat) const {
+    MTIContextOptions options;
+    options.deviceIndex = device;
+    options.workingPixelFormat = workingFormat;
+    options.validation = validate;
+    std::string cause;
+    auto context = MTIContext::create(options, &cause);
+    if (!context) fail(ExitCode::device, "{}", cause);
+    QVMTIFilter::setSharedContext(context);
+    return context;
+}
+
+void checkValidation(const MTIContext& context) {
+    const auto messages = context.validationMessages();
+    if (messages.empty()) return;
+    fail(ExitCode::internal, "{} validation messages, the first: {}", messages.size(), messages.front());
+}
+
+}  // namespace qv::host

@@ -1,0 +1,44 @@
+#include <memory>
+
+#include "Host/CommandLine.h"
+#include "Host/Device.h"
+#include "Host/PropertyJSON.h"
+
+namespace qv::host {
+
+namespace {
+
+Json deviceToJSON(const GraphicsDevice& device) {
+    return {{"index", device.index},
+            {"name", device.name},
+            {"driver", device.driver},
+            {"apiVersion", device.apiVersion},
+            {"isProcessor", device.isProcessor},
+            {"memoryBytes", device.memoryBytes},
+            {"unusable", device.unusable.empty() ? Json() : Json(device.unusable)}};
+}
+
+std::string deviceToText(const GraphicsDevice& device) {
+    return fmt::format("{}  {}  ({}, Vulkan {}, {} MiB{}){}\n", device.index, device.name, device.driver,
+                       device.apiVersion, device.memoryBytes >> 20, device.isProcessor ? ", software" : "",
+                       device.unusable.empty() ? "" : "  unusable: " + device.unusable);
+}
+
+}  // namespace
+
+void addDevicesCommand(CLI::App& tool) {
+    CLI::App* command = tool.add_subcommand("devices", "Lists the Vulkan devices");
+    auto json = std::make_shared<bool>(false);
+    addJSONFlag(*command, *json);
+    command->callback([json] {
+        Json array = Json::array();
+        std::string text;
+        for (const GraphicsDevice& device : vulkanDevices()) {
+            array.push_back(deviceToJSON(device));
+            text += deviceToText(device);
+        }
+        writeStandardOutput(*json ? dump(array) : text);
+    });
+}
+
+}  // namespace qv::host

@@ -1,0 +1,83 @@
+#include <algorithm>
+#include <memory>
+
+#include "Host/CommandLine.h"
+#include "Host/Device.h"
+#include "Host/PictureFile.h"
+#include "Host/Timeline.h"
+
+namespace qv::host {
+
+namespace {
+
+struct Options {
+    std::string input, output, size, time, mask;
+    std::vector<std::string> effects;
+    OverwriteOptions overwrite;
+    DeviceOptions device;
+};
+
+/// The picture that the effects work on, and where it lies on its clip.
+struct Moment {
+    MTIImage image;
+    SubjectMask alpha;
+    ClipPosition position;
+};
+
+Moment momentOfPicture(const Options& options) {
+    const Bitmap bitmap = readPicture(options.input);
+    Moment moment{MTIImage::imageWithBitmap(bitmap)};
+    moment.alpha = SubjectMask::fromAlpha(bitmap);
+    moment.position.isPhoto = true;
+    moment.position.time = options.time.empty() ? 0.0 : parseTime("--time", options.time);
+    return moment;
+}
+
+void still(const Options& options) {
+    const std::vector<EffectSpec> specs = parseChain(options.effects);
+    const PictureType type = pictureTypeFor(options.output);
+    checkOutput(options.output, options.overwrite);
+
+    Moment moment = momentOfPicture(options);
+    if (!options.size.empty()) {
+        const PixelSize size = parseSize(options.size);
+        moment.image = moment.image.resize({double(size.width), double(size.height)});
+    }
+    FilterInputs inputs;
+    inputs.first = moment.image;
+    inputs.originalSize = moment.image.size();
+    inputs.mask = options.mask.empty() ? moment.alpha
+                                       : SubjectMask::fromBuffer(grayFromPicture(readPicture(options.mask)));
+
+    const auto context = options.device.makeContext();
+    const MTIImage image = EffectChain(specs, moment.position).outputImage(inputs);
+    std::string cause;
+    const Bitmap bitmap = context->renderToBitmap(image, &cause);
+    if (!bitmap) fail(ExitCode::device, "{}", cause);
+    writePicture(bitmap, options.output, type);
+    checkValidation(*context);
+}
+
+}  // namespace
+
+void addStillCommand(CLI::App& tool) {
+    CLI::App* command =
+        tool.add_subcommand("still", "Renders a picture, or one moment of a clip, through effects");
+    auto options = std::make_shared<Options>();
+    command
+        ->add_option("-i,--input", options->input,
+                     "PNG, JPEG or video file; - is a picture on standard input")
+        ->required();
+    command->add_option("-e,--effect", options->effects, "CLASS:name=value:name=value; repeatable, a chain")
+        ->allow_extra_args(false);
+    command->add_option("-o,--output", options->output, "PNG or JPEG file, or - for PNG on standard output")
+        ->required();
+    command->add_option("--time", options->time, "Moment of the clip, and the effects' time, seconds");
+    command->add_option("--size", options->size, "Stretch the picture to WIDTHxHEIGHT before the effects");
+    command->add_option("--mask", options->mask, "Picture or video that is white where the subject is");
+    options->overwrite.add(*command);
+    options->device.add(*command);
+    command->callback([options] { still(*options); });
+}
+
+}  // namespace qv::host

@@ -1,0 +1,139 @@
+#include "Host/Timeline.h"
+
+#include "Host/Diagnostics.h"
+#include "Host/Failure.h"
+#include "QVFilterCore/QVAIEffectMTIFilter.h"
+#include "QVFilterCore/QVMTITwoInputFilter.h"
+#include "QVFilterCore/QVTransitionMTIFilter.h"
+
+namespace qv::host {
+
+namespace {
+
+void setUnlessGiven(QVMTIFilter& filter, const EffectSpec& spec, std::string_view name,
+                    const QVPropertyValue& value) {
+    const QVProperty* property = filter.filterClass().property(name);
+    if (property && !spec.sets(name)) property->set(filter, value);
+}
+
+/// The property that carries the time: an effect's is `iTime`, a plain filter may have a `time` of its own.
+std::string_view timeProperty(const QVFilterClass& filterClass) {
+    return filterClass.property("iTime") ? "iTime" : "time";
+}
+
+/// One byte of every `step` bytes of each row.
+PixelBuffer grayOf(int width, int height, const std::uint8_t* first, std::size_t rowBytes, int step) {
+    PixelBuffer gray = PixelBuffer::create(PixelFormat::gray8, width, height);
+    for (int y = 0; y < height; ++y) {
+        const std::uint8_t* source = first + std::size_t(y) * rowBytes;
+        std::uint8_t* target = gray.plane(0).data + std::size_t(y) * gray.plane(0).rowBytes;
+        for (int x = 0; x < width; ++x) target[x] = source[x * step];
+    }
+    return gray;
+}
+
+}  // namespace
+
+SubjectMask SubjectMask::fromBuffer(const PixelBuffer& gray) {
+    return {MTIImage::imageWithPixelBuffer(gray, MTIAlphaType::alphaIsOne), gray};
+}
+
+SubjectMask SubjectMask::fromAlpha(const PixelBuffer& frame) {
+    if (frame.format() == PixelFormat::rgba8) {
+        const PixelBuffer::Plane& plane = frame.plane(0);
+        return fromBuffer(grayOf(frame.width(), frame.height(), plane.data + 3, plane.rowBytes, 4));
+    }
+    if (frame.format() == PixelFormat::i420Alpha) {
+        const PixelBuffer::Plane& plane = frame.plane(3);
+        return fromBuffer(grayOf(frame.width(), frame.height(), plane.data, plane.rowBytes, 1));
+    }
+    return {};
+}
+
+SubjectMask SubjectMask::fromAlpha(const Bitmap& picture) {
+    const std::vector<std::uint8_t>& rgba = *picture.pixels;
+    bool opaque = true;
+    for (std::size_t i = 3; i < rgba.size() && opaque; i += 4) opaque = rgba[i] == 255;
+    if (opaque) return {};
+    return fromBuffer(grayOf(picture.width, picture.height, rgba.data() + 3, picture.rowBytes(), 4));
+}
+
+std::vector<std::string_view> inputNames(const QVFilterClass& filterClass) {
+    switch (filterClass.inputsOrInherited()) {
+        case QVFilterInputs::two:
+            if (filterClass.isSubclassOf(QVTransitionMTIFilterClass)) return {"inputImage1", "inputImage2"};
+            return {"inputImage", "inputImage2"};
+        case QVFilterInputs::oneAndMask:
+            return {"inputImage", "maskImage"};
+        default:
+            return {"inputImage"};
+    }
+}
+
+void setInputs(QVMTIFilter& filter, const FilterInputs& inputs) {
+    if (auto* transition = dynamic_cast<QVTransitionMTIFilter*>(&filter)) {
+        transition->setInputImage1(inputs.first);
+        transition->setInputImage2(inputs.second);
+    }
+    if (auto* oneInput = dynamic_cast<QVMTIOneInputFilter*>(&filter)) oneInput->setInputImage(inputs.first);
+    if (auto* twoInputs = dynamic_cast<QVMTITwoInputFilter*>(&filter))
+        twoInputs->setInputImage2(inputs.second);
+    if (auto* subject = dynamic_cast<QVAIEffectMTIFilter*>(&filter)) {
+        subject->setMaskImage(inputs.mask.image);
+        subject->setMaskPixelBuffer(inputs.mask.buffer);
+        subject->setInputImageOriginalSize(inputs.originalSize);
+    }
+}
+
+std::unique_ptr<QVMTIFilter> makeFilterOnClip(const EffectSpec& spec, const ClipPosition& clip) {
+    const QVFilterClass& filterClass = *spec.filterClass;
+    std::unique_ptr<QVMTIFilter> filter = filterClass.create();
+    if (!filter) fail(ExitCode::internal, "{} cannot be created", filterClass.name);
+    setUnlessGiven(*filter, spec, "effectValue", double(filterClass.defaultStrength()));
+    setUnlessGiven(*filter, spec, "isPhoto", clip.isPhoto);
+    if (clip.startTime) setUnlessGiven(*filter, spec, "startTime", *clip.startTime);
+    if (clip.endTime) setUnlessGiven(*filter, spec, "endTime", *clip.endTime);
+    if (clip.time) setUnlessGiven(*filter, spec, timeProperty(filterClass), *clip.time);
+    for (const auto& [property, value] : spec.settings) property->set(*filter, value);
+    return filter;
+}
+
+EffectChain::EffectChain(std::vector<EffectSpec> specs, const ClipPosition& clip) : isPhoto_(clip.isPhoto) {
+    for (EffectSpec& spec : specs) {
+        std::unique_ptr<QVMTIFilter> filter = makeFilterOnClip(spec, clip);
+        links_.push_back({std::move(spec), std::move(filter)});
+    }
+}
+
+bool EffectChain::needsMask() const {
+    for (const Link& link : links_) {
+        if (link.spec.filterClass->inputsOrInherited() == QVFilterInputs::oneAndMask) return true;
+    }
+    return false;
+}
+
+void EffectChain::moveTo(double seconds) {
+    for (const Link& link : links_) {
+        const QVFilterClass& filterClass = *link.spec.filterClass;
+        if (isPhoto_ && filterClass.photoTimeConst()) continue;
+        setUnlessGiven(*link.filter, link.spec, timeProperty(filterClass), seconds);
+    }
+}
+
+MTIImage EffectChain::outputImage(const FilterInputs& inputs) {
+    if (!inputs.mask && needsMask()) {
+        fail(ExitCode::usage, "a subject effect needs --mask FILE, or an input with an alpha channel");
+    }
+    FilterInputs next = inputs;
+    for (const Link& link : links_) {
+        setInputs(*link.filter, next);
+        next.first = link.filter->outputImage();
+        if (!next.first) {
+            fail(ExitCode::internal, "{} gave no picture{}", link.spec.filterClass->name,
+                 lastLogLineInBrackets());
+        }
+    }
+    return next.first;
+}
+
+}  // namespace qv::host
