@@ -152,14 +152,19 @@ struct EmptyFace final : UIFont::Face {
 };
 
 FacePointer findSystemFace() {
+    // A configuration of our own, let go after the one question, leaves no global state behind; and unlike
+    // the default one it does not complain on standard error where the machine has none.
+    std::unique_ptr<FcConfig, decltype(&FcConfigDestroy)> config(FcConfigCreate(), FcConfigDestroy);
+    if (!config || !FcConfigParseAndLoad(config.get(), nullptr, FcFalse) || !FcConfigBuildFonts(config.get()))
+        return nullptr;
     using Pattern = std::unique_ptr<FcPattern, decltype(&FcPatternDestroy)>;
     Pattern wanted(FcNameParse(reinterpret_cast<const FcChar8*>("sans-serif:scalable=true")),
                    FcPatternDestroy);
     if (!wanted) return nullptr;
-    FcConfigSubstitute(nullptr, wanted.get(), FcMatchPattern);
+    FcConfigSubstitute(config.get(), wanted.get(), FcMatchPattern);
     FcDefaultSubstitute(wanted.get());
     FcResult result = FcResultNoMatch;
-    Pattern found(FcFontMatch(nullptr, wanted.get(), &result), FcPatternDestroy);
+    Pattern found(FcFontMatch(config.get(), wanted.get(), &result), FcPatternDestroy);
     FcChar8* file = nullptr;
     int index = 0;
     if (!found || FcPatternGetString(found.get(), FC_FILE, 0, &file) != FcResultMatch) return nullptr;
