@@ -2,6 +2,9 @@
 
 set(QV_ASSET_SOURCES ${PROJECT_SOURCE_DIR}/QVFilterExtension/Resources/Assets)
 
+file(GLOB FONT_SOURCES CONFIGURE_DEPENDS ${QV_ASSET_SOURCES}/Fonts/*.cpp)
+qv_add_asset_program(Fonts ${QV_BUNDLE} ${FONT_SOURCES})
+
 if(QV_BUILD_ASSETS)
     file(GLOB LANDSCAPE_SOURCES CONFIGURE_DEPENDS ${QV_ASSET_SOURCES}/Landscape/*.cpp)
     add_library(qv_landscape OBJECT ${LANDSCAPE_SOURCES})

@@ -80,11 +80,13 @@ Bytes glyphData(const FontGlyph& glyph) {
             // Bits 1 and 2: one byte instead of two; bits 4 and 5: its sign, or "as before" for two.
             unsigned flag = point.onCurve ? 1 : 0;
             const auto delta = [&](int d, Bytes& bytes, unsigned isShort, unsigned sameOrPositive) {
-                if (d == 0) flag |= sameOrPositive;
+                if (d == 0)
+                    flag |= sameOrPositive;
                 else if (std::abs(d) < 256) {
                     flag |= isShort | (d > 0 ? sameOrPositive : 0);
                     bytes.u8(unsigned(std::abs(d)));
-                } else bytes.u16(d);
+                } else
+                    bytes.u16(d);
             };
             delta(dx, xs, 2, 16);
             delta(dy, ys, 4, 32);
@@ -103,8 +105,10 @@ Bytes characterMap(const FontDescription& font) {
     for (std::size_t i = 0; i < font.glyphs.size(); ++i) {
         const int character = int(font.glyphs[i].character);
         if (character == 0) continue;
-        if (!runs.empty() && runs.back().last + 1 == character) ++runs.back().last;
-        else runs.push_back({character, character, int(i)});
+        if (!runs.empty() && runs.back().last + 1 == character)
+            ++runs.back().last;
+        else
+            runs.push_back({character, character, int(i)});
     }
     runs.push_back({0xffff, 0xffff, 0});
     const int count = int(runs.size());
@@ -137,7 +141,8 @@ Bytes nameTable(const FontDescription& font) {
         {6, font.postScriptName},
     };
     Bytes records, text;
-    const auto add = [&](int platform, int encoding, int language, int id, const std::string& name, bool wide) {
+    const auto add = [&](int platform, int encoding, int language, int id, const std::string& name,
+                         bool wide) {
         records.u16(platform).u16(encoding).u16(language).u16(id);
         records.u16(int(name.size()) * (wide ? 2 : 1)).u16(text.size());
         for (const char c : name) wide ? text.u16(std::uint8_t(c)) : text.u8(std::uint8_t(c));
@@ -195,7 +200,14 @@ std::vector<std::uint8_t> trueTypeFile(const FontDescription& font) {
     Bytes head, hhea, maxp, post;
     constexpr std::uint32_t kDay = 0xe0000000u;  // seconds since 1904; the same for every build
     head.u32(0x00010000).u32(0x00010000).u32(0).u32(0x5f0f3cf5).u16(0x000b).u16(font.unitsPerEm);
-    head.u32(0).u32(kDay).u32(0).u32(kDay).u16(bounds.left).u16(bounds.bottom).u16(bounds.right).u16(bounds.top);
+    head.u32(0)
+        .u32(kDay)
+        .u32(0)
+        .u32(kDay)
+        .u16(bounds.left)
+        .u16(bounds.bottom)
+        .u16(bounds.right)
+        .u16(bounds.top);
     head.u16(0).u16(8).u16(2).u16(1).u16(0);
     hhea.u32(0x00010000).u16(font.ascender).u16(font.descender).u16(font.lineGap).u16(widest);
     hhea.u16(leastLeft).u16(leastRight).u16(furthest).u16(1).u16(0).u16(0);
@@ -206,8 +218,16 @@ std::vector<std::uint8_t> trueTypeFile(const FontDescription& font) {
     for (int i = 0; i < 5; ++i) post.u32(0);
 
     std::array<std::pair<std::string_view, Bytes>, 10> tables{{
-        {"OS/2", metricsForWindows(font)}, {"cmap", characterMap(font)}, {"glyf", glyf}, {"head", head},
-        {"hhea", hhea}, {"hmtx", hmtx}, {"loca", loca}, {"maxp", maxp}, {"name", nameTable(font)}, {"post", post},
+        {"OS/2", metricsForWindows(font)},
+        {"cmap", characterMap(font)},
+        {"glyf", glyf},
+        {"head", head},
+        {"hhea", hhea},
+        {"hmtx", hmtx},
+        {"loca", loca},
+        {"maxp", maxp},
+        {"name", nameTable(font)},
+        {"post", post},
     }};
     const int count = int(tables.size());
     Bytes directory, body;

@@ -10,6 +10,7 @@ namespace qv::assets {
 struct OutlinePoint {
     int x, y;
     bool onCurve;
+    bool operator==(const OutlinePoint&) const = default;
 };
 /// Closed; ink lies to the right of the way round.
 using OutlineContour = std::vector<OutlinePoint>;
