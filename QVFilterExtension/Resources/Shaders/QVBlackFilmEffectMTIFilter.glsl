@@ -19,7 +19,7 @@ vec4 QVBlackFilmEffectMTIFilter(vec2 uv) {
 
     // Grains are a 720th of the shorter side; where pixels are larger, each is a mean of several.
     float grainsPerPixel = 720.0 / min(outputSize().x, outputSize().y);
-    vec3 draw = random3Of(vec3(vec2(pixelHere()) * min(grainsPerPixel, 1.0), timeSlot(iTime, 24.0)));
+    vec4 draw = particleDraw(vec2(pixelHere()) * min(grainsPerPixel, 1.0), timeSlot(iTime, 24.0));
     float grain = (draw.x + draw.y + draw.z - 1.5) * (0.02 + 0.085 * effectValue) / max(grainsPerPixel, 1.0);
     grain *= 0.4 + 2.0 * grey * (1.0 - grey);
 

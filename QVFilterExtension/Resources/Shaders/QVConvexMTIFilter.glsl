@@ -5,7 +5,7 @@ uniform float effectValue;
 vec4 QVConvexMTIFilter(vec2 uv) {
     vec2 fromCenter = uv * 2.0 - 1.0;
     float r2 = 0.5 * dot(fromCenter, fromCenter);  // 1 in the corners
-    float bend = 0.62 * effectValue;
+    float bend = 0.54 * effectValue;
     // Each axis is bent by the other too: edges bow outwards, and a point of the rim stays on the rim.
     vec2 other = fromCenter.yx * fromCenter.yx;
     vec2 from = fromCenter * (1.0 - bend * (1.0 - fromCenter * fromCenter) * (1.0 - 0.35 * other));

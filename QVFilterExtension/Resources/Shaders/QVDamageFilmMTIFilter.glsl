@@ -2,6 +2,7 @@
 // strength adds wear of every kind.
 #include "color.glsl"
 #include "film.glsl"
+#include "wave.glsl"
 
 uniform float iTime;
 uniform float effectValue;
@@ -25,10 +26,12 @@ vec4 QVDamageFilmMTIFilter(vec2 uv) {
 
     // A dark stain, a smaller one and a bare patch on each frame of film, with ragged outlines.
     float film = timeSlot(iTime, 12.0);
-    vec3 draw = random3Of(vec2(film, 71.0));
-    float ragged = valueNoise(p * 26.0 + draw.xy * 50.0);
+    vec4 draw = particleDraw(vec2(film, 0.0), 71.0);
+    vec4 bumps = wave(vec4(dot(p, vec2(13.0, 5.0)), dot(p, vec2(-7.0, 17.0)), dot(p, vec2(31.0, 19.0)), dot(p, vec2(-23.0, 37.0))) +
+                      draw * 9.0);
+    float ragged = 0.5 + 0.25 * (bumps.x + bumps.y) * (1.0 + 0.4 * bumps.z) + 0.12 * (bumps.z + bumps.w);
     vec2 toStain = p - draw.xy * perShortSide, toSmall = p - draw.yz * perShortSide, toBare = p - draw.zx * perShortSide;
-    float stainSize = (0.01 + 0.05 * effectValue) * fract(draw.z * 5.0), smallSize = 0.03 * effectValue * draw.x;
+    float stainSize = (0.01 + 0.05 * effectValue) * draw.w, smallSize = 0.03 * effectValue * draw.x;
     float bareSize = (0.005 + 0.03 * effectValue) * fract(draw.y * 7.0);
     float stain = 1.6 - dot(toStain, toStain) / (stainSize * stainSize + 1e-6) - ragged * 1.8;
     stain = max(stain, 1.6 - dot(toSmall, toSmall) / (smallSize * smallSize + 1e-6) - ragged * 1.8);
@@ -36,10 +39,10 @@ vec4 QVDamageFilmMTIFilter(vec2 uv) {
 
     // Specks: at most one in a cell, anew on each frame of film.
     vec2 place = p * 9.0;
-    vec3 draws = random3Of(vec3(place, film + 1.0));
-    vec2 away = (fract(place) - 0.2 - 0.6 * fract(draws.xy * 8.0)) * vec2(1.0, 0.5 + draws.y);
-    float radius = 0.02 + 0.05 * draws.x;
-    float speck = 2.0 * (1.0 - dot(away, away) / (radius * radius)) * step(draws.z, 0.03 + 0.09 * effectValue);
+    vec4 speckDraw = particleDraw(place, film);
+    vec2 away = (fract(place) - 0.2 - 0.6 * speckDraw.xy) * vec2(1.0, 0.5 + speckDraw.y);
+    float radius = 0.02 + 0.05 * speckDraw.w;
+    float speck = 2.0 * (1.0 - dot(away, away) / (radius * radius)) * step(speckDraw.z, 0.03 + 0.09 * effectValue);
 
     float width = max(0.001, 1.0 / size.x);
     float bright = filmScratch(uv, iTime, 1.3, width, 41.0);

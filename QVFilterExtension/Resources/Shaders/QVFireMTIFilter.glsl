@@ -1,6 +1,7 @@
 // The foot of the picture burns: flames lick up, embers fly, and the scene glows in their unsteady light. More strength,
 // higher and brighter flames.
 #include "noise.glsl"
+#include "particles.glsl"
 #include "wave.glsl"
 
 uniform float iTime;
@@ -9,7 +10,7 @@ uniform float effectValue;
 // Glowing sparks that rise, at most one in a cell; `cells` along the shorter side.
 float embers(vec2 p, float cells, float rise, float seed) {
     vec2 place = vec2(p.x + 0.03 * wave(p.y * 1.7 + iTime * 0.3 + seed), p.y + iTime * rise) * cells;
-    vec3 draw = random3Of(vec3(place, seed));
+    vec4 draw = particleDraw(place, seed);
     vec2 away = fract(place) - 0.25 - 0.5 * draw.xy;
     float radius = 0.03 + 0.05 * draw.x;
     float spark = max(1.0 - dot(away, away) / (radius * radius), 0.0);

@@ -123,7 +123,7 @@ vec3 bloomOf(Shell shell, vec2 p) {
         light = starlight(outer, tint) + starlight(inner, crackles ? tint : hueColor(draw.z + 0.4));
     }
     float fade = fadeOf(shell);
-    return light * fade * 1.5 + tint * halo * (flashOf(shell) * 0.35 + 0.16 * fade);
+    return light * fade * 1.5 + tint * halo * (flashOf(shell) * 0.28 + 0.1 * fade);
 }
 
 vec4 QVFireworkMTIFilter(vec2 uv) {

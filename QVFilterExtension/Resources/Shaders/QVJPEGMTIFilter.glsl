@@ -24,7 +24,8 @@ vec4 QVJPEGMTIFilter(vec2 uv) {
 
     // A damaged row of blocks: from a place on it reads what belongs elsewhere, and its colours drift.
     vec3 damage = random3Of(vec3(0.0, block.y >> 1, slot));
-    float broken = step(damage.x, 0.22 * effectValue) * step(damage.y * outputSize().x, float(pixel.x));
+    float broken = step(damage.x, 0.22 * effectValue) *
+                   step(damage.y * outputSize().x, float((block.x & ~1) * side));
     int slip = int(broken * floor(damage.z * 7.0 - 3.0)) * side * 2;
     vec2 drift = broken * (vec2(fract(damage.z * 17.0), fract(damage.y * 23.0)) - 0.5) * 0.3;
 

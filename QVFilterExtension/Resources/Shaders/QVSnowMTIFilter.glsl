@@ -1,7 +1,7 @@
 // Snow falls in five layers, from fine flakes far away to a few large ones close to the lens and out of focus. It drifts
 // with the wind and sways. More strength, more flakes and a colder, hazier scene.
 #include "color.glsl"
-#include "noise.glsl"
+#include "particles.glsl"
 
 uniform float iTime;
 uniform float effectValue;
@@ -14,10 +14,10 @@ float flakes(vec2 p, float cells, float fall, float drift, float hardness, float
     // Columns fall at their own pace, so that no rows can be seen.
     float pace = fract(column * 0.618034 + seed * 0.37);
     place.y -= iTime * fall * (0.8 + 0.4 * pace) - pace * 9.0;
-    vec3 draw = random3Of(vec3(place, seed));
+    vec4 draw = particleDraw(place, seed);
     float sway = abs(fract(iTime * (0.15 + 0.2 * draw.y) + draw.x) * 2.0 - 1.0);
     vec2 away = fract(place) - 0.5 - vec2((draw.x - sway) * 0.3, (draw.y - 0.5) * 0.45);
-    float radius = (0.09 + 0.13 * fract(draw.z * 13.0)) * (0.8 + 0.3 * effectValue);
+    float radius = (0.09 + 0.13 * draw.w) * (0.8 + 0.3 * effectValue);
     float disc = max(1.0 - dot(away, away) / (radius * radius), 0.0) * step(draw.z, 0.1 + 0.75 * effectValue);
     return min(disc * hardness, 1.0);
 }
