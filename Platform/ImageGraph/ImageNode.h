@@ -30,7 +30,7 @@ struct SpriteInstance {
 // What a node is. Exactly one alternative of ImageNode::Operation.
 
 struct BitmapSource {
-    Bitmap bitmap;
+    Bitmap bitmap;  ///< premultiplied, whatever the image's alpha type
 };
 struct PixelBufferSource {
     PixelBuffer buffer;
@@ -74,7 +74,7 @@ struct ImageNode {
     struct Residence {
         std::mutex mutex;
         std::shared_ptr<void> texture;
-        const void* context = nullptr;
+        std::uint64_t context = 0;  ///< number of the context that made it
     };
     mutable Residence residence;
 };

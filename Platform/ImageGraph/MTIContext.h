@@ -20,12 +20,15 @@ struct GraphicsDevice {
     std::string apiVersion;  ///< "1.3.230"
     bool isProcessor;        ///< a software device
     std::uint64_t memoryBytes;
-    std::string unusable;    ///< why a context cannot be made on it, or empty
+    std::string unusable;  ///< why a context cannot be made on it, or empty
 };
 
 struct MTIContextOptions {
     int deviceIndex = -1;  ///< of `MTIContext::devices`; −1 takes the most capable
     MTIPixelFormat workingPixelFormat = MTIPixelFormat::rgba8Unorm;
+    /// Take the ways that are fast on a GPU on a software device too: planes converted in shaders, copies
+    /// through staging memory, paired taps. For testing them.
+    bool gpuPaths = false;
     bool validation = false;                        ///< load the Khronos validation layer, if it is installed
     std::uint64_t textureBudgetBytes = 512u << 20;  ///< idle textures above this are freed
 };
@@ -53,14 +56,16 @@ class MTIContext {
     static std::vector<GraphicsDevice> devices(std::string* error = nullptr);
 
     /// Nil with one line naming the cause when no usable device is found or it cannot be set up.
-    static std::shared_ptr<MTIContext> create(const MTIContextOptions& options = {}, std::string* error = nullptr);
+    static std::shared_ptr<MTIContext> create(const MTIContextOptions& options = {},
+                                              std::string* error = nullptr);
     virtual ~MTIContext() = default;
 
     virtual const GraphicsDevice& device() const = 0;
     virtual const MTIContextOptions& options() const = 0;
 
-    /// Starts rendering into `destination`, whose size must be the image's: 8-bit formats and, from a float working
-    /// format, 10-bit ones. Blocks only while too many frames are in flight. Nil with the cause in `error` on failure.
+    /// Starts rendering into `destination`, whose size must be the image's: 8-bit formats and, from a float
+    /// working format, 10-bit ones. Blocks only while too many frames are in flight. Nil with the cause in
+    /// `error` on failure.
     virtual std::unique_ptr<RenderTask> startRender(const MTIImage& image, const PixelBuffer& destination,
                                                     std::string* error = nullptr) = 0;
     /// Renders and leaves the result on the device; for measuring and for warming up.
@@ -68,8 +73,8 @@ class MTIContext {
 
     /// Renders to premultiplied RGBA8 and waits. Nil with the cause in `error` on failure.
     virtual Bitmap renderToBitmap(const MTIImage& image, std::string* error = nullptr) = 0;
-    /// Renders through a float texture and waits: four premultiplied floats a pixel, top row first. Empty with the
-    /// cause in `error` on failure. Intermediate passes keep the formats they ask for.
+    /// Renders through a float texture and waits: four premultiplied floats a pixel, top row first. Empty
+    /// with the cause in `error` on failure. Intermediate passes keep the formats they ask for.
     virtual std::vector<float> renderToFloats(const MTIImage& image, std::string* error = nullptr) = 0;
 
     /// Compiles what `image` needs so that its first render does not stutter.

@@ -61,6 +61,11 @@ void bindValue(const MTIValue& value, UniformType type, std::uint32_t* words) {
     for (int i = 0; i < count; ++i) words[i] = std::bit_cast<std::uint32_t>(components[i]);
 }
 
+/// Pixels that a sample of a plane covers along a side.
+int reduction(int side, int samples) {
+    return (side + samples - 1) / samples;
+}
+
 class PlanBuilder {
   public:
     explicit PlanBuilder(const PlanTarget& target) : target_(target) {}
@@ -148,6 +153,12 @@ class PlanBuilder {
             const float bias = -(m[0] * k.offset[0] + m[1] * k.offset[1] + m[2] * k.offset[2]);
             parameters.set(kRowNames[row], MTIVector{m[0], m[1], m[2], bias});
         }
+        const auto chroma = PixelBuffer::planeLayout(buffer.format(), 1, buffer.width(), buffer.height());
+        const auto scale = [](int side, int samples) {
+            return float(side) / float(samples * reduction(side, samples));
+        };
+        parameters.set("chromaScale",
+                       MTIVector{scale(node.width, chroma.width), scale(node.height, chroma.height)});
         const char* name = interleaved ? "MTINV12ToRGB" : alpha ? "MTIYUVAToRGB" : "MTIYUVToRGB";
         return addPass(stock(name), std::move(planes), node.width, node.height, format_, parameters);
     }

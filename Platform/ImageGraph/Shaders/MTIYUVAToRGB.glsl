@@ -1,8 +1,9 @@
 // Y'CbCr and straight alpha in four planes to premultiplied RGB.
 uniform vec4 rowRed, rowGreen, rowBlue;  // matrix rows, bias last
+uniform vec2 chromaScale;               // of uv, for chroma samples that reach past an odd side
 
 vec4 MTIYUVAToRGB(vec2 uv) {
-    vec4 yuv = vec4(readHere(0).x, readHere(1).x, readHere(2).x, 1.0);
+    vec4 yuv = vec4(readHere(0).x, readInput(1, uv * chromaScale).x, readInput(2, uv * chromaScale).x, 1.0);
     float alpha = readHere(3).x;
     return vec4(clamp(vec3(dot(rowRed, yuv), dot(rowGreen, yuv), dot(rowBlue, yuv)), 0.0, 1.0) * alpha, alpha);
 }

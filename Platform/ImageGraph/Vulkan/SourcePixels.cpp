@@ -21,16 +21,9 @@ void makeOpaque(std::uint8_t* pixels, std::size_t rowBytes, int width, int heigh
     }
 }
 
-void write(const PlanTexture& texture, const BitmapSource& source, std::uint8_t* pixels,
-           std::size_t rowBytes) {
+void write(const PlanTexture&, const BitmapSource& source, std::uint8_t* pixels, std::size_t rowBytes) {
     const Bitmap& bitmap = source.bitmap;
     copyRows(bitmap.pixels->data(), bitmap.rowBytes(), pixels, rowBytes, bitmap.rowBytes(), bitmap.height);
-    if (texture.source->alphaType == MTIAlphaType::alphaIsOne)
-        makeOpaque(pixels, rowBytes, bitmap.width, bitmap.height);
-    if (texture.source->alphaType == MTIAlphaType::nonPremultiplied) {
-        for (int y = 0; y < bitmap.height; ++y)
-            premultiply(pixels + std::size_t(y) * rowBytes, std::size_t(bitmap.width));
-    }
 }
 
 void write(const PlanTexture& texture, const PixelBufferSource& source, std::uint8_t* pixels,

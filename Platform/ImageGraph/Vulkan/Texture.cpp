@@ -58,7 +58,7 @@ bool supportsHostTextures(VulkanDevice& device) {
 DeviceResources::DeviceResources(const MTIContextOptions& options) : device(options) {
     sampler = makeSampler(device.handle(), VK_SAMPLER_MIPMAP_MODE_NEAREST, 0);
     mipmapSampler = makeSampler(device.handle(), VK_SAMPLER_MIPMAP_MODE_LINEAR, VK_LOD_CLAMP_NONE);
-    hostTextures = supportsHostTextures(device);
+    hostTextures = !options.gpuPaths && supportsHostTextures(device);
 }
 
 DeviceResources::~DeviceResources() {

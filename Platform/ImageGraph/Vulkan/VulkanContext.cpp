@@ -8,6 +8,11 @@ namespace qv {
 
 namespace {
 
+std::uint64_t nextContextNumber() {
+    static std::atomic<std::uint64_t> last{0};
+    return ++last;
+}
+
 /// Textures that a source node keeps, by plane.
 struct ResidentTextures {
     std::vector<std::shared_ptr<Texture>> planes;
@@ -59,7 +64,9 @@ VulkanContext::VulkanContext(const MTIContextOptions& options)
       textures_(std::make_shared<TexturePool>(resources_, options.textureBudgetBytes)),
       buffers_(std::make_shared<HostBufferPool>(resources_)),
       pipelines_(*resources_),
-      atlas_(*resources_, textures_) {
+      atlas_(*resources_, textures_),
+      number_(nextContextNumber()),
+      processor_(resources_->device.info().isProcessor && !options.gpuPaths) {
     for (auto& frame : frames_) frame = std::make_unique<Frame>(*resources_);
     blank_ = MTIImage::imageWithBitmap({1, 1, std::make_shared<const std::vector<std::uint8_t>>(4, 0)});
 }
@@ -70,7 +77,7 @@ VulkanContext::~VulkanContext() {
 
 VulkanContext::Submission VulkanContext::submit(const MTIImage& image, PlanTarget target, bool toHost) {
     if (!image) throw VulkanError("the image is nil");
-    target.processor = resources_->device.info().isProcessor;
+    target.processor = processor_;
     target.working = options_.workingPixelFormat == MTIPixelFormat::rgba16Float ? TextureFormat::rgba16Float
                                                                                 : TextureFormat::rgba8;
     RenderPlan plan = planRender(image, target);
@@ -108,9 +115,9 @@ void VulkanContext::takeSourcesIn(Recording& recording) {
 std::shared_ptr<Texture> VulkanContext::residentTexture(Recording& recording, const PlanTexture& wanted) {
     ImageNode::Residence& residence = wanted.source->residence;
     std::scoped_lock lock(residence.mutex);
-    if (residence.context != this || !residence.texture) {
+    if (residence.context != number_ || !residence.texture) {
         residence.texture = std::make_shared<ResidentTextures>();
-        residence.context = this;
+        residence.context = number_;
     }
     auto& planes = static_cast<ResidentTextures*>(residence.texture.get())->planes;
     planes.resize(std::max(planes.size(), std::size_t(wanted.plane) + 1));

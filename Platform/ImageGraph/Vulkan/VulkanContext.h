@@ -76,7 +76,9 @@ class VulkanContext final : public MTIContext, public std::enable_shared_from_th
     PipelineStore pipelines_;
     SpriteAtlas atlas_;
     std::array<std::unique_ptr<Frame>, kFramesInFlight> frames_;
-    MTIImage blank_;  ///< stands for a nil input
+    MTIImage blank_;              ///< stands for a nil input
+    const std::uint64_t number_;  ///< unlike its address, never another context's
+    const bool processor_;        ///< take the ways that are fast on a processor
     std::mutex mutex_;
     std::uint64_t serial_ = 0;
 };

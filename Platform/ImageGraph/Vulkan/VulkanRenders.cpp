@@ -97,7 +97,7 @@ std::unique_ptr<RenderTask> VulkanContext::startRender(const MTIImage& image, co
         }
         const bool deep = PixelBuffer::bitDepth(destination.format()) > 8;
         PlanTarget target;
-        if (deep || (!resources_->device.info().isProcessor && PixelBuffer::isYUV(destination.format()))) {
+        if (deep || (!processor_ && PixelBuffer::isYUV(destination.format()))) {
             target.planes = &destination;
         }
         return std::make_unique<VulkanTask>(shared_from_this(), submit(image, target, true), destination);
