@@ -8,12 +8,13 @@ namespace {
 
 using Blur = QVMotionBlurMTIFilter;
 
-constexpr int kTaps = 8;  // of the shader
-/// A bright dot leaves a mark of 255/taps levels for each tap, so the more taps the farther they may lie
-/// apart.
-constexpr double kLongestOfOnePass = 10, kLongestOfTwoPasses = 128;
-/// Steps from this length on are rounded to whole pixels, which reads faster and shows no more.
-constexpr double kNearestStep = 8;
+// Taps of the shader's two kinds of pass.
+constexpr double kFineTaps = 8, kCoarseTaps = 16;
+/// A line that one fine pass fills without gaps, pixels.
+constexpr double kLongestFineLine = 10;
+/// A line from which on the steps of a coarse pass, four pixels and more, may be rounded to whole pixels: a
+/// bright dot's smear varies by two levels then.
+constexpr double kShortestCoarseLine = 64;
 
 }  // namespace
 
@@ -34,14 +35,17 @@ const QVFilterClass QVMotionBlurMTIFilterClass{
 
 MTIImage QVMotionBlurMTIFilter::outputImage() {
     if (!(blurSize_ > 0) || !std::isfinite(blurSize_) || !std::isfinite(blurAngle_)) return inputImage();
-    const int passes = blurSize_ <= kLongestOfOnePass ? 1 : blurSize_ <= kLongestOfTwoPasses ? 2 : 3;
-    double step = blurSize_ / std::pow(kTaps, passes);
     MTIImage image = inputImage();
-    for (int pass = 0; pass < passes; ++pass, step *= kTaps) {
-        const MTIVector stepPixels{float(step * std::cos(blurAngle_)), float(-step * std::sin(blurAngle_))};
-        image = applyKernel({image},
-                            {{"stepPixels", stepPixels}, {"nearest", std::int32_t(step >= kNearestStep)}});
-    }
+    // Each pass leaves the gaps between its taps for the next to fill.
+    double line = blurSize_;
+    auto pass = [&](double taps, bool coarse) {
+        line /= taps;
+        const MTIVector stepPixels{float(line * std::cos(blurAngle_)), float(-line * std::sin(blurAngle_))};
+        image = applyKernel({image}, {{"stepPixels", stepPixels}, {"coarse", std::int32_t(coarse)}});
+    };
+    if (line > kShortestCoarseLine) pass(kCoarseTaps, true);
+    while (line > kLongestFineLine) pass(kFineTaps, false);
+    pass(kFineTaps, false);
     return image;
 }
 

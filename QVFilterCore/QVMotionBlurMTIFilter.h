@@ -9,9 +9,9 @@ extern const QVFilterClass QVMotionBlurMTIFilterClass;
 /// Smears the picture along a direction: every pixel becomes the even mean of a line of pixels with its
 /// middle there. Beyond the edges the outermost pixels go on.
 ///
-/// A pass takes eight taps; a longer smear is smeared again with eight times the step, so that two passes are
-/// an even comb of 64 taps and three of 512. Their number depends on the length alone: one up to 10 pixels,
-/// two up to 128, then three.
+/// A pass takes 8 or 16 taps. A longer line is smeared in several passes, each of which fills the gaps that
+/// the one before left between its taps, so that all together are an even comb of taps at most 1.3 pixels
+/// apart: one pass up to 10 pixels, two up to 160, three up to 1280.
 class QVMotionBlurMTIFilter : public QVMTIOneInputFilter {
   public:
     explicit QVMotionBlurMTIFilter(const QVFilterClass& filterClass = QVMotionBlurMTIFilterClass)

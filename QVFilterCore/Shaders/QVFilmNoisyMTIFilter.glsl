@@ -27,5 +27,5 @@ vec4 QVFilmNoisyMTIFilter(vec2 uv) {
     vec3 sum = fine * 0.65 + coarse * 0.55;
     vec3 grey = vec3(0.5 + (sum.r + sum.g + sum.b) * 0.333);
     float alpha = readHere(0).a * opacity;
-    return vec4(clamp(grey + sum * 0.2, 0.0, 1.0) * alpha, alpha);
+    return vec4(clamp(grey + sum * 0.15, 0.0, 1.0) * alpha, alpha);
 }

@@ -29,10 +29,13 @@ TEST(QVTileMTIFilter, RepeatsPixelForPixel) {
         const Picture tiled = render(filter.outputImage());
         ASSERT_EQ(tiled.width, int(size.width));
         ASSERT_EQ(tiled.height, int(size.height));
+        Picture expected{tiled.width, tiled.height, {}};
         for (int y = 0; y < tiled.height; ++y) {
-            for (int x = 0; x < tiled.width; ++x)
-                ASSERT_EQ(tiled.at(x, y), tile.at(x % 7, y % 5)) << x << "," << y;
+            for (int x = 0; x < tiled.width; ++x) {
+                for (const float value : tile.at(x % 7, y % 5)) expected.values.push_back(value);
+            }
         }
+        EXPECT_LT(worstDifference(tiled, expected), 1e-6);
     }
     for (const CGSize size : {CGSize{}, CGSize{7, 5}}) {
         filter.setOutSize(size);

@@ -125,8 +125,8 @@ TEST(QVAdjustGroupMTIFilter, SharpensEdgesAlone) {
     const Picture after = render(filter.outputImage());
     EXPECT_NEAR(after.at(4, 16)[0], 0.3, 1.0 / 255);
     EXPECT_NEAR(after.at(28, 16)[0], 0.7, 1.0 / 255);
-    EXPECT_LT(after.at(15, 16)[0], 0.3f - 0.02f);
-    EXPECT_GT(after.at(16, 16)[0], 0.7f + 0.02f);
+    EXPECT_LT(after.at(15, 16)[0], 0.3f - 0.01f);
+    EXPECT_GT(after.at(16, 16)[0], 0.7f + 0.01f);
 }
 
 TEST(QVAdjustMTIFilter, WarmthTintsAndBrightnessBends) {

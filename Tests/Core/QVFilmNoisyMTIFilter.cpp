@@ -1,5 +1,7 @@
 #include "QVFilterCore/QVFilmNoisyMTIFilter.h"
 
+#include <algorithm>
+
 #include "Platform/ImageGraph/MTIFilters.h"
 #include "Tests/Support/TestContext.h"
 
@@ -29,7 +31,7 @@ Statistics statisticsOf(const Picture& picture) {
         sum += picture.values[i];
         squares += double(picture.values[i]) * picture.values[i];
     }
-    return {sum / count, std::sqrt(squares / count - sum / count * sum / count)};
+    return {sum / count, std::sqrt(std::max(0.0, squares / count - sum / count * sum / count))};
 }
 
 /// Correlation of a picture's green with that of `other`, moved by (dx, dy).

@@ -40,7 +40,7 @@ TEST(QVMotionBlurMTIFilter, SpreadsADotEvenlyAlongTheAngle) {
     for (const double size : {6.0, 10.0, 24.0, 64.0, 123.0, 200.0}) {
         for (const double angle : {0.0, kPi / 6, kPi / 2, 3 * kPi / 4, -kPi / 5}) {
             const Picture picture = blurred(dot, size, angle);
-            double mass = 0, middle = 0, along = 0, across = 0, reach = 0;
+            double mass = 0, middle = 0, along = 0, across = 0, reach = 0, unevenness = 0;
             for (int y = 0; y < kSide; ++y) {
                 for (int x = 0; x < kSide; ++x) {
                     const double weight = picture.at(x, y)[3];
@@ -52,6 +52,8 @@ TEST(QVMotionBlurMTIFilter, SpreadsADotEvenlyAlongTheAngle) {
                     along += weight * u * u;
                     across += weight * v * v;
                     if (weight > 1e-5) reach = std::max(reach, std::abs(u));
+                    if (std::abs(v) < 0.1 && std::abs(u) < size / 2 - 2)
+                        unevenness = std::max(unevenness, std::abs(weight - 1 / size));
                 }
             }
             SCOPED_TRACE(testing::Message() << "size " << size << " angle " << angle);
@@ -61,6 +63,9 @@ TEST(QVMotionBlurMTIFilter, SpreadsADotEvenlyAlongTheAngle) {
             EXPECT_NEAR(along / mass, size * size / 12, 0.5 + size * size * 0.004);
             EXPECT_LT(across / mass, 0.6);
             EXPECT_LT(reach, size / 2 + 2);
+            if (angle == 0 && size > 10) {
+                EXPECT_LT(unevenness, 3.0 / 255) << "of a white dot's smear";
+            }
         }
     }
 }

@@ -116,7 +116,7 @@ TEST(QVSpiritFilter, LaterSpritesLieOnTopWhateverTheirTexture) {
     std::vector<SpiritParam::Texture> textures;
     for (int i = 0; i < kCells; ++i)
         textures.push_back(
-            flatTexture({float(i) / kCells, 1 - float(i) / kCells, float(i % 7) / 7, 1}, 3 + i % 5, 3));
+            flatTexture({float(i) / kCells, 1 - float(i) / kCells, float(i % 7) / 7, 1}, 200 + i % 5, 200));
     std::vector<SpiritParam> params;
     for (int i = kCells - 1; i >= 0; --i)
         params.push_back(SpiritParam::paramWithTrans({}, textures[std::size_t(i)]));
