@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "Platform/ImageGraph/StockPass.h"
@@ -11,24 +12,27 @@ namespace qv {
 
 namespace {
 
-/// More bilinear samples a side than this do not go into one pass.
-constexpr int kMaximumSamples = 8;
+/// Bilinear samples a side that a pixel of a reduced image takes; few choices, since each is a pipeline of
+/// its own.
+constexpr std::array<int, 5> kSampleCounts{2, 3, 4, 6, 8};
+/// Samples further apart than this, in pixels, would weigh the pixels between them visibly unevenly.
+constexpr double kSampleSpacing = 1.25;
+constexpr double kMostPixels = kSampleCounts.back() * kSampleSpacing;
 
-/// Samples a side for a pixel that covers `ratio` pixels: each takes in two. Powers of two, so that few
-/// variants of the shader are made.
+/// Samples a side for a pixel that covers `ratio` pixels.
 int sampleCount(double ratio) {
-    int count = 1;
-    while (count < kMaximumSamples && ratio > 2.0 * count) count *= 2;
-    return count;
+    if (ratio <= 2) return 1;
+    const auto enough =
+        std::ranges::find_if(kSampleCounts, [&](int n) { return n * kSampleSpacing >= ratio; });
+    return enough == kSampleCounts.end() ? kSampleCounts.back() : *enough;
 }
 
 }  // namespace
 
 MTIImage resizedImage(const MTIImage& image, CGSize size) {
     const CGSize from = image.size();
-    constexpr double kMost = 2.0 * kMaximumSamples;  // one pass takes in so many pixels a side
-    const CGSize between{std::max(size.width, std::ceil(from.width / kMost)),
-                         std::max(size.height, std::ceil(from.height / kMost))};
+    const CGSize between{std::max(size.width, std::ceil(from.width / kMostPixels)),
+                         std::max(size.height, std::ceil(from.height / kMostPixels))};
     if (between != size) return resizedImage(resizedImage(image, between), size);
     return imageOfStockPass(
         {.function = "MTIResize",

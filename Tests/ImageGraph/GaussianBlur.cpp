@@ -1,0 +1,182 @@
+#include "Platform/ImageGraph/GaussianBlur.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <random>
+
+#include "Platform/ImageGraph/MTIFilters.h"
+#include "Platform/ImageGraph/MTIKernel.h"
+#include "Tests/Support/TestContext.h"
+
+namespace qv {
+namespace {
+
+using test::Pixel;
+
+/// The sampled Gaussian in double, out to five standard deviations, over a picture whose border pixels go
+/// on.
+std::vector<double> blurred(const Bitmap& bitmap, double deviation) {
+    const int reach = int(std::ceil(5 * deviation)) + 1, w = bitmap.width, h = bitmap.height;
+    std::vector<double> weights;
+    double sum = 0;
+    for (int i = -reach; i <= reach; ++i) {
+        weights.push_back(std::exp(-0.5 * i * i / (deviation * deviation)));
+        sum += weights.back();
+    }
+    auto run = [&](const std::vector<double>& in, bool vertical) {
+        std::vector<double> out(in.size(), 0.0);
+        for (int y = 0; y < h; ++y) {
+            for (int x = 0; x < w; ++x) {
+                double* to = &out[std::size_t(y * w + x) * 4];
+                for (int i = -reach; i <= reach; ++i) {
+                    const int sx = vertical ? x : std::clamp(x + i, 0, w - 1);
+                    const int sy = vertical ? std::clamp(y + i, 0, h - 1) : y;
+                    const double weight = weights[std::size_t(i + reach)] / sum;
+                    for (int c = 0; c < 4; ++c)
+                        to[c] += weight * in[std::size_t(sy * w + sx) * 4 + std::size_t(c)];
+                }
+            }
+        }
+        return out;
+    };
+    const std::vector<double> in(bitmap.pixels->begin(), bitmap.pixels->end());
+    return run(run(in, false), true);
+}
+
+struct Difference {
+    double psnr, worst;  ///< dB, steps of 255
+};
+
+Difference difference(const Bitmap& bitmap, const std::vector<double>& reference) {
+    double squares = 0, worst = 0;
+    for (std::size_t i = 0; i < reference.size(); ++i) {
+        const double d = std::abs((*bitmap.pixels)[i] - reference[i]);
+        squares += d * d;
+        worst = std::max(worst, d);
+    }
+    const double mean = squares / double(reference.size());
+    return {mean == 0 ? 99 : 10 * std::log10(255 * 255 / mean), worst};
+}
+
+Bitmap noise(int width, int height) {
+    std::mt19937 generator(5);
+    return test::makeBitmap(width, height, [&](int, int) {
+        const auto bits = generator();
+        return Pixel{float(bits & 255) / 255, float(bits >> 8 & 255) / 255, float(bits >> 16 & 1), 1};
+    });
+}
+
+/// Hard edges of all directions, thin lines, lines along the border, a transparent part.
+Bitmap edges(int width, int height) {
+    return test::makeBitmap(width, height, [&](int x, int y) {
+        const bool board = ((x / 37) + (y / 23)) % 2 != 0, diagonal = x + y > (width + height) / 2;
+        const bool line = x % 61 == 5 || y % 53 == 7, border = x == 0 || y == height - 1;
+        return Pixel{float(board != diagonal), float(line || border), float(border),
+                     x > width / 2 && board ? 0.0f : 1.0f};
+    });
+}
+
+Bitmap render(const MTIImage& image) {
+    std::string error;
+    const std::size_t before = test::context()->validationMessages().size();
+    Bitmap bitmap = test::context()->renderToBitmap(image, &error);
+    EXPECT_TRUE(bitmap) << error;
+    EXPECT_EQ(test::context()->validationMessages().size(), before);
+    return bitmap;
+}
+
+MTIImage blurFilter(const MTIImage& image, float radius) {
+    MTIGaussianBlurFilter filter;
+    filter.setInputImage(image);
+    filter.setRadius(radius);
+    return filter.outputImage();
+}
+
+/// The passes that a GPU would run, whatever the device is.
+MTIImage blurForGPU(MTIImage image, float radius) {
+    const CGSize size = image.size();
+    for (const BlurPass& pass : planGaussianBlur(radius, int(size.width), int(size.height), false)) {
+        image = stockKernel(pass.function)
+                    ->applyToInputImages({image}, pass.parameters, {double(pass.width), double(pass.height)},
+                                         MTIPixelFormat::unspecified);
+    }
+    return image;
+}
+
+constexpr float kRadii[] = {0.3f, 0.5f, 0.8f, 1,  1.5f, 2,  2.4f, 2.5f, 3,  4,
+                            5.5f, 7.9f, 8,    10, 13,   20, 27,   28,   40, 60};
+
+TEST(GaussianBlur, AgreesWithConvolutionAtAllRadii) {
+    for (const auto& [name, bitmap] :
+         {std::pair{"noise", noise(181, 123)}, std::pair{"edges", edges(242, 147)}}) {
+        const MTIImage image = MTIImage::imageWithBitmap(bitmap);
+        for (float radius : kRadii) {
+            const auto reference = blurred(bitmap, radius);
+            const Difference plain = difference(render(blurFilter(image, radius)), reference);
+            EXPECT_GE(plain.psnr, 50) << name << " " << radius;
+            EXPECT_LE(plain.worst, 3) << name << " " << radius;
+            const Difference gpu = difference(render(blurForGPU(image, radius)), reference);
+            // A software device rounds each of its samples to 8 bits.
+            EXPECT_GE(gpu.psnr, test::context()->device().isProcessor ? 47 : 50)
+                << name << " sampled " << radius;
+            EXPECT_LE(gpu.worst, test::context()->device().isProcessor ? 3.5 : 3)
+                << name << " sampled " << radius;
+            if (HasFailure()) {
+                fmt::print("{} {:5.1f}: fetched {:.1f} dB, worst {:.2f}; sampled {:.1f} dB, worst {:.2f}\n",
+                           name, radius, plain.psnr, plain.worst, gpu.psnr, gpu.worst);
+            }
+        }
+    }
+}
+
+TEST(GaussianBlur, AgreesWithConvolutionAtOddShapes) {
+    for (auto [width, height] : {std::pair{1, 1}, {1, 40}, {40, 1}, {2, 3}, {7, 5}, {64, 37}}) {
+        const Bitmap bitmap = edges(width, height);
+        for (float radius : {0.7f, 2.0f, 3.0f, 9.0f, 30.0f, 300.0f}) {
+            const Difference d = difference(render(blurFilter(MTIImage::imageWithBitmap(bitmap), radius)),
+                                            blurred(bitmap, radius));
+            EXPECT_LE(d.worst, 3) << width << " x " << height << " radius " << radius << " " << d.psnr
+                                  << " dB";
+        }
+    }
+}
+
+TEST(GaussianBlur, KeepsAPlainColourAtAnyRadius) {
+    for (float radius : {0.4f, 2.0f, 6.0f, 25.0f, 100.0f, 700.0f, 1e9f}) {
+        const Bitmap bitmap = test::makeBitmap(93, 60, [](int, int) { return Pixel{0.2f, 0.5f, 0.9f, 1}; });
+        const Bitmap result = render(blurFilter(MTIImage::imageWithBitmap(bitmap), radius));
+        for (std::size_t i = 0; i < result.pixels->size(); ++i) {
+            ASSERT_NEAR((*result.pixels)[i], (*bitmap.pixels)[i], 1) << radius << " at " << i;
+        }
+    }
+}
+
+TEST(GaussianBlur, LeavesTheImageWhenThereIsNothingToBlur) {
+    const MTIImage image = MTIImage::initWithColor({1, 0, 0, 1}, false, {8, 8});
+    for (float radius : {0.0f, -3.0f, NAN, INFINITY, -INFINITY}) {
+        EXPECT_EQ(blurFilter(image, radius), image) << radius;
+        EXPECT_TRUE(planGaussianBlur(radius, 8, 8, true).empty());
+    }
+    EXPECT_FALSE(blurFilter({}, 3));
+    EXPECT_TRUE(planGaussianBlur(1e-30f, 8, 8, true).empty());
+}
+
+// Passes at full size are what costs: at most the two directions, or the enlarging alone.
+TEST(GaussianBlur, RunsWideRadiiAtReducedSize) {
+    for (float radius = 0.25f; radius < 1000; radius *= 1.1f) {
+        for (bool processor : {true, false}) {
+            double fullSizes = 0;
+            const auto passes = planGaussianBlur(radius, 1920, 1080, processor);
+            ASSERT_FALSE(passes.empty());
+            EXPECT_EQ(passes.back().width, 1920);
+            EXPECT_EQ(passes.back().height, 1080);
+            for (const BlurPass& pass : passes) fullSizes += double(pass.width) * pass.height / (1920 * 1080);
+            EXPECT_LT(fullSizes, radius < 2.5f ? 2.01 : 2) << radius;
+        }
+    }
+}
+
+}  // namespace
+}  // namespace qv
