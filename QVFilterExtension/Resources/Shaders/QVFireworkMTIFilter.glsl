@@ -32,7 +32,7 @@ vec2 stars(float turns, float r, float rays, float radius, float spread, float t
     float ahead = r - reach;
     grain = min(grain, r * 3.0 / rays);  // never wider than the ray's sector
     float head = max(1.0 - (sideways * sideways + ahead * ahead) / (grain * grain + 1e-8), 0.0);
-    if (level == 4) return vec2(head * step(0.55, fract(draw.z * 7.0 + floor(iTime * 15.0) * 0.618034)), 0.0);
+    if (level == 4) return vec2(head * head * step(0.55, fract(draw.z * 7.0 + floor(iTime * 15.0) * 0.618034)), 0.0);
     float thin = max(1.0 - abs(sideways) / (grain * 0.55 + 1e-4), 0.0);
     float along = clamp((r - tail * reach) / ((1.0 - tail) * reach + 1e-4), 0.0, 1.0) * step(r, reach);
     return vec2(head * head, thin * along * along) * (0.6 + 0.4 * draw.z);
@@ -46,7 +46,7 @@ struct Shell {
     vec3 draw;
     vec2 center;
     float size, age, burst, left;  // age 0..0.25 rises, ..1.25 blooms; left 1..0 of the bloom; burst 1 when it has
-    float seen;                    // squared distance from the centre beyond which there is no light
+    float seen;                    // squared distance from `seenFrom` beyond which there is no light
 };
 
 Shell shellAt(float number, vec2 frame) {
@@ -59,10 +59,13 @@ Shell shellAt(float number, vec2 frame) {
     shell.age = (clock - salvo) * 1.25;
     shell.burst = step(0.25, shell.age);
     shell.left = 1.25 - max(shell.age, 0.25);
-    float seen = shell.size * (level == 1 ? 2.0 : 1.4);
+    float seen = shell.size * (level == 1 ? 1.5 : 1.4);
     shell.seen = seen * seen;
     return shell;
 }
+
+// A willow hangs below the place where it burst.
+vec2 seenFrom(Shell shell) { return level == 1 ? shell.center + vec2(0.0, 0.5 * shell.size) : shell.center; }
 
 // How much of its light a shell has left, and the flash with which it bursts.
 float fadeOf(Shell shell) { return shell.left * shell.left * (3.0 - 2.0 * shell.left) * shell.burst; }
@@ -71,22 +74,22 @@ float flashOf(Shell shell) { return max(shell.left * 6.0 - 5.0, 0.0) * shell.bur
 vec3 rocket(Shell shell, vec2 p, vec2 frame) {
     float rise = min(shell.age * 4.0, 1.0);  // a spark with a tail below it, slowing down
     vec2 below = p - vec2(shell.center.x, mix(frame.y + 0.05, shell.center.y, rise * (2.0 - rise)));
-    float tail = max(1.0 - below.y / (0.16 * (1.0 - rise) + 0.01), 0.0) * step(0.0, below.y);
-    return tail * max(1.0 - abs(below.x) * 160.0, 0.0) * (1.0 - shell.burst) * vec3(1.0, 0.8, 0.5);
+    float tail = max(1.0 - below.y / (0.22 * (1.0 - rise) + 0.02), 0.0) * step(0.0, below.y);
+    return tail * max(1.0 - abs(below.x) * 120.0, 0.0) * (1.0 - shell.burst) * vec3(1.0, 0.8, 0.5);
 }
 
 vec3 bloomOf(Shell shell, vec2 p) {
     vec3 draw = shell.draw;
     float size = shell.size, left = shell.left, bloom = 1.0 - left;
     float radius = size * (1.0 - left * left * left * left) + 1e-3;
-    float grain = 0.009 + 0.007 * effectValue;
+    float grain = (0.009 + 0.007 * effectValue) * (level == 4 ? 1.15 : 1.0);
     vec3 tint = level == 1   ? vec3(1.0, 0.68, 0.28)
                 : level == 3 ? mix(vec3(1.0, 0.08, 0.28), vec3(1.0, 0.35, 0.75), draw.x)
-                : level == 4 ? vec3(1.3, 1.22, 1.04)
+                : level == 4 ? vec3(1.0, 0.84, 0.5)
                              : mix(hueColor(draw.x * 2.7 + draw.z), vec3(1.0), 0.12);
     vec2 d = p - shell.center;
-    float halo = max(1.0 - dot(d, d) / shell.seen, 0.0);
-    halo *= halo * halo;
+    float halo = max(1.0 - dot(d, d) / (size * size), 0.0);
+    halo *= halo;
 
     vec3 light;
     if (level == 1) {
@@ -118,8 +121,8 @@ vec3 bloomOf(Shell shell, vec2 p) {
         d.y -= 0.14 * size * bloom * bloom;
         float r = length(d), turns = turnsOf(d);
         bool crackles = level == 4;
-        vec2 outer = stars(turns, r, crackles ? 52.0 : 38.0, radius * 1.1, crackles ? 0.55 : 0.22, 0.5, grain, draw.z);
-        vec2 inner = stars(turns, r, crackles ? 34.0 : 23.0, radius * 0.65, crackles ? 0.8 : 0.5, 0.5, grain, draw.y);
+        vec2 outer = stars(turns, r, crackles ? 76.0 : 38.0, radius * 1.1, crackles ? 0.6 : 0.22, 0.5, grain, draw.z);
+        vec2 inner = stars(turns, r, crackles ? 57.0 : 23.0, radius * 0.65, crackles ? 0.8 : 0.5, 0.5, grain, draw.y);
         light = starlight(outer, tint) + starlight(inner, crackles ? tint : hueColor(draw.z + 0.4));
     }
     float fade = fadeOf(shell);
@@ -134,7 +137,7 @@ vec4 QVFireworkMTIFilter(vec2 uv) {
     float lit = 0.0;
     ivec3 near = ivec3(0);
     for (int i = 0; i < 3; ++i) {
-        vec2 d = p - shells[i].center;
+        vec2 d = p - seenFrom(shells[i]);
         near[i] = dot(d, d) < shells[i].seen && shells[i].burst > 0.0 ? 1 : 0;
         lit += flashOf(shells[i]) + 0.3 * fadeOf(shells[i]);
     }
