@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
@@ -7,9 +8,12 @@
 #include <optional>
 #include <utility>
 
+#include "Host/Interrupt.h"
+
 namespace qv::host {
 
-/// Hands values from one thread to another in order; the giver waits while `capacity` of them wait.
+/// Hands values from one thread to another in order; the giver waits while `capacity` of them wait. An
+/// interrupt of the process abandons the queue.
 template <typename Value>
 class BoundedQueue {
   public:
@@ -18,7 +22,7 @@ class BoundedQueue {
     /// False, dropping the value, once the queue is abandoned.
     bool push(Value value) {
         std::unique_lock lock(mutex_);
-        changed_.wait(lock, [&] { return values_.size() < capacity_ || abandoned_; });
+        waitFor(lock, [&] { return values_.size() < capacity_; });
         if (abandoned_) return false;
         values_.push_back(std::move(value));
         changed_.notify_all();
@@ -28,7 +32,7 @@ class BoundedQueue {
     /// The next value; nothing when the queue is closed and empty, or abandoned.
     std::optional<Value> pop() {
         std::unique_lock lock(mutex_);
-        changed_.wait(lock, [&] { return !values_.empty() || closed_ || abandoned_; });
+        waitFor(lock, [&] { return !values_.empty() || closed_; });
         if (abandoned_ || values_.empty()) return std::nullopt;
         std::optional<Value> value(std::move(values_.front()));
         values_.pop_front();
@@ -52,6 +56,15 @@ class BoundedQueue {
     }
 
   private:
+    /// A signal handler can wake nobody, so waiting looks up now and then.
+    template <typename Ready>
+    void waitFor(std::unique_lock<std::mutex>& lock, Ready&& ready) {
+        while (!ready() && !abandoned_) {
+            changed_.wait_for(lock, std::chrono::milliseconds(100));
+            abandoned_ = abandoned_ || isInterrupted();
+        }
+    }
+
     std::mutex mutex_;
     std::condition_variable changed_;
     std::deque<Value> values_;

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "Host/Clip.h"
 #include "Host/CommandLine.h"
 #include "Host/Device.h"
 #include "Host/PictureFile.h"
@@ -33,12 +34,30 @@ Moment momentOfPicture(const Options& options) {
     return moment;
 }
 
+Moment momentOfClip(const Options& options) {
+    const auto clip = openClip(options.input);
+    const ClipInfo& info = clip->info();
+    const ClipMoment shown = momentAt(*clip, options.time.empty() ? 0.0 : parseTime("--time", options.time));
+    const int rotation = info.video.rotation;
+    Moment moment{turned(MTIImage::imageWithPixelBuffer(shown.frame.pixels), rotation)};
+    if (const SubjectMask alpha = SubjectMask::fromAlpha(shown.frame.pixels)) {
+        moment.alpha = SubjectMask::fromBuffer(turnedGray(alpha.buffer, rotation));
+    }
+    moment.position = {.time = shown.seconds, .isPhoto = info.isStillPicture};
+    if (info.duration > 0) {
+        moment.position.startTime = 0;
+        moment.position.endTime = info.duration;
+    }
+    return moment;
+}
+
 void still(const Options& options) {
     const std::vector<EffectSpec> specs = parseChain(options.effects);
     const PictureType type = pictureTypeFor(options.output);
     checkOutput(options.output, options.overwrite);
 
-    Moment moment = momentOfPicture(options);
+    const bool isPicture = options.input == "-" || isPictureFile(options.input);
+    Moment moment = isPicture ? momentOfPicture(options) : momentOfClip(options);
     if (!options.size.empty()) {
         const PixelSize size = parseSize(options.size);
         moment.image = moment.image.resize({double(size.width), double(size.height)});
@@ -46,8 +65,7 @@ void still(const Options& options) {
     FilterInputs inputs;
     inputs.first = moment.image;
     inputs.originalSize = moment.image.size();
-    inputs.mask = options.mask.empty() ? moment.alpha
-                                       : SubjectMask::fromBuffer(grayFromPicture(readPicture(options.mask)));
+    inputs.mask = options.mask.empty() ? moment.alpha : MaskSource(options.mask).at(*moment.position.time);
 
     const auto context = options.device.makeContext();
     const MTIImage image = EffectChain(specs, moment.position).outputImage(inputs);

@@ -45,6 +45,7 @@ int main(int argc, char** argv) {
         addShowCommand(tool);
         addGraphCommand(tool);
         addStillCommand(tool);
+        addRenderCommand(tool);
         addSheetCommand(tool);
         addBenchCommand(tool);
         addDevicesCommand(tool);

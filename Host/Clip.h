@@ -1,0 +1,57 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "Host/Timeline.h"
+#include "Platform/Media/ClipReader.h"
+
+/// Clips as the commands read them.
+namespace qv::host {
+
+/// Fails as input.
+std::unique_ptr<ClipReader> openClip(const std::string& path, const ClipReaderOptions& options = {});
+
+/// The next frame, or nothing at the end. Fails as input when the clip is damaged.
+std::optional<ClipFrame> readFrame(ClipReader& clip);
+
+/// Seconds of a time stamp of the clip's video.
+double secondsOf(const ClipInfo& info, std::int64_t time);
+
+/// One moment of a clip.
+struct ClipMoment {
+    ClipFrame frame;
+    double seconds = 0;  ///< of the frame, since the clip's first one
+};
+
+/// The frame that is shown `seconds` after the first one. Fails as input when the clip has ended by then.
+ClipMoment momentAt(ClipReader& clip, double seconds);
+
+/// The picture turned clockwise by 0, 90, 180 or 270 degrees, pixel for pixel.
+MTIImage turned(const MTIImage& image, int degrees);
+PixelBuffer turnedGray(const PixelBuffer& gray, int degrees);
+
+/// Luma, or red, of a frame as full-range gray8: how a frame is read as a mask.
+PixelBuffer grayFromFrame(const PixelBuffer& frame);
+
+/// The subject's mask along a clip: a picture, or a clip that begins with the masked one. One thread at a
+/// time.
+class MaskSource {
+  public:
+    explicit MaskSource(const std::string& path);
+
+    /// The mask shown `seconds` after the first one; after the end the last. Times must not fall. Fails as
+    /// input.
+    const SubjectMask& at(double seconds);
+
+  private:
+    void show(const PixelBuffer& frame);
+
+    std::unique_ptr<ClipReader> clip_;  ///< nil for a picture
+    std::optional<ClipFrame> next_;
+    std::int64_t firstTime_ = 0;
+    SubjectMask current_;
+};
+
+}  // namespace qv::host

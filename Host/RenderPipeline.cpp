@@ -1,0 +1,200 @@
+#include "Host/RenderPipeline.h"
+
+#include <array>
+#include <exception>
+#include <thread>
+#include <variant>
+
+#include "Host/Failure.h"
+#include "Host/Interrupt.h"
+
+namespace qv::host {
+
+namespace {
+
+/// Enough that no stage waits for another's hiccup, few enough that memory stays small.
+constexpr std::size_t kWaitingDecoded = 8, kWaitingRendered = 4, kWaitingFinished = 4;
+/// How long stages may take to notice that the work is given up; one that reads a silent pipe never does.
+constexpr std::chrono::seconds kPatience{2};
+
+/// A frame whose pixels are under way.
+struct RenderedFrame {
+    ClipFrame frame;
+    double seconds = 0;
+    std::unique_ptr<RenderTask> task;
+};
+
+using Decoded = std::variant<ClipFrame, ClipPacket>;
+using Rendered = std::variant<RenderedFrame, ClipPacket>;
+
+}  // namespace
+
+ClipEffects::ClipEffects(std::vector<EffectSpec> specs, const ClipInfo& info,
+                         std::unique_ptr<MaskSource> mask)
+    : chain_(std::move(specs), {.time = 0.0,
+                                .startTime = 0.0,
+                                .endTime = info.duration > 0 ? std::optional(info.duration) : std::nullopt,
+                                .isPhoto = info.isStillPicture}),
+      mask_(std::move(mask)),
+      rotation_(info.video.rotation) {}
+
+MTIImage ClipEffects::outputImage(const PixelBuffer& frame, double seconds) {
+    FilterInputs inputs;
+    inputs.first = turned(MTIImage::imageWithPixelBuffer(frame), rotation_);
+    inputs.originalSize = inputs.first.size();
+    if (chain_.needsMask()) inputs.mask = mask_ ? mask_->at(seconds) : ownMask(frame);
+    chain_.moveTo(seconds);
+    return turned(chain_.outputImage(inputs), (360 - rotation_) % 360);
+}
+
+SubjectMask ClipEffects::ownMask(const PixelBuffer& frame) const {
+    const SubjectMask mask = SubjectMask::fromAlpha(frame);
+    return mask && rotation_ != 0 ? SubjectMask::fromBuffer(turnedGray(mask.buffer, rotation_)) : mask;
+}
+
+/// Shared by the stages, so that one that hangs in a read may be left behind.
+struct RenderPipeline::State {
+    explicit State(Parts given)
+        : parts(std::move(given)),
+          pool(parts.writer->frameFormat(), parts.size.width, parts.size.height, parts.writer->frameColor()) {
+    }
+
+    Parts parts;
+    FramePool pool;
+    BoundedQueue<Decoded> decoded{kWaitingDecoded};
+    BoundedQueue<Rendered> rendered{kWaitingRendered}, finished{kWaitingFinished};
+
+    std::mutex mutex;
+    std::condition_variable stageEnded;
+    std::exception_ptr failure;  ///< the first one
+    int running = 0;
+
+    void decode();
+    void render();
+    void await();
+    void encode(const std::function<void(std::int64_t, double)>& progress);
+
+    RenderedFrame start(ClipFrame frame, std::int64_t firstTime);
+    void guarded(const std::function<void()>& stage);
+    void giveUp();
+};
+
+void RenderPipeline::State::decode() {
+    while (true) {
+        checkInterrupt();
+        ClipReader::Item item = parts.reader->next();
+        if (auto* frame = std::get_if<ClipFrame>(&item)) {
+            if (!decoded.push(std::move(*frame))) return;
+        } else if (auto* packet = std::get_if<ClipPacket>(&item)) {
+            if (!decoded.push(std::move(*packet))) return;
+        } else {
+            if (!parts.reader->error().empty()) fail(ExitCode::input, "{}", parts.reader->error());
+            decoded.close();
+            return;
+        }
+    }
+}
+
+void RenderPipeline::State::render() {
+    std::optional<std::int64_t> firstTime;
+    while (auto item = decoded.pop()) {
+        if (auto* frame = std::get_if<ClipFrame>(&*item)) {
+            if (!firstTime) firstTime = frame->time;
+            if (!rendered.push(start(std::move(*frame), *firstTime))) return;
+        } else if (!rendered.push(std::get<ClipPacket>(std::move(*item)))) {
+            return;
+        }
+    }
+    rendered.close();
+}
+
+RenderedFrame RenderPipeline::State::start(ClipFrame frame, std::int64_t firstTime) {
+    RenderedFrame result;
+    result.seconds = secondsOf(parts.reader->info(), frame.time - firstTime);
+    MTIImage image = parts.effects->outputImage(frame.pixels, result.seconds);
+    const CGSize size{double(parts.size.width), double(parts.size.height)};
+    if (!(image.size() == size)) image = image.resize(size);
+
+    result.frame = frame;
+    result.frame.pixels = pool.take();
+    if (!result.frame.pixels) fail(ExitCode::internal, "no memory for a frame");
+    std::string cause;
+    result.task = parts.context->startRender(image, result.frame.pixels, &cause);
+    if (!result.task) fail(ExitCode::device, "{}", cause);
+    return result;
+}
+
+void RenderPipeline::State::await() {
+    while (auto item = rendered.pop()) {
+        if (auto* frame = std::get_if<RenderedFrame>(&*item)) {
+            std::string cause;
+            if (!frame->task->wait(&cause)) fail(ExitCode::device, "{}", cause);
+            frame->task.reset();
+        }
+        if (!finished.push(std::move(*item))) return;
+    }
+    finished.close();
+}
+
+void RenderPipeline::State::encode(const std::function<void(std::int64_t, double)>& progress) {
+    std::int64_t frames = 0;
+    ClipWriter& writer = *parts.writer;
+    while (auto item = finished.pop()) {
+        checkInterrupt();
+        const auto* frame = std::get_if<RenderedFrame>(&*item);
+        const bool written = frame ? writer.write(frame->frame) : writer.write(std::get<ClipPacket>(*item));
+        if (!written) fail(ExitCode::output, "{}", writer.error());
+        if (frame) progress(++frames, frame->seconds);
+    }
+    checkInterrupt();
+    std::scoped_lock lock(mutex);
+    if (failure) return;
+    if (!writer.finish()) fail(ExitCode::output, "{}", writer.error());
+}
+
+/// Runs a stage; its failure, if it is the first, becomes the pipeline's and stops the others.
+void RenderPipeline::State::guarded(const std::function<void()>& stage) {
+    try {
+        stage();
+    } catch (...) {
+        {
+            std::scoped_lock lock(mutex);
+            if (!failure) failure = std::current_exception();
+        }
+        giveUp();
+    }
+}
+
+void RenderPipeline::State::giveUp() {
+    decoded.abandon();
+    rendered.abandon();
+    finished.abandon();
+}
+
+RenderPipeline::RenderPipeline(Parts parts) : state_(std::make_shared<State>(std::move(parts))) {}
+
+void RenderPipeline::run(const std::function<void(std::int64_t, double)>& progress) {
+    State& state = *state_;
+    constexpr std::array kStages{&State::decode, &State::render, &State::await};
+    state.running = int(kStages.size());
+    std::vector<std::thread> threads;
+    for (auto stage : kStages) {
+        threads.emplace_back([shared = state_, stage] {
+            shared->guarded([&] { ((*shared).*stage)(); });
+            std::scoped_lock lock(shared->mutex);
+            --shared->running;
+            shared->stageEnded.notify_all();
+        });
+    }
+    state.guarded([&] { state.encode(progress); });
+    state.giveUp();
+
+    std::unique_lock lock(state.mutex);
+    const bool allEnded = state.stageEnded.wait_for(lock, kPatience, [&] { return state.running == 0; });
+    lock.unlock();
+    for (std::thread& thread : threads) allEnded ? thread.join() : thread.detach();
+    state.parts.writer.reset();
+    if (state.failure) std::rethrow_exception(state.failure);
+}
+
+}  // namespace qv::host
