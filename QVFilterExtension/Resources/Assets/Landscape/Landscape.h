@@ -11,8 +11,8 @@ namespace qv::assets {
 /// the grass.
 class Landscape {
   public:
-    /// `travel`: how far the camera goes to either side, metres.
-    Landscape(const View& view, float travel = 0);
+    /// `travel`: how far the camera goes to either side, metres; `seconds`: up to when.
+    Landscape(const View& view, float travel = 0, float seconds = 0);
 
     struct Moment {
         double seconds = 0;
@@ -21,7 +21,6 @@ class Landscape {
         float sun = 1;          ///< dims all of the sun's light
         float cloudShadow = 0;  ///< how dark the passing clouds' shadows are, 0..1
         float grain = 1.6f;     ///< codes
-        bool fast = false;      ///< draws the sky at half size
     };
     /// RGBA8 rows of the frame, opaque.
     std::vector<std::uint8_t> render(const Moment& moment) const;
@@ -29,6 +28,7 @@ class Landscape {
   private:
     View view_;
     int farMargin_, nearMargin_;
+    Sky sky_;
     Layer mountains_, farShore_, bank_, jetty_, jettyMirrored_, spruce_;
 };
 

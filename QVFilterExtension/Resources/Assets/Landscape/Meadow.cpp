@@ -13,7 +13,7 @@ constexpr float kNearest = 2.6f, kFarthest = 24;
 enum class Flower { none, poppy, daisy, lupin, seeds };
 
 struct Plant {
-    float x, z, height, lean, width;
+    float x, z, ground, height, lean, width;
     Vec3 foot, tip;  ///< albedo
     Flower flower;
     std::uint32_t seed;
@@ -34,9 +34,9 @@ const std::vector<Plant>& plants() {
                 plant.seed = seed;
                 plant.z = z * random.range(0.985f, 1.0f);
                 plant.x = plant.z * random.range(-0.85f, 0.85f);
-                const float ground = bankHeight(plant.x, plant.z);
+                plant.ground = bankHeight(plant.x, plant.z);
                 const float patches = fractalNoise(plant.x / 1.7f, plant.z / 2.6f, 3, 802);
-                if (ground < 0.10f + 0.25f * random.next() ||
+                if (plant.ground < 0.10f + 0.25f * random.next() ||
                     random.next() > smoothstep(0.28f, 0.5f, patches) + 0.1f)
                     continue;
                 plant.height = random.range(0.16f, 0.46f) * (0.65f + 0.9f * patches);
@@ -173,16 +173,15 @@ void drawFlower(const Strip& strip, const Plant& plant, float x, float y, float 
 
 void drawPlant(const View& view, const Strip& strip, const Plant& plant, float seconds, const Light& light) {
     const float scale = view.focal / plant.z;
-    const float footX = view.column(plant.x, plant.z),
-                footY = view.row(bankHeight(plant.x, plant.z), plant.z);
-    const float tall = plant.height * scale;
+    const float footX = view.column(plant.x, plant.z), footY = view.row(plant.ground, plant.z);
+    const float tall = plant.height * scale,
+                reach = std::abs(plant.lean * scale) + 0.6f * tall + 0.06f * scale;
+    if (footX + reach < float(strip.left) || footX - reach > float(strip.right) ||
+        footY - tall > float(view.height) + 0.2f * scale)
+        return;
     const float gust = fractalNoise(0.35f * plant.x - 0.55f * seconds, 0.35f * plant.z, 2, 805) - 0.45f;
     const float flutter = 0.03f * std::sin(5.1f * seconds + float(plant.seed & 1023));
     const float lean = (plant.lean + plant.height * (0.75f * gust + flutter)) * scale;
-    const float margin = std::abs(lean) + 0.25f * scale;
-    if (footX + margin < float(strip.left) || footX - margin > float(strip.right) ||
-        footY - tall > float(view.height) + 0.2f * scale)
-        return;
     const float drop = 0.22f * lean * lean / std::max(tall, 1.0f), top = footY - tall + drop;
     const float full = std::max(0.5f * plant.width * scale, 0.45f);
     const float sheen = 0.45f + 0.55f * hash01(plant.seed);
@@ -207,7 +206,7 @@ void drawPlant(const View& view, const Strip& strip, const Plant& plant, float s
 
 void drawMeadow(const View& view, double seconds, float sun, Raster<Vec3>& picture) {
     const Light light{kSunLight * (0.62f * sun), kSkyLight * 1.1f};
-    constexpr int kStripWidth = 80;
+    constexpr int kStripWidth = 160;
     const int strips = (view.width + kStripWidth - 1) / kStripWidth;
     plants();
     parallelFor(

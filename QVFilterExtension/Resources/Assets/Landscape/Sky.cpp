@@ -23,11 +23,20 @@ float cloudDensity(float x, float z, int octaves) {
     return shape - mix(0.66f, 0.40f, presence);
 }
 
-Cloud cumulus(float slopeX, float slopeY, float drift) {
-    const float distance = 1.0f / (slopeY + 0.055f);
-    const float x = slopeX * distance * 1.5f + drift, z = distance * 1.5f + 5.4f;
-    const int octaves = 8;
-    const float density = cloudDensity(x, z, octaves);
+// Both decks are planes overhead; a slope up leads to them after this way, in their heights. The term keeps
+// the horizon finite, as the curve of the earth does.
+float cumulusDistance(float slopeY) {
+    return 1.5f / (slopeY + 0.055f);
+}
+float cirrusDistance(float slopeY) {
+    return 1.0f / (slopeY + 0.12f);
+}
+constexpr float kCumulusSpeed = 0.045f, kCirrusSpeed = 0.018f;  // heights a second: a slight time lapse
+
+Cloud cumulus(float slopeX, float slopeY) {
+    const float distance = cumulusDistance(slopeY);
+    const float x = slopeX * distance, z = distance + 5.4f;
+    const float density = cloudDensity(x, z, 8);
     if (density <= 0) return {0, 0};
     // Towards the sun the cloud's own bulk stands in the light.
     const float step = 0.11f;
@@ -38,26 +47,12 @@ Cloud cumulus(float slopeX, float slopeY, float drift) {
 }
 
 /// Thin high streaks.
-float cirrus(float slopeX, float slopeY, float drift) {
-    const float distance = 1.0f / (slopeY + 0.12f);
-    const float x = slopeX * distance + 0.4f * drift, z = distance;
+float cirrus(float slopeX, float slopeY) {
+    const float x = slopeX * cirrusDistance(slopeY), z = cirrusDistance(slopeY);
     const float bend = fractalNoise(x * 0.5f, z * 0.5f, 3, 7);
     const float strands = fractalNoise(x * 0.9f + 1.5f * bend, z * 3.6f - x * 1.7f + 2.5f * bend, 6, 29);
     return smoothstep(0.5f, 0.85f, strands) *
            smoothstep(0.35f, 0.65f, fractalNoise(x * 0.3f, z * 0.4f, 2, 67));
-}
-
-Vec3 skyWithClouds(float slopeX, float slopeY, float drift) {
-    Vec3 color = clearSky(slopeX, slopeY);
-    const float warm = glow(slopeX, slopeY * 0.6f);
-    const float high = 0.55f * cirrus(slopeX, slopeY, drift) * smoothstep(0.03f, 0.2f, slopeY);
-    color = mix(color, mix(Vec3{0.95f, 0.80f, 0.80f}, Vec3{1.6f, 1.12f, 0.72f}, warm), high);
-    const Cloud cloud = cumulus(slopeX, slopeY, drift);
-    const Vec3 lit = mix(Vec3{1.25f, 0.86f, 0.66f}, Vec3{2.3f, 1.42f, 0.72f}, warm);
-    const Vec3 shaded = mix(Vec3{0.25f, 0.27f, 0.40f}, Vec3{0.52f, 0.36f, 0.36f}, warm);
-    const float near = smoothstep(0.015f, 0.17f, slopeY);
-    return mix(color, mix(clearSky(slopeX, 0.03f), mix(shaded, lit, cloud.light), 0.25f + 0.75f * near),
-               cloud.cover * smoothstep(0.0f, 0.09f, slopeY));
 }
 
 }  // namespace
@@ -77,23 +72,44 @@ Haze haze(float slopeX, float distance, float height) {
     return {air * (1 - transmission), transmission};
 }
 
-Raster<Vec3> drawSky(const View& view, double seconds, bool fast) {
-    const int step = fast ? 2 : 1;
-    const int rows = std::min(view.height, int(view.horizon) + 2);
-    Raster<Vec3> coarse(view.width / step + 1, rows / step + 2);
-    const float drift = 0.012f * float(seconds);
-    parallelFor(coarse.height(), [&](int y) {
-        for (int x = 0; x < coarse.width(); ++x)
-            coarse.at(x, y) = skyWithClouds(view.slopeX((float(x) + 0.5f) * float(step)),
-                                            view.slopeY((float(y) + 0.5f) * float(step)), drift);
+Sky::Sky(const View& view, float seconds)
+    : view_(view),
+      rows_(std::min(view.height, int(view.horizon) + 2)),
+      margin_(int(view.focal * kCumulusSpeed * seconds / cumulusDistance(view.slopeY(0))) + 1),
+      air_(view.width, rows_),
+      decks_(view.width + margin_, rows_) {
+    parallelFor(rows_, [&](int y) {
+        const float slopeY = view.slopeY(float(y) + 0.5f);
+        for (int x = 0; x < decks_.width(); ++x) {
+            const float slopeX = view.slopeX(float(x) + 0.5f);
+            const Cloud cloud = cumulus(slopeX, slopeY);
+            // Cover and light are joined so that the mean of two places is right.
+            decks_.at(x, y) = {cloud.cover, cloud.cover * cloud.light, cirrus(slopeX, slopeY)};
+            if (x < view.width) air_.at(x, y) = clearSky(slopeX, slopeY);
+        }
     });
-    if (!fast) return coarse;
-    Raster<Vec3> sky(view.width, rows);
-    parallelFor(rows, [&](int y) {
-        for (int x = 0; x < view.width; ++x)
-            sky.at(x, y) = coarse.sample((float(x) + 0.5f) * 0.5f, (float(y) + 0.5f) * 0.5f);
+}
+
+void Sky::draw(float seconds, Raster<Vec3>& picture) const {
+    parallelFor(rows_, [&](int y) {
+        const float slopeY = view_.slopeY(float(y) + 0.5f);
+        const float near = smoothstep(0.015f, 0.17f, slopeY), low = smoothstep(0.0f, 0.09f, slopeY);
+        const float high = 0.55f * smoothstep(0.03f, 0.2f, slopeY);
+        const Shift lower(view_.focal * kCumulusSpeed * seconds / cumulusDistance(slopeY));
+        const Shift upper(view_.focal * kCirrusSpeed * seconds / cirrusDistance(slopeY));
+        for (int x = 0; x < view_.width; ++x) {
+            const float slopeX = view_.slopeX(float(x) + 0.5f);
+            const float warm = glow(slopeX, slopeY * 0.6f);
+            const Vec3 deck = lower.of(decks_, x, y);
+            Vec3 color = mix(air_.at(x, y), mix(Vec3{0.95f, 0.80f, 0.80f}, Vec3{1.6f, 1.12f, 0.72f}, warm),
+                             high * upper.of(decks_, x, y).z);
+            const Vec3 lit = mix(Vec3{1.25f, 0.86f, 0.66f}, Vec3{2.3f, 1.42f, 0.72f}, warm);
+            const Vec3 shaded = mix(Vec3{0.25f, 0.27f, 0.40f}, Vec3{0.52f, 0.36f, 0.36f}, warm);
+            const Vec3 cloud = shaded * (deck.x - deck.y) + lit * deck.y;
+            const Vec3 seen = mix(clearSky(slopeX, 0.03f) * deck.x, cloud, 0.25f + 0.75f * near);
+            picture.at(x, y) = color * (1 - deck.x * low) + seen * low;
+        }
     });
-    return sky;
 }
 
 }  // namespace qv::assets

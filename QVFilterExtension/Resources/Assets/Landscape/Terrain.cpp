@@ -8,7 +8,7 @@ namespace qv::assets {
 namespace {
 
 constexpr float kNearest = 1500, kFarthest = 42000;
-constexpr int kSteps = 1500;
+constexpr int kSteps = 1000;
 
 struct Peak {
     float x, z, height, radius;
@@ -60,12 +60,12 @@ float mountainHeight(float x, float z, int octaves) {
 float sunlight(Vec3 point) {
     float clear = 1;
     float along = 45;
-    for (int i = 0; i < 18; ++i) {
+    for (int i = 0; i < 12; ++i) {
         const float gap =
             point.y + kSunDirection.y * along -
-            mountainHeight(point.x + kSunDirection.x * along, point.z + kSunDirection.z * along, 5);
+            mountainHeight(point.x + kSunDirection.x * along, point.z + kSunDirection.z * along, 4);
         clear = std::min(clear, 0.5f + gap / (0.035f * along + 20));
-        along *= 1.28f;
+        along *= 1.45f;
     }
     return smoothstep(0, 1, clear);
 }

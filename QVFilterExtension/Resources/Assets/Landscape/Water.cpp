@@ -1,5 +1,7 @@
 #include "QVFilterExtension/Resources/Assets/Landscape/Water.h"
 
+#include <vector>
+
 #include "QVFilterExtension/Resources/Assets/Support/Noise.h"
 #include "QVFilterExtension/Resources/Assets/Support/Parallel.h"
 
@@ -10,6 +12,10 @@ struct Ripples {
     float slopeX = 0, slopeZ = 0;  ///< of what a pixel can show
     float blur = 0;                ///< slope of what it cannot
 };
+
+Ripples between(const Ripples& a, const Ripples& b, float t) {
+    return {mix(a.slopeX, b.slopeX, t), mix(a.slopeZ, b.slopeZ, t), mix(a.blur, b.blur, t)};
+}
 
 Ripples ripples(float x, float z, float footprint, float seconds) {
     // Wavelength in metres, its slope, and where it travels.
@@ -55,9 +61,15 @@ void drawWater(const View& view, float waterline, double seconds, const NearbyMi
         const float footprint = z * z / (view.cameraY * view.focal);
         const float cover = clamp01(float(y) + 1 - waterline);
         const float grazing = down / std::sqrt(down * down + view.focal * view.focal);
+        const float shallow = smoothstep(26, 8, z);
+        // Ripples are longer than two pixels wherever they can be seen at all.
+        std::vector<Ripples> row(std::size_t(view.width / 2 + 2));
+        for (std::size_t k = 0; k < row.size(); ++k)
+            row[k] = ripples(view.cameraX + view.slopeX(2 * float(k)) * z, z, footprint, float(seconds));
         for (int x = 0; x < view.width; ++x) {
             const float worldX = view.cameraX + view.slopeX(float(x) + 0.5f) * z;
-            const Ripples r = ripples(worldX, z, footprint, float(seconds));
+            const Ripples r =
+                between(row[std::size_t(x / 2)], row[std::size_t(x / 2 + 1)], x % 2 ? 0.75f : 0.25f);
             const float mirrored = 2 * waterline - (float(y) + 0.5f);
             // A ripple tilts the mirror by its slope and the mirrored ray by twice that.
             const float sourceX = float(x) + 0.5f + 2 * view.focal * r.slopeX * grazing;
@@ -78,8 +90,9 @@ void drawWater(const View& view, float waterline, double seconds, const NearbyMi
             reflection = reflection * (1 - near.alpha) + near.ambient + near.sun * nearby.sun;
             const float cosine = clamp01(grazing - r.slopeZ);
             const float fresnel = 0.03f + 0.97f * std::pow(1 - cosine, 5.0f);
-            const float shallow = smoothstep(26, 8, z);
-            const float bed = fractalNoise(worldX * 2.3f + 9 * r.slopeX, z * 2.3f + 9 * r.slopeZ, 4, 640);
+            const float bed =
+                shallow > 0 ? fractalNoise(worldX * 2.3f + 9 * r.slopeX, z * 2.3f + 9 * r.slopeZ, 4, 640)
+                            : 0.0f;
             const Vec3 body = mix(Vec3{0.012f, 0.050f, 0.066f}, Vec3{0.085f, 0.095f, 0.060f} * (0.5f + bed),
                                   shallow * 0.7f);
             picture.at(x, y) = mix(picture.at(x, y), mix(body, reflection, fresnel), cover);

@@ -64,9 +64,34 @@ struct Haze {
 };
 Haze haze(float slopeX, float distance, float height);
 
-/// Sky with clouds at `seconds`; only the rows above the horizon matter. Drawn at half size and enlarged when
-/// `fast`.
-Raster<Vec3> drawSky(const View& view, double seconds, bool fast);
+/// A row moved by a part of a pixel.
+class Shift {
+  public:
+    /// Pixel x then shows what lies `columns` further right.
+    explicit Shift(float columns) : whole_(floorToInt(columns)), part_(columns - float(whole_)) {}
+    template <class T>
+    T of(const Raster<T>& raster, int x, int y) const {
+        return raster.clamped(x + whole_, y) * (1 - part_) + raster.clamped(x + whole_ + 1, y) * part_;
+    }
+
+  private:
+    int whole_;
+    float part_;
+};
+
+/// The sky with two decks of cloud that drift across it.
+class Sky {
+  public:
+    /// Reaches far enough for the clouds of times up to `seconds`.
+    Sky(const View& view, float seconds);
+    /// Fills the rows above the horizon.
+    void draw(float seconds, Raster<Vec3>& picture) const;
+
+  private:
+    View view_;
+    int rows_, margin_;
+    Raster<Vec3> air_, decks_;
+};
 
 /// Mountains and wooded hills on the far side of the lake, with `margin` more columns on either side.
 Layer drawMountains(const View& view, int margin);
