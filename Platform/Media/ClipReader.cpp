@@ -165,7 +165,7 @@ bool ClipReader::State::open(const std::string& path, const ClipReaderOptions& o
     if (!packet || !frame) return fail("out of memory");
     if (!openInput(path)) return false;
     for (AVStream* other : std::span(input->streams, input->nb_streams)) {
-        const bool wanted = other == stream || (options.packets && isCopiedStream(*other, stream->index));
+        const bool wanted = other == stream || (options.packets && isCopiedStream(*other));
         other->discard = wanted ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
     }
     if (!openDecoder(options.threads)) return false;

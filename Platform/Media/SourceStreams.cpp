@@ -18,6 +18,10 @@ SourceStreams::SourceStreams(const AVFormatContext& input, int videoStreamIndex)
         for (const AVPacketSideData& data : std::span(from->side_data, std::size_t(from->nb_side_data))) {
             to.sideData.push_back({data.type, {data.data, data.data + data.size}});
         }
+        const AVPacket& picture = from->attached_pic;
+        if (from->disposition & AV_DISPOSITION_ATTACHED_PIC && picture.size > 0) {
+            to.coverPicture.assign(picture.data, picture.data + picture.size);
+        }
     }
     for (const AVChapter* from : std::span(input.chapters, input.nb_chapters)) {
         Chapter& to = chapters.emplace_back();
@@ -29,17 +33,9 @@ SourceStreams::SourceStreams(const AVFormatContext& input, int videoStreamIndex)
     }
 }
 
-bool isCopiedStream(const AVStream& stream, int videoStream) {
-    if (stream.index == videoStream) return false;
-    switch (stream.codecpar->codec_type) {
-        case AVMEDIA_TYPE_AUDIO:
-        case AVMEDIA_TYPE_SUBTITLE:
-            return true;
-        case AVMEDIA_TYPE_VIDEO:
-            return stream.disposition & AV_DISPOSITION_ATTACHED_PIC;
-        default:
-            return false;
-    }
+bool isCopiedStream(const AVStream& stream) {
+    const AVMediaType type = stream.codecpar->codec_type;
+    return type == AVMEDIA_TYPE_AUDIO || type == AVMEDIA_TYPE_SUBTITLE;
 }
 
 }  // namespace qv

@@ -21,6 +21,7 @@ class SourceStreams {
         int disposition = 0;
         ffmpeg::Dictionary metadata;
         std::vector<SideData> sideData;
+        std::vector<std::uint8_t> coverPicture;  ///< an encoded picture, of a stream that is just that
     };
     struct Chapter {
         std::int64_t id = 0;
@@ -37,7 +38,7 @@ class SourceStreams {
     ffmpeg::Dictionary metadata;
 };
 
-/// Whether a stream's packets are handed on: sound, subtitles, cover pictures.
-bool isCopiedStream(const AVStream& stream, int videoStream);
+/// Whether a stream's packets are handed on: sound and subtitles.
+bool isCopiedStream(const AVStream& stream);
 
 }  // namespace qv

@@ -1,0 +1,282 @@
+#include "Platform/Media/ClipWriter.h"
+
+extern "C" {
+#include <libavutil/display.h>
+}
+
+#include <cstring>
+
+#include <fmt/format.h>
+
+#include "Platform/Media/Bitmap.h"
+#include "Platform/Media/OutputFile.h"
+#include "Platform/Media/StreamCopier.h"
+#include "Platform/Media/VideoEncoder.h"
+
+namespace qv {
+namespace {
+
+constexpr int kOutputBuffer = 256 << 10;
+
+int writeBytes(void* file, std::uint8_t* data, int size) {
+    auto* output = static_cast<OutputFile*>(file);
+    return output->write(data, std::size_t(size)) ? size : AVERROR(output->errorNumber());
+}
+
+std::int64_t seekBytes(void* file, std::int64_t position, int origin) {
+    auto* output = static_cast<OutputFile*>(file);
+    if (origin == AVSEEK_SIZE) return output->size();
+    if (origin != SEEK_SET || !output->seek(position)) return AVERROR(EINVAL);
+    return position;
+}
+
+struct FreeIO {
+    void operator()(AVIOContext* io) const {
+        av_freep(&io->buffer);
+        avio_context_free(&io);
+    }
+};
+
+struct FreeOutput {
+    void operator()(AVFormatContext* output) const { avformat_free_context(output); }
+};
+
+}  // namespace
+
+struct ClipWriter::State {
+    // Declared in the order of their dependence: each outlives what follows.
+    ffmpeg::MessageSink messages;
+    std::unique_ptr<OutputFile> file;
+    std::unique_ptr<AVIOContext, FreeIO> io;
+    std::unique_ptr<AVFormatContext, FreeOutput> output;
+    VideoEncoder encoder;
+    StreamCopier copier;
+    ffmpeg::Packet packet{av_packet_alloc()};
+    AVStream* stream = nullptr;
+
+    std::string name;  ///< for messages
+    std::string error;
+    ClipVideoFormat video;
+    std::int64_t frameCount = 0;
+    bool finished = false;
+
+    bool open(const std::string& path, const ClipWriterOptions& settings, const SourceStreams* source);
+    bool chooseContainer(const std::string& path, const ClipWriterOptions& settings);
+    bool addVideo(const SourceStreams::Stream* source);
+    void addDisplayMatrix();
+    bool writeHeader(const std::string& path, ffmpeg::Dictionary& options);
+    bool drainEncoder();
+    bool check(int code);
+    bool fail(const std::string& cause);
+};
+
+bool ClipWriter::State::fail(const std::string& cause) {
+    if (error.empty()) error = fileErrorLine("write", name, cause);
+    return false;
+}
+
+/// The outcome of a call that may write.
+bool ClipWriter::State::check(int code) {
+    if (file->errorNumber() != 0 && error.empty()) error = file->errorLine();
+    return error.empty() && (code >= 0 || fail(messages.cause(code)));
+}
+
+bool ClipWriter::State::chooseContainer(const std::string& path, const ClipWriterOptions& settings) {
+    const bool named = !settings.container.empty();
+    const AVOutputFormat* container = named ? av_guess_format(settings.container.c_str(), nullptr, nullptr)
+                                            : av_guess_format(nullptr, path.c_str(), nullptr);
+    if (!container) {
+        return fail(named ? fmt::format("there is no container '{}'", settings.container)
+                          : "the name does not tell the container; name one");
+    }
+    if (container->flags & AVFMT_NOFILE || (container->flags & AVFMT_NEEDNUMBER)) {
+        return fail(fmt::format("the container '{}' is no single file", container->name));
+    }
+    AVFormatContext* context = nullptr;
+    if (avformat_alloc_output_context2(&context, container, nullptr, path.c_str()) < 0)
+        return fail("out of memory");
+    output.reset(context);
+    output->opaque = &messages;
+    return true;
+}
+
+void ClipWriter::State::addDisplayMatrix() {
+    std::array<std::int32_t, 9> matrix{};
+    if (video.displayMatrix) {
+        matrix = *video.displayMatrix;
+    } else if (video.rotation != 0) {
+        av_display_rotation_set(matrix.data(), -video.rotation);
+    } else {
+        return;
+    }
+    if (!isQuickTimeFamily(*output->oformat)) {
+        if (video.rotation != 0) {
+            copier.note(fmt::format("the rotation by {} degrees is lost: {} does not hold it", video.rotation,
+                                    output->oformat->name));
+        }
+        return;
+    }
+    if (auto* bytes = av_stream_new_side_data(stream, AV_PKT_DATA_DISPLAYMATRIX, sizeof matrix)) {
+        std::memcpy(bytes, matrix.data(), sizeof matrix);
+    }
+}
+
+bool ClipWriter::State::addVideo(const SourceStreams::Stream* source) {
+    stream = avformat_new_stream(output.get(), nullptr);
+    if (!stream || avcodec_parameters_from_context(stream->codecpar, &encoder.context()) < 0) {
+        return fail("out of memory");
+    }
+    // A hint; the muxer may choose a finer one in writing the header.
+    stream->time_base = encoder.context().time_base;
+    stream->avg_frame_rate = ffmpeg::rational(video.averageFrameRate);
+    stream->sample_aspect_ratio = ffmpeg::rational(video.pixelAspect);
+    if (source) {
+        stream->disposition = source->disposition;
+        StreamCopier::copyMetadata(stream->metadata, source->metadata);
+        StreamCopier::copySideData(*stream, *source);
+    }
+    addDisplayMatrix();
+    return true;
+}
+
+bool ClipWriter::State::writeHeader(const std::string& path, ffmpeg::Dictionary& options) {
+    std::string cause;
+    file = OutputFile::open(path, &cause);
+    if (!file) {
+        error = cause;
+        return false;
+    }
+    auto* buffer = static_cast<unsigned char*>(av_malloc(kOutputBuffer));
+    io.reset(avio_alloc_context(buffer, kOutputBuffer, 1, file.get(), nullptr, writeBytes,
+                                file->isSeekable() ? seekBytes : nullptr));
+    if (!io) return fail("out of memory");
+    io->seekable = file->isSeekable() ? AVIO_SEEKABLE_NORMAL : 0;
+    output->pb = io.get();
+    if (file->isSeekable()) {
+        // Some options make the muxer read its file again.
+        av_freep(&output->url);
+        output->url = av_strdup(file->temporaryPath().c_str());
+    } else if (isQuickTimeFamily(*output->oformat) && !options.has("movflags")) {
+        options.set("movflags", "frag_keyframe+empty_moov+default_base_moof");
+    }
+    messages.clear();
+    if (!check(avformat_write_header(output.get(), options.address()))) return false;
+    if (const AVDictionaryEntry* unknown = av_dict_get(options.get(), "", nullptr, AV_DICT_IGNORE_SUFFIX)) {
+        return fail(fmt::format("neither {} nor {} has an option '{}'", encoder.context().codec->name,
+                                output->oformat->name, unknown->key));
+    }
+    return check(copier.writePictures(*output));
+}
+
+bool ClipWriter::State::open(const std::string& path, const ClipWriterOptions& settings,
+                             const SourceStreams* source) {
+    name = path == "-" ? "standard output" : path;
+    if (!packet) return fail("out of memory");
+    if (video.width < 1 || video.height < 1 || video.width > kMaximumImageSide ||
+        video.height > kMaximumImageSide) {
+        return fail(fmt::format("{}x{} is no size for a video", video.width, video.height));
+    }
+    if (video.timeBase.numerator < 1 || video.timeBase.denominator < 1)
+        return fail("the time base is not positive");
+    if (!chooseContainer(path, settings)) return false;
+
+    ffmpeg::Dictionary options;
+    for (const auto& [key, value] : settings.options) options.set(key.c_str(), value);
+    std::string cause;
+    if (!encoder.open(video, settings, *output->oformat, options, cause)) return fail(cause);
+    if (source) {
+        const auto place = [&] { return addVideo(&source->streams[std::size_t(source->videoStream)]); };
+        if (!copier.addStreams(*output, *source, settings, place, cause)) return fail(cause);
+        if (settings.metadata) {
+            StreamCopier::copyMetadata(output->metadata, source->metadata);
+            if (!StreamCopier::copyChapters(*output, *source)) return fail("out of memory");
+        }
+    } else if (!addVideo(nullptr)) {
+        return false;
+    }
+    return writeHeader(path, options);
+}
+
+bool ClipWriter::State::drainEncoder() {
+    std::string cause;
+    while (encoder.receive(*packet, cause)) {
+        packet->stream_index = stream->index;
+        av_packet_rescale_ts(packet.get(), encoder.context().time_base, stream->time_base);
+        if (!check(av_interleaved_write_frame(output.get(), packet.get()))) return false;
+    }
+    return cause.empty() || fail(cause);
+}
+
+ClipWriter::ClipWriter(std::unique_ptr<State> state) : state_(std::move(state)) {}
+ClipWriter::~ClipWriter() = default;
+
+std::unique_ptr<ClipWriter> ClipWriter::create(const std::string& path, const ClipVideoFormat& video,
+                                               const ClipWriterOptions& options,
+                                               std::shared_ptr<const SourceStreams> source,
+                                               std::string* error) {
+    auto state = std::make_unique<State>();
+    state->video = video;
+    if (!state->open(path, options, source.get())) {
+        if (error) *error = state->error;
+        return nullptr;
+    }
+    return std::unique_ptr<ClipWriter>(new ClipWriter(std::move(state)));
+}
+
+PixelBuffer ClipWriter::makeFrame() const {
+    return PixelBuffer::create(frameFormat(), state_->video.width, state_->video.height, frameColor());
+}
+
+PixelFormat ClipWriter::frameFormat() const {
+    return state_->encoder.frameFormat();
+}
+ColorDescription ClipWriter::frameColor() const {
+    return state_->encoder.frameColor();
+}
+const std::string& ClipWriter::error() const {
+    return state_->error;
+}
+const std::vector<std::string>& ClipWriter::notices() const {
+    return state_->copier.notices();
+}
+std::string ClipWriter::codecName() const {
+    return state_->encoder.context().codec->name;
+}
+
+std::string ClipWriter::storedPixelFormat() const {
+    const char* name = av_get_pix_fmt_name(state_->encoder.context().pix_fmt);
+    return name ? name : "";
+}
+
+bool ClipWriter::write(const ClipFrame& frame) {
+    if (!state_->error.empty() || state_->finished) return false;
+    std::string cause;
+    if (!state_->encoder.send(frame, cause)) return state_->fail(cause);
+    ++state_->frameCount;
+    return state_->drainEncoder();
+}
+
+bool ClipWriter::write(const ClipPacket& packet) {
+    if (!state_->error.empty() || state_->finished) return false;
+    return state_->check(state_->copier.write(*state_->output, packet));
+}
+
+bool ClipWriter::finish() {
+    State& state = *state_;
+    if (!state.error.empty() || state.finished) return false;
+    state.finished = true;
+    if (state.frameCount == 0) return state.fail("there are no frames");
+    std::string cause;
+    if (!state.encoder.sendEnd(cause)) return state.fail(cause);
+    if (!state.drainEncoder()) return false;
+    if (!state.check(av_write_trailer(state.output.get()))) return false;
+    avio_flush(state.io.get());
+    if (!state.check(state.io->error)) return false;
+    if (!state.file->commit()) {
+        state.error = state.file->errorLine();
+        return false;
+    }
+    return true;
+}
+
+}  // namespace qv

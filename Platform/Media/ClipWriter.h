@@ -1,0 +1,84 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Platform/Media/ClipInfo.h"
+
+namespace qv {
+
+struct ClipWriterOptions {
+    /// Short name of the container, such as "matroska", "mp4", "mov", "webm", "mpegts"; empty: by the file's
+    /// name.
+    std::string container;
+    /// Name of the encoder, such as "libx264", "libx265", "prores_ks", "libvpx-vp9", "qtrle", "ffv1"; empty:
+    /// libx264 where the container takes H.264, otherwise what the container prefers.
+    std::string codec;
+    /// Name of the stored pixel format, such as "yuv420p10le"; empty: the clip's own, or the nearest that the
+    /// encoder takes.
+    std::string pixelFormat;
+    /// Speed preset of the encoder; empty: "veryfast" for libx264 and libx265, otherwise the encoder's
+    /// default.
+    std::string preset;
+    /// Constant quality of the encoder; none: 18 for libx264 and 20 for libx265 unless a bit rate is given.
+    std::optional<double> crf;
+    std::int64_t bitRate = 0;  ///< bits per second; 0: by quality
+    int threads = 0;           ///< of the encoder; 0 is one per core
+    /// Further options of the encoder or of the container, name and value. One that neither knows is an
+    /// error.
+    std::vector<std::pair<std::string, std::string>> options;
+    bool audio = true, subtitles = true, metadata = true;  ///< what to copy from the source
+};
+
+/// Writes a clip: frames are encoded, everything else is copied from a source. One thread at a time, which
+/// may be another one than the reader's.
+///
+/// The file appears under its name in finish(), when it is whole; a writer that is destroyed before, or that
+/// fails, leaves nothing. Time stamps and durations of frames are carried exactly as far as the container can
+/// hold them. Not carried are data streams and further video streams.
+class ClipWriter {
+  public:
+    /// `video` says what the frames are like and what to write about them: usually the reader's, changed
+    /// where the host turned or scaled the frames. `source` is ClipReader::streams(), or nil to copy nothing;
+    /// its packets are then expected in write(). The path "-" is standard output and needs a container that
+    /// can be streamed. Nil with one line that names file and cause in `error`, when it is given.
+    static std::unique_ptr<ClipWriter> create(const std::string& path, const ClipVideoFormat& video,
+                                              const ClipWriterOptions& options = {},
+                                              std::shared_ptr<const SourceStreams> source = nullptr,
+                                              std::string* error = nullptr);
+    ~ClipWriter();
+
+    /// A new frame of the kind that is encoded without a further conversion, to be filled by the host.
+    PixelBuffer makeFrame() const;
+    PixelFormat frameFormat() const;
+    ColorDescription frameColor() const;
+
+    /// Times are in units of the `timeBase` given to create() and must grow. The size must be the clip's;
+    /// another format or colour is converted. The frame's planes may be kept for a while and must not change
+    /// any more. False after a failure.
+    bool write(const ClipFrame& frame);
+    /// Takes a packet of the source; one of a stream that is not copied is ignored. In the order in which the
+    /// reader gives them.
+    bool write(const ClipPacket& packet);
+
+    /// Writes what is still held back and puts the file in its place. False after a failure.
+    bool finish();
+
+    /// One line that names file and cause, once a call has failed.
+    const std::string& error() const;
+    /// What of the source the container cannot hold, a line each. Known after create().
+    const std::vector<std::string>& notices() const;
+    /// The encoder and the stored pixel format, as chosen.
+    std::string codecName() const;
+    std::string storedPixelFormat() const;
+
+  private:
+    struct State;
+    explicit ClipWriter(std::unique_ptr<State> state);
+    std::unique_ptr<State> state_;
+};
+
+}  // namespace qv
