@@ -1,0 +1,197 @@
+// What holds for every class in the list, driven through its class object alone: a new class is covered by
+// standing there.
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <cmath>
+#include <set>
+
+#include "Platform/ImageGraph/ImageNode.h"
+#include "QVFilterCore/QVAIEffectMTIFilter.h"
+#include "QVFilterCore/QVMTITwoInputFilter.h"
+#include "QVFilterCore/QVTransitionMTIFilter.h"
+#include "QVFilterExtension/QVFilterRegistry.h"
+#include "Tests/Support/TestContext.h"
+
+namespace qv {
+namespace {
+
+/// A picture with ramps, hard edges and fine detail; `seed` makes another one.
+MTIImage photo(int width, int height, int seed = 0) {
+    return MTIImage::imageWithBitmap(test::makeBitmap(width, height, [&](int x, int y) {
+        const float u = float(x) / float(width), v = float(y) / float(height);
+        const bool block = ((x / 7 + y / 5 + seed) % 3) == 0;
+        return test::Pixel{block ? 0.9f : u, 0.2f + 0.6f * v,
+                           seed ? 0.8f - 0.5f * u : 0.3f + 0.3f * std::sin(u * 20), 1};
+    }));
+}
+
+MTIImage disc(int width, int height) {
+    return MTIImage::imageWithBitmap(test::makeBitmap(width, height, [&](int x, int y) {
+        const float r = std::hypot(float(x) / float(width) - 0.5f, float(y) / float(height) - 0.5f);
+        const float inside = std::clamp((0.35f - r) * 20, 0.0f, 1.0f);
+        return test::Pixel{inside, inside, inside, 1};
+    }));
+}
+
+void setInputs(QVMTIFilter& filter, int width, int height) {
+    if (auto* one = dynamic_cast<QVMTIOneInputFilter*>(&filter)) one->setInputImage(photo(width, height));
+    if (auto* two = dynamic_cast<QVMTITwoInputFilter*>(&filter)) two->setInputImage2(photo(width, height, 1));
+    if (auto* subject = dynamic_cast<QVAIEffectMTIFilter*>(&filter))
+        subject->setMaskImage(disc(width, height));
+    if (auto* transition = dynamic_cast<QVTransitionMTIFilter*>(&filter)) {
+        transition->setInputImage1(photo(width, height));
+        transition->setInputImage2(photo(width, height, 1));
+    }
+}
+
+void setNumber(QVMTIFilter& filter, std::string_view name, double value) {
+    const QVProperty* property = filter.filterClass().property(name);
+    if (!property) return;
+    std::string error;
+    const QVPropertyValue typed = property->type == QVPropertyType::integer
+                                      ? QVPropertyValue(std::int64_t(value))
+                                      : QVPropertyValue(value);
+    EXPECT_TRUE(setProperty(filter, name, typed, &error)) << error;
+}
+
+/// A moment: seconds for effects, a fraction of the passage for transitions.
+void setMoment(QVMTIFilter& filter, double fraction) {
+    setNumber(filter, "iTime", fraction * 3);
+    setNumber(filter, "startTime", 0);
+    setNumber(filter, "endTime", 3);
+    if (dynamic_cast<QVTransitionMTIFilter*>(&filter)) setNumber(filter, "progress", fraction);
+}
+
+void expectSound(const test::Picture& picture, const std::string& what) {
+    double lowest = 0, highestAlpha = 0;
+    bool finite = true;
+    for (std::size_t i = 0; i < picture.values.size(); ++i) {
+        finite = finite && std::isfinite(picture.values[i]);
+        lowest = std::min(lowest, double(picture.values[i]));
+        if (i % 4 == 3) highestAlpha = std::max(highestAlpha, double(picture.values[i]));
+    }
+    EXPECT_TRUE(finite) << what;
+    EXPECT_GE(lowest, -0.002) << what;
+    EXPECT_LE(highestAlpha, 1.002) << what;
+}
+
+class EveryClass : public testing::TestWithParam<const QVFilterClass*> {
+  protected:
+    const QVFilterClass& record = *GetParam();
+    std::unique_ptr<QVMTIFilter> filter = record.create();
+};
+
+TEST_P(EveryClass, HasARecordThatAHostCanUse) {
+    ASSERT_NE(filter, nullptr);
+    EXPECT_EQ(&filter->filterClass(), &record);
+    EXPECT_EQ(filterClassNamed(record.name), &record);
+    EXPECT_FALSE(record.help.empty());
+    EXPECT_FALSE(categoryName(record.categoryOrInherited()).empty());
+    EXPECT_GE(record.levels(), 0);
+    std::set<std::string_view> names;
+    for (const QVProperty* property : record.allProperties()) {
+        EXPECT_TRUE(names.insert(property->name).second) << property->name;
+        EXPECT_FALSE(property->help.empty()) << property->name;
+        EXPECT_LE(property->minimum, property->maximum) << property->name;
+        // A default that its own range refuses could not be set back by a host.
+        std::string error;
+        const bool empty = std::holds_alternative<MTIVector>(property->get(*filter)) &&
+                           std::get<MTIVector>(property->get(*filter)).count() == 0;
+        if (!empty) {
+            EXPECT_TRUE(setProperty(*filter, property->name, property->get(*filter), &error)) << error;
+        }
+    }
+}
+
+TEST_P(EveryClass, GivesNilWithoutInputs) {
+    EXPECT_FALSE(filter->outputImage());
+}
+
+TEST_P(EveryClass, RendersSoundPicturesAtEveryShapeStrengthAndTime) {
+    for (CGSize size : {CGSize{96, 54}, CGSize{54, 96}, CGSize{64, 64}, CGSize{1, 1}}) {
+        setInputs(*filter, int(size.width), int(size.height));
+        for (double strength : {0.0, 0.5, 1.0}) {
+            setNumber(*filter, "effectValue", strength);
+            for (double moment : {0.0, 0.31, 0.77, 1.0}) {
+                setMoment(*filter, moment);
+                const MTIImage output = filter->outputImage();
+                const std::string what = testing::PrintToString(size.width) + " wide, strength " +
+                                         testing::PrintToString(strength) + ", moment " +
+                                         testing::PrintToString(moment);
+                ASSERT_TRUE(output) << what;
+                expectSound(test::render(output), what);
+            }
+        }
+    }
+}
+
+TEST_P(EveryClass, RendersAtTheEndsOfEveryPropertysRange) {
+    setInputs(*filter, 48, 27);
+    setMoment(*filter, 0.4);
+    for (const QVProperty* property : record.allProperties()) {
+        const QVPropertyValue before = property->get(*filter);
+        const bool number =
+            property->type == QVPropertyType::integer || property->type == QVPropertyType::real;
+        if (!number) continue;
+        for (double end : {property->minimum, property->maximum}) {
+            setNumber(*filter, property->name, end);
+            const MTIImage output = filter->outputImage();
+            if (output && output.size().width * output.size().height < 1e6) {
+                expectSound(test::render(output),
+                            std::string(property->name) + " " + testing::PrintToString(end));
+            }
+        }
+        property->set(*filter, before);
+    }
+}
+
+TEST_P(EveryClass, GivesTheSameFrameWheneverAndWhereverItIsAsked) {
+    const auto other = record.create();
+    for (QVMTIFilter* one : {filter.get(), other.get()}) setInputs(*one, 64, 36);
+    const auto frame = [](QVMTIFilter& one, double moment) {
+        setMoment(one, moment);
+        return test::render(one.outputImage());
+    };
+    const test::Picture early = frame(*filter, 0.2), late = frame(*filter, 0.9);
+    EXPECT_EQ(test::worstDifference(frame(*other, 0.9), late), 0);
+    EXPECT_EQ(test::worstDifference(frame(*other, 0.2), early), 0);
+    EXPECT_EQ(test::worstDifference(frame(*filter, 0.2), early), 0);
+}
+
+TEST_P(EveryClass, LooksTheSameThroughTheWaysOfAGPU) {
+    static const auto gpuWays = [] {
+        MTIContextOptions options;
+        options.validation = true;
+        options.gpuPaths = true;
+        return MTIContext::create(options);
+    }();
+    ASSERT_NE(gpuWays, nullptr);
+    setInputs(*filter, 80, 45);
+    setMoment(*filter, 0.37);
+    const MTIImage output = filter->outputImage();
+    ASSERT_TRUE(output);
+    const test::Picture here = test::pictureOf(test::context()->renderToBitmap(output));
+    const test::Picture there = test::pictureOf(gpuWays->renderToBitmap(output));
+    EXPECT_LE(test::worstDifference(here, there), 3.01 / 255);
+    EXPECT_THAT(gpuWays->validationMessages(), testing::IsEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(, EveryClass,
+                         testing::ValuesIn(allFilterClasses().begin(), allFilterClasses().end()),
+                         [](const auto& info) { return std::string(info.param->name); });
+
+TEST(Registry, FindsClassesAndGuessesAtMistypedOnes) {
+    std::set<std::string_view> names;
+    for (const QVFilterClass* record : allFilterClasses())
+        EXPECT_TRUE(names.insert(record->name).second) << record->name;
+    EXPECT_EQ(createFilter("QVNoSuchFilter"), nullptr);
+    EXPECT_EQ(createFilter(""), nullptr);
+    EXPECT_EQ(closestClassNames("QVMosiacMTIFilter", 1), std::vector<std::string_view>{"QVMosaicMTIFilter"});
+    EXPECT_EQ(closestClassNames("swirl", 1), std::vector<std::string_view>{"QVSwirlMTIFilter"});
+    EXPECT_TRUE(closestClassNames("zzzzzzzzzzzzzzz", 3).empty());
+}
+
+}  // namespace
+}  // namespace qv
