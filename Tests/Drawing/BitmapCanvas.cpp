@@ -31,14 +31,14 @@ UIImage halves(int width, int height) {
 }
 
 TEST(BitmapCanvas, HasTheSizeThatItWasAskedFor) {
-    BitmapCanvas canvas({10.4, 20.6}, false, 2);
-    EXPECT_EQ(canvas.size(), (CGSize{10.4, 20.6}));
+    BitmapCanvas canvas({10.2, 20.4}, false, 2);
+    EXPECT_EQ(canvas.size(), (CGSize{10.2, 20.4}));
     canvas.fillRect({{0, 0}, canvas.size()}, UIColor::whiteColor());
     auto image = canvas.image();
-    EXPECT_EQ(image.bitmap().width, 21);
+    EXPECT_EQ(image.bitmap().width, 20);
     EXPECT_EQ(image.bitmap().height, 41);
     EXPECT_EQ(image.scale(), 2);
-    expectColor(at(canvas, 20, 40), {255, 255, 255, 255}, 0);  // the size covers the last pixels whole
+    expectColor(at(canvas, 19, 40), {255, 255, 255, 255}, 0);  // the size covers the last pixels whole
     for (CGSize wrong :
          {CGSize{0, 5}, {5, -1}, {NAN, 5}, {5, INFINITY}, {kMaximumImageSide + 1.0, 1}, {0.4, 5}}) {
         BitmapCanvas none(wrong);

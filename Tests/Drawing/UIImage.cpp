@@ -137,6 +137,7 @@ TEST(ResizableImage, KeepsItsCapsAndRepeatsWholeTiles) {
     auto doubled = drawn(image, 29, 25, 2);
     EXPECT_EQ(doubled.width, 58);
     EXPECT_NEAR(at(doubled, 6 + 10 + 4, 0)[0], labelled(5, 0)[0], 5);
+    EXPECT_EQ(at(doubled, 54, 0)[0], labelled(8, 0)[0]);  // where the right cap begins
     EXPECT_NEAR(at(doubled, 57, 49)[1], labelled(9, 8)[1], 1);
 }
 
