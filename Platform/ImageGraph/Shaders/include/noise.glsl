@@ -24,11 +24,9 @@ float randomOf(vec3 cell) { return random3Of(cell).x; }
 float randomOf(vec2 cell) { return random3Of(cell).x; }
 float randomOf(float cell) { return random3Of(vec3(cell, 0.0, 0.0)).x; }
 
-vec2 noiseFade(vec2 t) { return t * t * t * (t * (t * 6.0 - 15.0) + 10.0); }
-
 // Smooth random values 0..1, one for each whole-numbered point; `seed` is a whole number.
 float valueNoise(vec2 p, float seed) {
-    vec2 cell = floor(p), t = noiseFade(p - cell);
+    vec2 cell = floor(p), t = smoothstep(0.0, 1.0, p - cell);
     float a = randomOf(vec3(cell, seed)), b = randomOf(vec3(cell + vec2(1.0, 0.0), seed));
     float c = randomOf(vec3(cell + vec2(0.0, 1.0), seed)), d = randomOf(vec3(cell + 1.0, seed));
     return mix(mix(a, b, t.x), mix(c, d, t.x), t.y);
@@ -41,7 +39,7 @@ float noiseSlope(vec2 cell, float seed, vec2 away) {
 
 // Gradient noise, about -0.7..0.7, 0 at whole-numbered points; finer grained than valueNoise.
 float gradientNoise(vec2 p, float seed) {
-    vec2 cell = floor(p), f = p - cell, t = noiseFade(f);
+    vec2 cell = floor(p), f = p - cell, t = f * f * f * (f * (f * 6.0 - 15.0) + 10.0);
     float a = noiseSlope(cell, seed, f), b = noiseSlope(cell + vec2(1.0, 0.0), seed, f - vec2(1.0, 0.0));
     float c = noiseSlope(cell + vec2(0.0, 1.0), seed, f - vec2(0.0, 1.0));
     float d = noiseSlope(cell + 1.0, seed, f - 1.0);
