@@ -173,9 +173,10 @@ std::vector<SpriteRun> SpriteAtlas::layOut(std::span<const SpriteInstance> sprit
         if (!(halfX > 0.01) || !(halfY > 0.01)) continue;
         const double shrink = std::min(source.width / (2 * halfX), source.height / (2 * halfY));
         v.mipLevel = float(std::clamp(std::log2(std::max(shrink, 1e-3)), 0.0, double(kMipLevels - 1)));
-        // A pixel of the frame, but no more than the surroundings that are sure to be transparent.
-        v.margins[0] = float(std::min(1.0 / halfX, 1.8 * kSurround / source.width));
-        v.margins[1] = float(std::min(1.0 / halfY, 1.8 * kSurround / source.height));
+        v.halfSides[0] = float(halfX);
+        v.halfSides[1] = float(halfY);
+        v.texel[0] = std::exp2(v.mipLevel) / float(source.width);
+        v.texel[1] = std::exp2(v.mipLevel) / float(source.height);
         v.place[0] = float(source.x) / kPageSide;
         v.place[1] = float(source.y) / kPageSide;
         v.place[2] = float(source.width) / kPageSide;

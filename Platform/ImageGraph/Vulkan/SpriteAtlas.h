@@ -15,10 +15,10 @@ namespace qv {
 /// What the sprite vertex stage reads of one sprite; see sprite.vert.
 struct SpriteVertexData {
     float center[2], axisX[2];
-    float axisY[2], margins[2];
+    float axisY[2], halfSides[2];
     float place[4];
     float factor[4];
-    float mipLevel, unused[3];
+    float mipLevel, texel[2], unused;
 };
 
 /// Sprites that lie on one atlas page and follow each other: one instanced draw.

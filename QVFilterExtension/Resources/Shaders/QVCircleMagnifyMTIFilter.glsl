@@ -23,5 +23,5 @@ vec4 QVCircleMagnifyMTIFilter(vec2 uv) {
     float rim = clamp(width - abs(distance - edge) + 0.5, 0.0, 1.0) * shown;
     float across = (distance - edge) / width;
     vec3 rimColor = borderColor * (1.1 - 0.5 * across * across) + 0.25 * max(0.0, 1.0 - 3.0 * abs(across + 0.35));
-    return mix(color, vec4(min(rimColor, 1.0), 1.0), rim);
+    return mix(color, vec4(clamp(rimColor, 0.0, 1.0), 1.0), rim);
 }
