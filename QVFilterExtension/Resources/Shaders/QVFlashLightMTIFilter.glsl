@@ -19,7 +19,7 @@ vec4 QVFlashLightMTIFilter(vec2 uv) {
     float core = 1.0 / (1.0 + r2 * r2 * 900.0);
     float halo = 1.0 / (1.0 + r2 * 14.0);
     float rings = 1.0 + 0.07 * wave(r2 * 15.0);
-    float light = (core * rings * 0.95 + halo * halo * 0.4) * lamp;
+    float light = (core * rings * 0.85 + halo * halo * 0.4) * lamp;
 
     vec4 color = readHere(0);
     vec3 night = color.rgb * vec3(0.10, 0.13, 0.2) * (1.5 - effectValue);

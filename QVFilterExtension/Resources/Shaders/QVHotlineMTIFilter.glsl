@@ -25,16 +25,17 @@ vec4 QVHotlineMTIFilter(vec2 uv) {
     float heat = (left + right + up + down + a + b + c + d) / max(8.0 * here.a, 0.02);
     vec2 slope = vec2(right - left + b + d - a - c, down - up + c + d - a - b) / float(2 * reach + 4 * diagonal);
 
-    // From the isotherm in heat, then in pixels. Where they crowd they would only be noise.
+    // From the isotherm in heat, then in pixels. Where they crowd or the picture is rough they would only be noise.
     const float kIsotherms = 6.0;
     float away = (0.5 - abs(fract(heat * kIsotherms - iTime * 0.35) - 0.5)) / kIsotherms;
     float steep = length(slope) + 0.0002;
     float line = clamp(float(reach) * (0.4 + 0.35 * effectValue) + 0.5 - away / steep, 0.0, 1.0);
     float crowd = steep * float(reach) * kIsotherms;
-    line *= clamp(crowd * 30.0, 0.0, 1.0) * clamp(1.6 - crowd * 4.0, 0.0, 1.0);
+    float fine = luma(here.rgb) / max(here.a, 0.02) - heat;
+    float rough = abs(left + right - up - down) + abs(a + d - b - c) + 2.0 * abs(fine);
+    line *= clamp(crowd * 30.0, 0.0, 1.0) * clamp(1.6 - crowd * 4.0, 0.0, 1.0) * clamp(1.5 - rough * 9.0, 0.0, 1.0);
 
     // Some of the fine detail comes back, as cameras blend it in from a second sensor.
-    float fine = luma(here.rgb) / max(here.a, 0.02) - heat;
     vec3 hot = heatColor(clamp(heat + 0.35 * fine, 0.0, 1.0));
     hot = mix(hot, vec3(1.0, 0.98, 0.9), line * 0.85);
     return vec4(mix(here.rgb, hot * here.a, min(effectValue * 1.7 + 0.08, 1.0)), here.a);

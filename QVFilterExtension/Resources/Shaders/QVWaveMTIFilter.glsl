@@ -15,6 +15,6 @@ vec4 QVWaveMTIFilter(vec2 uv) {
                 slope.w * vec2(0.35, 0.25);
     vec2 from = uv + bend * (0.017 * effectValue) / perShortSide;
     vec4 color = readInput(0, 1.0 - abs(1.0 - abs(from)));  // mirrored at the borders
-    float light = 0.085 * effectValue * dot(bend, vec2(-0.55, -0.85));
+    float light = 0.055 * effectValue * dot(bend, vec2(-0.55, -0.85));
     return vec4(clamp(color.rgb + light * (color.rgb + 0.35 * color.a), vec3(0.0), color.aaa), color.a);
 }
