@@ -96,7 +96,7 @@ Layer drawBank(const View& target, int margin) {
     parallelFor(view.width, [&](int column) {
         const float slopeX = view.slopeX(float(column) + 0.5f);
         float top = float(view.height);
-        for (float z = 2.2f; z < 26; z *= 1.0012f) {
+        for (float z = 2.2f; z < 26; z *= 1.002f) {
             const float x = slopeX * z, height = bankHeight(x, z);
             if (height < 0) {
                 top = std::min(top, view.row(0, z));

@@ -42,6 +42,17 @@ void addFarLayer(const Layer& layer, const View& view, float distance, float mar
         picture);
 }
 
+/// Rows with something in them, and those up to `reach` from one.
+std::vector<bool> occupiedRows(const Layer& layer, int reach) {
+    std::vector<bool> rows(std::size_t(layer.height()));
+    for (int y = 0; y < layer.height(); ++y)
+        if (std::any_of(layer.row(y), layer.row(y) + layer.width(),
+                        [](const Lit& lit) { return lit.alpha > 0; }))
+            for (int near = std::max(0, y - reach); near <= std::min(layer.height() - 1, y + reach); ++near)
+                rows[std::size_t(near)] = true;
+    return rows;
+}
+
 }  // namespace
 
 Landscape::Landscape(const View& view, float travel, float seconds)
@@ -54,7 +65,8 @@ Landscape::Landscape(const View& view, float travel, float seconds)
       bank_(drawBank(view, nearMargin_)),
       jetty_(drawJettyAndBoat(view, nearMargin_, false)),
       jettyMirrored_(drawJettyAndBoat(view, nearMargin_, true)),
-      spruce_(drawSpruceTree(view, nearMargin_)) {}
+      spruce_(drawSpruceTree(view, nearMargin_)),
+      mirroredRows_(occupiedRows(jettyMirrored_, int(0.03f * view.focal))) {}
 
 std::vector<std::uint8_t> Landscape::render(const Moment& moment) const {
     View view = view_;
@@ -64,7 +76,7 @@ std::vector<std::uint8_t> Landscape::render(const Moment& moment) const {
     addFarLayer(mountains_, view, kMountainDistance, float(farMargin_), moment, picture);
     addFarLayer(farShore_, view, kFarShoreDistance, float(farMargin_), moment, picture);
     drawWater(view, view.row(0, kFarShoreDistance), moment.seconds,
-              {jettyMirrored_, float(nearMargin_), moment.sun}, picture);
+              {jettyMirrored_, mirroredRows_, float(nearMargin_), moment.sun}, picture);
 
     // A row of the near bank, or of the jetty, shows what lies at one distance: about this far below the
     // eyes.

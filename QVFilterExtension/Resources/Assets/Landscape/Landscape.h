@@ -30,6 +30,7 @@ class Landscape {
     int farMargin_, nearMargin_;
     Sky sky_;
     Layer mountains_, farShore_, bank_, jetty_, jettyMirrored_, spruce_;
+    std::vector<bool> mirroredRows_;
 };
 
 }  // namespace qv::assets

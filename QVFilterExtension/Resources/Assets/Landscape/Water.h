@@ -1,16 +1,21 @@
 #pragma once
 
+#include <vector>
+
 #include "QVFilterExtension/Resources/Assets/Landscape/World.h"
 
 namespace qv::assets {
 
-/// Fills `picture` below the row `waterline` with the lake, which mirrors what is drawn above it and
-/// `nearby`: what stands in the near water, drawn upside down, `shift(row)` columns to the right.
+/// What stands in the near water, drawn upside down.
 struct NearbyMirror {
     const Layer& layer;
-    float margin;
-    float sun;
+    const std::vector<bool>& rows;  ///< which rows of the layer a ripple may show something of
+    float margin;                   ///< columns of the layer left of the picture
+    float sun;                      ///< dims its sunlight
 };
+
+/// Fills `picture` below the row `waterline` with the lake, which mirrors what is drawn above it and
+/// `nearby`.
 void drawWater(const View& view, float waterline, double seconds, const NearbyMirror& nearby,
                Raster<Vec3>& picture);
 
