@@ -14,9 +14,9 @@ struct BlurPass {
     MTIParameters parameters;
 };
 
-/// The passes of a Gaussian blur of standard deviation `radius` (pixels) over an image of the given size, with edges
-/// that continue the border pixels. None when the radius is not finite or so small that no 8-bit value changes. A processor
-/// fetches pixels, a GPU samples pairs of them; the results agree within rounding.
+/// The passes of a Gaussian blur of standard deviation `radius` (pixels) over an image of the given size,
+/// with edges that continue the border pixels. None when the radius is not finite or so small that no 8-bit
+/// value changes. A processor fetches pixels, a GPU samples pairs of them; the results agree within rounding.
 std::vector<BlurPass> planGaussianBlur(float radius, int width, int height, bool processor);
 
 }  // namespace qv

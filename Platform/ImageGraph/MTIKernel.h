@@ -12,14 +12,16 @@ namespace qv {
 
 class ShaderFunction;
 
-/// A shader function by name and the compiled shader library it lies in. An empty URL is the platform's own library.
+/// A shader function by name and the compiled shader library it lies in. An empty URL is the platform's own
+/// library.
 struct MTIFunctionDescriptor {
     std::string name;
     std::string libraryURL;
     bool operator==(const MTIFunctionDescriptor&) const = default;
 };
 
-/// A fragment function that can be applied to images: one full-screen pass. Immutable and shared between threads.
+/// A fragment function that can be applied to images: one full-screen pass. Immutable and shared between
+/// threads.
 class MTIRenderPipelineKernel : public std::enable_shared_from_this<MTIRenderPipelineKernel> {
   public:
     /// Looks the function up. Nil when the library or the function is missing, with one log line naming it.
@@ -28,8 +30,9 @@ class MTIRenderPipelineKernel : public std::enable_shared_from_this<MTIRenderPip
     const MTIFunctionDescriptor& fragmentFunctionDescriptor() const { return descriptor_; }
     const ShaderFunction& function() const { return *function_; }
 
-    /// The image of one pass over `inputs`; a nil input reads as transparent. Nothing is rendered. Sides of `dimensions`
-    /// are truncated to integers; nil when one is outside 1..kMaximumImageSide. A uniform that `parameters` lacks is 0.
+    /// The image of one pass over `inputs`; a nil input reads as transparent. Nothing is rendered. Sides of
+    /// `dimensions` are truncated to integers; nil when one is outside 1..kMaximumImageSide. A uniform that
+    /// `parameters` lacks is 0.
     MTIImage applyToInputImages(std::vector<MTIImage> inputs, MTIParameters parameters, CGSize dimensions,
                                 MTIPixelFormat outputPixelFormat) const;
 

@@ -31,12 +31,13 @@ struct ShaderInput {
     int sizeOffset = -1;    ///< words into the pushed block of its size, −1 when the function does not ask
 };
 
-/// A compiled fragment function and what it declares, or a raw stage (a .vert or .frag file, with code alone).
-/// Immutable.
+/// A compiled fragment function and what it declares, or a raw stage (a .vert or .frag file, with code
+/// alone). Immutable.
 ///
-/// The pushed block is at most 32 words: the output's size first (2 words), then sizes of inputs, then uniforms; it
-/// travels to the fragment stage as flat varyings of four words. Selectors have the constant ids 0…; constant
-/// id 64+n is 1 when input n has another size than the output, so that readHere(n) samples instead of fetching.
+/// The pushed block is at most 32 words: the output's size first (2 words), then sizes of inputs, then
+/// uniforms; it travels to the fragment stage as flat varyings of four words. Selectors have the constant ids
+/// 0…; constant id 64+n is 1 when input n has another size than the output, so that readHere(n) samples
+/// instead of fetching.
 class ShaderFunction {
   public:
     std::string name;
@@ -57,10 +58,12 @@ inline constexpr std::uint32_t kResampleConstantBase = 64;
 /// A file of compiled shader functions, by name. Immutable, shared between threads.
 class ShaderLibrary {
   public:
-    /// Opened libraries are kept for the process. Nil with the cause in `error` when the file is missing or damaged.
+    /// Opened libraries are kept for the process. Nil with the cause in `error` when the file is missing or
+    /// damaged.
     static std::shared_ptr<const ShaderLibrary> open(const std::string& path, std::string* error = nullptr);
     /// Nil when the bytes are not a library of this version.
-    static std::shared_ptr<const ShaderLibrary> parse(std::span<const std::byte> bytes, std::string* error = nullptr);
+    static std::shared_ptr<const ShaderLibrary> parse(std::span<const std::byte> bytes,
+                                                      std::string* error = nullptr);
     /// The functions of the platform itself, compiled into it.
     static const std::shared_ptr<const ShaderLibrary>& platform();
 
