@@ -10,7 +10,7 @@ namespace qv {
 
 namespace fs = std::filesystem;
 
-std::shared_ptr<const NSBundle> NSBundle::bundleWithPath(std::string path) {
+std::shared_ptr<const NSBundle> NSBundle::bundleWithPath(const std::string& path) {
     std::error_code error;
     if (path.empty() || !fs::is_directory(path, error)) return nullptr;
     auto absolute = fs::absolute(path, error);

@@ -11,7 +11,7 @@ namespace qv {
 class NSBundle {
   public:
     /// Nil when `path` is not a directory. A relative path is taken from the directory the process is in now.
-    static std::shared_ptr<const NSBundle> bundleWithPath(std::string path);
+    static std::shared_ptr<const NSBundle> bundleWithPath(const std::string& path);
 
     /// The bundle of a loaded library: the directory that holds the shared object (or the executable, when
     /// the code is linked statically) in which `address` lies.
