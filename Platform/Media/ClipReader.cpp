@@ -137,9 +137,8 @@ struct ClipReader::State {
     bool inputEnded = false, ended = false;
     /// Set by damage in the input: frames that are still in the decoder come first.
     std::string damage;
-    std::int64_t lastTime = AV_NOPTS_VALUE, lastDuration = 0;
-    std::deque<ClipFrame> pending;     ///< found by seek(), not yet handed out
-    std::optional<ClipFrame> picture;  ///< the only frame of a single picture
+    std::optional<ClipFrame> last;  ///< the frame decoded last
+    std::deque<ClipFrame> pending;  ///< found by seek(), not yet handed out
 
     bool open(const std::string& path, const ClipReaderOptions& options);
     bool openInput(const std::string& path);
@@ -148,6 +147,9 @@ struct ClipReader::State {
     Item next();
     bool feed(std::optional<ClipPacket>& other);
     std::optional<ClipFrame> finishFrame();
+    bool seek(std::int64_t target);
+    bool jump(std::int64_t time, int flags);
+    bool readUpTo(std::int64_t time);
     ColorDescription colorOf(AVPixelFormat format, AVColorSpace matrix, AVColorRange range) const;
     std::int64_t nominalDuration() const;
     void stop(const std::string& cause);
@@ -307,10 +309,8 @@ std::optional<ClipFrame> ClipReader::State::finishFrame() {
     ClipFrame result;
     result.duration = frame->pkt_duration > 0 ? frame->pkt_duration : nominalDuration();
     result.time = frame->best_effort_timestamp;
-    if (result.time == AV_NOPTS_VALUE) {
-        result.time = lastTime == AV_NOPTS_VALUE ? 0 : lastTime + lastDuration;
-    }
-    if (lastTime != AV_NOPTS_VALUE) result.time = std::max(result.time, lastTime + 1);
+    if (result.time == AV_NOPTS_VALUE) result.time = last ? last->time + last->duration : 0;
+    if (last) result.time = std::max(result.time, last->time + 1);
 
     const auto stored = AVPixelFormat(frame->format);
     const bool fullRange = ffmpeg::isFullRange(stored, frame->color_range);
@@ -343,9 +343,7 @@ std::optional<ClipFrame> ClipReader::State::finishFrame() {
         fail("a frame of a kind that cannot be converted");
         return std::nullopt;
     }
-    lastTime = result.time;
-    lastDuration = result.duration;
-    if (info.isStillPicture) picture = result;
+    last = result;
     return result;
 }
 
@@ -375,9 +373,9 @@ bool ClipReader::State::feed(std::optional<ClipPacket>& other) {
     if (packet->stream_index == stream->index) {
         const int sent = avcodec_send_packet(decoder.get(), packet.get());
         // What precedes the first whole picture of a recording cut anywhere is no damage.
-        if (sent < 0 && sent != AVERROR(EAGAIN) && lastTime != AV_NOPTS_VALUE) stop(messages.cause(sent));
+        if (sent < 0 && sent != AVERROR(EAGAIN) && last) stop(messages.cause(sent));
     } else if (packet->flags & AV_PKT_FLAG_CORRUPT) {
-        if (lastTime != AV_NOPTS_VALUE) stop("the file is cut off");
+        if (last) stop("the file is cut off");
     } else if (packet->stream_index < int(input->nb_streams) &&
                input->streams[packet->stream_index]->discard < AVDISCARD_ALL) {
         const std::shared_ptr<AVPacket> kept(av_packet_alloc(), ffmpeg::Deleter{});
@@ -400,7 +398,7 @@ ClipReader::Item ClipReader::State::next() {
         const int code = avcodec_receive_frame(decoder.get(), frame.get());
         if (code == 0) {
             const bool broken = frame->decode_error_flags || (frame->flags & AV_FRAME_FLAG_CORRUPT);
-            if (broken && lastTime == AV_NOPTS_VALUE) continue;
+            if (broken && !last) continue;
             if (broken) {
                 if (damage.empty())
                     damage = messages.first().empty() ? "a damaged picture" : messages.first();
@@ -409,7 +407,7 @@ ClipReader::Item ClipReader::State::next() {
             if (auto result = finishFrame()) return *result;
         } else if (code == AVERROR_EOF) {
             break;
-        } else if (code != AVERROR(EAGAIN) && (lastTime != AV_NOPTS_VALUE || inputEnded)) {
+        } else if (code != AVERROR(EAGAIN) && (last || inputEnded)) {
             // A decoder that goes on after its own error would show what was built on the damage.
             stop(messages.cause(code));
             break;
@@ -421,12 +419,12 @@ ClipReader::Item ClipReader::State::next() {
     }
     if (ended) return {};
     ended = true;
-    if (lastTime == AV_NOPTS_VALUE) {
+    if (!last) {
         fail(!damage.empty()            ? damage
              : messages.first().empty() ? "there is no picture in it"
                                         : messages.first());
     } else if (!damage.empty()) {
-        const double end = double(lastTime + lastDuration) * av_q2d(stream->time_base) - info.start;
+        const double end = double(last->time + last->duration) * av_q2d(stream->time_base) - info.start;
         fail(fmt::format("damaged after {:.3f} s: {}", end, damage));
     }
     return {};
@@ -466,38 +464,61 @@ std::optional<ClipFrame> ClipReader::nextFrame() {
     }
 }
 
-bool ClipReader::seek(double seconds) {
-    State& state = *state_;
-    if (!state.error.empty()) return false;
-    if (state.info.isStillPicture) {
-        if (!state.picture) nextFrame();
-        if (state.picture) state.pending.assign(1, *state.picture);
-        return state.picture.has_value();
-    }
-    AVFormatContext* input = state.input.get();
-    const int index = state.stream->index;
-    const double place = (seconds + state.info.start) / av_q2d(state.stream->time_base);
-    // A time that was rounded to a decimal still means the frame that begins there.
-    const auto target = std::int64_t(std::floor(place + 1e-3));
-    const bool untouched = state.lastTime == AV_NOPTS_VALUE;
-    if (av_seek_frame(input, index, target, AVSEEK_FLAG_BACKWARD) < 0 &&
-        avformat_seek_file(input, index, INT64_MIN, target, INT64_MAX, 0) < 0 && !untouched) {
-        return state.fail("this input cannot seek");
-    }
-    avcodec_flush_buffers(state.decoder.get());
-    state.inputEnded = state.ended = false;
-    state.lastTime = AV_NOPTS_VALUE;
-    state.pending.clear();
+bool ClipReader::State::jump(std::int64_t time, int flags) {
+    if (av_seek_frame(input.get(), stream->index, time, flags) < 0) return false;
+    avcodec_flush_buffers(decoder.get());
+    messages.clear();
+    inputEnded = ended = false;
+    error.clear();
+    damage.clear();
+    last.reset();
+    pending.clear();
+    return true;
+}
 
+/// Collects the frame that is shown at a time, and the one after it, into `pending`. False when there is none
+/// that early.
+bool ClipReader::State::readUpTo(std::int64_t time) {
     std::deque<ClipFrame> found;
-    while (auto frame = nextFrame()) {
-        const bool after = frame->time > target;
+    if (pending.empty() && last) found.push_back(*last);
+    while (true) {
+        Item item = next();
+        if (std::holds_alternative<std::monostate>(item)) break;
+        auto* read = std::get_if<ClipFrame>(&item);
+        if (!read) continue;
+        const bool after = read->time > time;
         if (!after) found.clear();
-        found.push_back(std::move(*frame));
+        found.push_back(std::move(*read));
         if (after) break;
     }
-    state.pending = std::move(found);
-    return !state.pending.empty();
+    pending = std::move(found);
+    return !pending.empty() && pending.front().time <= time;
+}
+
+bool ClipReader::State::seek(std::int64_t target) {
+    if (info.isStillPicture) {
+        readUpTo(target);
+        return !pending.empty();
+    }
+    const bool canJump = !input->pb || (input->pb->seekable & AVIO_SEEKABLE_NORMAL);
+    if (!canJump) return readUpTo(target) || (last && fail("this input cannot go back"));
+
+    // Where the container has no index, a jump may land behind the last key frame before the place.
+    const auto second = std::int64_t(1 / av_q2d(stream->time_base)) + 1;
+    const auto beginning = std::int64_t(info.start / av_q2d(stream->time_base));
+    for (std::int64_t back = 0; target - back > beginning; back = back ? back * 4 : 2 * second) {
+        if (jump(target - back, AVSEEK_FLAG_BACKWARD) && readUpTo(target)) return true;
+    }
+    if (jump(beginning, AVSEEK_FLAG_BACKWARD) && (readUpTo(target) || !pending.empty())) return true;
+    if (jump(0, AVSEEK_FLAG_BYTE)) readUpTo(target);
+    return !pending.empty() || fail("this input cannot seek");
+}
+
+bool ClipReader::seek(double seconds) {
+    if (!state_->error.empty()) return false;
+    const double place = (seconds + state_->info.start) / av_q2d(state_->stream->time_base);
+    // A time that was rounded to a decimal still means the frame that begins there.
+    return state_->seek(std::int64_t(std::floor(std::clamp(place, -1e15, 1e15) + 1e-3)));
 }
 
 }  // namespace qv
