@@ -1,5 +1,5 @@
-// Silver film in an old projector: greys with deep blacks, grain, dark corners, a lamp that flickers, and a fine scratch
-// from time to time. Colour is gone from half the strength on.
+// Silver film in an old projector: greys with deep blacks, grain, dark corners, a lamp that flickers, and a fine
+// scratch from time to time. Colour is gone from half the strength on.
 #include "color.glsl"
 #include "film.glsl"
 

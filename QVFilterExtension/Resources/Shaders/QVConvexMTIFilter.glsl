@@ -1,5 +1,5 @@
-// The whole picture on a convex sheet of glass: the middle comes closer, the corners stay in theirs, and the glass takes
-// a highlight from the upper left and darkens where it curves away.
+// The whole picture on a convex sheet of glass: the middle comes closer, the corners stay in theirs, and the glass
+// takes a highlight from the upper left and darkens where it curves away.
 uniform float effectValue;
 
 vec4 QVConvexMTIFilter(vec2 uv) {

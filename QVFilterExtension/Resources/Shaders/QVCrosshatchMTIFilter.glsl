@@ -20,7 +20,8 @@ vec4 QVCrosshatchMTIFilter(vec2 uv) {
     ivec2 pixel = pixelHere();
     vec4 here = readHere(0);
     float a = luma(readPixel(0, pixel - ivec2(reach)).rgb), b = luma(readPixel(0, pixel + ivec2(reach)).rgb);
-    float c = luma(readPixel(0, pixel + ivec2(reach, -reach)).rgb), d = luma(readPixel(0, pixel + ivec2(-reach, reach)).rgb);
+    float c = luma(readPixel(0, pixel + ivec2(reach, -reach)).rgb);
+    float d = luma(readPixel(0, pixel + ivec2(-reach, reach)).rgb);
     float light = (luma(here.rgb) + a + b + c + d) / max(5.0 * here.a, 1.0 / 255.0);
     float outline = smoothstep(0.1, 0.42, abs(a - b) + abs(c - d));
 

@@ -27,10 +27,11 @@ vec4 QVDamageFilmMTIFilter(vec2 uv) {
     // A dark stain, a smaller one and a bare patch on each frame of film, with ragged outlines.
     float film = timeSlot(iTime, 12.0);
     vec4 draw = particleDraw(vec2(film, 0.0), 71.0);
-    vec4 bumps = wave(vec4(dot(p, vec2(13.0, 5.0)), dot(p, vec2(-7.0, 17.0)), dot(p, vec2(31.0, 19.0)), dot(p, vec2(-23.0, 37.0))) +
-                      draw * 9.0);
+    vec4 bumps = wave(vec4(dot(p, vec2(13.0, 5.0)), dot(p, vec2(-7.0, 17.0)), dot(p, vec2(31.0, 19.0)),
+                           dot(p, vec2(-23.0, 37.0))) + draw * 9.0);
     float ragged = 0.5 + 0.25 * (bumps.x + bumps.y) * (1.0 + 0.4 * bumps.z) + 0.12 * (bumps.z + bumps.w);
-    vec2 toStain = p - draw.xy * perShortSide, toSmall = p - draw.yz * perShortSide, toBare = p - draw.zx * perShortSide;
+    vec2 toStain = p - draw.xy * perShortSide, toSmall = p - draw.yz * perShortSide;
+    vec2 toBare = p - draw.zx * perShortSide;
     float stainSize = (0.01 + 0.05 * effectValue) * draw.w, smallSize = 0.03 * effectValue * draw.x;
     float bareSize = (0.005 + 0.03 * effectValue) * fract(draw.y * 7.0);
     float stain = 1.6 - dot(toStain, toStain) / (stainSize * stainSize + 1e-6) - ragged * 1.8;

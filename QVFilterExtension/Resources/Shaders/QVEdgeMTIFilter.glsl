@@ -1,5 +1,5 @@
-// The picture sinks into the dark and its edges light up like neon tubes: coloured things in their own colours, grey ones
-// in a cyan and magenta that flow slowly across.
+// The picture sinks into the dark and its edges light up like neon tubes: coloured things in their own colours, grey
+// ones in a cyan and magenta that flow slowly across.
 #include "color.glsl"
 
 uniform float iTime;

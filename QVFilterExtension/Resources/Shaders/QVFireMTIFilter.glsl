@@ -1,5 +1,5 @@
-// The foot of the picture burns: flames lick up, embers fly, and the scene glows in their unsteady light. More strength,
-// higher and brighter flames.
+// The foot of the picture burns: flames lick up, embers fly, and the scene glows in their unsteady light. More
+// strength, higher and brighter flames.
 #include "noise.glsl"
 #include "particles.glsl"
 #include "wave.glsl"

@@ -1,5 +1,5 @@
-// Night, and someone searches the picture with a torch: a bright core, a wider halo with the rings of its reflector, and a
-// hand that is never still. More strength, a darker night.
+// Night, and someone searches the picture with a torch: a bright core, a wider halo with the rings of its reflector,
+// and a hand that is never still. More strength, a darker night.
 #include "noise.glsl"
 #include "wave.glsl"
 

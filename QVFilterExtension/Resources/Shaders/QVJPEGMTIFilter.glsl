@@ -1,5 +1,6 @@
-// A picture saved too often: blocks of a few coarse cosine coefficients, colours in blocks of twice the side, ringing where
-// there is contrast. The file is damaged too: six times a second other rows of blocks slip and lose their colour.
+// A picture saved too often: blocks of a few coarse cosine coefficients, colours in blocks of twice the side, ringing
+// where there is contrast. The file is damaged too: six times a second other rows of blocks slip and lose their
+// colour.
 #include "noise.glsl"
 #include "wave.glsl"
 

@@ -1,5 +1,5 @@
-// A television that has lost the vertical hold: the picture stands in repeated strips that roll upwards without end, with
-// the dark blanking bar between them and lines torn sideways at it. More strength, more strips and faster.
+// A television that has lost the vertical hold: the picture stands in repeated strips that roll upwards without end,
+// with the dark blanking bar between them and lines torn sideways at it. More strength, more strips and faster.
 #include "noise.glsl"
 
 uniform float iTime;

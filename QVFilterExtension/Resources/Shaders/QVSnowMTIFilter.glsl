@@ -1,5 +1,5 @@
-// Snow falls in five layers, from fine flakes far away to a few large ones close to the lens and out of focus. It drifts
-// with the wind and sways. More strength, more flakes and a colder, hazier scene.
+// Snow falls in five layers, from fine flakes far away to a few large ones close to the lens and out of focus. It
+// drifts with the wind and sways. More strength, more flakes and a colder, hazier scene.
 #include "color.glsl"
 #include "particles.glsl"
 

@@ -1,5 +1,5 @@
-// A heart in fear: with every double beat the picture punches towards the viewer, its colours part, and the dark closes in
-// from the corners in red. Between the beats it lies pale and still.
+// A heart in fear: with every double beat the picture punches towards the viewer, its colours part, and the dark
+// closes in from the corners in red. Between the beats it lies pale and still.
 #include "color.glsl"
 
 uniform float iTime;

@@ -1,5 +1,5 @@
-// A camera in a nervous hand: it never rests, jerks now and then, and smears the picture along its motion. The picture is
-// drawn larger by as much as the hand can move, so that its border is never seen.
+// A camera in a nervous hand: it never rests, jerks now and then, and smears the picture along its motion. The
+// picture is drawn larger by as much as the hand can move, so that its border is never seen.
 #include "noise.glsl"
 #include "wave.glsl"
 

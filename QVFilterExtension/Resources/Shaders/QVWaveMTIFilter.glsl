@@ -9,7 +9,8 @@ vec4 QVWaveMTIFilter(vec2 uv) {
     vec2 perShortSide = size / min(size.x, size.y);
     vec2 p = uv * perShortSide;
     // Directions and lengths have no common measure, so the surface does not repeat visibly.
-    vec4 crests = vec4(dot(p, vec2(0.8, 3.7)), dot(p, vec2(3.1, -1.1)), dot(p, vec2(-2.4, 7.2)), dot(p, vec2(7.0, 5.1)));
+    vec4 crests = vec4(dot(p, vec2(0.8, 3.7)), dot(p, vec2(3.1, -1.1)), dot(p, vec2(-2.4, 7.2)),
+                       dot(p, vec2(7.0, 5.1)));
     vec4 slope = wave(crests + iTime * vec4(-0.72, 0.53, 0.95, -0.81));
     vec2 bend = slope.x * vec2(0.24, 1.0) + slope.y * vec2(0.95, -0.3) + slope.z * vec2(-0.15, 0.42) +
                 slope.w * vec2(0.35, 0.25);

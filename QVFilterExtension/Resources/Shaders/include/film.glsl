@@ -4,8 +4,9 @@
 // Number of the time slot that `time` (seconds) lies in at `rate` slots a second, wrapped while it is still exact.
 float timeSlot(float time, float rate) { return mod(floor(time * rate), 65536.0); }
 
-// A new state 16 times a second. x, y: where the gate holds the film, -1..1, mostly near the middle, more along the film
-// than across it, and now and then a splice that throws it down. z: how far the lamp is off its mean brightness, -1..1.
+// A new state 16 times a second. x, y: where the gate holds the film, -1..1, mostly near the middle, more along the
+// film than across it, and now and then a splice that throws it down. z: how far the lamp is off its mean brightness,
+// -1..1.
 vec3 projectorState(float time) {
     vec4 draw = particleDraw(vec2(timeSlot(time, 16.0), 0.0), 211.0) * 2.0 - 1.0;
     float splice = max(abs(draw.z) - 0.94, 0.0) * 16.0;
