@@ -7,8 +7,8 @@ selector int level;
 uniform float iTime;
 uniform float effectValue;
 
-// Steps of the additive recurrences that fill one, two and three dimensions most evenly: neighbours in time or on a
-// shell differ, and no place is left out.
+// Steps of the additive recurrence that fills three dimensions most evenly (powers of the reciprocal root of
+// x^4 = x + 1): neighbours in time or on a shell differ, and no place is left out.
 const vec3 kSpread = vec3(0.819173, 0.671044, 0.549700);
 
 // Angle of a direction in turns, 0..1, from up and clockwise, to within a 500th of a turn.

@@ -10,7 +10,8 @@ float timeSlot(float time, float rate) { return mod(floor(time * rate), 65536.0)
 vec3 projectorState(float time) {
     vec4 draw = particleDraw(vec2(timeSlot(time, 16.0), 0.0), 211.0) * 2.0 - 1.0;
     float splice = max(abs(draw.z) - 0.94, 0.0) * 16.0;
-    return vec3(draw.x * abs(draw.x) * 0.6, clamp(draw.y * abs(draw.y) * 0.8 + splice, -1.0, 1.0), draw.w * abs(draw.w));
+    vec4 centered = draw * abs(draw);
+    return vec3(centered.x * 0.6, clamp(centered.y * 0.8 + splice, -1.0, 1.0), centered.w);
 }
 
 // A scratch that runs along the film: 0..1, on and off along its way. It is drawn anew `rate` times a second, in most
