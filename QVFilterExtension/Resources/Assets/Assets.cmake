@@ -4,6 +4,7 @@ set(QV_ASSET_SOURCES ${PROJECT_SOURCE_DIR}/QVFilterExtension/Resources/Assets)
 
 file(GLOB FONT_SOURCES CONFIGURE_DEPENDS ${QV_ASSET_SOURCES}/Fonts/*.cpp)
 qv_add_asset_program(Fonts ${QV_BUNDLE} ${FONT_SOURCES})
+qv_add_asset_program(Lookups ${QV_BUNDLE})
 
 if(QV_BUILD_ASSETS)
     file(GLOB LANDSCAPE_SOURCES CONFIGURE_DEPENDS ${QV_ASSET_SOURCES}/Landscape/*.cpp)
@@ -12,4 +13,8 @@ if(QV_BUILD_ASSETS)
 
     qv_add_asset_program(DemoPhoto ${CMAKE_BINARY_DIR}/demo-input)
     target_link_libraries(draw_DemoPhoto PRIVATE qv_landscape)
+
+    file(GLOB CLIP_SOURCES CONFIGURE_DEPENDS ${QV_ASSET_SOURCES}/Clips/*.cpp ${QV_ASSET_SOURCES}/Dancer/*.cpp)
+    qv_add_asset_program(DemoClips ${CMAKE_BINARY_DIR}/demo-input ${CLIP_SOURCES})
+    target_link_libraries(draw_DemoClips PRIVATE qv_landscape PkgConfig::FFMPEG)
 endif()

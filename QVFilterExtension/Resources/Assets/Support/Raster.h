@@ -49,4 +49,19 @@ class Raster {
     std::vector<T> pixels_;
 };
 
+/// A row moved by a part of a pixel.
+class Shift {
+  public:
+    /// Pixel x then shows what lies `columns` further right.
+    explicit Shift(float columns) : whole_(floorToInt(columns)), part_(columns - float(whole_)) {}
+    template <class T>
+    T of(const Raster<T>& raster, int x, int y) const {
+        return raster.clamped(x + whole_, y) * (1 - part_) + raster.clamped(x + whole_ + 1, y) * part_;
+    }
+
+  private:
+    int whole_;
+    float part_;
+};
+
 }  // namespace qv::assets
