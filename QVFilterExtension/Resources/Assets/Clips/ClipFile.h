@@ -19,7 +19,7 @@ class ClipFile {
   public:
     /// `crf`: the encoder's constant quality, less is better.
     ClipFile(const std::string& path, int width, int height, int framesPerSecond,
-             const StereoSound* sound = nullptr, int crf = 18);
+             const StereoSound* sound = nullptr, int crf = 20);
     ~ClipFile();
 
     /// Opaque RGBA8 rows without padding.

@@ -89,7 +89,7 @@ class Mix {
         for (std::size_t i = 0; i < frames; ++i) {
             const double in = std::min(1.0, double(i) / (0.01 * kRate));
             const double out = std::min(1.0, double(frames - 1 - i) / (fadeOut * kRate));
-            for (std::size_t c = 0; c < 2; ++c) samples_[2 * i + c] *= float(0.89 / peak * in * out);
+            for (std::size_t c = 0; c < 2; ++c) samples_[2 * i + c] *= float(0.79 / peak * in * out);
         }
         return {std::move(samples_)};
     }

@@ -9,7 +9,7 @@ namespace qv::assets {
 struct StageView {
     int width, height;     ///< pixels
     float focal, horizon;  ///< pixels
-    float cameraX = 0, cameraY = 1.0f, distance = 4.2f;
+    float cameraX = 0, cameraY = 1.0f, distance = 4.55f;
 
     float scale(float z) const { return focal / (distance - z); }
     float column(Vec3 p) const { return 0.5f * float(width) + (p.x - cameraX) * scale(p.z); }

@@ -104,10 +104,17 @@ std::vector<std::uint8_t> Landscape::render(const Moment& moment) const {
     static const FilmTable film;
     std::vector<std::uint8_t> rgba(std::size_t(view.width) * std::size_t(view.height) * 4);
     parallelFor(view.height, [&](int y) {
-        for (int x = 0; x < view.width; ++x)
-            develop(film, picture.at(x, y) * moment.exposure, x, y, std::uint32_t(moment.seconds * 1000),
-                    moment.grain,
+        for (int x = 0; x < view.width; ++x) {
+            const Vec3 light = picture.at(x, y) * moment.exposure;
+            const float gray = dot(light, {0.2126f, 0.7152f, 0.0722f});
+            // A film for landscapes: colours a little stronger than life, and a lens that darkens the
+            // corners.
+            const float u = (float(x) - view.centerX()) / view.focal,
+                        v = (float(y) - view.horizon) / view.focal;
+            const Vec3 vivid = mix(Vec3{gray, gray, gray}, light, 1.22f) * (1.03f - 0.30f * (u * u + v * v));
+            develop(film, vivid, x, y, std::uint32_t(moment.seconds * 1000), moment.grain,
                     rgba.data() + (std::size_t(y) * std::size_t(view.width) + std::size_t(x)) * 4);
+        }
     });
     return rgba;
 }

@@ -31,7 +31,7 @@ float cumulusDistance(float slopeY) {
 float cirrusDistance(float slopeY) {
     return 1.0f / (slopeY + 0.12f);
 }
-constexpr float kCumulusSpeed = 0.045f, kCirrusSpeed = 0.018f;  // heights a second: a slight time lapse
+constexpr float kCumulusSpeed = 0.08f, kCirrusSpeed = 0.03f;  // heights a second: a slight time lapse
 
 Cloud cumulus(float slopeX, float slopeY) {
     const float distance = cumulusDistance(slopeY);
@@ -103,8 +103,8 @@ void Sky::draw(float seconds, Raster<Vec3>& picture) const {
             const Vec3 deck = lower.of(decks_, x, y);
             Vec3 color = mix(air_.at(x, y), mix(Vec3{0.95f, 0.80f, 0.80f}, Vec3{1.6f, 1.12f, 0.72f}, warm),
                              high * upper.of(decks_, x, y).z);
-            const Vec3 lit = mix(Vec3{1.25f, 0.86f, 0.66f}, Vec3{2.3f, 1.42f, 0.72f}, warm);
-            const Vec3 shaded = mix(Vec3{0.25f, 0.27f, 0.40f}, Vec3{0.52f, 0.36f, 0.36f}, warm);
+            const Vec3 lit = mix(Vec3{1.30f, 0.86f, 0.62f}, Vec3{2.4f, 1.38f, 0.62f}, warm);
+            const Vec3 shaded = mix(Vec3{0.21f, 0.24f, 0.38f}, Vec3{0.46f, 0.31f, 0.33f}, warm);
             const Vec3 cloud = shaded * (deck.x - deck.y) + lit * deck.y;
             const Vec3 seen = mix(clearSky(slopeX, 0.03f) * deck.x, cloud, 0.25f + 0.75f * near);
             picture.at(x, y) = color * (1 - deck.x * low) + seen * low;

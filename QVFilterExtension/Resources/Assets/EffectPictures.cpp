@@ -1,0 +1,32 @@
+// Draws the pictures that effects read or lay over the frame: paper, bubble, star and ribbon.
+
+#include <string>
+
+#include <fmt/format.h>
+
+#include "Platform/Media/ImageFile.h"
+#include "QVFilterExtension/Resources/Assets/EffectPictures/EffectPictures.h"
+
+using namespace qv;
+using namespace qv::assets;
+
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        fmt::print(stderr, "usage: draw_EffectPictures DIRECTORY\n");
+        return 1;
+    }
+    const struct {
+        const char* name;
+        Bitmap (*draw)();
+    } files[] = {{"filter_snow_noise.png", paperNoise},
+                 {"filter_bubble.png", soapBubble},
+                 {"filter_star.png", star},
+                 {"filter_ribbon.png", ribbon}};
+    for (const auto& file : files) {
+        std::string error;
+        if (!writePNG(file.draw(), fmt::format("{}/{}", argv[1], file.name), &error)) {
+            fmt::print(stderr, "draw_EffectPictures: {}: {}\n", file.name, error);
+            return 1;
+        }
+    }
+}

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "Platform/Media/Bitmap.h"
+
+namespace qv::assets {
+
+/// Crumpled paper as a field, 512×512, opaque, and without a seam when it is repeated. Red and green hold the
+/// slope of the paper to the right and downwards, 0.5 where it lies flat; blue holds its fibres and the wear
+/// along the folds, 0.5 where there is neither.
+Bitmap paperNoise();
+
+/// A soap bubble, 512×512: colours of a thin film, windows mirrored in it, a clear middle and a soft rim.
+Bitmap soapBubble();
+
+/// A star with a soft glow and faint diffraction spikes, 256×256, nothing left at its border.
+Bitmap star();
+
+/// A curled piece of confetti ribbon, 256×128, white with shading, to be tinted.
+Bitmap ribbon();
+
+}  // namespace qv::assets
