@@ -25,7 +25,9 @@ Bitmap buildBitmap(int width, int height, Shade&& shade) {
         for (int x = 0; x < width; ++x, out += 4) {
             const Rgba pixel = shade(x, y);
             const float dither = hash01(x, y, 977);
-            const auto code = [&](float v) { return std::uint8_t(std::floor(255 * clamp01(v) + dither)); };
+            const auto code = [&](float v) {
+                return std::uint8_t(std::min(255.0f, std::floor(255 * clamp01(v) + dither)));
+            };
             out[3] = code(pixel.alpha);
             out[0] = std::min(code(pixel.color.x), out[3]);
             out[1] = std::min(code(pixel.color.y), out[3]);

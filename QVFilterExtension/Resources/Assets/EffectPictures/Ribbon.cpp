@@ -32,8 +32,8 @@ float shade(Vec3 normal) {
     const float diffuse = std::abs(dot(normal, toLamp));
     const Vec3 half = normalize(toLamp + Vec3{0, 0, 1});
     const float gloss = std::pow(std::abs(dot(normal, half)), 14.0f);
-    const float backside = normal.z < 0 ? 0.86f : 1.0f;
-    return clamp01((0.30f + 0.62f * diffuse) * backside + 0.26f * gloss);
+    const float backside = normal.z < 0 ? 0.9f : 1.0f;
+    return clamp01((0.46f + 0.52f * diffuse) * backside + 0.32f * gloss);
 }
 
 }  // namespace
