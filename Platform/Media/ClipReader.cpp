@@ -189,13 +189,14 @@ bool ClipReader::State::openInput(const std::string& path) {
     // A % in the name of a file that exists is just that.
     if (location.starts_with("file:")) openOptions.set("pattern_type", "none");
     int code = avformat_open_input(&context, location.c_str(), nullptr, openOptions.address());
-    if (code < 0) {
-        return fail(code == AVERROR_INVALIDDATA && messages.first().empty() ? "no known media format"
-                                                                            : messages.cause(code));
+    if (code >= 0) {
+        input.reset(context);
+        code = avformat_find_stream_info(context, nullptr);
     }
-    input.reset(context);
-    code = avformat_find_stream_info(context, nullptr);
-    if (code < 0) return fail(messages.cause(code));
+    if (code < 0) {
+        const bool unknown = code == AVERROR_EOF || (code == AVERROR_INVALIDDATA && messages.first().empty());
+        return fail(unknown ? "no known media format" : messages.cause(code));
+    }
     const int index = av_find_best_stream(context, AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0);
     if (context->nb_streams == 0) return fail("there are no streams in it; it may be cut off");
     if (index < 0) return fail("there is no video in it");
@@ -509,8 +510,11 @@ bool ClipReader::State::seek(std::int64_t target) {
     for (std::int64_t back = 0; target - back > beginning; back = back ? back * 4 : 2 * second) {
         if (jump(target - back, AVSEEK_FLAG_BACKWARD) && readUpTo(target)) return true;
     }
-    if (jump(beginning, AVSEEK_FLAG_BACKWARD) && (readUpTo(target) || !pending.empty())) return true;
-    if (jump(0, AVSEEK_FLAG_BYTE)) readUpTo(target);
+    // Containers of that kind find their very beginning by its place in the file only.
+    const bool byPlace = input->iformat->flags & AVFMT_TS_DISCONT;
+    const bool back = byPlace ? jump(0, AVSEEK_FLAG_BYTE) || jump(beginning, AVSEEK_FLAG_BACKWARD)
+                              : jump(beginning, AVSEEK_FLAG_BACKWARD) || jump(0, AVSEEK_FLAG_BYTE);
+    if (back) readUpTo(target);
     return !pending.empty() || fail("this input cannot seek");
 }
 

@@ -105,7 +105,7 @@ void ClipWriter::State::addDisplayMatrix() {
     if (video.displayMatrix) {
         matrix = *video.displayMatrix;
     } else if (video.rotation != 0) {
-        av_display_rotation_set(matrix.data(), -video.rotation);
+        av_display_rotation_set(matrix.data(), video.rotation);
     } else {
         return;
     }

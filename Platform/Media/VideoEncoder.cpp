@@ -98,10 +98,9 @@ bool VideoEncoder::choosePixelFormat(const ClipVideoFormat& video, const std::st
         return true;
     }
     AVPixelFormat best = ffmpeg::storedFormat(video.pixelFormat);
-    // Opaque RGB has no format of its own that players like.
-    if (!PixelBuffer::isYUV(video.pixelFormat) && !video.hasAlpha && takes(*codec_, AV_PIX_FMT_YUV420P)) {
-        best = AV_PIX_FMT_YUV420P;
-    }
+    // Opaque RGB has no format of its own that players like, and grey H.264 neither.
+    const bool awkward = best == AV_PIX_FMT_RGBA || (best == AV_PIX_FMT_GRAY8 && isX26x(*codec_));
+    if (awkward && !video.hasAlpha && takes(*codec_, AV_PIX_FMT_YUV420P)) best = AV_PIX_FMT_YUV420P;
     if (video.hasAlpha && takes(*codec_, AV_PIX_FMT_YUVA420P)) best = AV_PIX_FMT_YUVA420P;
     if (!takes(*codec_, best)) {
         const bool plain = best == AV_PIX_FMT_RGBA && takes(*codec_, AV_PIX_FMT_YUV420P);
