@@ -7,7 +7,6 @@
 #include "Host/CommandLine.h"
 #include "Host/Device.h"
 #include "Host/Diagnostics.h"
-#include "Host/Interrupt.h"
 #include "Host/PropertyJSON.h"
 #include "Host/SamplePicture.h"
 #include "Host/Timeline.h"
@@ -45,7 +44,6 @@ struct Samples {
 
 /// Builds, renders and waits for one frame; the host's own time is part of the cost.
 void takeFrame(MTIContext& context, const std::function<MTIImage()>& makeImage, Samples* samples) {
-    checkInterrupt();
     const auto start = std::chrono::steady_clock::now();
     std::string cause;
     const auto task = context.startRender(makeImage(), &cause);

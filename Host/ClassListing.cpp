@@ -10,6 +10,9 @@ namespace qv::host {
 
 namespace {
 
+/// A limit that only keeps numbers finite is not worth reading.
+constexpr double kAsGoodAsUnlimited = 1e9;
+
 std::unique_ptr<QVMTIFilter> newInstance(const QVFilterClass& filterClass) {
     std::unique_ptr<QVMTIFilter> filter = filterClass.create();
     if (!filter) fail(ExitCode::internal, "{} cannot be created", filterClass.name);
@@ -82,11 +85,13 @@ std::string classToText(const QVFilterClass& filterClass) {
     if (!properties.empty()) text += "  properties\n";
     for (const QVProperty* property : properties) {
         std::string range;
-        if (hasRange(property->type)) range = fmt::format("{} to {}", property->minimum, property->maximum);
+        const bool limited = hasRange(property->type) && property->maximum < kAsGoodAsUnlimited;
+        if (limited) range = fmt::format("{} to {}", property->minimum, property->maximum);
         if (!property->variants.empty()) range = fmt::format("{}", fmt::join(property->variants, ", "));
-        text += fmt::format("    {:<24} {:<10} {:<22} {} (default {})\n", property->name,
-                            typeName(property->type), range, property->help,
-                            propertyValueToText(property->get(*fresh)));
+        const std::string initial = propertyValueToText(property->get(*fresh));
+        text +=
+            fmt::format("    {:<24} {:<10} {:<22} {} (default {})\n", property->name,
+                        typeName(property->type), range, property->help, initial.empty() ? "none" : initial);
     }
     return text;
 }

@@ -29,15 +29,13 @@ FilterInputs plainInputs(PixelSize size) {
     return inputs;
 }
 
+/// Names for the inputs that a class may show in its graph.
 NamedImages namedInputs(const QVFilterClass& filterClass, const FilterInputs& inputs) {
-    NamedImages named;
-    for (std::string_view name : inputNames(filterClass)) {
-        const MTIImage& image = name == "maskImage" ? inputs.mask.image
-                                : named.empty()     ? inputs.first
-                                                    : inputs.second;
-        named.emplace_back(name, image);
-    }
-    return named;
+    const std::vector<std::string_view> names = inputNames(filterClass);
+    const bool two = filterClass.inputsOrInherited() == QVFilterInputs::two;
+    return {{std::string(names[0]), inputs.first},
+            {two ? std::string(names[1]) : "secondImage", inputs.second},
+            {"maskImage", inputs.mask.image}};
 }
 
 void graph(const Options& options) {

@@ -129,10 +129,20 @@ Json nodeToJSON(const ImageNode& node, int id, const Json& inputs, const NamedIm
     return json;
 }
 
+/// A value for reading: numbers with no more digits than they have.
+std::string shown(const Json& value) {
+    if (value.is_string()) return value.get<std::string>();
+    if (value.is_number_float()) return fmt::format("{}", shortestNumber(value.get<double>()));
+    if (!value.is_array()) return value.dump();
+    std::string text;
+    for (const Json& element : value) text += (text.empty() ? "" : ", ") + shown(element);
+    return "[" + text + "]";
+}
+
 /// Names and values on one line, after `opening`.
 std::string oneLine(std::string_view opening, const Json& object) {
     std::string text(opening);
-    for (const auto& [name, value] : object.items()) text += fmt::format(" {}={}", name, value.dump());
+    for (const auto& [name, value] : object.items()) text += fmt::format(" {}={}", name, shown(value));
     return text;
 }
 
@@ -186,8 +196,7 @@ std::string graphToDot(const Json& graph, const std::string& title) {
         for (const char* part : {"parameters", "settings"}) {
             if (!node.contains(part)) continue;
             for (const auto& [name, value] : node[part].items()) {
-                const std::string shown = value.is_string() ? value.get<std::string>() : value.dump();
-                label += fmt::format("\\n{} = {}", name, shown);
+                label += fmt::format("\\n{} = {}", name, shown(value));
             }
         }
         if (node.contains("sprites")) label += fmt::format("\\n{} sprites", node["sprites"].size());

@@ -8,6 +8,7 @@
 #include <fstream>
 
 #include "Host/Failure.h"
+#include "Host/Interrupt.h"
 #include "Platform/Media/ImageFile.h"
 
 namespace qv::host {
@@ -51,6 +52,7 @@ PictureType pictureTypeFor(const std::string& path) {
 
 void writePicture(const Bitmap& bitmap, const std::string& path, PictureType type) {
     std::string cause;
+    const DeferInterrupts defer;  // so short that a signal may wait for it
     const bool written = type == PictureType::jpeg ? writeJPEG(bitmap, path, kJPEGQuality, &cause)
                                                    : writePNG(bitmap, path, &cause);
     if (!written) fail(ExitCode::output, "{}", cause);

@@ -4,6 +4,7 @@
 
 #include "Host/CommandLine.h"
 #include "Host/Device.h"
+#include "Host/Interrupt.h"
 #include "Host/Progress.h"
 #include "Host/RenderPipeline.h"
 
@@ -81,6 +82,7 @@ void render(const Options& options, const CLI::App& command) {
     ClipVideoFormat video = info.video;
     video.width = parts.size.width;
     video.height = parts.size.height;
+    const DeferInterrupts defer;
     std::string cause;
     parts.writer = ClipWriter::create(options.output, video, writing, parts.reader->streams(), &cause);
     if (!parts.writer) fail(ExitCode::output, "{}", cause);

@@ -6,7 +6,6 @@
 
 #include "Host/CommandLine.h"
 #include "Host/Device.h"
-#include "Host/Interrupt.h"
 #include "Host/PictureFile.h"
 #include "Host/Progress.h"
 #include "Host/SamplePicture.h"
@@ -21,7 +20,7 @@ namespace {
 
 struct Options {
     std::string output, input, size = "320x180", only = "*", time = "0.4";
-    int columns = 5;
+    int columns = 4;
     bool all = false, quiet = false, lines = false;
     OverwriteOptions overwrite;
     DeviceOptions device;
@@ -179,7 +178,6 @@ void sheet(const Options& options) {
     Groups groups;
     std::int64_t done = 0;
     for (const QVFilterClass* filterClass : classes) {
-        checkInterrupt();
         groups[filterClass->categoryOrInherited()].push_back({filterClass, renderer.render(*filterClass)});
         progress.advance(++done, 0);
     }

@@ -35,9 +35,11 @@ Moment momentOfPicture(const Options& options) {
 }
 
 Moment momentOfClip(const Options& options) {
+    const double time = options.time.empty() ? 0.0 : parseTime("--time", options.time);
+    if (time < 0) fail(ExitCode::usage, "--time of a clip is not negative");
     const auto clip = openClip(options.input);
     const ClipInfo& info = clip->info();
-    const ClipMoment shown = momentAt(*clip, options.time.empty() ? 0.0 : parseTime("--time", options.time));
+    const ClipMoment shown = momentAt(*clip, time);
     const int rotation = info.video.rotation;
     Moment moment{turned(MTIImage::imageWithPixelBuffer(shown.frame.pixels), rotation)};
     if (const SubjectMask alpha = SubjectMask::fromAlpha(shown.frame.pixels)) {

@@ -5,6 +5,7 @@
 #include "QVFilterCore/QVAIEffectMTIFilter.h"
 #include "QVFilterCore/QVMTITwoInputFilter.h"
 #include "QVFilterCore/QVTransitionMTIFilter.h"
+#include "QVFilterExtension/Private/QVInterlayerFilter.h"
 
 namespace qv::host {
 
@@ -82,6 +83,10 @@ void setInputs(QVMTIFilter& filter, const FilterInputs& inputs) {
         subject->setMaskImage(inputs.mask.image);
         subject->setMaskPixelBuffer(inputs.mask.buffer);
         subject->setInputImageOriginalSize(inputs.originalSize);
+    }
+    if (auto* interlayer = dynamic_cast<QVInterlayerFilter*>(&filter)) {
+        interlayer->setMaskImage(inputs.mask.image);
+        interlayer->setInterlayerImage(inputs.second);
     }
 }
 

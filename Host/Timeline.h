@@ -34,7 +34,8 @@ struct SubjectMask {
 
 /// Everything that a filter may be given to work on.
 struct FilterInputs {
-    MTIImage first, second;
+    MTIImage first;
+    MTIImage second;  ///< the incoming clip, or the layer that is laid over the first
     SubjectMask mask;
     CGSize originalSize;  ///< of the clip's frames
 };

@@ -7,4 +7,4 @@ foreach(folder Platform QVFilterCore QVALObjectContour QVFilterExtension)
 endforeach()
 list(FILTER QV_PUBLIC_HEADERS EXCLUDE REGEX "/(Vulkan|ShaderCompiler|Resources)/")
 list(FILTER QV_PUBLIC_HEADERS EXCLUDE REGEX
-     "/(FFmpegSupport|OutputFile|Planner|GaussianBlur|StockPass|ImageGeometry|ShaderLibrary|SourceStreams|StreamCopier|VideoEncoder|ImageResampling|FontFace|RowBands|Vectorized|PixelRows)\\.h$")
+     "/(FFmpegSupport|OutputFile|Planner|GaussianBlur|StockPass|ImageGeometry|SourceStreams|StreamCopier|VideoEncoder|ImageResampling|FontFace|RowBands|Vectorized|PixelRows)\\.h$")
