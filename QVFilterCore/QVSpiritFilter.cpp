@@ -16,18 +16,9 @@ const QVFilterClass QVSpiritFilterClass{
 
 namespace {
 
-bool isFinite(const CGAffineTransform& t) {
-    return std::isfinite(t.a) && std::isfinite(t.b) && std::isfinite(t.c) && std::isfinite(t.d) &&
-           std::isfinite(t.tx) && std::isfinite(t.ty);
-}
-
-/// Whether a sprite covers any of a frame that is `frameAspect` half-widths high each way from the centre.
-bool isVisible(const SpiritParam& param, double frameAspect) {
-    if (!param.texture || !(param.alpha > 0) || !isFinite(param.trans)) return false;
-    const Bitmap& bitmap = param.texture->bitmap;
-    const double aspect = double(bitmap.height) / bitmap.width;
-    const CGRect box = CGRectApplyAffineTransform(CGRectMake(-1, -aspect, 2, 2 * aspect), param.trans);
-    return !CGRectIsEmpty(CGRectIntersection(box, CGRectMake(-1, -frameAspect, 2, 2 * frameAspect)));
+bool isDrawable(const SpiritParam& param) {
+    const CGAffineTransform& t = param.trans;
+    return param.texture && std::isfinite(param.alpha) && std::isfinite(t.a + t.b + t.c + t.d + t.tx + t.ty);
 }
 
 MTIColor tintOf(const SpiritParam& param) {
@@ -44,7 +35,7 @@ MTIImage QVSpiritFilter::outputImage() {
     SpritePass pass;
     const CGSize size = input.size();
     for (const SpiritParam& param : params_) {
-        if (isVisible(param, size.height / size.width))
+        if (isDrawable(param))
             pass.sprites.push_back({param.trans, param.alpha, tintOf(param), param.texture});
     }
     if (pass.sprites.empty()) return input;

@@ -10,8 +10,9 @@ namespace qv {
 extern const QVFilterClass QVSpiritFilterClass;
 
 /// Draws textured sprites over the input, the first of the list lowest. The result has the input's size; all
-/// sprites together are one pass. Sprites that cannot be seen (no texture, no alpha, outside the frame, a
-/// transform that is not finite) are left out; without any that can, the result is the input itself.
+/// sprites together are one pass, and none when no sprite can be seen. Sprites that could never be (no
+/// texture, a transform or an alpha that is not finite) are left out of the graph; without any others, the
+/// result is the input itself.
 class QVSpiritFilter : public QVMTIOneInputFilter {
   public:
     explicit QVSpiritFilter(const QVFilterClass& filterClass = QVSpiritFilterClass)

@@ -27,6 +27,9 @@ struct SpriteInstance {
     std::shared_ptr<const SpriteTexture> texture;
 };
 
+/// Whether a sprite may colour a pixel of a frame `frameAspect` times as high as wide.
+bool isVisible(const SpriteInstance& sprite, double frameAspect);
+
 // What a node is. Exactly one alternative of ImageNode::Operation.
 
 struct BitmapSource {
@@ -47,7 +50,7 @@ struct KernelPass {
 struct GaussianBlurPass {
     float radius;
 };
-/// Sprites drawn over the input in list order.
+/// Sprites drawn over the input in list order; no pass when none is visible.
 struct SpritePass {
     std::vector<SpriteInstance> sprites;
 };

@@ -123,6 +123,10 @@ class PlanBuilder {
     }
 
     int lowerNode(const ImageNode& node, const SpritePass& pass) {
+        const double aspect = double(node.height) / node.width;
+        if (std::none_of(pass.sprites.begin(), pass.sprites.end(),
+                         [&](const SpriteInstance& sprite) { return isVisible(sprite, aspect); }))
+            return inputsOf(node).front();
         const int texture = addPass(stock("MTICopy"), inputsOf(node), node.width, node.height, format_, {});
         if (!failed_) plan_.passes.back().sprites = &pass.sprites;
         return texture;

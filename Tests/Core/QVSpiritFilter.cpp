@@ -2,6 +2,7 @@
 
 #include <numbers>
 
+#include "Platform/ImageGraph/ImageNode.h"
 #include "Tests/Support/TestContext.h"
 
 namespace qv::test {
@@ -144,16 +145,28 @@ TEST(QVSpiritFilter, WhatCannotBeSeenLeavesTheInput) {
     EXPECT_EQ(filter.outputImage(), input) << "no sprites";
     EXPECT_FALSE(SpiritParam::spiritTextureWithImage(UIImage()));
 
+    filter.setParams({SpiritParam::paramWithTrans({}, nullptr), SpiritParam::paramWithTrans({}, NAN, texture),
+                      SpiritParam::paramWithTrans({NAN, 0, 0, 1, 0, 0}, texture)});
+    EXPECT_EQ(filter.outputImage(), input) << "only impossible ones";
+
     const CGAffineTransform small = CGAffineTransformMakeScale(0.1, 0.1);
     filter.setParams(
-        {SpiritParam::paramWithTrans({}, nullptr), SpiritParam::paramWithTrans({}, 0.0f, texture),
-         SpiritParam::paramWithTrans({NAN, 0, 0, 1, 0, 0}, texture),
+        {SpiritParam::paramWithTrans({}, 0.0f, texture),
          SpiritParam::paramWithTrans(CGAffineTransformMakeScale(0, 0), texture),
          SpiritParam::paramWithTrans(CGAffineTransformConcat(small, CGAffineTransformMakeTranslation(1.2, 0)),
                                      texture),
          SpiritParam::paramWithTrans(
              CGAffineTransformConcat(small, CGAffineTransformMakeTranslation(0, -0.7)), texture)});
-    EXPECT_EQ(filter.outputImage(), input) << "only invisible ones";
+    const MTIImage hidden = filter.outputImage();
+    ASSERT_TRUE(hidden && std::holds_alternative<SpritePass>(hidden.node()->operation));
+    EXPECT_EQ(std::get<SpritePass>(hidden.node()->operation).sprites.size(), 4u) << "listed, but not drawn";
+    EXPECT_EQ(worstDifference(render(hidden), render(input)), 0);
+    QVSpiritFilter over;
+    over.setInputImage(hidden);
+    over.setParams({SpiritParam::paramWithTrans({}, texture)});
+    const auto task = context()->startRender(over.outputImage());
+    ASSERT_TRUE(task && task->wait());
+    EXPECT_EQ(task->statistics().passes, 1) << "no pass for what cannot be seen";
 
     // A sprite half outside shows its inner half; it keeps what the frame has of transparency outside itself.
     const MTIImage clear = MTIImage::initWithColor({0, 0, 0, 0}, false, {32, 32});

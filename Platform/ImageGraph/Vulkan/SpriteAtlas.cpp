@@ -153,10 +153,9 @@ std::vector<SpriteRun> SpriteAtlas::layOut(std::span<const SpriteInstance> sprit
     std::vector<SpriteRun> runs;
     const double ratio = double(width) / double(height);
     for (const SpriteInstance& sprite : sprites) {
-        if (!sprite.texture || !sprite.texture->bitmap) continue;
+        if (!isVisible(sprite, 1 / ratio)) continue;
         const CGAffineTransform& t = sprite.transform;
         const float alpha = sprite.alpha * sprite.tint.alpha;
-        if (!std::isfinite(t.a + t.b + t.c + t.d + t.tx + t.ty) || !(alpha > 0)) continue;
         const Entry& source = entry(sprite.texture->bitmap, commands, keepAlive);
 
         const double aspect = double(source.height) / double(source.width);

@@ -1,0 +1,349 @@
+// Bubbles, stars and ribbons: where every sprite is, and what the frame looks like with them.
+
+#include <cmath>
+#include <filesystem>
+#include <limits>
+#include <optional>
+
+#include "Platform/ImageGraph/ImageNode.h"
+#include "QVFilterCore/QVResourceBundle.h"
+#include "QVFilterExtension/MTIFilters/Effect/QVBubbleMTIFilter.h"
+#include "QVFilterExtension/MTIFilters/Effect/QVRibbonMTIFilter.h"
+#include "QVFilterExtension/MTIFilters/Effect/QVStarmapMTIFilter.h"
+#include "QVFilterExtension/QVFilterRegistry.h"
+#include "Tests/Support/TestContext.h"
+
+namespace qv::test {
+namespace {
+
+constexpr CGSize kShapes[] = {{1920, 1080}, {1080, 1920}, {900, 900}, {640, 480}, {333, 1024}};
+constexpr float kStrengths[] = {0, 0.013f, 0.25f, 0.5f, 0.51f, 0.8f, 1};
+constexpr double kTimes[] = {0, 1 / 30., 0.7, 2, 13.37, 601.25, -1.5};
+
+/// The matrix of a sprite, written out.
+struct Expected {
+    double size, turn, x, y;
+    double alpha = 1, red = 1, green = 1, blue = 1;
+};
+
+double fractional(double value) {
+    return value - std::floor(value);
+}
+
+std::vector<Expected> expectedBubbles(float v, double t, double width, double height) {
+    const float ratio = float(height / width);
+    const int count = int(29.0 * v + 1.0);
+    const double base = 1.3 - 0.75 * v, offset = 0.1 + 0.8 * v;
+    std::vector<Expected> all;
+    for (double i = 1; i <= count; ++i) {
+        const double px = fractional(sin(1256.23 * i) + sin(15.67 * i) * t * 0.03);
+        const double py = fractional(sin(2398.34 * i) + sin(-89.12 * i) * t * 0.03);
+        double s = fabs(base + (sin(1267.28 * i) - 0.5) * offset) * 0.2;
+        if (ratio < 1) s = s * ratio;
+        all.push_back({s, 0, cos(sin(34.56 * i) * t + i) * 0.1 + (2 * px - 1) * 1.2,
+                       sin(cos(45.67 * i) * t + i) * 0.1 + (2 * py - 1) * ratio * 1.2});
+    }
+    return all;
+}
+
+std::vector<Expected> expectedStars(float v, double t, double width, double height) {
+    const float ratio = float(height / width);
+    float fastest = float(double(v) + 0.2);
+    if (double(fastest) > 0.7) fastest = float((6.0 * (double(fastest) - 0.7) + 1.0) * double(fastest));
+    std::vector<Expected> all;
+    for (double i = 0; i < int(20.0 * v + 30.0); ++i) {
+        const float f1 = float(fractional(sin(7.1234 * i)));
+        const float radius = 0.1f + (0.8f - 0.1f) * f1;
+        const float offset = 2.0f * float(fractional(sin(8.2345 * i)));
+        const float speed = (f1 + 0.1f) * fastest;
+        const float d = float(fmod(t * double(speed) + double(offset), 2.0));
+        const float angle = float(2.0 * fractional(sin(5.3456 * i)) * 3.14);
+        const double alpha = double(d * 0.5f * 5.0f) - 0.05;
+        all.push_back({double(radius) * 0.6 * (double(d) * 0.5), 0, double(cosf(angle) * d),
+                       double(ratio * (sinf(angle) * d)), fmin(fmax(alpha, 0.0), 1.0)});
+    }
+    return all;
+}
+
+std::vector<Expected> expectedRibbons(float v, double t, double width, double height) {
+    const float ratio = float(height / width);
+    const double base = 0.04 - 0.017 * v, rate = 0.15 * v + 0.09;
+    std::vector<Expected> all;
+    for (int index = 1; index < int(70.0 * v + 10.0); ++index) {
+        const double i = index;
+        const double px = fractional(sin(72.23 * i) + sin(35.67 * i) * t * 0.08);
+        const double py = fractional(sin(23.34 * i) - rate * (fabs(sin(89.12 * i)) + 0.1) * t);
+        const double k = index * 35678.4223;
+        all.push_back({ratio > 1 ? base * ratio : base, sin(36.58 * i) * (t + 7.8) * 5.0, (2 * px - 1) * 1.2,
+                       (2 * py - 1) * ratio * 1.2, 1, fmod(k * sin(4738.3174 * k), 0.35) + 0.7,
+                       fmod(k * sin(6923.6125 * k), 0.35) + 0.45, fmod(k * sin(2846.3125 * k), 0.35) + 0.45});
+    }
+    return all;
+}
+
+struct Scatter {
+    const char* name;
+    const char* asset;
+    std::vector<Expected> (*expected)(float, double, double, double);
+    double tolerance;  ///< of places and sizes: what single precision leaves
+};
+
+constexpr Scatter kScatters[] = {
+    {"QVBubbleMTIFilter", "filter_bubble.png", expectedBubbles, 1e-7},
+    {"QVStarmapMTIFilter", "filter_star.png", expectedStars, 1e-6},
+    {"QVRibbonMTIFilter", "filter_ribbon.png", expectedRibbons, 1e-7},
+};
+
+std::unique_ptr<SpriteScatterEffect> make(const char* name, const MTIImage& input) {
+    auto filter = createFilter(name);
+    auto* effect = dynamic_cast<SpriteScatterEffect*>(filter.get());
+    if (!effect) {
+        ADD_FAILURE() << name << " is not a sprite effect of the library";
+        return nullptr;
+    }
+    static_cast<void>(filter.release());
+    effect->setInputImage(input);
+    return std::unique_ptr<SpriteScatterEffect>(effect);
+}
+
+MTIImage grayFrame(CGSize size) {
+    return MTIImage::initWithColor({0.5f, 0.5f, 0.5f, 1}, true, size);
+}
+
+/// What the image graph lists; nothing when the picture is the input itself.
+std::vector<SpriteInstance> spritesOf(const MTIImage& image) {
+    const auto* pass = std::get_if<SpritePass>(&image.node()->operation);
+    return pass ? pass->sprites : std::vector<SpriteInstance>();
+}
+
+TEST(SpriteScatterEffect, EverySpriteIsWhereItsFormulasSay) {
+    for (const Scatter& scatter : kScatters) {
+        for (const CGSize size : kShapes) {
+            const auto effect = make(scatter.name, grayFrame(size));
+            for (const float strength : kStrengths) {
+                effect->setEffectValue(strength);
+                for (const double time : kTimes) {
+                    SCOPED_TRACE(testing::Message() << scatter.name << " " << size.width << "x" << size.height
+                                                    << " strength " << strength << " time " << time);
+                    effect->setITime(time);
+                    const auto sprites = spritesOf(effect->outputImage());
+                    const auto expected = scatter.expected(strength, time, size.width, size.height);
+                    ASSERT_EQ(sprites.size(), expected.size());
+                    for (std::size_t i = 0; i < sprites.size(); ++i) {
+                        const CGAffineTransform& t = sprites[i].transform;
+                        const Expected& e = expected[i];
+                        const double near = scatter.tolerance;
+                        ASSERT_NEAR(t.a, e.size * std::cos(e.turn), near) << i;
+                        ASSERT_NEAR(t.b, e.size * std::sin(e.turn), near) << i;
+                        ASSERT_NEAR(t.c, -e.size * std::sin(e.turn), near) << i;
+                        ASSERT_NEAR(t.d, e.size * std::cos(e.turn), near) << i;
+                        ASSERT_NEAR(t.tx, e.x, near) << i;
+                        ASSERT_NEAR(t.ty, e.y, near) << i;
+                        ASSERT_NEAR(sprites[i].alpha, e.alpha, 1e-6) << i;
+                        ASSERT_NEAR(sprites[i].tint.red, e.red, 1e-6) << i;
+                        ASSERT_NEAR(sprites[i].tint.green, e.green, 1e-6) << i;
+                        ASSERT_NEAR(sprites[i].tint.blue, e.blue, 1e-6) << i;
+                        ASSERT_EQ(sprites[i].tint.alpha, 1) << i;
+                        ASSERT_EQ(sprites[i].texture->name, scatter.asset);
+                    }
+                }
+            }
+        }
+    }
+}
+
+TEST(SpriteScatterEffect, CountsFollowTheStrengthOnceItIsSet) {
+    const MTIImage input = grayFrame({160, 90});
+    QVBubbleMTIFilter bubbles;
+    QVStarmapMTIFilter stars;
+    QVRibbonMTIFilter ribbons;
+    for (SpriteScatterEffect* effect :
+         std::initializer_list<SpriteScatterEffect*>{&bubbles, &stars, &ribbons}) {
+        EXPECT_FALSE(effect->outputImage()) << "no input";
+        effect->setInputImage(input);
+    }
+    EXPECT_EQ(bubbles.outputImage(), input);
+    EXPECT_EQ(stars.outputImage(), input);
+    EXPECT_EQ(spritesOf(ribbons.outputImage()).size(), 44u) << "the default strength, a half";
+
+    struct Case {
+        float strength;
+        std::size_t bubbles, stars, ribbons;
+        float fastestStar;
+    };
+    for (const Case& each :
+         {Case{0, 1, 30, 9, 0.2f}, Case{0.5f, 15, 40, 44, 0.7f}, Case{1, 30, 50, 79, 4.8f}}) {
+        for (SpriteScatterEffect* effect :
+             std::initializer_list<SpriteScatterEffect*>{&bubbles, &stars, &ribbons})
+            effect->setEffectValue(each.strength);
+        EXPECT_EQ(spritesOf(bubbles.outputImage()).size(), each.bubbles);
+        EXPECT_EQ(spritesOf(stars.outputImage()).size(), each.stars);
+        EXPECT_EQ(spritesOf(ribbons.outputImage()).size(), each.ribbons);
+        EXPECT_EQ(bubbles.spiritParams().size(), each.bubbles);
+        EXPECT_NEAR(stars.maxMovementSpeed(), each.fastestStar, 1e-6);
+    }
+    EXPECT_EQ(bubbles.matterCount(), 30);
+    EXPECT_NEAR(bubbles.baseScale(), 0.55, 1e-12);
+    EXPECT_NEAR(bubbles.offsetScale(), 0.9, 1e-12);
+    EXPECT_EQ(bubbles.effectValue(), 1);
+
+    EXPECT_FALSE(bubbles.isPhotoTimeConst());
+    EXPECT_TRUE(stars.isPhotoTimeConst());
+    EXPECT_TRUE(ribbons.isPhotoTimeConst());
+}
+
+TEST(SpriteScatterEffect, SizesFollowTheShapeOfTheFrame) {
+    // Size of every sprite of a frame, in that of a square one.
+    const auto ratio = [](const char* name, CGSize size) {
+        std::optional<double> common;
+        const auto shaped = make(name, grayFrame(size)), square = make(name, grayFrame({800, 800}));
+        for (auto* effect : {shaped.get(), square.get()}) {
+            effect->setEffectValue(1);
+            effect->setITime(3);
+        }
+        const auto here = spritesOf(shaped->outputImage()), there = spritesOf(square->outputImage());
+        for (std::size_t i = 0; i < here.size(); ++i) {
+            const auto side = [](const CGAffineTransform& t) { return std::hypot(t.a, t.b); };
+            const double each = side(here[i].transform) / side(there[i].transform);
+            EXPECT_NEAR(each, common.value_or(each), 1e-6);
+            common = each;
+        }
+        return common.value_or(0);
+    };
+    const CGSize landscape{1600, 800}, portrait{800, 1600};
+    EXPECT_NEAR(ratio("QVBubbleMTIFilter", landscape), 0.5, 1e-6);
+    EXPECT_NEAR(ratio("QVBubbleMTIFilter", portrait), 1, 1e-6);
+    EXPECT_NEAR(ratio("QVStarmapMTIFilter", landscape), 1, 1e-6);
+    EXPECT_NEAR(ratio("QVStarmapMTIFilter", portrait), 1, 1e-6);
+    EXPECT_NEAR(ratio("QVRibbonMTIFilter", landscape), 1, 1e-6);
+    EXPECT_NEAR(ratio("QVRibbonMTIFilter", portrait), 2, 1e-6);
+}
+
+TEST(SpriteScatterEffect, StarsRunOutwardAndRibbonsFall) {
+    constexpr double kStep = 0.05;
+    const auto moved = [&](const char* name, auto&& measure) {
+        const auto effect = make(name, grayFrame({900, 900}));
+        effect->setEffectValue(0.3f);
+        int forward = 0, wrapped = 0;
+        for (double time = 0; time < 8; time += kStep) {
+            effect->setITime(time);
+            const auto before = spritesOf(effect->outputImage());
+            effect->setITime(time + kStep);
+            const auto after = spritesOf(effect->outputImage());
+            for (std::size_t i = 0; i < before.size(); ++i) {
+                const double way = measure(after[i]) - measure(before[i]);
+                EXPECT_TRUE((way > 0 && way < 0.1) || way < -1.8)
+                    << name << " " << i << " at " << time << ": " << way;
+                ++(way > 0 ? forward : wrapped);
+            }
+        }
+        EXPECT_GT(wrapped, 0) << name;
+        EXPECT_GT(forward, 20 * wrapped) << name;
+    };
+    moved("QVStarmapMTIFilter",
+          [](const SpriteInstance& s) { return std::hypot(s.transform.tx, s.transform.ty); });
+    moved("QVRibbonMTIFilter", [](const SpriteInstance& s) { return -s.transform.ty; });
+}
+
+/// Whether a pixel of a square frame may be touched by a sprite, with a margin for soft edges.
+bool isNear(const SpriteInstance& sprite, int x, int y, int side) {
+    const double aspect = double(sprite.texture->bitmap.height) / sprite.texture->bitmap.width;
+    const CGRect box = CGRectApplyAffineTransform(CGRectMake(-1, -aspect, 2, 2 * aspect), sprite.transform);
+    const double px = (x + 0.5) * 2 / side - 1, py = 1 - (y + 0.5) * 2 / side, margin = 3.0 / side;
+    return px > box.minX() - margin && px < box.maxX() + margin && py > box.minY() - margin &&
+           py < box.maxY() + margin;
+}
+
+TEST(SpriteScatterEffect, DrawsItsSpritesInOnePassAndTouchesNothingElse) {
+    constexpr int kSide = 300;
+    for (const Scatter& scatter : kScatters) {
+        SCOPED_TRACE(scatter.name);
+        const MTIImage input = MTIImage::imageWithBitmap(makeBitmap(kSide, kSide, [](int, int) {
+            return Pixel{0.4f, 0.4f, 0.4f, 1};
+        }));
+        const auto effect = make(scatter.name, input);
+        effect->setEffectValue(1);
+        effect->setITime(2);
+        const MTIImage output = effect->outputImage();
+        const auto task = context()->startRender(output);
+        ASSERT_TRUE(task && task->wait());
+        EXPECT_EQ(task->statistics().passes, 1);
+
+        const Picture before = render(input), after = render(output);
+        const auto sprites = spritesOf(output);
+        std::vector<bool> isSeen(sprites.size());
+        for (int y = 0; y < kSide; ++y) {
+            for (int x = 0; x < kSide; ++x) {
+                float change = 0;
+                for (std::size_t c = 0; c < 3; ++c)
+                    change = std::max(change, std::abs(after.at(x, y)[c] - before.at(x, y)[c]));
+                bool near = false;
+                for (std::size_t i = 0; i < sprites.size(); ++i) {
+                    if (!isNear(sprites[i], x, y, kSide)) continue;
+                    near = true;
+                    if (change > 0.02f) isSeen[i] = true;
+                }
+                if (!near) {
+                    ASSERT_EQ(change, 0) << x << " " << y;
+                }
+                ASSERT_NEAR(after.at(x, y)[3], 1, 1e-5);
+            }
+        }
+        for (std::size_t i = 0; i < sprites.size(); ++i) {
+            const CGAffineTransform& t = sprites[i].transform;
+            const bool inside = std::abs(t.tx) < 0.95 && std::abs(t.ty) < 0.95;
+            if (inside && sprites[i].alpha > 0.2f && std::hypot(t.a, t.b) > 0.02) {
+                EXPECT_TRUE(isSeen[i]) << i;
+            }
+        }
+
+        effect->setITime(2.3);
+        EXPECT_GT(worstDifference(render(effect->outputImage()), after), 0.1) << "nothing moves";
+        effect->setITime(2);
+        EXPECT_EQ(worstDifference(render(effect->outputImage()), after), 0);
+    }
+}
+
+TEST(SpriteScatterEffect, BearsImpossibleTimesStrengthsAndFrames) {
+    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN(), kInfinity = INFINITY;
+    for (const Scatter& scatter : kScatters) {
+        for (const CGSize size : {CGSize{1, 1}, CGSize{64, 1}, CGSize{1, 64}, CGSize{40, 30}}) {
+            const auto effect = make(scatter.name, grayFrame(size));
+            for (const double time : {kNaN, kInfinity, -kInfinity, 1e300, 0.5}) {
+                for (const float strength : {float(kNaN), float(kInfinity), -1e30f, 1e30f, -0.02f, 1.f}) {
+                    SCOPED_TRACE(testing::Message() << scatter.name << " " << size.width << "x" << size.height
+                                                    << " time " << time << " strength " << strength);
+                    effect->setITime(time);
+                    effect->setEffectValue(strength);
+                    const Picture picture = render(effect->outputImage());
+                    for (const float value : picture.values)
+                        ASSERT_TRUE(value >= 0 && value <= 1.0001f) << value;
+                    if (!std::isfinite(time)) {
+                        ASSERT_NEAR(picture.at(0, 0)[0], 0.5, 1e-5);
+                    }
+                }
+            }
+        }
+    }
+}
+
+TEST(SpriteScatterEffectDeathTest, WithoutTheAssetTheInputComesOut) {
+    // In a process of its own, which has loaded nothing yet.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto allGiveTheInput = [] {
+        setResourceBundlePath(std::filesystem::temp_directory_path().string());
+        const MTIImage input = grayFrame({32, 18});
+        bool same = true;
+        for (const Scatter& scatter : kScatters) {
+            const auto effect = make(scatter.name, input);
+            effect->setEffectValue(1);
+            effect->setITime(1);
+            same &= effect->outputImage() == input && effect->spiritParams().size() >= 30;
+        }
+        std::exit(same ? 0 : 1);
+    };
+    EXPECT_EXIT(allGiveTheInput(), testing::ExitedWithCode(0), "");
+}
+
+}  // namespace
+}  // namespace qv::test
