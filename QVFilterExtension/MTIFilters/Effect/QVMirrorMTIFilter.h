@@ -7,7 +7,7 @@ namespace qv {
 extern const QVFilterClass QVMirrorMTIFilterClass;
 
 /// Part of the frame and its reflections. Level 0: the left half; 1: the top left quarter, reflected both
-/// ways; 2: five strips across the longer side, the middle one as it is.
+/// ways; 2: five strips side by side, the middle one as it is.
 class QVMirrorMTIFilter : public QVEffectMTIFilter {
   public:
     explicit QVMirrorMTIFilter(const QVFilterClass& filterClass = QVMirrorMTIFilterClass);

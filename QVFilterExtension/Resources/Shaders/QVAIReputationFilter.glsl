@@ -10,10 +10,10 @@ vec4 QVAIReputationFilter(vec2 uv) {
     vec2 size = inputSize(0);
     vec2 direction = vec2(cos(angleValue * 6.2831853), -sin(angleValue * 6.2831853));
     vec2 step1 = direction * distanceValue * 0.5 * min(size.x, size.y) / size;
-    vec4 color = readHere(0) * 0.6;
-    color = under(color, 0.55 * readPixel(0, ivec2(mirrorAtEdges(uv - step1) * size)));
-    color = under(color, 0.45 * readPixel(0, ivec2(mirrorAtEdges(uv - 2.0 * step1) * size)));
-    color = under(color, 0.35 * readPixel(0, ivec2(mirrorAtEdges(uv - 3.0 * step1) * size)));
+    vec4 color = readHere(0) * 0.55;
+    color = under(color, 0.6 * readPixel(0, ivec2(mirrorAtEdges(uv - step1) * size)));
+    color = under(color, 0.5 * readPixel(0, ivec2(mirrorAtEdges(uv - 2.0 * step1) * size)));
+    color = under(color, 0.4 * readPixel(0, ivec2(mirrorAtEdges(uv - 3.0 * step1) * size)));
     // What four opaque layers of these opacities cover.
-    return color / (1.0 - 0.4 * 0.45 * 0.55 * 0.65);
+    return color / (1.0 - 0.45 * 0.4 * 0.5 * 0.6);
 }
