@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cmath>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -42,10 +43,15 @@ void bindValue(const MTIValue& value, UniformType type, std::uint32_t* words) {
     } else if (const auto* flag = std::get_if<bool>(&value)) {
         components[0] = *flag ? 1.0f : 0.0f;
     }
+    // A time or strength that is not a number must not spread over the picture.
+    for (float& component : components) {
+        if (!std::isfinite(component)) component = 0;
+    }
     const auto* integer = std::get_if<std::int32_t>(&value);
     switch (type) {
         case UniformType::intType:
-            words[0] = std::uint32_t(integer ? *integer : std::int32_t(components[0]));
+            words[0] = std::uint32_t(
+                integer ? *integer : std::int32_t(std::clamp(components[0], -0x1p31f, 0x1.fffffep30f)));
             return;
         case UniformType::boolType:
             words[0] = integer ? *integer != 0 : components[0] != 0.0f;
