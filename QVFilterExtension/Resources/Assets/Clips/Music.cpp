@@ -89,7 +89,7 @@ class Mix {
         for (std::size_t i = 0; i < frames; ++i) {
             const double in = std::min(1.0, double(i) / (0.01 * kRate));
             const double out = std::min(1.0, double(frames - 1 - i) / (fadeOut * kRate));
-            for (std::size_t c = 0; c < 2; ++c) samples_[2 * i + c] *= float(0.79 / peak * in * out);
+            for (std::size_t c = 0; c < 2; ++c) samples_[2 * i + c] *= float(0.70 / peak * in * out);
         }
         return {std::move(samples_)};
     }
@@ -138,7 +138,8 @@ void addBass(Mix& mix, double start, double length, double note, double gain, do
 void addKick(Mix& mix, double start, double gain) {
     mix.add(start, 0.35, gain, 0, 0, [](double t) {
         const double phase = 48 * t + 110 / 38.0 * (1 - std::exp(-38 * t));
-        return std::sin(kTurn * phase) * std::exp(-9 * t) + 0.3 * std::exp(-300 * t);
+        return std::min(1.0, t / 0.0015) *
+               (std::sin(kTurn * phase) * std::exp(-10 * t) + 0.25 * std::exp(-250 * t));
     });
 }
 
@@ -195,17 +196,17 @@ StereoSound cityMusic(double seconds) {
     for (int beat = 0; beat < beats; ++beat) {
         const double start = beat * kBeat;
         const std::size_t bar = std::size_t(beat / 4) % 3;
-        addKick(mix, start, 0.75);
+        addKick(mix, start, 0.52);
         if (beat % 2) addSnare(mix, start, 0.42);
         for (int i = 0; i < 4; ++i)
             addHat(mix, start + i * kBeat / 4, i == 2 ? 0.16 : 0.07, i == 2 ? 16 : 60, i % 2 ? 0.25 : -0.25);
         for (int i = 0; i < 2; ++i)
             addBass(mix, start + i * kBeat / 2, kBeat / 2 - 0.02, roots[bar] + (i && beat % 2 ? 12 : 0), 0.36,
                     900);
-        if (beat % 4 == 0) addPad(mix, start, 4 * kBeat, chords[bar], 0.045, 1500);
+        if (beat % 4 == 0) addPad(mix, start, 4 * kBeat, chords[bar], 0.085, 1700);
         for (int i = 0; i < 2; ++i)
             if (const double note = lead[std::size_t(beat * 2 + i) % std::size(lead)]; note > 0)
-                addPluck(mix, start + i * kBeat / 2, note, 0.17, i ? 0.3 : -0.2);
+                addPluck(mix, start + i * kBeat / 2, note, 0.27, i ? 0.3 : -0.2);
     }
     return mix.finish(0.375, 0.45, 0.25);
 }

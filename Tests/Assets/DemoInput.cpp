@@ -1,0 +1,177 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "Platform/Media/ImageFile.h"
+#include "Tests/Media/ClipTools.h"
+#include "Tests/Media/TemporaryFolder.h"
+
+#ifdef QV_DEMO_INPUT
+
+namespace qv {
+namespace {
+
+constexpr int kWidth = 1280, kHeight = 720, kFrames = 180;
+
+std::string input(const std::string& name) {
+    return std::string(QV_DEMO_INPUT "/") + name;
+}
+
+/// Brightness 0..255 of one frame of a clip, as the command-line tool decodes it.
+std::vector<double> grayFrame(const std::string& name, int frame) {
+    const std::string command = "ffmpeg -nostdin -v error -i '" + input(name) + "' -vf 'select=eq(n\\," +
+                                std::to_string(frame) +
+                                "),format=rgb24,format=gray' -frames:v 1 -f rawvideo -";
+    std::vector<double> gray;
+    std::FILE* pipe = ::popen(command.c_str(), "r");
+    for (int byte; (byte = std::fgetc(pipe)) != EOF;) gray.push_back(byte);
+    ::pclose(pipe);
+    gray.resize(std::size_t(kWidth) * kHeight);
+    return gray;
+}
+
+double at(const std::vector<double>& gray, int x, int y) {
+    return gray[std::size_t(y) * kWidth + std::size_t(x)];
+}
+
+struct Spread {
+    double mean, deviation;
+};
+Spread spread(const Bitmap& picture, int channel) {
+    double sum = 0, squares = 0;
+    const std::size_t count = picture.pixels->size() / 4;
+    for (std::size_t i = 0; i < count; ++i) {
+        const double v = (*picture.pixels)[4 * i + std::size_t(channel)];
+        sum += v;
+        squares += v * v;
+    }
+    const double mean = sum / double(count);
+    return {mean, std::sqrt(squares / double(count) - mean * mean)};
+}
+
+TEST(DemoInput, PicturesHaveTheirSizesAndAFullRangeOfTones) {
+    const struct {
+        const char* name;
+        int width, height;
+    } pictures[] = {
+        {"demo.png", 1920, 1080}, {"demo_portrait.png", 1080, 1920}, {"demo_square.png", 1080, 1080}};
+    for (const auto& [name, width, height] : pictures) {
+        SCOPED_TRACE(name);
+        const Bitmap picture = readImageFile(input(name));
+        ASSERT_TRUE(picture);
+        EXPECT_EQ(picture.width, width);
+        EXPECT_EQ(picture.height, height);
+        for (int channel = 0; channel < 3; ++channel) {
+            const Spread tones = spread(picture, channel);
+            EXPECT_GT(tones.mean, 70) << channel;
+            EXPECT_LT(tones.mean, 170) << channel;
+            EXPECT_GT(tones.deviation, 35) << channel;
+        }
+        // Shadows, highlights, and strong colours of all three kinds.
+        std::size_t dark = 0, bright = 0, red = 0, green = 0, blue = 0;
+        for (std::size_t i = 0; i < picture.pixels->size(); i += 4) {
+            const std::uint8_t* p = picture.pixels->data() + i;
+            dark += p[0] < 30 && p[1] < 30 && p[2] < 30;
+            bright += p[0] > 225 && p[1] > 200 && p[2] > 170;
+            red += p[0] > p[1] + 90 && p[0] > p[2] + 90;
+            green += p[1] > p[0] + 8 && p[1] > p[2] + 40;
+            blue += p[2] > p[0] + 40 && p[2] > p[1] + 8;
+        }
+        const double count = double(width) * height;
+        EXPECT_GT(double(dark) / count, 0.002);
+        EXPECT_GT(double(bright) / count, 0.01);
+        EXPECT_GT(double(red) / count, 0.003);
+        EXPECT_GT(double(green) / count, 0.003);
+        EXPECT_GT(double(blue) / count, 0.01);
+    }
+}
+
+TEST(DemoInput, ClipsAreWhatTheyPromise) {
+    for (const char* name : {"demo_a.mp4", "demo_b.mp4", "demo_b_mask.mp4"}) {
+        SCOPED_TRACE(name);
+        EXPECT_EQ(ffprobe("-select_streams v -show_entries stream=codec_name,width,height,r_frame_rate",
+                          input(name)),
+                  "h264,1280,720,30/1");
+        const std::vector<std::int64_t> times = probedTimes(input(name));
+        EXPECT_EQ(times, probedTimes(input("demo_b.mp4")));
+        EXPECT_EQ(times.size(), std::size_t(kFrames));
+    }
+    for (const char* name : {"demo_a.mp4", "demo_b.mp4"}) {
+        SCOPED_TRACE(name);
+        EXPECT_EQ(
+            ffprobe("-select_streams a -show_entries stream=codec_name,sample_rate,channels", input(name)),
+            "aac,48000,2");
+        EXPECT_NEAR(std::stod(ffprobe("-select_streams a -show_entries stream=duration", input(name))), 6.0,
+                    0.03);
+        const std::string levels =
+            outputOf("ffmpeg -nostdin -i '" + input(name) + "' -vn -af volumedetect -f null - 2>&1");
+        const auto level = [&](const std::string& key) {
+            return std::stod(levels.substr(levels.find(key) + key.size()));
+        };
+        EXPECT_GT(level("mean_volume: "), -28);
+        EXPECT_LT(level("max_volume: "), -0.2);
+    }
+    EXPECT_EQ(ffprobe("-select_streams a -show_entries stream=codec_name", input("demo_b_mask.mp4")), "");
+}
+
+TEST(DemoInput, MaskLiesOnTheFigure) {
+    for (const int frame : {0, 45, 90, 135}) {
+        SCOPED_TRACE(frame);
+        const std::vector<double> picture = grayFrame("demo_b.mp4", frame),
+                                  mask = grayFrame("demo_b_mask.mp4", frame);
+        // The outline of the mask runs along edges of the picture; moved by a few pixels it does not.
+        const auto edge = [&](int x, int y) {
+            return std::hypot(at(picture, x + 1, y) - at(picture, x - 1, y),
+                              at(picture, x, y + 1) - at(picture, x, y - 1));
+        };
+        const auto score = [&](int dx, int dy) {
+            double sum = 0;
+            int count = 0;
+            for (int y = 12; y < kHeight - 12; ++y)
+                for (int x = 12; x < kWidth - 12; ++x)
+                    if ((at(mask, x, y) > 128) != (at(mask, x + 1, y) > 128)) {
+                        sum += edge(x + dx, y + dy);
+                        ++count;
+                    }
+            return count ? sum / count : 0;
+        };
+        const double aligned = score(0, 0);
+        for (const auto& [dx, dy] : {std::pair{-4, 0}, {4, 0}, {-8, 0}, {8, 0}})
+            EXPECT_GT(aligned, 1.15 * score(dx, dy)) << dx;
+
+        // Black and white with a soft edge between, and the still picture is the same frame.
+        const Bitmap still = readImageFile(input("demo_b_mask_" +
+                                                 std::string(frame < 10    ? "00"
+                                                             : frame < 100 ? "0"
+                                                                           : "") +
+                                                 std::to_string(frame) + ".png"));
+        ASSERT_TRUE(still);
+        double white = 0, soft = 0, difference = 0;
+        for (int y = 0; y < kHeight; ++y)
+            for (int x = 0; x < kWidth; ++x) {
+                const double v = still.row(y)[4 * x];
+                white += v > 240;
+                soft += v > 15 && v < 240;
+                difference += std::abs(v - at(mask, x, y));
+            }
+        EXPECT_GT(white, 0.04 * kWidth * kHeight);
+        EXPECT_LT(white, 0.25 * kWidth * kHeight);
+        EXPECT_GT(soft, 1500);
+        EXPECT_LT(soft, 0.4 * white);
+        EXPECT_LT(difference / (kWidth * kHeight), 1.5);
+    }
+}
+
+TEST(DemoInput, ClipsMove) {
+    for (const char* name : {"demo_a.mp4", "demo_b.mp4"}) {
+        const std::vector<double> first = grayFrame(name, 0), later = grayFrame(name, 75);
+        double difference = 0;
+        for (std::size_t i = 0; i < first.size(); ++i) difference += std::abs(first[i] - later[i]);
+        EXPECT_GT(difference / double(first.size()), 3) << name;
+    }
+}
+
+}  // namespace
+}  // namespace qv
+
+#endif
