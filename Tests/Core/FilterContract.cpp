@@ -1,0 +1,187 @@
+// What every filter may rely on: records and what they inherit, properties by name and from text, easing.
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+
+#include "QVFilterCore/QVAIEffectMTIFilter.h"
+#include "QVFilterCore/QVProgressBasedEffectMTIFilter.h"
+#include "QVFilterCore/QVTransitionMTIFilter.h"
+#include "QVFilterCore/QV_CubicBezier.h"
+
+namespace qv {
+namespace {
+
+using testing::HasSubstr;
+
+constexpr std::array<std::string_view, 2> kShapes = {"round", "square"};
+
+class Probe : public QVEffectMTIFilter {
+  public:
+    explicit Probe(const QVFilterClass& filterClass) : QVEffectMTIFilter(filterClass) {}
+    int count() const { return count_; }
+    void setCount(int count) { count_ = count; }
+    UIColor tint() const { return tint_; }
+    void setTint(UIColor tint) { tint_ = tint; }
+    MTIVector point() const { return point_; }
+    void setPoint(MTIVector point) { point_ = point; }
+
+  private:
+    int count_ = 3;
+    UIColor tint_;
+    MTIVector point_{0, 0};
+};
+
+const QVFilterClass kProbe{
+    .name = "Probe",
+    .superclass = &QVEffectMTIFilterClass,
+    .factory = makeFilter<Probe>,
+    .category = QVFilterCategory::light,
+    .levelCount = 4,
+    .isVideoOnly = true,
+    .properties = {
+        qvProperty<&Probe::count, &Probe::setCount>("count", 0, 9, "how many", kShapes),
+        qvProperty<&Probe::tint, &Probe::setTint>("tint", "a colour"),
+        qvProperty<&Probe::point, &Probe::setPoint>("point", "a place"),
+    }};
+/// A class that is its record alone, with a function of its superclass's.
+const QVFilterClass kBare{
+    .name = "Bare", .superclass = &kProbe, .fragmentFunction = "Probe", .defaultEffectValue = 0.25f};
+const QVFilterClass kBareBelow{.name = "BareBelow", .superclass = &kBare, .levelCount = 1};
+
+TEST(FilterClass, WhatARecordLeavesOutIsItsSuperclasss) {
+    EXPECT_EQ(kBareBelow.levels(), 1);
+    EXPECT_EQ(kBare.levels(), 4);
+    EXPECT_TRUE(kBareBelow.videoOnly());
+    EXPECT_EQ(kBareBelow.defaultStrength(), 0.25f);
+    EXPECT_EQ(kProbe.defaultStrength(), kDefaultEffectValue);
+    EXPECT_EQ(kBareBelow.categoryOrInherited(), QVFilterCategory::light);
+    EXPECT_EQ(kBareBelow.kindOrInherited(), QVFilterKind::effect);
+    EXPECT_TRUE(kBareBelow.photoTimeConst());
+    EXPECT_TRUE(kBareBelow.isSubclassOf(QVEffectMTIFilterClass));
+    EXPECT_FALSE(kProbe.isSubclassOf(kBare));
+
+    // A function is named after the class itself unless a record on the way says otherwise.
+    EXPECT_EQ(kProbe.fragmentFunctionDescriptor().name, "Probe");
+    EXPECT_EQ(kBareBelow.fragmentFunctionDescriptor().name, "Probe");
+    EXPECT_EQ(QVAIEffectMTIFilterClass.fragmentFunctionDescriptor().name, "QVAIEffectMTIFilter");
+
+    const auto filter = kBareBelow.create();
+    ASSERT_NE(dynamic_cast<Probe*>(filter.get()), nullptr);
+    EXPECT_EQ(&filter->filterClass(), &kBareBelow);
+    EXPECT_EQ(static_cast<Probe&>(*filter).effectValue(), 0.25f);
+}
+
+TEST(FilterClass, PropertiesAreSetByNameAndChecked) {
+    Probe filter(kProbe);
+    std::string error;
+    EXPECT_TRUE(setProperty(filter, "count", std::int64_t(7), &error)) << error;
+    EXPECT_EQ(filter.count(), 7);
+    EXPECT_FALSE(setProperty(filter, "count", std::int64_t(10), &error));
+    EXPECT_THAT(error, HasSubstr("outside 0 to 9"));
+    EXPECT_FALSE(setProperty(filter, "count", 7.0, &error));
+    EXPECT_THAT(error, HasSubstr("whole number"));
+    EXPECT_FALSE(setProperty(filter, "effectValue", std::nan(""), &error));
+    EXPECT_FALSE(setProperty(filter, "size", 1.0, &error));
+    EXPECT_THAT(error, HasSubstr("no property 'size'"));
+    EXPECT_EQ(filter.count(), 7) << "a refused value changes nothing";
+    // A base's property through a subclass's record.
+    EXPECT_TRUE(setProperty(filter, "effectValue", 0.75, &error)) << error;
+    EXPECT_EQ(filter.effectValue(), 0.75f);
+}
+
+TEST(FilterClass, PropertiesAreReadFromText) {
+    Probe filter(kProbe);
+    std::string error;
+    for (auto [name, text] : {std::pair{"count", "8"},
+                              {"tint", "#ff8000"},
+                              {"point", "0.25,-3"},
+                              {"isPhoto", "true"},
+                              {"extractValues", "0.3,0.5"},
+                              {"iTime", "1e-3"}}) {
+        EXPECT_TRUE(setPropertyFromText(filter, name, text, &error)) << error;
+    }
+    EXPECT_EQ(filter.count(), 8);
+    EXPECT_EQ(filter.tint(), UIColor(1, 128 / 255.0, 0));
+    EXPECT_EQ(filter.point(), (MTIVector{0.25f, -3}));
+    EXPECT_TRUE(filter.isPhoto());
+    EXPECT_EQ(filter.extractValues(), (std::vector<double>{0.3, 0.5}));
+    EXPECT_EQ(filter.iTime(), 1e-3);
+    EXPECT_TRUE(setPropertyFromText(filter, "count", "square", &error)) << "variants go by name too";
+    EXPECT_EQ(filter.count(), 1);
+    for (auto [name, text] : {std::pair{"count", "8x"},
+                              {"count", "2.5"},
+                              {"count", ""},
+                              {"effectValue", "nan"},
+                              {"effectValue", "inf"},
+                              {"effectValue", "0,5"},
+                              {"tint", "#12"},
+                              {"point", "1,2,3,4,5"},
+                              {"point", ""},
+                              {"isPhoto", "maybe"},
+                              {"extractValues", "0.3,"}}) {
+        error.clear();
+        EXPECT_FALSE(setPropertyFromText(filter, name, text, &error)) << name << "=" << text;
+        EXPECT_THAT(error, HasSubstr(name));
+        EXPECT_EQ(error.find('\n'), std::string::npos);
+    }
+
+    QVTransitionMTIFilter transition;
+    EXPECT_TRUE(setPropertyFromText(transition, "timeRange", "1.5,0.25", &error)) << error;
+    EXPECT_DOUBLE_EQ(CMTimeGetSeconds(transition.timeRange().start), 1.5);
+    EXPECT_DOUBLE_EQ(CMTimeGetSeconds(transition.timeRange().duration), 0.25);
+    EXPECT_FALSE(setPropertyFromText(transition, "timeRange", "1.5,-1", &error));
+}
+
+TEST(Easing, CubicBezierIsTheTimingFunctionOfStyleSheets) {
+    // x and y of the curve at many parameters, which is the definition itself.
+    for (auto [x1, y1, x2, y2] : {std::array{0.25, 0.1, 0.25, 1.0},
+                                  {0.42, 0.0, 0.58, 1.0},
+                                  {0.0, 0.0, 0.0, 1.0},
+                                  {1.0, 0.0, 1.0, 1.0},
+                                  {0.3, -0.6, 0.7, 1.6}}) {
+        for (double t = 0.01; t < 1; t += 0.01) {
+            const double a = 3 * (1 - t) * (1 - t) * t, b = 3 * (1 - t) * t * t, c = t * t * t;
+            EXPECT_NEAR(QV_CubicBezier(a * x1 + b * x2 + c, x1, y1, x2, y2), a * y1 + b * y2 + c, 2e-5);
+        }
+    }
+    EXPECT_NEAR(QV_CubicBezier(0.5, 0.25, 0.1, 0.25, 1), 0.802403, 1e-6);
+    EXPECT_EQ(QV_CubicBezier(0, 0.5, 9, 0.5, 9), 0);
+    EXPECT_EQ(QV_CubicBezier(1, 0.5, 9, 0.5, 9), 1);
+    EXPECT_EQ(QV_CubicBezier(-3, 0.2, 0, 0.8, 1), 0);
+    EXPECT_EQ(QV_CubicBezier(7, 0.2, 0, 0.8, 1), 1);
+    EXPECT_EQ(QV_CubicBezier(std::nan(""), 0.2, 0, 0.8, 1), 0);
+}
+
+TEST(Easing, TransitionsAccelerateAndSettle) {
+    EXPECT_FLOAT_EQ(QVTransitionMTIFilter::easeInOutCubic(0.25f), 0.0625f);
+    EXPECT_FLOAT_EQ(QVTransitionMTIFilter::easeInOutCubic(0.75f), 0.9375f);
+    EXPECT_FLOAT_EQ(QVTransitionMTIFilter::easeInOutHeavy(0.25f), 0.015625f);
+    for (auto ease : {QVTransitionMTIFilter::easeInOutCubic, QVTransitionMTIFilter::easeInOutHeavy}) {
+        EXPECT_EQ(ease(0), 0);
+        EXPECT_EQ(ease(1), 1);
+        EXPECT_FLOAT_EQ(ease(0.5f), 0.5f);
+        for (float p = 0; p < 1; p += 0.03125f) EXPECT_LT(ease(p), ease(p + 0.03125f) + 1e-9f);
+    }
+}
+
+TEST(ClipProgress, IsAFractionOfTheClip) {
+    QVProgressBasedEffectMTIFilter filter;
+    filter.setStartTime(2);
+    filter.setEndTime(6);
+    for (auto [time, progress] :
+         {std::pair{1.0, 0.0f}, {2.0, 0.0f}, {3.0, 0.25f}, {6.0, 1.0f}, {9.0, 1.0f}}) {
+        filter.setITime(time);
+        EXPECT_FLOAT_EQ(filter.progress(), progress) << time;
+    }
+    filter.setEndTime(2);
+    EXPECT_EQ(filter.progress(), 0);
+    filter.setEndTime(1);
+    EXPECT_EQ(filter.progress(), 0);
+    filter.setEndTime(6);
+    filter.setITime(std::nan(""));
+    EXPECT_EQ(filter.progress(), 0);
+}
+
+}  // namespace
+}  // namespace qv
