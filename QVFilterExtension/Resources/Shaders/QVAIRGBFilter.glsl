@@ -1,6 +1,7 @@
 // The picture taken apart into copies of one colour each, which swing around it; together they are white.
 #include "color.glsl"
 #include "frame.glsl"
+#include "wave.glsl"
 
 uniform float changeFrequency;  // time, seconds
 uniform float distanceValue;    // how far the copies swing, 0..1; at 0 the picture stays as it is
@@ -8,7 +9,7 @@ selector int filterNum;         // of copies, 1 to 8
 
 vec3 tint(int index) { return filterNum > 1 ? hueColor(float(index) / float(filterNum)) : vec3(1.0); }
 
-// Which way from the picture copy `index` lies, when the copies' circle has turned by an angle.
+// Which way from the picture copy `index` lies, when the circle of the copies has turned.
 vec2 copyPlace(int index, vec2 turned) {
     float angle = 6.2831853 * float(index) / float(max(filterNum, 1));
     return vec2(cos(angle) * turned.x - sin(angle) * turned.y, cos(angle) * turned.y + sin(angle) * turned.x);
@@ -24,9 +25,9 @@ vec2 copyPlace(int index, vec2 turned) {
 
 vec4 QVAIRGBFilter(vec2 uv) {
     vec2 size = inputSize(0);
-    float angle = fract(changeFrequency * 0.25) * 6.2831853, swing = fract(changeFrequency * 0.75) * 6.2831853;
-    vec2 turned = vec2(cos(angle), sin(angle));
-    vec2 reach = distanceValue * (0.08 + 0.05 * sin(swing)) * min(size.x, size.y) / size;
+    float turn = fract(changeFrequency * 0.25);
+    vec2 turned = vec2(wave(turn), wave(turn - 0.25));
+    vec2 reach = distanceValue * (0.08 + 0.05 * wave(changeFrequency * 0.75)) * min(size.x, size.y) / size;
     vec4 color = vec4(0.0);
     vec3 white = vec3(0.0);
     COPY(0) COPY(1) COPY(2) COPY(3) COPY(4) COPY(5) COPY(6) COPY(7)

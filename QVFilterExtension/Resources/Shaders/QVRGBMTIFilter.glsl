@@ -1,20 +1,22 @@
 // Red and blue part from green.
 #include "frame.glsl"
 #include "noise.glsl"
+#include "wave.glsl"
 
 uniform float iTime;  // seconds
 uniform float xOff;   // how far they part, widths of the frame
-// 0: to the left and right; 1: round a flat ring, once in two seconds; 2: in torn bands that jump twelve times a second.
+// 0: to the left and right; 1: round a flat ring, once in two seconds; 2: in torn bands that jump twelve times a
+// second.
 selector int level;
 
 vec4 QVRGBMTIFilter(vec2 uv) {
     vec2 shift = vec2(xOff, 0.0);
     if (level == 1) {
-        float turn = fract(iTime * 0.5) * 6.2831853;
-        shift = xOff * vec2(cos(turn), sin(turn) * 0.5 * outputSize().x / outputSize().y);
+        float turn = fract(iTime * 0.5);
+        shift = xOff * vec2(wave(turn), wave(turn - 0.25) * 0.5 * outputSize().x / outputSize().y);
     }
     if (level == 2) {
-        float beat = floor(iTime * 12.0);
+        float beat = floor(mod(iTime * 12.0, 1e6));
         // Broad bands, and fine ones within them.
         vec3 band = random3Of(vec3(floor(uv.y * 9.0 + 3.0 * fract(beat * 0.618034)), floor(uv.y * 41.0), beat));
         shift.x *= 0.2 + 5.0 * (band.x - 0.5) * band.y * band.y;

@@ -1,19 +1,15 @@
 // The lines of a television tube.
+#include "wave.glsl"
+
 uniform float effectValue;  // strength, 0..1
 selector int level;         // 0 dark lines, 1 lines and coloured stripes
-
-// Two humps a turn around 0, one up (0..0.5) and one down, each a parabola; -1..1.
-float wave(float turns) {
-    float t = fract(turns) * 2.0 - 1.0;
-    return -4.0 * t * (1.0 - abs(t));
-}
 
 vec4 QVScanlineMTIFilter(vec2 uv) {
     vec2 place = uv * outputSize();
     // Whole pixels, so that no moire shows: two at 360p, eight at 1080p.
     float line = 2.0 * max(round(min(outputSize().x, outputSize().y) * (1.0 / 270.0)), 1.0);
     vec4 color = readHere(0);
-    float dark = 0.5 - 0.5 * wave(place.y / line);
+    float dark = 0.5 - 0.5 * wave(place.y / line - 0.25);
     if (level == 0) {
         // What the dark lines take, the bright ones give back in part.
         color.rgb *= 1.0 + effectValue * (0.18 - 0.7 * dark);
