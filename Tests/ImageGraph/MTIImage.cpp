@@ -62,7 +62,9 @@ TEST(MTIImage, TransformsAboutItsCentreWithYUp) {
         const Place place = brightPlace(test::render(moved));
         EXPECT_NEAR(place.x, c.x, 0.02);
         EXPECT_NEAR(place.y, c.y, 0.02);
-        if (c.transform.a != 0.5) EXPECT_NEAR(place.mass, 9, 0.2);
+        if (c.transform.a != 0.5) {
+            EXPECT_NEAR(place.mass, 9, 0.2);
+        }
     }
 }
 
