@@ -93,9 +93,9 @@ void drawWater(const View& view, float waterline, double seconds, const NearbyMi
             for (int tap = 0; tap < kTaps; ++tap) {
                 const float spread = r.blur * (float(tap) / (kTaps - 1) - 0.5f) * 1.2f;
                 const float sourceY = mirrored - 2 * view.focal * (r.slopeZ + 0.6f * r.blur + spread);
-                reflection +=
-                    across.of(picture, x, int(waterline - 0.5f - std::abs(waterline - 0.5f - sourceY))) *
-                    (1.0f / kTaps);
+                // Only rows above the water: those below are being written.
+                const int source = int(waterline - 0.5f - std::abs(waterline - 0.5f - sourceY));
+                reflection += across.of(picture, x, std::min(source, first - 1)) * (1.0f / kTaps);
             }
             if (hasNearby) {
                 // What stands close over the water is hardly shifted.
