@@ -54,6 +54,8 @@ std::string_view typeName(QVPropertyType type) {
             return "float";
         case QVPropertyType::vector:
             return "vector";
+        case QVPropertyType::color:
+            return "color";
         case QVPropertyType::colors:
             return "colors";
         case QVPropertyType::numbers:

@@ -20,8 +20,9 @@ namespace qv {
 
 class QVMTIFilter;
 
-/// What a host-settable property holds. `real` values are doubles here, whatever width the filter keeps.
-enum class QVPropertyType { boolean, integer, real, vector, colors, numbers, transform, timeRange };
+/// What a host-settable property holds. `real` values are doubles here, whatever width the filter keeps; a
+/// `color` is a list of exactly one.
+enum class QVPropertyType { boolean, integer, real, vector, color, colors, numbers, transform, timeRange };
 
 using QVPropertyValue = std::variant<bool, std::int64_t, double, MTIVector, std::vector<UIColor>,
                                      std::vector<double>, CGAffineTransform, CMTimeRange>;
@@ -140,7 +141,7 @@ constexpr QVPropertyType propertyType() {
     else if constexpr (std::is_same_v<Value, std::vector<UIColor>>)
         return QVPropertyType::colors;
     else if constexpr (std::is_same_v<Value, UIColor>)
-        return QVPropertyType::colors;
+        return QVPropertyType::color;
     else if constexpr (std::is_same_v<Value, std::vector<double>>)
         return QVPropertyType::numbers;
     else if constexpr (std::is_same_v<Value, CGAffineTransform>)
@@ -172,7 +173,7 @@ Value fromPropertyValue(const QVPropertyValue& value) {
     else if constexpr (std::is_floating_point_v<Value>)
         return Value(std::get<double>(value));
     else if constexpr (std::is_same_v<Value, UIColor>)
-        return std::get<std::vector<UIColor>>(value).at(0);
+        return std::get<std::vector<UIColor>>(value).front();
     else
         return std::get<Value>(value);
 }

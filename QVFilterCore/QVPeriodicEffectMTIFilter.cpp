@@ -2,34 +2,69 @@
 
 #include <cmath>
 
+#include "QVFilterCore/QVClipTime.h"
+
 namespace qv {
+
+namespace {
+using Effect = QVPeriodicEffectMTIFilter;
+}  // namespace
 
 const QVFilterClass QVPeriodicEffectMTIFilterClass{
     .name = "QVPeriodicEffectMTIFilter",
     .superclass = &QVEffectMTIFilterClass,
     .factory = makeFilter<QVPeriodicEffectMTIFilter>,
     .category = QVFilterCategory::animation,
+    .isPhotoTimeConst = false,
+    .properties =
+        {
+            qvProperty<&Effect::period, &Effect::setPeriod>("period", 0.05, 3600,
+                                                            "time from one beat to the next, seconds"),
+        },
 };
 
 namespace {
 
-/// Position in the period, 0..1; 0 for a time that is not a number.
-double phase(double seconds) {
-    if (!std::isfinite(seconds)) return 0;
-    const double cycles = seconds / QVPeriodicEffectMTIFilter::kPeriod;
-    return cycles - std::floor(cycles);
+/// Periods since time 0: whole ones, and the part of the one that runs, 0 up to 1.
+struct BeatTime {
+    double number = 0, part = 0;
+    bool isValid = false;
+};
+
+BeatTime beatTime(double seconds, double period) {
+    const double beats = seconds / period;
+    if (!(period > 0) || !std::isfinite(beats)) return {};
+    const double number = std::floor(beats);
+    return {number, beats - number, true};
 }
 
 }  // namespace
 
 bool QVPeriodicEffectMTIFilter::isEffectWithTime(double seconds) const {
-    return phase(seconds) < kActiveFraction;
+    const BeatTime beat = beatTime(seconds, period_);
+    return beat.isValid && beat.part < kActiveFraction;
+}
+
+double QVPeriodicEffectMTIFilter::pulse(double progress) {
+    if (!(progress > 0 && progress < 1)) return 0;
+    if (progress < kAttackFraction) {
+        const double missing = 1 - progress / kAttackFraction;
+        return 1 - missing * missing;
+    }
+    const double left = (1 - progress) / (1 - kAttackFraction);
+    return left * left * left * (4 - 3 * left);
 }
 
 MTIParameters QVPeriodicEffectMTIFilter::parameters() const {
     MTIParameters all = QVEffectMTIFilter::parameters();
-    const double beat = isEffectWithTime(iTime()) ? phase(iTime()) / kActiveFraction : 0.0;
-    all.set("progress", float(beat));
+    const bool isOn = isEffectWithTime(iTime());
+    const BeatTime beat = isOn ? beatTime(iTime(), period_) : BeatTime();
+    const double progress = beat.part / kActiveFraction;
+    const double halfShutter = 0.5 * kShutterSeconds / (kActiveFraction * period_);
+    all.set("progress", float(progress));
+    all.set("pulse", float(pulse(progress)));
+    all.set("pulseMotion", float(isOn ? pulse(progress + halfShutter) - pulse(progress - halfShutter) : 0.0));
+    all.set("beat", float(beat.number - 4096 * std::floor(beat.number / 4096)));
     return all;
 }
 

@@ -13,6 +13,7 @@ const QVFilterClass QVProgressBasedEffectMTIFilterClass{
     .superclass = &QVEffectMTIFilterClass,
     .factory = makeFilter<QVProgressBasedEffectMTIFilter>,
     .category = QVFilterCategory::animation,
+    .isPhotoTimeConst = false,
     .properties =
         {
             qvProperty<&Effect::startTime, &Effect::setStartTime>("startTime", -1e9, 1e9,

@@ -58,6 +58,8 @@ std::string_view expectation(QVPropertyType type) {
             return "a number";
         case QVPropertyType::vector:
             return "one to four numbers, as 0.1,0.2";
+        case QVPropertyType::color:
+            return "a colour, as #ff00fc";
         case QVPropertyType::colors:
             return "colours, as #ff00fc,#ffffff";
         case QVPropertyType::numbers:
@@ -87,6 +89,9 @@ std::optional<QVPropertyValue> read(const QVProperty& property, std::string_view
         }
         case QVPropertyType::real:
             if (const auto number = parseNumber(text)) return *number;
+            return std::nullopt;
+        case QVPropertyType::color:
+            if (const auto color = UIColor::fromHex(text)) return std::vector<UIColor>{*color};
             return std::nullopt;
         case QVPropertyType::colors:
             if (auto colors = parseColors(text)) return *std::move(colors);
@@ -156,7 +161,9 @@ bool setProperty(QVMTIFilter& filter, std::string_view name, const QVPropertyVal
         if (error) *error = fmt::format("{} has no property '{}'", filter.filterClass().name, name);
         return false;
     }
-    if (value.index() != property->get(filter).index()) {
+    const auto* colors = std::get_if<std::vector<UIColor>>(&value);
+    const bool fits = property->type != QVPropertyType::color || (colors && colors->size() == 1);
+    if (value.index() != property->get(filter).index() || !fits) {
         if (error) *error = fmt::format("{} takes {}", name, expectation(property->type));
         return false;
     }

@@ -1,5 +1,7 @@
 #include "QVFilterCore/QVStepsAnimFilter.h"
 
+#include <algorithm>
+
 #include "QVFilterCore/QVClipTime.h"
 #include "QVFilterCore/QV_CubicBezier.h"
 
@@ -14,6 +16,7 @@ const QVFilterClass QVStepsAnimFilterClass{
     .superclass = &QVEffectMTIFilterClass,
     .factory = makeFilter<QVStepsAnimFilter>,
     .category = QVFilterCategory::animation,
+    .isPhotoTimeConst = false,
     .properties =
         {
             qvProperty<&Animation::startTime, &Animation::setStartTime>("startTime", -1e9, 1e9,
@@ -23,24 +26,42 @@ const QVFilterClass QVStepsAnimFilterClass{
         },
 };
 
+MTIVector QVStepsAnimFilter::poseVector(std::size_t index) const {
+    const StepPose pose = index < poses_.size() ? poses_[index] : StepPose();
+    const double strength = 0.5 + double(effectValue());
+    return {float(strength * pose.x), float(strength * pose.y), float(1 + strength * (pose.scale - 1)),
+            float(strength * pose.angle)};
+}
+
 MTIParameters QVStepsAnimFilter::parameters() const {
     const double progress = clipProgress(iTime(), startTime_, endTime_);
-    int step = 0;
-    double start = 0, eased = 0;
-    for (const StepParaValue& para : steps_) {
-        const bool last = std::size_t(step) + 1 == steps_.size();
-        if (progress < para.end || last) {
-            eased =
-                QV_CubicBezier(clipProgress(progress, start, para.end), para.x1, para.y1, para.x2, para.y2);
-            break;
-        }
-        start = para.end;
-        ++step;
+    // The step that `progress` is in; the last also has its end.
+    std::size_t step = 0;
+    while (step + 1 < steps_.size() && progress >= steps_[step].end) ++step;
+
+    double eased = 0, motion = 0;
+    if (!steps_.empty()) {
+        const StepParaValue& para = steps_[step];
+        const double start = step > 0 ? steps_[step - 1].end : 0.0;
+        const auto easedAt = [&](double fraction) {
+            return QV_CubicBezier(fraction, para.x1, para.y1, para.x2, para.y2);
+        };
+        const double fraction = clipProgress(progress, start, para.end);
+        const double span = (endTime_ - startTime_) * (para.end - start);
+        const double halfShutter =
+            std::min({span > 0 ? 0.5 * kShutterSeconds / span : 0.0, fraction, 1 - fraction});
+        eased = easedAt(fraction);
+        motion = easedAt(fraction + halfShutter) - easedAt(fraction - halfShutter);
     }
     MTIParameters all = QVEffectMTIFilter::parameters();
     all.set("progress", float(progress));
     all.set("step", std::int32_t(step));
     all.set("stepProgress", float(eased));
+    all.set("stepMotion", float(motion));
+    if (!poses_.empty()) {
+        all.set("poseFrom", poseVector(step));
+        all.set("poseTo", poseVector(step + 1));
+    }
     return all;
 }
 

@@ -25,9 +25,11 @@ class QVAssetCache {
     /// alternate without making them again.
     explicit QVAssetCache(std::size_t fittedImageLimit = 2) : fitted_(fittedImageLimit) {}
 
-    MTIImage mtiImageNamed(const std::string& fileName) {
+    /// `alphaType` counts when the asset is loaded: a class asks for a file in one way only.
+    MTIImage mtiImageNamed(const std::string& fileName,
+                           MTIAlphaType alphaType = MTIAlphaType::premultiplied) {
         return images_.objectForKey(
-            fileName, [&] { return MTIImage::imageWithUIImage(qv_imageWithFileName(fileName)); });
+            fileName, [&] { return MTIImage::imageWithUIImage(qv_imageWithFileName(fileName), alphaType); });
     }
 
     SpiritParam::Texture textureNamed(const std::string& fileName) {

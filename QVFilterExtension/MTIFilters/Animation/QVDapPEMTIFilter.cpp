@@ -1,0 +1,12 @@
+#include "QVFilterCore/QVPeriodicEffectMTIFilter.h"
+
+namespace qv {
+
+extern const QVFilterClass QVDapPEMTIFilterClass;
+const QVFilterClass QVDapPEMTIFilterClass{
+    .name = "QVDapPEMTIFilter",
+    .superclass = &QVPeriodicEffectMTIFilterClass,
+    .help = "A tap on the beat: the picture hops, lands softly and hops once more",
+};
+
+}  // namespace qv

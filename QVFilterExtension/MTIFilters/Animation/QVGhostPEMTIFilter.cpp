@@ -1,0 +1,12 @@
+#include "QVFilterCore/QVPeriodicEffectMTIFilter.h"
+
+namespace qv {
+
+extern const QVFilterClass QVGhostPEMTIFilterClass;
+const QVFilterClass QVGhostPEMTIFilterClass{
+    .name = "QVGhostPEMTIFilter",
+    .superclass = &QVPeriodicEffectMTIFilterClass,
+    .help = "On the beat, fading copies leave the picture and fly towards the viewer",
+};
+
+}  // namespace qv
