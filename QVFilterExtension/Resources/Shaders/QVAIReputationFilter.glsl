@@ -10,10 +10,12 @@ vec4 QVAIReputationFilter(vec2 uv) {
     vec2 size = inputSize(0);
     vec2 direction = vec2(cos(angleValue * 6.2831853), -sin(angleValue * 6.2831853));
     vec2 step1 = direction * distanceValue * 0.5 * min(size.x, size.y) / size;
-    vec4 color = readHere(0) * 0.55;
-    color = under(color, 0.6 * readPixel(0, ivec2(mirrorAtEdges(uv - step1) * size)));
-    color = under(color, 0.5 * readPixel(0, ivec2(mirrorAtEdges(uv - 2.0 * step1) * size)));
-    color = under(color, 0.4 * readPixel(0, ivec2(mirrorAtEdges(uv - 3.0 * step1) * size)));
-    // What four opaque layers of these opacities cover.
-    return color / (1.0 - 0.45 * 0.4 * 0.5 * 0.6);
+    vec4 first = readHere(0), second = readPixel(0, ivec2(mirrorAtEdges(uv - step1) * size));
+    vec4 third = readPixel(0, ivec2(mirrorAtEdges(uv - 2.0 * step1) * size));
+    vec4 fourth = readPixel(0, ivec2(mirrorAtEdges(uv - 3.0 * step1) * size));
+    vec4 color = under(under(under(first * 0.55, second * 0.6), third * 0.5), fourth * 0.4);
+    // What four opaque layers of these opacities cover counts as all; soft edges that lie on each other stay as soft
+    // as they are.
+    color *= 1.0 / (1.0 - 0.45 * 0.4 * 0.5 * 0.6);
+    return color * min(max(max(first.a, second.a), max(third.a, fourth.a)) / max(color.a, 1e-6), 1.0);
 }

@@ -17,12 +17,17 @@ vec4 withCopy(vec4 color, vec4 copied, float index) {
 }
 
 #define COPY(index) \
-    if (filterNumber >= index) \
-        color = withCopy(color, readPixel(0, ivec2(flownPlace(away, float(index)) * inputSize(0))), float(index));
+    if (filterNumber >= index) { \
+        vec4 copied = readPixel(0, ivec2(flownPlace(away, float(index)) * inputSize(0))); \
+        cover = max(cover, copied.a); \
+        color = withCopy(color, copied, float(index)); \
+    }
 
 vec4 QVAIShockFilter(vec2 uv) {
     vec2 away = uv - 0.5;
     vec4 color = readInput(0, flownPlace(away, 0.0));
+    float cover = color.a;
     COPY(1) COPY(2) COPY(3) COPY(4) COPY(5) COPY(6) COPY(7) COPY(8)
-    return color;
+    // Soft edges that lie on each other stay as soft as they are.
+    return color * min(cover / max(color.a, 1e-6), 1.0);
 }

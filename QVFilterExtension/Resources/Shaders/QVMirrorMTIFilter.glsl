@@ -1,7 +1,7 @@
 // Part of the frame and its reflections.
 
-// 2: the left half, reflected. 4: the top left quarter, reflected both ways. 5: five strips side by side, the middle one
-// as it is, each next one the reflection of its neighbour.
+// 2: the left half, reflected. 4: the top left quarter, reflected both ways. 5: five strips side by side, the middle
+// one as it is, each next one the reflection of its neighbour.
 selector int factor;
 
 vec4 QVMirrorMTIFilter(vec2 uv) {

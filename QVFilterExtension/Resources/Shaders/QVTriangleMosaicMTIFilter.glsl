@@ -3,8 +3,8 @@
 
 uniform float factor;  // height of a triangle, 1/1080 of the frame's shorter side
 
-// Mean of three pixels between the centre and the corners. `up` is 1 for a triangle that points down, -1 for one
-// that points up; lengths in pixels.
+// Mean of three pixels between the centre and the corners; `reach` (pixels) is negative for a triangle that points
+// down.
 vec4 triangleColor(vec2 center, float reach) {
     vec4 sum = readPixel(0, ivec2(center - vec2(0.0, reach)));
     sum += readPixel(0, ivec2(center + vec2(0.866 * reach, 0.5 * reach)));
@@ -26,12 +26,13 @@ vec4 QVTriangleMosaicMTIFilter(vec2 uv) {
     // The centre of the neighbour beyond the nearest edge.
     float nearest = min(edges.x, min(edges.y, edges.z));
     float away = 1.0 - 2.0 * second;
-    vec2 step3 = nearest == edges.z ? vec2(1.0 / 3.0) : nearest == edges.x ? vec2(-2.0, 1.0) / 3.0 : vec2(1.0, -2.0) / 3.0;
-    vec2 other = center + away * step3;
+    vec2 across = nearest == edges.x ? vec2(-2.0, 1.0) : vec2(1.0, -2.0);
+    if (nearest == edges.z) across = vec2(1.0);
+    vec2 other = center + away * across * (1.0 / 3.0);
     center.x += 0.5 * center.y;
     other.x += 0.5 * other.y;
     float reach = height * 0.33;
-    vec4 own = triangleColor(center * lattice + middle, reach * away);
-    vec4 beyond = triangleColor(other * lattice + middle, -reach * away);
+    vec4 own = triangleColor(center * lattice + middle, -reach * away);
+    vec4 beyond = triangleColor(other * lattice + middle, reach * away);
     return mix(beyond, own, clamp(nearest * height + 0.5, 0.0, 1.0));
 }
