@@ -136,6 +136,60 @@ TEST(QVSpiritFilter, LaterSpritesLieOnTopWhateverTheirTexture) {
     expectColor(picture, 2, 100, {0, 1, 0, 1});
 }
 
+TEST(QVSpiritFilter, TransparentCornersAreCutWithoutATrace) {
+    // The same picture with the faintest of marks in its corners is drawn whole.
+    struct Shape {
+        const char* name;
+        bool (*holds)(float x, float y);
+    };
+    constexpr Shape kShapes[] = {
+        {"disc", [](float x, float y) { return std::hypot(x, y) < 0.9f; }},
+        {"dot", [](float x, float y) { return std::hypot(x - 0.6f, y + 0.5f) < 0.1f; }},
+        {"stroke", [](float x, float y) { return std::abs(x - 0.8f * y) < 0.06f; }},
+        {"bar on the edge", [](float x, float y) { return y > 0.85f && x < 0.3f; }},
+    };
+    for (const Shape& shape : kShapes) {
+        const auto texture = [&](bool marked) {
+            constexpr int kWidth = 90, kHeight = 61;
+            return SpiritParam::spiritTextureWithImage(UIImage(makeBitmap(kWidth, kHeight, [&](int x, int y) {
+                const bool corner = (x == 0 || x == kWidth - 1) && (y == 0 || y == kHeight - 1);
+                if (shape.holds(float(x) / kWidth * 2 - 1, float(y) / kHeight * 2 - 1)) return kWhite;
+                return Pixel{1, 1, 1, marked && corner ? 1 / 255.f : 0};
+            })));
+        };
+        const auto cut = texture(false), whole = texture(true);
+        for (const double size : {0.95, 0.5, 0.14, 0.03}) {
+            for (const double turn : {0.0, 0.6, 2.1}) {
+                const CGAffineTransform placed = CGAffineTransformScale(
+                    CGAffineTransformRotate(CGAffineTransformMakeTranslation(0.03, 0.02), turn), size, -size);
+                const Picture a = drawn(ground(200, 200), {SpiritParam::paramWithTrans(placed, cut)});
+                const Picture b = drawn(ground(200, 200), {SpiritParam::paramWithTrans(placed, whole)});
+                EXPECT_LT(worstDifference(a, b), 1.1 / 255) << shape.name << " " << size << " " << turn;
+                EXPECT_GT(worstDifference(a, drawn(ground(200, 200), {})), 0.02) << shape.name;
+            }
+        }
+    }
+}
+
+TEST(QVSpiritFilter, ReducedPicturesStayInPlace) {
+    // A ramp of a width that no halving divides evenly.
+    const auto ramp = SpiritParam::spiritTextureWithImage(UIImage(makeBitmap(101, 37, [](int x, int) {
+        return Pixel{(float(x) + 0.5f) / 101, 0, 0, 1};
+    })));
+    for (const double pixels : {150.0, 70.0, 40.0, 21.0, 9.0}) {
+        const double size = pixels / 200;
+        const Picture picture = drawn(
+            ground(200, 50), {SpiritParam::paramWithTrans(CGAffineTransformMakeScale(size, size), ramp)});
+        const int first = int(std::ceil(100 - pixels / 2)), end = int(100 + pixels / 2);
+        for (int x = first; x < end; ++x) {
+            const double u = (x + 0.5 - (100 - pixels / 2)) / pixels;
+            // Half a texel at the ends is flat.
+            EXPECT_NEAR(picture.at(x, 25)[0], u, 0.55 / std::min(pixels, 101.0)) << pixels << " wide, " << x;
+            EXPECT_NEAR(picture.at(x, 25)[2], 0, 1e-3);
+        }
+    }
+}
+
 TEST(QVSpiritFilter, WhatCannotBeSeenLeavesTheInput) {
     const auto texture = flatTexture(kWhite);
     const MTIImage input = ground(32, 16);

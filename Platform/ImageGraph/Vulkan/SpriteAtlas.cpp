@@ -9,36 +9,8 @@ namespace qv {
 namespace {
 
 constexpr int kPageSide = 2048;
-constexpr int kMipLevels = 5;
-// Transparent surroundings of each picture: at least one texel of them is left at the smallest mip level.
-constexpr int kSurround = 1 << (kMipLevels - 1);
-constexpr int kLargestSide = kPageSide - 2 * kSurround;
+constexpr int kGap = 1;  // transparent pixels between the pictures
 constexpr std::size_t kMaximumPages = 8;
-
-struct Pixels {
-    int width, height;
-    std::vector<std::uint8_t> bytes;
-};
-
-/// Half the size: the mean of two by two premultiplied pixels, the last row or column again where the size is
-/// odd.
-Pixels halved(const Pixels& from) {
-    Pixels to{std::max(from.width / 2, 1), std::max(from.height / 2, 1), {}};
-    to.bytes.resize(std::size_t(to.width) * std::size_t(to.height) * 4);
-    for (int y = 0; y < to.height; ++y) {
-        const std::uint8_t* upper = from.bytes.data() + std::size_t(2 * y) * std::size_t(from.width) * 4;
-        const std::uint8_t* lower = from.height > 1 ? upper + std::size_t(from.width) * 4 : upper;
-        std::uint8_t* out = to.bytes.data() + std::size_t(y) * std::size_t(to.width) * 4;
-        for (int x = 0; x < to.width; ++x) {
-            const int left = x * 8, right = from.width > 1 ? left + 4 : left;
-            for (int c = 0; c < 4; ++c) {
-                out[x * 4 + c] = std::uint8_t(
-                    (upper[left + c] + upper[right + c] + lower[left + c] + lower[right + c] + 2) / 4);
-            }
-        }
-    }
-    return to;
-}
 
 void barrier(VkCommandBuffer commands, VkImage image, VkImageLayout from, VkImageLayout to,
              VkPipelineStageFlags before, VkAccessFlags written, VkPipelineStageFlags after,
@@ -50,25 +22,62 @@ void barrier(VkCommandBuffer commands, VkImage image, VkImageLayout from, VkImag
     info.newLayout = to;
     info.srcQueueFamilyIndex = info.dstQueueFamilyIndex = VK_QUEUE_FAMILY_IGNORED;
     info.image = image;
-    info.subresourceRange = {VK_IMAGE_ASPECT_COLOR_BIT, 0, VK_REMAINING_MIP_LEVELS, 0, 1};
+    info.subresourceRange = {VK_IMAGE_ASPECT_COLOR_BIT, 0, 1, 0, 1};
     vkCmdPipelineBarrier(commands, before, after, 0, 0, nullptr, 0, nullptr, 1, &info);
+}
+
+/// Makes a page ready to be copied to; a new one becomes transparent.
+void beginWriting(Texture& page, VkCommandBuffer commands) {
+    const bool fresh = page.layout == VK_IMAGE_LAYOUT_UNDEFINED;
+    barrier(commands, page.image(), page.layout, VK_IMAGE_LAYOUT_TRANSFER_DST_OPTIMAL,
+            VK_PIPELINE_STAGE_FRAGMENT_SHADER_BIT | VK_PIPELINE_STAGE_TRANSFER_BIT,
+            VK_ACCESS_TRANSFER_WRITE_BIT, VK_PIPELINE_STAGE_TRANSFER_BIT, VK_ACCESS_TRANSFER_WRITE_BIT);
+    page.layout = VK_IMAGE_LAYOUT_TRANSFER_DST_OPTIMAL;
+    if (!fresh) return;
+    const VkClearColorValue clear{};
+    const VkImageSubresourceRange all{VK_IMAGE_ASPECT_COLOR_BIT, 0, 1, 0, 1};
+    vkCmdClearColorImage(commands, page.image(), page.layout, &clear, 1, &all);
+    barrier(commands, page.image(), page.layout, page.layout, VK_PIPELINE_STAGE_TRANSFER_BIT,
+            VK_ACCESS_TRANSFER_WRITE_BIT, VK_PIPELINE_STAGE_TRANSFER_BIT, VK_ACCESS_TRANSFER_WRITE_BIT);
+}
+
+void endWriting(Texture& page, VkCommandBuffer commands) {
+    barrier(commands, page.image(), page.layout, VK_IMAGE_LAYOUT_SHADER_READ_ONLY_OPTIMAL,
+            VK_PIPELINE_STAGE_TRANSFER_BIT, VK_ACCESS_TRANSFER_WRITE_BIT,
+            VK_PIPELINE_STAGE_FRAGMENT_SHADER_BIT, VK_ACCESS_SHADER_READ_BIT);
+    page.layout = VK_IMAGE_LAYOUT_SHADER_READ_ONLY_OPTIMAL;
+}
+
+/// The outline as it is drawn: wider by the pixels of the frame and of the picture that its edge is spread
+/// over, but not beyond the soft edge of the sprite itself.
+void setOutline(SpriteVertexData& v, const SpriteOutline& outline, double levelWidth, double levelHeight) {
+    const float edgeX = 1 / v.halfSides[0], edgeY = 1 / v.halfSides[1];
+    const float padX = edgeX + float(3 / levelWidth), padY = edgeY + float(3 / levelHeight);
+    v.sides[0] = std::min(outline.left + padX, 1 + edgeX);
+    v.sides[1] = std::min(outline.right + padX, 1 + edgeX);
+    v.sides[2] = std::min(outline.bottom + padY, 1 + edgeY);
+    v.sides[3] = std::min(outline.top + padY, 1 + edgeY);
+    v.corners[0] = std::min(outline.leftBottom + padX + padY, v.sides[0] + v.sides[2]);
+    v.corners[1] = std::min(outline.rightBottom + padX + padY, v.sides[1] + v.sides[2]);
+    v.corners[2] = std::min(outline.leftTop + padX + padY, v.sides[0] + v.sides[3]);
+    v.corners[3] = std::min(outline.rightTop + padX + padY, v.sides[1] + v.sides[3]);
 }
 
 }  // namespace
 
-SpriteAtlas::Page& SpriteAtlas::place(int cellWidth, int cellHeight, int& x, int& y) {
+SpriteAtlas::Place SpriteAtlas::reserve(int width, int height) {
     if (!pages_.empty()) {
         Page& page = pages_.back();
-        if (page.shelfX + cellWidth > kPageSide) {
+        const TextureKey& size = page.texture->key();
+        if (page.shelfX + width > size.width) {
             page.shelfY += page.shelfHeight;
             page.shelfX = page.shelfHeight = 0;
         }
-        if (page.shelfY + cellHeight <= kPageSide) {
-            x = page.shelfX;
-            y = page.shelfY;
-            page.shelfX += cellWidth;
-            page.shelfHeight = std::max(page.shelfHeight, cellHeight);
-            return page;
+        if (page.shelfX + width <= size.width && page.shelfY + height <= size.height) {
+            const Place place{page.shelfX, page.shelfY};
+            page.shelfX += width;
+            page.shelfHeight = std::max(page.shelfHeight, height);
+            return place;
         }
     }
     if (pages_.size() == kMaximumPages) {
@@ -76,11 +85,11 @@ SpriteAtlas::Page& SpriteAtlas::place(int cellWidth, int cellHeight, int& x, int
         pages_.clear();
         entries_.clear();
     }
-    pages_.push_back({pool_->acquire({kPageSide, kPageSide, TextureFormat::rgba8, false, kMipLevels}),
-                      cellWidth, 0, cellHeight});
+    const TextureKey key{std::max(kPageSide, width), std::max(kPageSide, height), TextureFormat::rgba8,
+                         false};
+    pages_.push_back({pool_->acquire(key), width, 0, height});
     pages_.back().texture->layout = VK_IMAGE_LAYOUT_UNDEFINED;
-    x = y = 0;
-    return pages_.back();
+    return {0, 0};
 }
 
 const SpriteAtlas::Entry& SpriteAtlas::entry(const Bitmap& bitmap, VkCommandBuffer commands,
@@ -92,59 +101,47 @@ const SpriteAtlas::Entry& SpriteAtlas::entry(const Bitmap& bitmap, VkCommandBuff
         entries_.erase(found);
     }
 
-    Pixels picture{bitmap.width, bitmap.height, *bitmap.pixels};
-    while (picture.width > kLargestSide || picture.height > kLargestSide) picture = halved(picture);
-    const auto cellSide = [](int side) { return (side + 3 * kSurround - 1) / kSurround * kSurround; };
-    Pixels cell{cellSide(picture.width), cellSide(picture.height), {}};
-    cell.bytes.resize(std::size_t(cell.width) * std::size_t(cell.height) * 4);
-    for (int y = 0; y < picture.height; ++y) {
-        std::memcpy(
-            cell.bytes.data() + (std::size_t(y + kSurround) * std::size_t(cell.width) + kSurround) * 4,
-            picture.bytes.data() + std::size_t(y) * std::size_t(picture.width) * 4,
-            std::size_t(picture.width) * 4);
+    const SpritePicture picture(bitmap);
+    Entry entry{bitmap.pixels, nullptr, picture.width, picture.height, {}, picture.outline};
+    // The smaller sizes stand in a column beside the picture, or in a row below it when it is wide.
+    const bool isWide = picture.width > picture.height;
+    int cellWidth = 0, cellHeight = 0;
+    std::size_t bytes = 0;
+    Place next{0, 0};
+    for (std::size_t i = 0; i < picture.levels.size(); ++i) {
+        const SpritePicture::Level& level = picture.levels[i];
+        entry.levels[i] = next;
+        cellWidth = std::max(cellWidth, next.x + level.width + kGap);
+        cellHeight = std::max(cellHeight, next.y + level.height + kGap);
+        bytes += level.bytes.size();
+        const bool goDown = isWide == (i == 0);
+        (goDown ? next.y : next.x) += (goDown ? level.height : level.width) + kGap;
     }
+    const Place place = reserve(cellWidth, cellHeight);
+    entry.page = pages_.back().texture;
 
-    int x = 0, y = 0;
-    Texture& page = *place(cell.width, cell.height, x, y).texture;
-    const bool fresh = page.layout == VK_IMAGE_LAYOUT_UNDEFINED;
-    barrier(commands, page.image(), page.layout, VK_IMAGE_LAYOUT_TRANSFER_DST_OPTIMAL,
-            VK_PIPELINE_STAGE_FRAGMENT_SHADER_BIT | VK_PIPELINE_STAGE_TRANSFER_BIT,
-            VK_ACCESS_TRANSFER_WRITE_BIT, VK_PIPELINE_STAGE_TRANSFER_BIT, VK_ACCESS_TRANSFER_WRITE_BIT);
-    if (fresh) {
-        const VkClearColorValue clear{};
-        const VkImageSubresourceRange all{VK_IMAGE_ASPECT_COLOR_BIT, 0, kMipLevels, 0, 1};
-        vkCmdClearColorImage(commands, page.image(), VK_IMAGE_LAYOUT_TRANSFER_DST_OPTIMAL, &clear, 1, &all);
-        barrier(commands, page.image(), VK_IMAGE_LAYOUT_TRANSFER_DST_OPTIMAL,
-                VK_IMAGE_LAYOUT_TRANSFER_DST_OPTIMAL, VK_PIPELINE_STAGE_TRANSFER_BIT,
-                VK_ACCESS_TRANSFER_WRITE_BIT, VK_PIPELINE_STAGE_TRANSFER_BIT, VK_ACCESS_TRANSFER_WRITE_BIT);
-    }
-    const auto staging = std::make_shared<HostBuffer>(resources_, cell.bytes.size() * 4 / 3 + 1024,
-                                                      VK_BUFFER_USAGE_TRANSFER_SRC_BIT);
+    const auto staging = std::make_shared<HostBuffer>(resources_, bytes, VK_BUFFER_USAGE_TRANSFER_SRC_BIT);
     std::vector<VkBufferImageCopy> copies;
     VkDeviceSize offset = 0;
-    Pixels level = cell;
-    for (int i = 0; i < kMipLevels; ++i) {
+    for (std::size_t i = 0; i < picture.levels.size(); ++i) {
+        const SpritePicture::Level& level = picture.levels[i];
+        entry.levels[i].x += place.x;
+        entry.levels[i].y += place.y;
         std::memcpy(staging->data() + offset, level.bytes.data(), level.bytes.size());
         VkBufferImageCopy copy{};
         copy.bufferOffset = offset;
-        copy.imageSubresource = {VK_IMAGE_ASPECT_COLOR_BIT, std::uint32_t(i), 0, 1};
-        copy.imageOffset = {x >> i, y >> i, 0};
+        copy.imageSubresource = {VK_IMAGE_ASPECT_COLOR_BIT, 0, 0, 1};
+        copy.imageOffset = {entry.levels[i].x, entry.levels[i].y, 0};
         copy.imageExtent = {std::uint32_t(level.width), std::uint32_t(level.height), 1};
         copies.push_back(copy);
         offset += level.bytes.size();
-        if (i + 1 < kMipLevels) level = halved(level);
     }
-    vkCmdCopyBufferToImage(commands, staging->handle(), page.image(), VK_IMAGE_LAYOUT_TRANSFER_DST_OPTIMAL,
+    beginWriting(*entry.page, commands);
+    vkCmdCopyBufferToImage(commands, staging->handle(), entry.page->image(), entry.page->layout,
                            std::uint32_t(copies.size()), copies.data());
-    barrier(commands, page.image(), VK_IMAGE_LAYOUT_TRANSFER_DST_OPTIMAL,
-            VK_IMAGE_LAYOUT_SHADER_READ_ONLY_OPTIMAL, VK_PIPELINE_STAGE_TRANSFER_BIT,
-            VK_ACCESS_TRANSFER_WRITE_BIT, VK_PIPELINE_STAGE_FRAGMENT_SHADER_BIT, VK_ACCESS_SHADER_READ_BIT);
-    page.layout = VK_IMAGE_LAYOUT_SHADER_READ_ONLY_OPTIMAL;
+    endWriting(*entry.page, commands);
     keepAlive.push_back(staging);
-    return entries_
-        .emplace(key, Entry{bitmap.pixels, pages_.back().texture, x + kSurround, y + kSurround, picture.width,
-                            picture.height})
-        .first->second;
+    return entries_.emplace(key, std::move(entry)).first->second;
 }
 
 std::vector<SpriteRun> SpriteAtlas::layOut(std::span<const SpriteInstance> sprites, int width, int height,
@@ -155,8 +152,8 @@ std::vector<SpriteRun> SpriteAtlas::layOut(std::span<const SpriteInstance> sprit
     for (const SpriteInstance& sprite : sprites) {
         if (!isVisible(sprite, 1 / ratio)) continue;
         const CGAffineTransform& t = sprite.transform;
-        const float alpha = sprite.alpha * sprite.tint.alpha;
         const Entry& source = entry(sprite.texture->bitmap, commands, keepAlive);
+        if (source.outline.isEmpty()) continue;
 
         const double aspect = double(source.height) / double(source.width);
         SpriteVertexData v{};
@@ -170,16 +167,25 @@ std::vector<SpriteRun> SpriteAtlas::layOut(std::span<const SpriteInstance> sprit
         const double halfX = std::hypot(t.a, t.b) * width * 0.5;
         const double halfY = std::hypot(t.c, t.d) * aspect * width * 0.5;
         if (!(halfX > 0.01) || !(halfY > 0.01)) continue;
-        const double shrink = std::min(source.width / (2 * halfX), source.height / (2 * halfY));
-        v.mipLevel = float(std::clamp(std::log2(std::max(shrink, 1e-3)), 0.0, double(kMipLevels - 1)));
         v.halfSides[0] = float(halfX);
         v.halfSides[1] = float(halfY);
-        v.texel[0] = std::exp2(v.mipLevel) / float(source.width);
-        v.texel[1] = std::exp2(v.mipLevel) / float(source.height);
-        v.place[0] = float(source.x) / kPageSide;
-        v.place[1] = float(source.y) / kPageSide;
-        v.place[2] = float(source.width) / kPageSide;
-        v.place[3] = float(source.height) / kPageSide;
+
+        const double shrink = std::min(source.width / (2 * halfX), source.height / (2 * halfY));
+        const double level =
+            std::clamp(std::round(std::log2(std::max(shrink, 1.0))), 0.0, SpritePicture::kLevels - 1.0);
+        const Place& place = source.levels[std::size_t(level)];
+        const double levelWidth = source.width / std::exp2(level);
+        const double levelHeight = source.height / std::exp2(level);
+        const TextureKey& page = source.page->key();
+        v.place[0] = float(place.x) / float(page.width);
+        v.place[1] = float(place.y) / float(page.height);
+        v.place[2] = float(levelWidth / page.width);
+        v.place[3] = float(levelHeight / page.height);
+        v.halfTexel[0] = 0.5f / float(page.width);
+        v.halfTexel[1] = 0.5f / float(page.height);
+        setOutline(v, source.outline, levelWidth, levelHeight);
+
+        const float alpha = sprite.alpha * sprite.tint.alpha;
         v.factor[0] = sprite.tint.red * alpha;
         v.factor[1] = sprite.tint.green * alpha;
         v.factor[2] = sprite.tint.blue * alpha;

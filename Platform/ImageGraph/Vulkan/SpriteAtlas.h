@@ -1,13 +1,14 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
-#include <list>
 #include <memory>
 #include <span>
 #include <unordered_map>
 #include <vector>
 
 #include "Platform/ImageGraph/ImageNode.h"
+#include "Platform/ImageGraph/Vulkan/SpritePicture.h"
 #include "Platform/ImageGraph/Vulkan/Texture.h"
 
 namespace qv {
@@ -18,8 +19,12 @@ struct SpriteVertexData {
     float axisY[2], halfSides[2];
     float place[4];
     float factor[4];
-    float mipLevel, texel[2], unused;
+    float sides[4];
+    float corners[4];
+    float halfTexel[2], unused[2];
 };
+/// Vertices of the strip that draws one sprite.
+inline constexpr std::uint32_t kSpriteVertices = 8;
 
 /// Sprites that lie on one atlas page and follow each other: one instanced draw.
 struct SpriteRun {
@@ -27,21 +32,26 @@ struct SpriteRun {
     std::uint32_t first, count;
 };
 
-/// Keeps the textures of sprites together on large pages with mip levels, so that a list of sprites with any
-/// number of textures is one draw. A texture is put on a page once and stays. Used by one thread at a time.
+/// Keeps the textures of sprites together on large pages, so that a list of sprites with any number of
+/// textures is one draw. Each texture lies there in several sizes side by side, of which a sprite shows the
+/// nearest: a page with mip levels would take three times as long to read on a processor. A texture is put on
+/// a page once and stays. Used by one thread at a time.
 class SpriteAtlas {
   public:
     SpriteAtlas(DeviceResources& resources, std::shared_ptr<TexturePool> pool)
         : resources_(resources), pool_(std::move(pool)) {}
 
-    /// Fills `vertices` for the sprites of a frame of the given size and returns the draws; sprites without a
-    /// texture and those that cannot be seen are left out. Uploads of new textures are recorded into
-    /// `commands` and their staging memory is added to `keepAlive`.
+    /// Fills `vertices` for the sprites of a frame of the given size and returns the draws; sprites that
+    /// cannot be seen are left out. Uploads of new textures are recorded into `commands` and their staging
+    /// memory is added to `keepAlive`.
     std::vector<SpriteRun> layOut(std::span<const SpriteInstance> sprites, int width, int height,
                                   std::vector<SpriteVertexData>& vertices, VkCommandBuffer commands,
                                   std::vector<std::shared_ptr<void>>& keepAlive);
 
   private:
+    struct Place {
+        int x, y;  ///< of the first pixel on the page
+    };
     struct Page {
         std::shared_ptr<Texture> texture;
         int shelfX = 0, shelfY = 0, shelfHeight = 0;
@@ -49,12 +59,15 @@ class SpriteAtlas {
     struct Entry {
         std::weak_ptr<const std::vector<std::uint8_t>> pixels;
         std::shared_ptr<Texture> page;
-        int x, y, width, height;  ///< of the picture on the page, without its surroundings
+        int width, height;  ///< of the picture
+        std::array<Place, SpritePicture::kLevels> levels;
+        SpriteOutline outline;
     };
 
     const Entry& entry(const Bitmap& bitmap, VkCommandBuffer commands,
                        std::vector<std::shared_ptr<void>>& keepAlive);
-    Page& place(int cellWidth, int cellHeight, int& x, int& y);
+    /// Reserves a rectangle of pixels on the last page, or on a new one.
+    Place reserve(int width, int height);
 
     DeviceResources& resources_;
     std::shared_ptr<TexturePool> pool_;

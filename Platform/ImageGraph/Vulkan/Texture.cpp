@@ -29,12 +29,10 @@ constexpr VkImageUsageFlags kTextureUsage = VK_IMAGE_USAGE_SAMPLED_BIT | VK_IMAG
 constexpr VkMemoryPropertyFlags kHostMemory =
     VK_MEMORY_PROPERTY_HOST_VISIBLE_BIT | VK_MEMORY_PROPERTY_HOST_COHERENT_BIT;
 
-VkSampler makeSampler(VkDevice device, VkSamplerMipmapMode mipmapMode, float maxLod) {
+VkSampler makeSampler(VkDevice device) {
     VkSamplerCreateInfo info{VK_STRUCTURE_TYPE_SAMPLER_CREATE_INFO};
     info.magFilter = info.minFilter = VK_FILTER_LINEAR;
-    info.mipmapMode = mipmapMode;
     info.addressModeU = info.addressModeV = info.addressModeW = VK_SAMPLER_ADDRESS_MODE_CLAMP_TO_EDGE;
-    info.maxLod = maxLod;
     VkSampler sampler = VK_NULL_HANDLE;
     check(vkCreateSampler(device, &info, nullptr, &sampler), "cannot create a sampler");
     return sampler;
@@ -56,8 +54,7 @@ bool supportsHostTextures(VulkanDevice& device) {
 }  // namespace
 
 DeviceResources::DeviceResources(const MTIContextOptions& options) : device(options) {
-    sampler = makeSampler(device.handle(), VK_SAMPLER_MIPMAP_MODE_NEAREST, 0);
-    mipmapSampler = makeSampler(device.handle(), VK_SAMPLER_MIPMAP_MODE_LINEAR, VK_LOD_CLAMP_NONE);
+    sampler = makeSampler(device.handle());
     hostTextures = !options.gpuPaths && supportsHostTextures(device);
 }
 
@@ -66,7 +63,6 @@ DeviceResources::~DeviceResources() {
         for (VkRenderPass pass : uses) vkDestroyRenderPass(device.handle(), pass, nullptr);
     }
     vkDestroySampler(device.handle(), sampler, nullptr);
-    vkDestroySampler(device.handle(), mipmapSampler, nullptr);
 }
 
 VkRenderPass DeviceResources::renderPass(TextureFormat format, TargetUse use) {
@@ -136,7 +132,7 @@ void Texture::create() {
     info.imageType = VK_IMAGE_TYPE_2D;
     info.format = vulkanFormat(key_.format);
     info.extent = {std::uint32_t(key_.width), std::uint32_t(key_.height), 1};
-    info.mipLevels = std::uint32_t(key_.mipLevels);
+    info.mipLevels = 1;
     info.arrayLayers = 1;
     info.samples = VK_SAMPLE_COUNT_1_BIT;
     info.tiling = key_.hostVisible ? VK_IMAGE_TILING_LINEAR : VK_IMAGE_TILING_OPTIMAL;

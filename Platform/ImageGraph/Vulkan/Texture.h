@@ -27,9 +27,8 @@ struct DeviceResources {
 
     VulkanDevice device;
     DeviceMemory memory{device};
-    VkSampler sampler = VK_NULL_HANDLE;        ///< linear, clamped
-    VkSampler mipmapSampler = VK_NULL_HANDLE;  ///< the same, between mip levels too
-    bool hostTextures = false;  ///< a processor whose textures the host may read and write in place
+    VkSampler sampler = VK_NULL_HANDLE;  ///< linear, clamped
+    bool hostTextures = false;           ///< a processor whose textures the host may read and write in place
     std::atomic<std::uint64_t> completedSerial{0};  ///< of the last submission that is known to have ended
 
   private:
@@ -41,7 +40,6 @@ struct TextureKey {
     int width, height;
     TextureFormat format;
     bool hostVisible;  ///< linear and mapped; only where DeviceResources::hostTextures
-    int mipLevels = 1;
     bool operator==(const TextureKey&) const = default;
 };
 

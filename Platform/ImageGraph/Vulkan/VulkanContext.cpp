@@ -222,7 +222,7 @@ void VulkanContext::recordPass(Recording& recording, const PlanPass& pass) {
             run.page->lastUse = recording.serial;
             recording.frame.keepAlive.push_back(run.page);
             const VkDescriptorSet set = recording.frame.allocateSet(sprites.setLayout);
-            const VkDescriptorImageInfo page{resources_->mipmapSampler, run.page->view(),
+            const VkDescriptorImageInfo page{resources_->sampler, run.page->view(),
                                              run.page->sampledLayout()};
             VkWriteDescriptorSet write{VK_STRUCTURE_TYPE_WRITE_DESCRIPTOR_SET};
             write.dstSet = set;
@@ -232,7 +232,7 @@ void VulkanContext::recordPass(Recording& recording, const PlanPass& pass) {
             vkUpdateDescriptorSets(resources_->device.handle(), 1, &write, 0, nullptr);
             vkCmdBindDescriptorSets(commands, VK_PIPELINE_BIND_POINT_GRAPHICS, sprites.layout, 0, 1, &set, 0,
                                     nullptr);
-            vkCmdDraw(commands, 4, run.count, 0, run.first);
+            vkCmdDraw(commands, kSpriteVertices, run.count, 0, run.first);
         }
     }
     vkCmdEndRenderPass(commands);
