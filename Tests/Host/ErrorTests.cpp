@@ -1,0 +1,180 @@
+// Every failure: one line that names the cause, its exit code, and nothing left behind.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "Tests/Host/Tool.h"
+
+namespace qv {
+namespace {
+
+using ::testing::HasSubstr;
+namespace fs = std::filesystem;
+
+/// A clip, a picture and damaged files, made once.
+class Errors : public testing::Test {
+  protected:
+    static void SetUpTestSuite() {
+        files_ = new TemporaryFolder;
+        makeClip(*files_ / "clip.mkv", "testsrc2=s=160x90:r=25:d=1", {"-c:v", "libx264"});
+        makeClip(*files_ / "picture.png", "testsrc2=s=160x90:r=1:d=1", {"-frames:v", "1"});
+        for (const char* name : {"clip.mkv", "picture.png"}) {
+            const std::string whole = readBytes(*files_ / name);
+            writeBytes(*files_ / (std::string("cut-") + name), whole.substr(0, whole.size() / 2));
+        }
+        writeBytes(*files_ / "empty", "");
+        writeBytes(*files_ / "noise", std::string(5000, 'q'));
+    }
+    static void TearDownTestSuite() { delete files_; }
+
+    static std::string path(const std::string& name) { return *files_ / name; }
+
+    /// Expects the failure, and that the folder of outputs stays empty.
+    static void expectFailure(Arguments arguments, int exitCode, const std::string& cause) {
+        SCOPED_TRACE(testing::PrintToString(arguments));
+        const TemporaryFolder outputs;
+        for (std::string& argument : arguments) {
+            if (argument.starts_with("OUT/")) argument = outputs / argument.substr(4);
+        }
+        const Outcome outcome = qvfilter(arguments);
+        EXPECT_EQ(outcome.exitCode, exitCode);
+        EXPECT_EQ(outcome.errorLines(), 1u) << outcome.errors;
+        EXPECT_THAT(outcome.errors, testing::StartsWith("qvfilter: "));
+        EXPECT_THAT(outcome.errors, HasSubstr(cause));
+        EXPECT_EQ(outcome.output, "");
+        EXPECT_EQ(outputs.fileCount(), 0u);
+    }
+    static void expectRenderFailure(const std::string& effect, int exitCode, const std::string& cause) {
+        expectFailure({"render", "-i", path("clip.mkv"), "-e", effect, "-o", "OUT/x.mp4"}, exitCode, cause);
+    }
+
+  private:
+    static inline TemporaryFolder* files_ = nullptr;
+};
+
+TEST_F(Errors, WrongUsage) {
+    expectFailure({}, 2, "subcommand is required");
+    expectFailure({"paint"}, 2, "there is no command 'paint'");
+    expectFailure({"list", "--frob"}, 2, "--frob");
+    expectFailure({"graph", "QVMosaicMTIFilter", "--size", "12x"}, 2, "WIDTHxHEIGHT");
+    expectFailure({"graph", "QVMosaicMTIFilter", "--size", "0x9"}, 2, "'0x9'");
+    expectFailure({"graph", "QVMosaicMTIFilter", "--time", "soon"}, 2, "'soon'");
+    expectFailure({"graph", "QVMosaicMTIFilter", "--json", "--dot"}, 2, "excludes");
+    expectFailure({"show", "QVMosiacMTIFilter"}, 2, "did you mean QVMosaicMTIFilter");
+    expectFailure({"still", "-i", path("picture.png"), "-o", "OUT/x.tif"}, 2, ".png or .jpg");
+    expectFailure({"render", "-i", path("clip.mkv"), "--crf", "20", "--bitrate", "1M", "-o", "OUT/x.mp4"}, 2,
+                  "excludes");
+    expectFailure({"render", "-i", path("clip.mkv"), "--bitrate", "fast", "-o", "OUT/x.mp4"}, 2, "'fast'");
+}
+
+TEST_F(Errors, EffectsThatDoNotFitTheirClass) {
+    expectRenderFailure("QVSwirrlFilter", 2, "did you mean QVSwirlMTIFilter");
+    expectRenderFailure("QVMosaicMTIFilter:strength=1", 2, "it has effectValue, level");
+    expectRenderFailure("QVMosaicMTIFilter:effectValue=1.5", 2, "outside 0 to 1");
+    expectRenderFailure("QVMosaicMTIFilter:effectValue=much", 2, "'much'");
+    expectRenderFailure("QVMosaicMTIFilter:effectValue=nan", 2, "'nan'");
+    expectRenderFailure("QVMosaicMTIFilter:effectValue", 2, "name=value");
+    expectRenderFailure("QVMosaicMTIFilter:isPhoto=maybe", 2, "true or false");
+    expectRenderFailure("QVMosaicMTIFilter:extractValues=1,,2", 2, "extractValues");
+    expectRenderFailure("QVMosaicMTIFilter:extractValues=1\\:2", 2, "'1:2'");
+    expectRenderFailure("QVInterlayerFilter", 2, "--mask");
+}
+
+TEST_F(Errors, InputsThatCannotBeRead) {
+    const std::string folder = fs::path(path("x")).parent_path();
+    const std::vector<std::pair<std::string, std::string>> cases = {{path("missing.mp4"), "No such file"},
+                                                                    {folder, "directory"},
+                                                                    {path("empty"), "empty"},
+                                                                    {path("noise"), "noise"}};
+    for (const auto& [input, cause] : cases) {
+        expectFailure({"render", "-i", input, "-o", "OUT/x.mp4"}, 3, cause);
+        expectFailure({"still", "-i", input, "-o", "OUT/x.png"}, 3, cause);
+    }
+    expectFailure({"render", "-i", path("cut-clip.mkv"), "-o", "OUT/x.mp4"}, 3, "cut off");
+    expectFailure({"still", "-i", path("cut-picture.png"), "-o", "OUT/x.png"}, 3, "cut-picture.png");
+    expectFailure({"still", "-i", path("clip.mkv"), "--time", "9", "-o", "OUT/x.png"}, 3, "ends at 1.000 s");
+    expectFailure({"render", "-i", path("clip.mkv"), "--mask", path("missing.png"), "-o", "OUT/x.mp4"}, 3,
+                  "missing.png");
+    expectFailure({"sheet", "--input", path("noise"), "-o", "OUT/x.png"}, 3, "noise");
+}
+
+TEST_F(Errors, NoDevice) {
+    const TemporaryFolder outputs;
+    for (const Arguments& command : {Arguments{"render", "-i", path("clip.mkv"), "-o", outputs / "x.mp4"},
+                                     Arguments{"still", "-i", path("picture.png"), "-o", outputs / "x.png"},
+                                     Arguments{"bench"}, Arguments{"devices"}}) {
+        Arguments all{"env", "VK_ICD_FILENAMES=/nonexistent", "VK_DRIVER_FILES=/nonexistent", QV_TOOL};
+        all.insert(all.end(), command.begin(), command.end());
+        const Outcome outcome = run(all);
+        EXPECT_EQ(outcome.exitCode, 4) << command[0];
+        EXPECT_EQ(outcome.errorLines(), 1u) << outcome.errors;
+        EXPECT_THAT(outcome.errors, HasSubstr("Vulkan"));
+        EXPECT_EQ(outputs.fileCount(), 0u) << command[0];
+    }
+    expectFailure({"still", "-i", path("picture.png"), "--device", "99", "-o", "OUT/x.png"}, 4, "99");
+}
+
+TEST_F(Errors, OutputsThatCannotBeWritten) {
+    const std::string clip = path("clip.mkv");
+    expectFailure({"render", "-i", clip, "-o", "OUT/no/such/x.mp4"}, 5, "No such file");
+    expectFailure({"render", "-i", clip, "-o", "/"}, 5, "directory");
+    expectFailure({"render", "-i", clip, "--format", "matroska", "-o", "/dev/full"}, 5, "No space left");
+    expectFailure({"still", "-i", clip, "-o", "/dev/full"}, 5, "No space left");
+    expectFailure({"render", "-i", clip, "-o", "OUT/x.unheard"}, 5, "x.unheard");
+    expectFailure({"render", "-i", clip, "--codec", "none-such", "-o", "OUT/x.mp4"}, 5, "none-such");
+    const Outcome full = run({"sh", "-c", std::string(QV_TOOL) + " list --json > /dev/full"});
+    EXPECT_EQ(full.exitCode, 5);
+    EXPECT_THAT(full.errors, HasSubstr("standard output"));
+}
+
+TEST_F(Errors, NoPermission) {
+    const TemporaryFolder folder;
+    const fs::path root = fs::path(folder / "x").parent_path();
+    const std::string open = folder / "open.mkv", closed = folder / "closed.mkv";
+    for (const std::string& file : {open, closed}) writeBytes(file, readBytes(path("clip.mkv")));
+    fs::permissions(closed, fs::perms::none);
+    fs::permissions(root, fs::perms(0555));
+    // Permissions do not bind root, so root becomes nobody.
+    Arguments tool{QV_TOOL, "render"};
+    if (::geteuid() == 0) tool.insert(tool.begin(), {"setpriv", "--reuid=65534", "--clear-groups"});
+    const auto render = [&](const std::string& input, const std::string& output) {
+        Arguments command = tool;
+        command.insert(command.end(), {"-i", input, "-o", output});
+        return run(command);
+    };
+    if (render(open, "/dev/null").exitCode > 100) GTEST_SKIP() << "this user cannot run the tool";
+    const Outcome unreadable = render(closed, "/dev/null"), unwritable = render(open, folder / "out.mkv");
+    EXPECT_EQ(unreadable.exitCode, 3);
+    EXPECT_THAT(unreadable.errors, HasSubstr("Permission denied"));
+    EXPECT_EQ(unwritable.exitCode, 5);
+    EXPECT_THAT(unwritable.errors, HasSubstr("Permission denied"));
+    EXPECT_EQ(unwritable.errorLines(), 1u);
+    EXPECT_EQ(folder.fileCount(), 2u);
+    fs::permissions(root, fs::perms(0755));
+}
+
+TEST_F(Errors, AnExistingOutputIsKeptUnlessTold) {
+    const TemporaryFolder outputs;
+    const std::string file = outputs / "x.png";
+    writeBytes(file, "precious");
+    for (const Arguments& flag : {Arguments{}, Arguments{"-n"}}) {
+        Arguments command{"still", "-i", path("picture.png"), "-o", file};
+        command.insert(command.end(), flag.begin(), flag.end());
+        const Outcome outcome = qvfilter(command);
+        EXPECT_EQ(outcome.exitCode, 5);
+        EXPECT_THAT(outcome.errors, HasSubstr("exists"));
+        EXPECT_EQ(readBytes(file), "precious");
+    }
+    // A failure after permission was given still loses nothing.
+    EXPECT_EQ(qvfilter({"still", "-y", "-i", path("cut-picture.png"), "-o", file}).exitCode, 3);
+    EXPECT_EQ(readBytes(file), "precious");
+    EXPECT_EQ(qvfilter({"still", "-y", "-i", path("picture.png"), "-o", file}).exitCode, 0);
+    EXPECT_NE(readBytes(file), "precious");
+    EXPECT_EQ(outputs.fileCount(), 1u);
+}
+
+}  // namespace
+}  // namespace qv

@@ -1,0 +1,208 @@
+// list, show, graph, devices, bench: what programs read.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "Tests/Host/Tool.h"
+
+namespace qv {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+const Json& classes() {
+    static const Json all = qvfilterJSON({"list", "--json"});
+    return all;
+}
+
+Json classNamed(const std::string& name) {
+    for (const Json& entry : classes()) {
+        if (entry["name"] == name) return entry;
+    }
+    ADD_FAILURE() << name << " is not listed";
+    return {};
+}
+
+Json propertyNamed(const Json& entry, const std::string& name) {
+    for (const Json& property : entry["properties"]) {
+        if (property["name"] == name) return property;
+    }
+    ADD_FAILURE() << name << " is not listed";
+    return {};
+}
+
+TEST(List, HasEveryFactOfEveryClass) {
+    static const std::set<std::string> kKinds{"effect", "transition", "auxiliary"};
+    static const std::set<std::string> kTypes{"bool",   "int",     "float",     "vector",
+                                              "colors", "numbers", "transform", "timeRange"};
+    std::set<std::string> names;
+    ASSERT_GE(classes().size(), 40u);
+    for (const Json& entry : classes()) {
+        SCOPED_TRACE(entry["name"].dump());
+        EXPECT_TRUE(names.insert(entry["name"]).second) << "listed twice";
+        EXPECT_TRUE(kKinds.contains(entry["kind"]));
+        EXPECT_TRUE(entry["superclass"].is_string());
+        EXPECT_FALSE(entry["category"].get<std::string>().empty());
+        EXPECT_FALSE(entry["help"].get<std::string>().empty());
+        EXPECT_GE(entry["levelCount"].get<int>(), 0);
+        EXPECT_GE(entry["defaultEffectValue"].get<double>(), 0);
+        EXPECT_LE(entry["defaultEffectValue"].get<double>(), 1);
+        EXPECT_TRUE(entry["isVideoOnly"].is_boolean());
+        EXPECT_GE(entry["inputs"].size(), 1u);
+        EXPECT_FALSE(entry["fragmentFunction"].get<std::string>().empty());
+        for (const Json& property : entry["properties"]) {
+            SCOPED_TRACE(property["name"].dump());
+            EXPECT_TRUE(kTypes.contains(property["type"]));
+            EXPECT_FALSE(property["help"].get<std::string>().empty());
+            const bool ranged = property["type"] == "int" || property["type"] == "float";
+            EXPECT_EQ(property["min"].is_number() && property["max"].is_number(), ranged);
+            if (!ranged) continue;
+            EXPECT_LE(property["min"].get<double>(), property["default"].get<double>());
+            EXPECT_GE(property["max"].get<double>(), property["default"].get<double>());
+        }
+    }
+}
+
+TEST(List, KnownClassesAreDescribedRight) {
+    const Json mosaic = classNamed("QVMosaicMTIFilter");
+    EXPECT_EQ(mosaic["kind"], "effect");
+    EXPECT_EQ(mosaic["superclass"], "QVEffectMTIFilter");
+    EXPECT_EQ(mosaic["inputs"], Json({"inputImage"}));
+    EXPECT_EQ(propertyNamed(mosaic, "effectValue")["max"], 1.0);
+    EXPECT_EQ(classNamed("QVMirrorMTIFilter")["levelCount"], 3);
+    EXPECT_EQ(classNamed("QVScanlineMTIFilter2")["fragmentFunction"], "QVScanlineMTIFilter");
+    EXPECT_EQ(classNamed("QVSplitNineFilter")["fragmentFunction"], "QVSplitFilter");
+    EXPECT_EQ(classNamed("QVTrembleEffectMTIFilter")["isVideoOnly"], true);
+    EXPECT_EQ(classNamed("QVMosaicMTIFilter")["isVideoOnly"], false);
+    EXPECT_EQ(classNamed("QVHueMTIFilter")["kind"], "auxiliary");
+    EXPECT_EQ(classNamed("QVInterlayerFilter")["inputs"], Json({"inputImage", "maskImage"}));
+    EXPECT_EQ(qvfilterJSON({"show", "QVMosaicMTIFilter", "--json"}), mosaic);
+}
+
+TEST(List, ReadsWellAndFilters) {
+    const Outcome table = qvfilter({"list", "mosaic"});
+    EXPECT_EQ(table.exitCode, 0);
+    EXPECT_THAT(table.output, HasSubstr("QVCircleMosaicMTIFilter"));
+    EXPECT_EQ(table.output.find("QVMirror"), std::string::npos);
+    EXPECT_EQ(qvfilterJSON({"list", "--json", "QVSplit*Filter"}).size(),
+              qvfilterJSON({"list", "--json", "QVSPLIT*FILTER"}).size());
+    EXPECT_THAT(qvfilter({"show", "QVMirrorMTIFilter"}).output, HasSubstr("levels          3"));
+}
+
+Json graphNode(const Arguments& arguments) {
+    Arguments all{"graph"};
+    all.insert(all.end(), arguments.begin(), arguments.end());
+    all.push_back("--json");
+    const Json graph = qvfilterJSON(all);
+    return graph["nodes"][graph["output"].get<std::size_t>()];
+}
+
+TEST(Graph, OnePassHasItsFunctionInputsAndUniforms) {
+    const Json graph = qvfilterJSON({"graph", "QVMosaicMTIFilter", "--size", "640x360", "--json"});
+    ASSERT_EQ(graph["nodes"].size(), 2u);
+    const Json &input = graph["nodes"][0], &pass = graph["nodes"][1];
+    EXPECT_EQ(input["kind"], "input");
+    EXPECT_EQ(input["name"], "inputImage");
+    EXPECT_EQ(input["size"], Json({640, 360}));
+    EXPECT_EQ(pass["kind"], "kernel");
+    EXPECT_EQ(pass["function"], "QVMosaicMTIFilter");
+    EXPECT_EQ(pass["inputs"], Json({input["id"]}));
+    EXPECT_EQ(pass["parameters"], Json({{"factor", 58.0}}));
+    EXPECT_EQ(graph["output"], pass["id"]);
+}
+
+TEST(Graph, NumbersAreWhatTheShaderReceives) {
+    // Horizontal offset of the last third: 0.049 · 3 · (1 − 2/3) + 0.001, narrowed; the time as a float.
+    const Json rgb = graphNode({"QVRGBMTIFilter", "--time", "1.3", "--set", "effectValue=1"})["parameters"];
+    std::vector<std::string> names;
+    for (const auto& [name, value] : rgb.items()) names.push_back(name);
+    EXPECT_THAT(names, ElementsAre("iTime", "level", "effectValue", "isPhoto", "xOff"));
+    EXPECT_EQ(rgb["iTime"].get<double>(), double(1.3f));
+    EXPECT_EQ(rgb["level"].dump(), "2");
+    EXPECT_EQ(rgb["isPhoto"].dump(), "false");
+    EXPECT_NEAR(rgb["xOff"].get<double>(), 0.05, 1e-7);
+    EXPECT_EQ(rgb["xOff"].get<double>(), double(rgb["xOff"].get<float>()));
+
+    const Json magnify = graphNode({"QVCenterMagnifyMTIFilter", "--set", "effectValue=0.5"})["parameters"];
+    EXPECT_EQ(magnify, Json({{"magnificationNum", 3.5}, {"centerPoint", {double(0.1f), double(0.2f)}}}));
+    EXPECT_EQ(graphNode({"QVSplitNineFilter"})["parameters"].dump(),
+              R"({"splitNumber":3.0,"splitDirection":2})");
+}
+
+TEST(Graph, SettingsApplyInOrderOverTheDefaultStrength) {
+    const auto factor = [](const Arguments& settings) {
+        Arguments arguments{"QVMosaicMTIFilter"};
+        for (const std::string& setting : settings) arguments.insert(arguments.end(), {"--set", setting});
+        return graphNode(arguments)["parameters"]["factor"].get<double>();
+    };
+    EXPECT_EQ(factor({"effectValue=0"}), 100);
+    EXPECT_EQ(factor({"effectValue=0", "effectValue=1"}), 16);
+    EXPECT_EQ(factor({"effectValue=1", "factor=30"}), 30);
+    EXPECT_EQ(factor({"factor=30", "effectValue=1"}), 16);
+    EXPECT_EQ(graphNode({"QVMosaicMTIFilter:factor=40"})["parameters"]["factor"], 40.0);
+    EXPECT_EQ(graphNode({"QVMirrorMTIFilter", "--set", "level=2", "level=7"})["parameters"]["factor"], 5.0)
+        << "a level outside the table changes nothing";
+}
+
+TEST(Graph, CompositesShowTheirStockFilters) {
+    const Json graph = qvfilterJSON({"graph", "QVInterlayerFilter", "--size", "320x200", "--json"});
+    std::set<std::string> kinds;
+    for (std::size_t i = 0; i < graph["nodes"].size(); ++i) {
+        const Json& node = graph["nodes"][i];
+        EXPECT_EQ(node["id"], i);
+        for (const Json& input : node["inputs"])
+            EXPECT_LT(input.get<std::size_t>(), i) << "inputs come first";
+        kinds.insert(node["kind"]);
+        if (node["kind"] == "blend") {
+            EXPECT_EQ(node["settings"]["mode"], "Normal");
+        }
+        if (node["kind"] == "blendWithMask") {
+            EXPECT_EQ(node["settings"]["component"], "red");
+        }
+    }
+    EXPECT_THAT(kinds, ElementsAre("blend", "blendWithMask", "input"));
+
+    const Json sharpened = qvfilterJSON({"graph", "QVUnSharpMaskMTIFilter", "--json"});
+    EXPECT_EQ(sharpened["nodes"][1]["kind"], "gaussianBlur");
+    EXPECT_GT(sharpened["nodes"][1]["parameters"]["radius"].get<double>(), 0);
+}
+
+TEST(Graph, NeedsNoDeviceAndDrawsForDot) {
+    const Outcome listing = run({"env", "VK_ICD_FILENAMES=/nonexistent", "VK_DRIVER_FILES=/nonexistent",
+                                 QV_TOOL, "graph", "QVMosaicMTIFilter"});
+    EXPECT_EQ(listing.exitCode, 0);
+    EXPECT_THAT(listing.output, HasSubstr("factor=58"));
+    const Outcome dot = qvfilter({"graph", "QVInterlayerFilter", "--dot"});
+    EXPECT_THAT(dot.output, testing::StartsWith("digraph \"QVInterlayerFilter\" {"));
+    EXPECT_THAT(dot.output, HasSubstr("n0 -> n2"));
+}
+
+TEST(Devices, AreListed) {
+    const Json devices = qvfilterJSON({"devices", "--json"});
+    ASSERT_GE(devices.size(), 1u);
+    EXPECT_EQ(devices[0]["index"], 0);
+    EXPECT_FALSE(devices[0]["name"].get<std::string>().empty());
+}
+
+TEST(Bench, MeasuresAgainstACopy) {
+    const Json bench = qvfilterJSON({"bench", "QVBlackWhiteMTIFilter", "QVUnSharpMaskMTIFilter", "--size",
+                                     "320x180", "--rounds", "3", "--json"});
+    ASSERT_EQ(bench["classes"].size(), 2u);
+    const Json &simple = bench["classes"][0], &blurring = bench["classes"][1];
+    EXPECT_EQ(simple["passes"], 1);
+    EXPECT_EQ(simple["bytesRead"], 320 * 180 * 4);
+    EXPECT_EQ(simple["bytesWritten"], 320 * 180 * 4);
+    EXPECT_GT(blurring["passes"].get<int>(), 1);
+    for (const Json& entry : bench["classes"]) {
+        const double median = entry["medianMilliseconds"], copy = entry["copyMedianMilliseconds"];
+        EXPECT_GT(entry["minimumMilliseconds"].get<double>(), 0);
+        EXPECT_GE(median, entry["minimumMilliseconds"].get<double>());
+        EXPECT_NEAR(entry["ratio"].get<double>(), median / copy, 0.02 * median / copy + 0.01);
+    }
+}
+
+}  // namespace
+}  // namespace qv

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "Tests/Media/TemporaryFolder.h"
+
+#include <nlohmann/json.hpp>
+
+/// Runs the tool, and FFmpeg's programs as an independent judge of what it wrote.
+namespace qv {
+
+using Json = nlohmann::ordered_json;
+using Arguments = std::vector<std::string>;
+
+struct Outcome {
+    int exitCode = -1;  ///< −1 when a signal ended the process
+    std::string output, errors;
+
+    std::size_t errorLines() const { return std::size_t(std::count(errors.begin(), errors.end(), '\n')); }
+};
+
+/// A child process whose output goes to files.
+class Process {
+  public:
+    /// `input` is the file for standard input.
+    explicit Process(const Arguments& command, const std::string& input = "/dev/null");
+    void signal(int number);
+    Outcome wait();
+
+  private:
+    TemporaryFolder folder_;
+    pid_t id_;
+};
+
+Outcome run(const Arguments& command, const std::string& input = "/dev/null");
+Outcome qvfilter(Arguments arguments, const std::string& input = "/dev/null");
+/// The tool's output, which must be JSON.
+Json qvfilterJSON(Arguments arguments);
+
+/// Runs ffmpeg; an error of its own fails the test.
+void ffmpeg(Arguments arguments);
+/// Makes `path` from a lavfi source and encoder options.
+void makeClip(const std::string& path, const std::string& source, Arguments encoding);
+/// The first stream of a kind ("v:0", "a:0"), with the number of frames read.
+Json probe(const std::string& path, const std::string& stream);
+/// Time stamps of the frames in units of the time base.
+std::vector<std::int64_t> frameTimes(const std::string& path);
+/// Hash of a stream's packets, undecoded.
+std::string packetHash(const std::string& path, const std::string& stream);
+/// Frame number `index` as RGB bytes, turned as a player would.
+std::string rgbFrame(const std::string& path, int index = 0);
+
+/// Root of the mean squared difference; huge when the sizes differ.
+double rmsDifference(const std::string& a, const std::string& b);
+/// Mean of the largest minus the smallest of each pixel's R, G and B.
+double meanChroma(const std::string& rgb);
+
+}  // namespace qv
