@@ -61,11 +61,11 @@ DancerFrame drawDancerFrame(const NightStreet& street, StageView view, int frame
     const double sinceBeat = seconds * 2 - std::floor(seconds * 2);
     const float pulse = float(std::exp(-3.2 * sinceBeat));
 
-    // The shutter is open for half of the frame's time.
-    constexpr int kInstants = 3;
+    // The shutter is open for two fifths of the frame's time.
+    constexpr int kInstants = 4;
     Raster<Painted> figure(kWidth, kHeight);
     for (int i = 0; i < kInstants; ++i) {
-        const double at = seconds + (double(i) / (kInstants - 1) - 0.5) * 0.5 / kFramesPerSecond;
+        const double at = seconds + (double(i) / (kInstants - 1) - 0.5) * 0.4 / kFramesPerSecond;
         const Raster<Painted> instant =
             drawFigure(view, danceAt(at), {0.75f + 0.45f * pulse, 0.75f + 0.45f * pulse});
         for (int y = 0; y < kHeight; ++y)

@@ -35,8 +35,8 @@ std::vector<Limb> limbsOf(const Pose& p) {
         add(p.ankles[i] - footAxis * 0.03f, p.toes[i], 0.050f, 0.040f, Material::shoe);
         add(p.ankles[i] - footAxis * 0.045f + Vec3{0, -0.035f, 0}, p.toes[i] + Vec3{0, -0.018f, 0}, 0.030f,
             0.027f, Material::sole);
-        add(p.shoulders[i], p.elbows[i], 0.066f, 0.055f, Material::sleeve, out, 0.8f);
-        add(p.elbows[i], mix(p.elbows[i], p.wrists[i], 0.95f), 0.056f, 0.044f, Material::sleeve, out, 1);
+        add(p.shoulders[i], p.elbows[i], 0.066f, 0.055f, Material::sleeve, {}, 0.8f);
+        add(p.elbows[i], mix(p.elbows[i], p.wrists[i], 0.95f), 0.056f, 0.044f, Material::sleeve, {}, 1);
         add(p.wrists[i], p.hands[i], 0.030f, 0.032f, Material::skin);
         const Vec3 along = normalize(p.hands[i] - p.wrists[i]);
         const Vec3 across = normalize(cross(along, p.forward) + Vec3{1e-3f, 0, 0});
@@ -167,12 +167,8 @@ Vec3 albedoOf(const Limb& limb, const Hit& hit, const Pose& pose, Vec3 point) {
             const float glasses = smoothstep(0.002f, -0.002f, std::min(lens, bridge));
             return mix(skin, Vec3{0.010f, 0.010f, 0.014f}, glasses);
         }
-        case Material::sleeve: {
-            const float stripe = dot(hit.normal, limb.outside);
-            const Vec3 cloth{0.030f, 0.20f, 0.235f};
-            return mix(cloth, Vec3{0.74f, 0.70f, 0.62f},
-                       smoothstep(0.80f, 0.84f, stripe) * smoothstep(0.97f, 0.95f, stripe));
-        }
+        case Material::sleeve:
+            return {0.030f, 0.20f, 0.235f};
         case Material::jacket: {
             const float height = dot(point - pose.waist, normalize(pose.chest - pose.waist));
             const float side = dot(point - pose.chest, pose.right), front = dot(hit.normal, pose.forward);
@@ -186,7 +182,7 @@ Vec3 albedoOf(const Limb& limb, const Hit& hit, const Pose& pose, Vec3 point) {
         case Material::trousers: {
             const float stripe = dot(hit.normal, limb.outside);
             const Vec3 cloth{0.042f, 0.044f, 0.062f};
-            return mix(cloth, Vec3{0.80f, 0.155f, 0.030f}, smoothstep(0.86f, 0.89f, stripe));
+            return mix(cloth, Vec3{0.80f, 0.155f, 0.030f}, smoothstep(0.925f, 0.945f, stripe));
         }
         case Material::shoe:
             return mix(Vec3{0.72f, 0.71f, 0.69f}, Vec3{0.80f, 0.155f, 0.030f},
