@@ -1,5 +1,7 @@
 #include "QVFilterCore/QVMotionBlurMTIFilter.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace qv {
@@ -8,15 +10,59 @@ namespace {
 
 using Blur = QVMotionBlurMTIFilter;
 
-// Taps of the shader's two kinds of pass.
-constexpr double kFineTaps = 8, kCoarseTaps = 16;
-/// A line that one fine pass fills without gaps, pixels.
-constexpr double kLongestFineLine = 10;
-/// A line from which on the steps of a coarse pass, four pixels and more, may be rounded to whole pixels: a
-/// bright dot's smear varies by two levels then.
-constexpr double kShortestCoarseLine = 64;
+// Passes of the shader.
+constexpr std::int32_t kSamples = 0, kBox = 1, kGather = 2, kSpread = 3;
+constexpr double kSampleTaps = 8;
+/// Longest line that the samples fill without gaps, pixels.
+constexpr double kLongestSampled = 10;
+/// Longest line of the box pass, steps.
+constexpr double kLongestBox = 18;
+/// Steps that a column of the gathered picture stands for; few choices, since each is a pipeline of its own.
+constexpr std::array<int, 7> kReductions{2, 3, 4, 6, 8, 12, 16};
+/// A line that leaves the pixel grid by less than this over the whole picture lies on it.
+constexpr double kOnGrid = 0.05;
+
+int reductionFor(double steps) {
+    const auto enough =
+        std::ranges::find_if(kReductions, [&](int reduction) { return steps / reduction <= kLongestBox; });
+    return enough == kReductions.end() ? kReductions.back() : *enough;
+}
 
 }  // namespace
+
+/// The line of a blur, taken in steps of one pixel along the axis of the picture that it is closest to.
+struct QVMotionBlurMTIFilter::Line {
+    CGSize picture;
+    bool isDown;    ///< the axis is y
+    double slope;   ///< pixels across the axis per step
+    double steps;   ///< whole length
+    bool isOnGrid;  ///< every step leads to a pixel
+
+    Line(double size, double angle, CGSize pictureSize) : picture(pictureSize) {
+        const double right = std::cos(angle), down = -std::sin(angle);
+        const double steeper = std::abs(down) - std::abs(right);
+        // A diagonal is gathered into the fewest pixels along the picture's shorter side.
+        constexpr double kDiagonal = 1e-9;
+        isDown = std::abs(steeper) < kDiagonal ? picture.height < picture.width : steeper > 0;
+        slope = isDown ? right / down : down / right;
+        steps = size * std::abs(isDown ? down : right);
+        const double nearest = std::round(slope);
+        isOnGrid = std::abs(slope - nearest) * (side() + steps) < kOnGrid;
+        if (isOnGrid) slope = nearest;
+    }
+
+    double side() const { return isDown ? picture.height : picture.width; }
+    double acrossSide() const { return isDown ? picture.width : picture.height; }
+    MTIVector vector(double along, double across) const {
+        return isDown ? MTIVector{float(across), float(along)} : MTIVector{float(along), float(across)};
+    }
+    MTIVector tapStep() const { return vector(1, slope); }
+    /// A linear function of a place along and across the axis, as a function of x, y and 1.
+    MTIVector function(double along, double across, double constant) const {
+        const MTIVector v = vector(along, across);
+        return {v[0], v[1], float(constant)};
+    }
+};
 
 const QVFilterClass QVMotionBlurMTIFilterClass{
     .name = "QVMotionBlurMTIFilter",
@@ -34,19 +80,80 @@ const QVFilterClass QVMotionBlurMTIFilterClass{
 };
 
 MTIImage QVMotionBlurMTIFilter::outputImage() {
-    if (!(blurSize_ > 0) || !std::isfinite(blurSize_) || !std::isfinite(blurAngle_)) return inputImage();
+    if (!inputImage() || !(blurSize_ > 0) || !std::isfinite(blurSize_) || !std::isfinite(blurAngle_))
+        return inputImage();
+    const Line line(blurSize_, blurAngle_, inputImage().size());
+    if (line.isOnGrid && line.steps <= kLongestBox) {
+        return applied(inputImage(), inputImage().size(),
+                       {{"pass", kBox}, {"tapStep", line.tapStep()}, {"steps", float(line.steps)}});
+    }
+    const MTIImage smeared = blurSize_ > kLongestSampled ? smearedByColumns(line) : MTIImage();
+    return smeared ? smeared : sampled();
+}
+
+MTIImage QVMotionBlurMTIFilter::applied(const MTIImage& image, CGSize size, MTIParameters parameters) const {
+    const auto& kernel = filterClass().kernel();
+    return kernel ? kernel->applyToInputImages({image}, std::move(parameters), size, outputPixelFormat())
+                  : MTIImage();
+}
+
+MTIImage QVMotionBlurMTIFilter::sampled() const {
     MTIImage image = inputImage();
-    // Each pass leaves the gaps between its taps for the next to fill.
-    double line = blurSize_;
-    auto pass = [&](double taps, bool coarse) {
-        line /= taps;
-        const MTIVector stepPixels{float(line * std::cos(blurAngle_)), float(-line * std::sin(blurAngle_))};
-        image = applyKernel({image}, {{"stepPixels", stepPixels}, {"coarse", std::int32_t(coarse)}});
-    };
-    if (line > kShortestCoarseLine) pass(kCoarseTaps, true);
-    while (line > kLongestFineLine) pass(kFineTaps, false);
-    pass(kFineTaps, false);
+    double length = blurSize_;
+    do {
+        length /= kSampleTaps;
+        const MTIVector tapStep{float(length * std::cos(blurAngle_)), float(-length * std::sin(blurAngle_))};
+        image = applied(image, image.size(), {{"pass", kSamples}, {"tapStep", tapStep}});
+    } while (length > kLongestSampled / kSampleTaps);
     return image;
+}
+
+MTIImage QVMotionBlurMTIFilter::smearedByColumns(const Line& line) const {
+    // A row of the gathered picture is a line of the blur, a column `scale` steps of it; the first one's
+    // middle lies at `start`. Columns outside the picture hold what its edges go on with.
+    int reduction = reductionFor(line.steps);
+    const double border = std::ceil(line.steps / 2 / reduction) + 2;
+    const double firstStep = -border * reduction;
+    const double slide = line.slope * (line.side() - 1);
+    const double firstRow = std::floor(std::min(0.0, -slide));
+    const double lastRow = std::ceil(line.acrossSide() - 1 + std::max(0.0, -slide));
+    CGSize size{std::ceil(line.side() / reduction) + 2 * border, lastRow - firstRow + 1};
+    if (size.width > kMaximumImageSide || size.height > kMaximumImageSide) return {};
+
+    MTIImage image = applied(inputImage(), size,
+                             {{"pass", kGather},
+                              {"reduction", std::int32_t(reduction)},
+                              {"isOnGrid", std::int32_t(line.isOnGrid)},
+                              {"tapStep", line.tapStep()},
+                              {"origin", line.vector(firstStep, firstRow + line.slope * firstStep)},
+                              {"columnStep", line.vector(reduction, reduction * line.slope)},
+                              {"rowStep", line.vector(0, 1)}});
+    double scale = reduction, start = firstStep + reduction - 0.5, columns = line.steps / reduction;
+    while (columns > kLongestBox) {
+        reduction = reductionFor(columns);
+        size.width = std::ceil(size.width / reduction) + 2;
+        image = applied(image, size,
+                        {{"pass", kGather},
+                         {"reduction", std::int32_t(reduction)},
+                         {"isOnGrid", std::int32_t(true)},
+                         {"tapStep", MTIVector{1, 0}},
+                         {"origin", MTIVector{float(-reduction), 0}},
+                         {"columnStep", MTIVector{float(reduction), 0}},
+                         {"rowStep", MTIVector{0, 1}}});
+        start -= 0.5 * scale;
+        scale *= reduction;
+        columns /= reduction;
+    }
+
+    // Gathering and spreading blur by a sixth of a column's variance each; the box has the rest of columns²
+    // / 12.
+    const double box = std::sqrt(std::max(columns * columns - 4, 1.0));
+    image = applied(image, size, {{"pass", kBox}, {"tapStep", MTIVector{1, 0}}, {"steps", float(box)}});
+    return applied(image, line.picture,
+                   {{"pass", kSpread},
+                    {"isOnGrid", std::int32_t(line.isOnGrid)},
+                    {"column", line.function(1 / scale, 0, -start / scale)},
+                    {"row", line.function(-line.slope, 1, -firstRow)}});
 }
 
 }  // namespace qv

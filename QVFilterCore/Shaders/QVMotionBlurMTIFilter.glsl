@@ -1,22 +1,65 @@
-// The mean of even taps on a line through the place.
-uniform vec2 stepPixels;  // from tap to tap, y down
-selector int coarse;      // 0: 8 interpolated taps; 1: 16 taps that read the pixel they fall on
+// The passes of a blur along a line.
+selector int pass;       // 0 samples, 1 box, 2 gather, 3 spread
+selector int reduction;  // of gather: pixels of the line from column to column
+selector int isOnGrid;   // 1: gather's taps are pixels, spread's rows are rows of the input
 
-vec4 fineTap(vec2 uv, float index) { return readInput(0, uv + stepPixels * index / inputSize(0)); }
+uniform vec2 tapStep;            // from tap to tap, pixels, y down
+uniform float steps;             // of box: the length of the line, in tapSteps
+uniform vec2 origin;             // of gather: its first pixel's first tap
+uniform vec2 columnStep, rowStep;  // of gather: from pixel to pixel, in pixels of the input
+uniform vec3 column, row;        // of spread: place in the input, in pixels, by x, y and 1
 
-vec4 coarsePair(float index) {
-    vec2 offset = stepPixels * index;
-    ivec2 pixels = ivec2(offset + sign(offset) * 0.5);
-    return readPixel(0, pixelHere() + pixels) + readPixel(0, pixelHere() - pixels);
+vec4 sampleAt(vec2 uv, float index) { return readInput(0, uv + tapStep * index / inputSize(0)); }
+
+// The mean of eight samples.
+vec4 samples(vec2 uv) {
+    vec4 sum = sampleAt(uv, -3.5) + sampleAt(uv, -2.5) + sampleAt(uv, -1.5) + sampleAt(uv, -0.5);
+    sum += sampleAt(uv, 0.5) + sampleAt(uv, 1.5) + sampleAt(uv, 2.5) + sampleAt(uv, 3.5);
+    return sum / 8.0;
+}
+
+vec4 boxPair(float index) {
+    ivec2 offset = ivec2(tapStep * index);
+    vec4 pair = readPixel(0, pixelHere() + offset) + readPixel(0, pixelHere() - offset);
+    return pair * clamp(0.5 * steps + 0.5 - index, 0.0, 1.0);
+}
+
+// The mean of up to 18 steps, the outermost taps weighed by how much of them the line covers.
+vec4 box() {
+    vec4 sum = readPixel(0, pixelHere()) * min(steps, 1.0);
+    sum += boxPair(1.0) + boxPair(2.0) + boxPair(3.0) + boxPair(4.0) + boxPair(5.0) + boxPair(6.0);
+    sum += boxPair(7.0) + boxPair(8.0) + boxPair(9.0);
+    return sum / steps;
+}
+
+vec4 gatherTap(vec2 place) {
+    return isOnGrid == 1 ? readPixel(0, ivec2(place)) : readInput(0, (place + 0.5) / inputSize(0));
+}
+
+// A column to `reduction` steps of the line: the weights 1 3 5 … 5 3 1 of twice as many taps keep what lies between
+// two columns where it is.
+vec4 gather() {
+    vec2 first = origin + float(pixelHere().x) * columnStep + float(pixelHere().y) * rowStep;
+    vec2 last = first + float(2 * reduction - 1) * tapStep;
+    vec4 sum = vec4(0.0);
+    for (int i = 0; i < reduction; ++i) {
+        vec2 inwards = float(i) * tapStep;
+        sum += float(2 * i + 1) * (gatherTap(first + inwards) + gatherTap(last - inwards));
+    }
+    return sum / float(2 * reduction * reduction);
+}
+
+// The gathered picture back at its places.
+vec4 spread() {
+    vec3 here = vec3(pixelHere(), 1.0);
+    vec2 place = vec2(dot(column, here), dot(row, here));
+    if (isOnGrid == 0) return readInput(0, (place + 0.5) / inputSize(0));
+    ivec2 left = ivec2(floor(place.x), floor(place.y + 0.5));
+    return mix(readPixel(0, left), readPixel(0, left + ivec2(1, 0)), place.x - floor(place.x));
 }
 
 vec4 QVMotionBlurMTIFilter(vec2 uv) {
-    if (coarse == 1) {
-        vec4 sum = coarsePair(0.5) + coarsePair(1.5) + coarsePair(2.5) + coarsePair(3.5);
-        sum += coarsePair(4.5) + coarsePair(5.5) + coarsePair(6.5) + coarsePair(7.5);
-        return sum / 16.0;
-    }
-    vec4 sum = fineTap(uv, -3.5) + fineTap(uv, -2.5) + fineTap(uv, -1.5) + fineTap(uv, -0.5);
-    sum += fineTap(uv, 0.5) + fineTap(uv, 1.5) + fineTap(uv, 2.5) + fineTap(uv, 3.5);
-    return sum / 8.0;
+    if (pass == 0) return samples(uv);
+    if (pass == 1) return box();
+    return pass == 2 ? gather() : spread();
 }

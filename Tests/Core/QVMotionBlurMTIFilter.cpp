@@ -62,7 +62,8 @@ TEST(QVMotionBlurMTIFilter, SpreadsADotEvenlyAlongTheAngle) {
             // Variance of an even line, and what bilinear reads and rounded steps add.
             EXPECT_NEAR(along / mass, size * size / 12, 0.5 + size * size * 0.004);
             EXPECT_LT(across / mass, 0.6);
-            EXPECT_LT(reach, size / 2 + 2);
+            // The ends of a longer line run out, since it is blurred at a reduced size.
+            EXPECT_LT(reach, size / 2 + (size > 18 ? size / 6 : 0) + 2);
             if (angle == 0 && size > 10) {
                 EXPECT_LT(unevenness, 3.0 / 255) << "of a white dot's smear";
             }
