@@ -13,13 +13,13 @@ constexpr float kPi = 3.14159265f;
 /// towards the viewer.
 Vec3 middle(float along) {
     const float wave = 2 * kPi * (0.92f * along + 0.04f);
-    return {mix(-0.78f, 0.78f, along), 0.115f * std::sin(wave), 0.34f * std::cos(wave)};
+    return {mix(-0.82f, 0.82f, along), 0.115f * std::sin(wave), 0.34f * std::cos(wave)};
 }
 
 /// From the middle line to the edge: upright, leaning forth and back as the ribbon twists.
 Vec3 halfWidth(float along) {
     const float lean = 0.95f * std::sin(2 * kPi * (0.80f * along + 0.18f));
-    return Vec3{0.22f * std::cos(2 * kPi * along) + 0.12f, std::cos(lean), std::sin(lean)} * 0.25f;
+    return Vec3{0.22f * std::cos(2 * kPi * along) + 0.12f, std::cos(lean), std::sin(lean)} * 0.31f;
 }
 
 struct Sample {
@@ -33,7 +33,7 @@ float shade(Vec3 normal) {
     const Vec3 half = normalize(toLamp + Vec3{0, 0, 1});
     const float gloss = std::pow(std::abs(dot(normal, half)), 14.0f);
     const float backside = normal.z < 0 ? 0.9f : 1.0f;
-    return clamp01((0.46f + 0.52f * diffuse) * backside + 0.32f * gloss);
+    return clamp01((0.62f + 0.38f * diffuse) * backside + 0.25f * gloss);
 }
 
 }  // namespace
