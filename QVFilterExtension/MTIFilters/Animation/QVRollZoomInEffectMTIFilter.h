@@ -7,7 +7,7 @@ namespace qv {
 extern const QVFilterClass QVRollZoomInEffectMTIFilterClass;
 
 /// A push into the frame by a camera that rolls. Level 0 rolls the picture clockwise, level 1 anticlockwise;
-/// level 2 starts tilted and rolls upright. Strength sets how far it rolls, up to 45 degrees, and how deep
+/// level 2 starts tilted and rolls upright. Strength sets how far it rolls, up to 40 degrees, and how deep
 /// the push goes; no corner of the frame is ever uncovered.
 class QVRollZoomInEffectMTIFilter : public QVProgressBasedEffectMTIFilter {
   public:
