@@ -19,7 +19,7 @@ vec4 QVRGBMTIFilter(vec2 uv) {
         float beat = floor(mod(iTime * 12.0, 1e6));
         // Broad bands, and fine ones within them.
         vec3 band = random3Of(vec3(floor(uv.y * 9.0 + 3.0 * fract(beat * 0.618034)), floor(uv.y * 41.0), beat));
-        shift.x *= 0.2 + 5.0 * (band.x - 0.5) * band.y * band.y;
+        shift.x *= 0.3 + 4.0 * (band.x - 0.5) * step(0.6, band.y);
     }
     vec4 red = readPixel(0, ivec2(mirrorAtEdges(uv - shift) * inputSize(0)));
     vec4 blue = readPixel(0, ivec2(mirrorAtEdges(uv + shift) * inputSize(0)));

@@ -1,18 +1,19 @@
 // Sectors around the middle of the frame, each the reflection of its neighbours.
 #include "frame.glsl"
+#include "wave.glsl"
 
 uniform float splitNumber;  // of sectors around the circle; below 1.5 the frame stays as it is
 
 vec4 QVSpliteKaleidoscopeMTIFilter(vec2 uv) {
     vec2 size = inputSize(0);
     vec2 away = (uv - 0.5) * size;
-    float count = floor(splitNumber + 0.5);
-    float sector = 6.2831853 / max(count, 1.0);
-    // Angles from the upright; each sector is folded along its own middle.
-    float turned = atan(away.x, -away.y);
+    float count = floor(splitNumber + 0.5), sector = 1.0 / max(count, 1.0);
+    // Turns from the upright; each sector is folded along its own middle.
+    float turned = atan(away.x, -away.y) * 0.15915494;
     float folded = abs(turned - sector * floor(turned / sector + 0.5));
-    // The wedge that all show lies along the diagonal to the top right, the longest way through the picture.
+    // The wedge that all show lies along the diagonal to the top right, the longest way through the picture. The waves
+    // stand for cosine and sine.
     vec2 axis = normalize(vec2(size.x, -size.y)), side = vec2(-axis.y, axis.x);
-    vec2 place = 0.5 + (axis * cos(folded) + side * sin(folded)) * length(away) / size;
+    vec2 place = 0.5 + (axis * wave(folded) + side * wave(folded - 0.25)) * length(away) / size;
     return readInput(0, mirrorAtEdges(count < 1.5 ? uv : place));
 }
