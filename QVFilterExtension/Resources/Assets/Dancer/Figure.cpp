@@ -208,8 +208,8 @@ Vec3 lit(Vec3 albedo, Vec3 n, const RimLights& rims, bool glossy) {
     color += Vec3{0.10f, 0.62f, 0.95f} * (0.30f * rims.cyan * cyan * fresnel) +
              Vec3{1.0f, 0.10f, 0.55f} * (0.30f * rims.magenta * magenta * fresnel);
     const Vec3 half = normalize(kKey + Vec3{0, 0, 1});
-    const float spec = std::pow(std::max(0.0f, dot(n, half)), glossy ? 90.0f : 12.0f);
-    return color + Vec3{1.7f, 1.4f, 1.1f} * (spec * (glossy ? 0.9f : 0.018f));
+    const float gleam = std::pow(std::max(0.0f, dot(n, half)), glossy ? 90.0f : 12.0f);
+    return color + Vec3{1.7f, 1.4f, 1.1f} * (gleam * (glossy ? 0.9f : 0.018f));
 }
 
 }  // namespace

@@ -4,7 +4,8 @@
 
 namespace qv::assets {
 
-/// Integer hashes, so that every machine draws the same picture.
+/// Integer hashes (the multipliers are those of C. Wellons's low-bias search), so that every machine draws
+/// the same picture.
 inline std::uint32_t hash32(std::uint32_t v) {
     v ^= v >> 16;
     v *= 0x7feb352du;

@@ -7,7 +7,8 @@
 
 namespace qv::assets {
 
-/// A camera's answer to linear light: soft shoulder, slight toe, sRGB code 0..1.
+/// A camera's answer to linear light: soft shoulder and slight toe (Narkowicz's fit of the ACES curve), as an
+/// sRGB code 0..1.
 inline float filmCurve(float light) {
     const float v = std::max(light, 0.0f);
     const float developed = v * (2.51f * v + 0.03f) / (v * (2.43f * v + 0.59f) + 0.14f);
