@@ -4,6 +4,7 @@
 #include <limits>
 #include <numbers>
 
+#include "Platform/ImageGraph/ImageNode.h"
 #include "Tests/Support/TestContext.h"
 
 namespace qv::test {
@@ -87,6 +88,24 @@ TEST(QVMotionBlurMTIFilter, TurnsAnEdgeIntoAnEvenRampWithoutSteps) {
         EXPECT_LT(worst, std::max(0.02, 0.25 / size)) << "size " << size;
         EXPECT_EQ(picture.at(0, 1)[0], 0) << "the edge pixels go on outside";
         EXPECT_EQ(picture.at(kWidth - 1, 1)[0], 1);
+    }
+}
+
+TEST(QVMotionBlurMTIFilter, TakesNoMorePassesAtALargerSize) {
+    for (const double part : {0.032, 0.064}) {  // of the frame's width
+        for (const double angle : {0.0, kPi / 4, kPi / 2, 0.4}) {
+            for (const CGSize size : {CGSize{640, 360}, CGSize{1920, 1080}, CGSize{3840, 2160}}) {
+                QVMotionBlurMTIFilter filter;
+                const MTIImage image = MTIImage::initWithColor({1, 1, 1, 1}, false, size);
+                filter.setInputImage(image);
+                filter.setBlurSize(part * size.width);
+                filter.setBlurAngle(angle);
+                int passes = 0;
+                for (MTIImage step = filter.outputImage(); step != image; step = step.node()->inputs.front())
+                    ++passes;
+                EXPECT_LE(passes, 3) << size.width << " " << part << " " << angle;
+            }
+        }
     }
 }
 

@@ -178,5 +178,16 @@ TEST(GaussianBlur, RunsWideRadiiAtReducedSize) {
     }
 }
 
+TEST(GaussianBlur, TakesAsManyPassesAtEverySize) {
+    for (double radius : {2.5, 4.0, 12.5, 25.0, 36.0}) {  // of a frame of 720 lines
+        const auto passes = [&](int width, int height) {
+            return planGaussianBlur(float(radius * height / 720), width, height, true).size();
+        };
+        EXPECT_EQ(passes(1280, 720), 4u) << radius;
+        EXPECT_EQ(passes(3840, 2160), 4u) << radius;
+        EXPECT_LE(passes(640, 360), 4u) << radius;
+    }
+}
+
 }  // namespace
 }  // namespace qv

@@ -1,0 +1,126 @@
+// Zooms over a clip: how near they are when, and where they roll to.
+
+#include "QVFilterExtension/MTIFilters/Animation/QVJumpZoomInEffectMTIFilter.h"
+#include "QVFilterExtension/MTIFilters/Animation/QVRollZoomInEffectMTIFilter.h"
+#include "Tests/Support/TestEffect.h"
+
+namespace qv::test {
+namespace {
+
+using Effect = QVProgressBasedEffectMTIFilter;
+
+std::unique_ptr<Effect> zoomOf(std::string_view name, const MTIImage& input, float strength) {
+    auto effect = makeEffect<Effect>(name);
+    effect->setInputImage(input);
+    effect->setStartTime(10);
+    effect->setEndTime(14);
+    effect->setEffectValue(strength);
+    return effect;
+}
+
+Picture frameAt(Effect& effect, double progress) {
+    effect.setITime(10 + 4 * progress);
+    return render(effect.outputImage());
+}
+
+/// How much nearer a picture of horizontal and vertical ramps is.
+double nearness(const Picture& picture) {
+    const int w = picture.width, h = picture.height;
+    const double across = double(picture.at(3 * w / 4, h / 2)[0] - picture.at(w / 4, h / 2)[0]);
+    const double down = double(picture.at(w / 2, 3 * h / 4)[1] - picture.at(w / 2, h / 4)[1]);
+    EXPECT_NEAR(across, down, 0.01) << "stretched";
+    return 0.5 / across;
+}
+
+MTIImage ramps(int width, int height) {
+    return MTIImage::imageWithBitmap(makeBitmap(width, height, [&](int x, int y) {
+        return Pixel{(float(x) + 0.5f) / float(width), (float(y) + 0.5f) / float(height), 0.5f, 1};
+    }));
+}
+
+TEST(ClipZooms, SlowOnesMoveByEvenFactors) {
+    const MTIImage input = ramps(240, 136);
+    for (const float strength : {0.3f, 1.0f}) {
+        const auto in = zoomOf("QVSlowZoomInEffectMTIFilter", input, strength);
+        const auto out = zoomOf("QVSlowZoomOutEffectMTIFilter", input, strength);
+        const double farthest = nearness(frameAt(*in, 1));
+        EXPECT_NEAR(farthest, 1 + 0.6 * double(strength), 0.02);
+        for (const double progress : {0.0, 0.25, 0.5, 0.8}) {
+            EXPECT_NEAR(nearness(frameAt(*in, progress)), std::pow(farthest, progress), 0.02);
+            EXPECT_NEAR(nearness(frameAt(*out, progress)), std::pow(farthest, 1 - progress), 0.02);
+        }
+    }
+}
+
+TEST(ClipZooms, WithoutStrengthTheyAreThePicture) {
+    const MTIImage input = sceneImage(64, 36);
+    const Picture picture = render(input);
+    for (const char* name : {"QVSlowZoomInEffectMTIFilter", "QVSlowZoomOutEffectMTIFilter",
+                             "QVJumpZoomInEffectMTIFilter", "QVRollZoomInEffectMTIFilter"}) {
+        const auto effect = zoomOf(name, input, 0);
+        for (const double progress : {0.0, 0.4, 1.0})
+            EXPECT_LT(worstDifference(frameAt(*effect, progress), picture), 1.0 / 255) << name;
+    }
+}
+
+TEST(ClipZooms, TheJumpIsTheSlowZoomsEnd) {
+    const MTIImage input = sceneImage(80, 45);
+    const auto slow = zoomOf("QVSlowZoomInEffectMTIFilter", input, 0.5f);
+    const auto jump = zoomOf("QVJumpZoomInEffectMTIFilter", input, 0.5f);
+    EXPECT_EQ(jump->filterClass().fragmentFunctionDescriptor().name, "QVSlowZoomInEffectMTIFilter");
+    const Picture end = frameAt(*slow, 1);
+    for (const double progress : {-3.0, 0.0, 0.5, 1.0}) {
+        EXPECT_EQ(worstDifference(frameAt(*jump, progress), end), 0);
+        EXPECT_EQ(jump->progress(), 1);
+    }
+}
+
+TEST(ClipZooms, TheRollEasesInAndOut) {
+    const auto roll = zoomOf("QVRollZoomInEffectMTIFilter", {}, 1);
+    EXPECT_EQ(roll->filterClass().levels(), 3);
+    EXPECT_FALSE(roll->outputImage());
+    for (const auto& [base, eased] : {std::pair{0.0, 0.0f}, {0.25, 0.0625f}, {0.5, 0.5f}, {0.75, 0.9375f}}) {
+        roll->setITime(10 + 4 * base);
+        EXPECT_FLOAT_EQ(roll->progress(), eased);
+    }
+}
+
+TEST(ClipZooms, TheRollTurnsAsItsLevelSays) {
+    const MTIImage input = ramps(120, 120);
+    // The direction in which red grows, degrees clockwise from the horizontal.
+    const auto turn = [](const Picture& p) {
+        const double right = p.at(70, 60)[0] - p.at(50, 60)[0], down = p.at(60, 70)[0] - p.at(60, 50)[0];
+        return std::atan2(down, right) * 180 / M_PI;
+    };
+    const auto roll = zoomOf("QVRollZoomInEffectMTIFilter", input, 1);
+    for (const auto& [level, first, last] : {std::tuple{0, 0.0, 40.0}, {1, 0.0, -40.0}, {2, 40.0, 0.0}}) {
+        roll->setLevel(level);
+        EXPECT_NEAR(turn(frameAt(*roll, 0)), first, 3) << level;
+        EXPECT_NEAR(turn(frameAt(*roll, 0.5)), (first + last) / 2, 3) << level;
+        EXPECT_NEAR(turn(frameAt(*roll, 1)), last, 3) << level;
+    }
+}
+
+TEST(ClipZooms, TheRollUncoversNoCorner) {
+    for (const auto& [width, height] : {std::pair{160, 90}, {90, 160}, {120, 120}}) {
+        const MTIImage framed = MTIImage::imageWithBitmap(makeBitmap(width, height, [&](int x, int y) {
+            const bool border = x == 0 || y == 0 || x == width - 1 || y == height - 1;
+            return Pixel{border ? 1.0f : 0.0f, 0, 0, 1};
+        }));
+        const auto roll = zoomOf("QVRollZoomInEffectMTIFilter", framed, 1);
+        for (const int level : {0, 1, 2}) {
+            roll->setLevel(level);
+            for (const double progress : {0.5, 0.7, 1.0}) {
+                const Picture picture = frameAt(*roll, progress);
+                for (int y = 0; y < height; ++y) {
+                    for (int x = 0; x < width; ++x)
+                        ASSERT_LT(picture.at(x, y)[0], 0.01)
+                            << level << " " << progress << " " << x << " " << y;
+                }
+            }
+        }
+    }
+}
+
+}  // namespace
+}  // namespace qv::test

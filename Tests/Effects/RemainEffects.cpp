@@ -1,0 +1,257 @@
+// The effects that remain over one end of a clip: their strength over time, and what they show of it.
+
+#include <algorithm>
+#include <limits>
+
+#include "Platform/ImageGraph/ImageNode.h"
+#include "QVFilterExtension/MTIFilters/Animation/QVBlurClassFilter.h"
+#include "QVFilterExtension/MTIFilters/Animation/QVRemainObscureMTIFilter.h"
+#include "Tests/Support/TestEffect.h"
+
+namespace qv::test {
+namespace {
+
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr const char* kOnePass[] = {"QVRemainMosaicMTIFilter", "QVRemainMBlurMTIFilter",
+                                    "QVRemainMataMTIFilter",   "QVRemainBlackWhiteMTIFilter",
+                                    "QVRemainWhiteMTIFilter",  "QVRemainBlackMTIFilter"};
+
+struct Moment {
+    double start, end, time;
+    std::vector<double> settings;
+    int level = 0;
+};
+
+void set(QVBaseRemainMTIFilter& filter, const Moment& moment) {
+    filter.setStartTime(moment.start);
+    filter.setEndTime(moment.end);
+    filter.setITime(moment.time);
+    filter.setExtractValues(moment.settings);
+    filter.setLevel(moment.level);
+}
+
+double strengthAt(QVBaseRemainMTIFilter& filter, const Moment& moment) {
+    set(filter, moment);
+    return filter.mixStrength();
+}
+
+TEST(RemainEffects, FollowHandWorkedCurves) {
+    QVBaseRemainMTIFilter base;
+    QVBlurClassFilter blur;
+    struct Case {
+        QVBaseRemainMTIFilter& filter;
+        Moment moment;
+        double strength;
+    };
+    const Case cases[] = {
+        // Ten seconds: changes from 0 to 7.8.
+        {base, {0, 10, 0, {0}}, 0},
+        {base, {0, 10, 3.9, {0}}, 0.5},
+        {base, {0, 10, 7.8, {0}}, 1},
+        {base, {0, 10, 9.5, {0}}, 1},
+        {base, {0, 10, -0.1, {0}}, 1},
+        // The same the other way: clear until 2.2, then down to the trace that goes at once.
+        {base, {0, 10, 2.2, {0}, 1}, 1},
+        {base, {0, 10, 6.1, {0}, 1}, 0.5},
+        {base, {0, 10, 9.58, {0}, 1}, 1 - 7.38 / 7.8},
+        {base, {0, 10, 9.62, {0}, 1}, 0},
+        {base, {0, 10, 10.5, {0}, 1}, 0},
+        {base, {0, 10, 6.1, {0}, -3}, 0.5},
+        // 1.2 * 0.75 = 0.9 held, 1.5 - 0.75 clear: from 5.9 to 14.25.
+        {base, {5, 15, 5.9, {0.75}}, 0},
+        {base, {5, 15, 10.075, {0.75}}, 0.5},
+        {base, {5, 15, 14.25, {0.75}}, 1},
+        // Two seconds: two thirds of the clear time; 0.24 of the clip held, clear from 1.
+        {base, {0, 2, 0.5 * (2 - 2.2 * 2 / 3), {0}}, 0.5},
+        {base, {0, 2, 0.48, {0.5}}, 0},
+        {base, {0, 2, 0.74, {0.5}}, 0.5},
+        {base, {0, 2, 1.0, {0.5}}, 1},
+        // Blurs: 2.5 clear, and 0.17 of the clip held.
+        {blur, {0, 10, 3.75, {0}}, 0.5},
+        {blur, {0, 2, 0.34, {0.5}}, 0},
+        {blur, {0, 2, 0.67, {0.5}}, 0.5},
+        {blur, {0, 2, 0.04 * 2 + 0.5 * (2 - 2.0 * 2 / 3 - 0.08), {0.25}}, 0.5},
+    };
+    for (const Case& each : cases) {
+        const Moment& m = each.moment;
+        EXPECT_NEAR(strengthAt(each.filter, m), each.strength, 2e-7)
+            << m.start << ".." << m.end << " at " << m.time << " setting " << m.settings[0] << " level "
+            << m.level;
+    }
+}
+
+TEST(RemainEffects, FollowTheCurvesAtAllTimes) {
+    QVBaseRemainMTIFilter base;
+    QVBlurClassFilter blur;
+    for (const bool isBlur : {false, true}) {
+        for (const float p : {0.0f, 0.2f, 0.49f, 0.5f, 0.51f, 0.8f, 1.0f}) {
+            for (const double duration : {0.1, 2.0, 2.999, 3.0, 3.2, 12.0}) {
+                const double start = 1.25, end = start + duration;
+                const bool low = p < 0.5f;
+                const double rate = low ? (isBlur ? 0.16 : 0.3) * p : 0.18 * p + (isBlur ? 0.08 : 0.15);
+                const double clear = low ? (isBlur ? 2.5 : 2.2) - 2.0 * p : 3 - 3.0 * p;
+                const double from = duration < 3 ? rate * duration : double(1.2f * p);
+                const double to = duration - clear * std::min(duration / 3, 1.0);
+                // How clear it is after a part of the clip; the other level runs it backwards.
+                const auto clearAfter = [&](double passed) {
+                    if (passed < 0 || passed > duration) return 1.0;
+                    return passed <= from ? 0.0 : passed < to ? (passed - from) / (to - from) : 1.0;
+                };
+                for (int step = -2; step <= 1002; ++step) {
+                    const double passed = duration * step / 1000;
+                    QVBaseRemainMTIFilter& filter = isBlur ? blur : base;
+                    const Moment moment{start, end, start + passed, {p}};
+                    Moment other = moment;
+                    other.level = 1;
+                    double backwards = step < 0 || step > 1000 ? 0 : clearAfter(duration - passed);
+                    const bool atAStep =
+                        std::min({std::abs(passed), std::abs(passed - duration), std::abs(backwards - 0.05),
+                                  std::abs(passed - from), std::abs(passed - to)}) < 1e-9;
+                    if (atAStep) continue;
+                    if (backwards < 0.05) backwards = 0;
+                    SCOPED_TRACE(testing::Message() << (isBlur ? "blur " : "base ") << p << " of " << duration
+                                                    << " s, step " << step);
+                    ASSERT_NEAR(strengthAt(filter, moment), clearAfter(passed), 1e-9);
+                    ASSERT_NEAR(strengthAt(filter, other), backwards, 1e-9);
+                }
+            }
+        }
+    }
+}
+
+TEST(RemainEffects, ReadOneSettingAndSurviveAnyTime) {
+    QVBaseRemainMTIFilter filter;
+    const Moment plain{0, 10, 3, {0.5}};
+    const double half = strengthAt(filter, plain);
+    EXPECT_GT(half, 0.1);
+    for (const std::vector<double>& settings :
+         {std::vector<double>{}, {kNaN, 0.1}, {0.5, 9, kNaN, 4, 4, 4, 4, 4}, {1e300}}) {
+        Moment moment = plain;
+        moment.settings = settings;
+        EXPECT_EQ(strengthAt(filter, moment), half) << settings.size();
+    }
+    const double times[] = {kNaN, kInfinity, -kInfinity, 0, 1, 1e9, -1e9};
+    for (const double start : times) {
+        for (const double end : times) {
+            for (const double time : times) {
+                for (const int level : {0, 1}) {
+                    for (const double setting : {0.0, 0.7, -50.0, 50.0}) {
+                        const double strength = strengthAt(filter, {start, end, time, {setting}, level});
+                        EXPECT_TRUE(strength >= 0 && strength <= 1)
+                            << strength << " of " << start << ".." << end << " at " << time;
+                    }
+                }
+            }
+        }
+    }
+}
+
+TEST(RemainEffects, HandTheStrengthToTheirShaders) {
+    for (const char* name : kOnePass) {
+        const auto filter = makeEffect<QVBaseRemainMTIFilter>(name);
+        EXPECT_EQ(filter->filterClass().levels(), 2) << name;
+        EXPECT_EQ(filter->filterClass().defaultStrength(), 0) << name;
+        EXPECT_EQ(filter->filterClass().fragmentFunctionDescriptor().name, name);
+        const bool isBlur = dynamic_cast<QVBlurClassFilter*>(filter.get()) != nullptr;
+        set(*filter, {0, 10, isBlur ? 1.875 : 1.95, {0}});  // a quarter
+        const std::string_view asText(name);
+        const MTIParameters expected =
+            asText == "QVRemainMosaicMTIFilter"
+                ? MTIParameters{{"filterStrength", 0.25f}, {"maxDivideCount", 24.0f}}
+            : asText == "QVRemainMBlurMTIFilter" ? MTIParameters{{"filterMixDistance", 48.75f}}
+                                                 : MTIParameters{{"filterStrength", 0.25f}};
+        EXPECT_EQ(filter->parameters(), expected) << name;
+    }
+}
+
+TEST(RemainEffects, BlurByTheFramesShorterSide) {
+    QVRemainObscureMTIFilter filter;
+    EXPECT_FALSE(filter.outputImage());
+    set(filter, {0, 10, 3.75, {0}});  // half
+    for (const auto& [size, radius] :
+         {std::pair{CGSize{1280, 720}, 12.5f}, {CGSize{360, 640}, 6.25f}, {CGSize{3840, 2160}, 37.5f}}) {
+        filter.setInputImage(MTIImage::initWithColor({1, 0, 0, 1}, false, size));
+        const MTIImage output = filter.outputImage();
+        const auto* blur = std::get_if<GaussianBlurPass>(&output.node()->operation);
+        ASSERT_TRUE(blur);
+        EXPECT_EQ(blur->radius, radius);
+    }
+    filter.setITime(8);
+    EXPECT_EQ(filter.outputImage(), filter.inputImage()) << "clear is the picture itself";
+}
+
+TEST(RemainEffects, ClearFromTheFullEffectToThePicture) {
+    for (const auto& [width, height] : {std::pair{288, 162}, {162, 288}, {216, 216}}) {
+        const MTIImage scene = sceneImage(width, height);
+        const Picture input = render(scene);
+        for (const char* name : kOnePass) {
+            const auto filter = makeEffect<QVBaseRemainMTIFilter>(name);
+            filter->setInputImage(scene);
+            const auto frame = [&](double time) {
+                set(*filter, {0, 10, time, {0}});
+                return render(filter->outputImage());
+            };
+            EXPECT_LT(worstDifference(frame(9), input), 0.5 / 255) << name;
+            double before = meanDifference(frame(0), input);
+            EXPECT_GT(before, 0.015) << name;
+            for (const double time : {2.5, 5.0, 6.6}) {
+                const double now = meanDifference(frame(time), input);
+                EXPECT_LT(now, 0.99 * before) << name << " at " << time;
+                before = now;
+            }
+        }
+    }
+}
+
+TEST(RemainEffects, ShowWhatTheirNamesSay) {
+    const MTIImage scene = sceneImage(120, 72);
+    const auto fullEffect = [&](std::string_view name, const MTIImage& input) {
+        const auto filter = makeEffect<QVBaseRemainMTIFilter>(name);
+        filter->setInputImage(input);
+        set(*filter, {0, 10, 0, {0}});
+        return render(filter->outputImage());
+    };
+    const Picture white = fullEffect("QVRemainWhiteMTIFilter", scene);
+    EXPECT_LT(worstDifference(white, render(plainImage(120, 72, {1, 1, 1, 1}))), 0.5 / 255);
+    const Picture black = fullEffect("QVRemainBlackMTIFilter", scene);
+    EXPECT_LT(worstDifference(black, render(plainImage(120, 72, {0, 0, 0, 1}))), 0.5 / 255);
+
+    const Picture grey = fullEffect("QVRemainBlackWhiteMTIFilter", scene);
+    const Picture matte = fullEffect("QVRemainMataMTIFilter", scene);
+    for (int y = 0; y < 72; ++y) {
+        for (int x = 0; x < 120; ++x) {
+            const Pixel g = grey.at(x, y), m = matte.at(x, y);
+            EXPECT_NEAR(g[0], g[1], 1e-3);
+            EXPECT_NEAR(g[1], g[2], 1e-3);
+            EXPECT_LT(std::max({m[0], m[1], m[2]}), 0.15) << "a closed matte is dark";
+        }
+    }
+
+    // 24 blocks of 3 pixels across the shorter side, laid out from the middle.
+    const Picture mosaic = fullEffect("QVRemainMosaicMTIFilter", scene);
+    for (int y = 0; y < 72; ++y) {
+        for (int x = 0; x < 120; ++x) ASSERT_EQ(mosaic.at(x, y), mosaic.at(x / 3 * 3, y / 3 * 3));
+    }
+
+    // A smear of 65/720 of the shorter side to the sides only.
+    const MTIImage edges = MTIImage::imageWithBitmap(makeBitmap(400, 288, [](int x, int y) {
+        return Pixel{x < 200 ? 0.0f : 1.0f, y % 8 < 4 ? 0.0f : 1.0f, 0.5f, 1};
+    }));
+    const Picture sharp = render(edges), smeared = fullEffect("QVRemainMBlurMTIFilter", edges);
+    double widest = 0, ramp = 0;
+    for (int x = 0; x < 400; ++x) {
+        double mean = 0;
+        for (int y = 0; y < 288; ++y) {
+            mean += smeared.at(x, y)[0] / 288;
+            ASSERT_NEAR(smeared.at(x, y)[1], sharp.at(x, y)[1], 1e-3);
+        }
+        ramp = std::max(ramp, std::abs(mean - std::clamp((x + 0.5 - 200) / 26 + 0.5, 0.0, 1.0)));
+        if (mean > 0.001 && mean < 0.999) widest = std::max(widest, std::abs(x + 0.5 - 200));
+    }
+    EXPECT_LT(ramp, 0.04);
+    EXPECT_NEAR(widest, 13, 2);
+}
+
+}  // namespace
+}  // namespace qv::test
