@@ -81,8 +81,8 @@ class Bench {
     /// Frames of the class and copies take turns, so that a drift of the machine's speed cancels.
     Result measure(const QVFilterClass& filterClass) {
         Result result{filterClass.name};
-        const EffectSpec spec{&filterClass};
-        const auto filter = makeFilterOnClip(spec, {.time = 0.0});
+        const EffectChoice choice{&filterClass};
+        const auto filter = makeFilterOnClip(choice, {.time = 0.0});
         setInputs(*filter, inputs_);
         const MTIImage first = filter->outputImage();
         if (!first) return result;

@@ -39,23 +39,23 @@ NamedImages namedInputs(const QVFilterClass& filterClass, const FilterInputs& in
 }
 
 void graph(const Options& options) {
-    EffectSpec spec = parseEffect(options.effect);
-    for (const std::string& setting : options.settings) spec.addSetting(setting);
+    EffectChoice choice = parseEffect(options.effect);
+    for (const std::string& setting : options.settings) choice.addSetting(setting);
     ClipPosition clip;
     if (!options.time.empty()) clip.time = parseTime("--time", options.time);
 
     const FilterInputs inputs = plainInputs(parseSize(options.size));
-    const auto filter = makeFilterOnClip(spec, clip);
+    const auto filter = makeFilterOnClip(choice, clip);
     setInputs(*filter, inputs);
     const MTIImage output = filter->outputImage();
     if (!output) {
-        fail(ExitCode::internal, "{} gives no picture{}", spec.filterClass->name, lastLogLineInBrackets());
+        fail(ExitCode::internal, "{} gives no picture{}", choice.filterClass->name, lastLogLineInBrackets());
     }
-    const Json graph = graphToJSON(output, namedInputs(*spec.filterClass, inputs));
+    const Json graph = graphToJSON(output, namedInputs(*choice.filterClass, inputs));
     if (options.json) {
         writeStandardOutput(dump(graph));
     } else if (options.dot) {
-        writeStandardOutput(graphToDot(graph, std::string(spec.filterClass->name)));
+        writeStandardOutput(graphToDot(graph, std::string(choice.filterClass->name)));
     } else {
         writeStandardOutput(graphToText(graph));
     }

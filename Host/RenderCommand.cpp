@@ -67,7 +67,7 @@ PixelBuffer blankFrame(const ClipVideoFormat& video) {
 }
 
 void render(const Options& options, const CLI::App& command) {
-    const std::vector<EffectSpec> specs = parseChain(options.effects);
+    const std::vector<EffectChoice> choices = parseChain(options.effects);
     const ClipWriterOptions writing = writerOptions(options, command);
     checkOutput(options.output, options.overwrite);
 
@@ -75,7 +75,7 @@ void render(const Options& options, const CLI::App& command) {
     parts.reader = openClip(options.input, {.threads = writing.threads, .packets = true});
     const ClipInfo info = parts.reader->info();
     auto mask = options.mask.empty() ? nullptr : std::make_unique<MaskSource>(options.mask);
-    parts.effects = std::make_unique<ClipEffects>(specs, info, std::move(mask));
+    parts.effects = std::make_unique<ClipEffects>(choices, info, std::move(mask));
 
     const MTIImage first = parts.effects->outputImage(blankFrame(info.video), 0);
     parts.size = {int(first.size().width), int(first.size().height)};

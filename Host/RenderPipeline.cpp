@@ -29,12 +29,12 @@ using Rendered = std::variant<RenderedFrame, ClipPacket>;
 
 }  // namespace
 
-ClipEffects::ClipEffects(std::vector<EffectSpec> specs, const ClipInfo& info,
+ClipEffects::ClipEffects(std::vector<EffectChoice> choices, const ClipInfo& info,
                          std::unique_ptr<MaskSource> mask)
-    : chain_(std::move(specs), {.time = 0.0,
-                                .startTime = 0.0,
-                                .endTime = info.duration > 0 ? std::optional(info.duration) : std::nullopt,
-                                .isPhoto = info.isStillPicture}),
+    : chain_(std::move(choices), {.time = 0.0,
+                                  .startTime = 0.0,
+                                  .endTime = info.duration > 0 ? std::optional(info.duration) : std::nullopt,
+                                  .isPhoto = info.isStillPicture}),
       mask_(std::move(mask)),
       rotation_(info.video.rotation) {}
 

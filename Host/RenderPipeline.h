@@ -17,7 +17,7 @@ namespace qv::host {
 class ClipEffects {
   public:
     /// `mask` may be nil: then a frame's own alpha is its mask.
-    ClipEffects(std::vector<EffectSpec> specs, const ClipInfo& info, std::unique_ptr<MaskSource> mask);
+    ClipEffects(std::vector<EffectChoice> choices, const ClipInfo& info, std::unique_ptr<MaskSource> mask);
 
     /// The picture for a frame `seconds` after the first one, in the file's orientation. Times must not fall.
     MTIImage outputImage(const PixelBuffer& frame, double seconds);

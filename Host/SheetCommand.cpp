@@ -59,9 +59,9 @@ class CellRenderer {
     }
 
     UIImage render(const QVFilterClass& filterClass) const {
-        EffectSpec spec{&filterClass};
-        if (filterClass.property("progress")) spec.addSetting("progress=0.5");
-        const auto filter = makeFilterOnClip(spec, {.time = time_, .startTime = 0.0, .endTime = 1.0});
+        EffectChoice choice{&filterClass};
+        if (filterClass.property("progress")) choice.addSetting("progress=0.5");
+        const auto filter = makeFilterOnClip(choice, {.time = time_, .startTime = 0.0, .endTime = 1.0});
         setInputs(*filter, inputs_);
         const MTIImage image = filter->outputImage();
         if (!image) return {};

@@ -2,7 +2,7 @@
 
 #include "Host/ClassListing.h"
 #include "Host/CommandLine.h"
-#include "Host/EffectSpec.h"
+#include "Host/EffectChoice.h"
 
 namespace qv::host {
 

@@ -18,6 +18,9 @@ struct Options {
     DeviceOptions device;
 };
 
+/// How long a photo stays on an editor's timeline, seconds: effects that know their clip pass over this.
+constexpr double kPhotoDuration = 3;
+
 /// The picture that the effects work on, and where it lies on its clip.
 struct Moment {
     MTIImage image;
@@ -29,8 +32,10 @@ Moment momentOfPicture(const Options& options) {
     const Bitmap bitmap = readPicture(options.input);
     Moment moment{MTIImage::imageWithBitmap(bitmap)};
     moment.alpha = SubjectMask::fromAlpha(bitmap);
-    moment.position.isPhoto = true;
-    moment.position.time = options.time.empty() ? 0.0 : parseTime("--time", options.time);
+    moment.position = {.time = options.time.empty() ? 0.0 : parseTime("--time", options.time),
+                       .startTime = 0.0,
+                       .endTime = kPhotoDuration,
+                       .isPhoto = true};
     return moment;
 }
 
@@ -54,7 +59,7 @@ Moment momentOfClip(const Options& options) {
 }
 
 void still(const Options& options) {
-    const std::vector<EffectSpec> specs = parseChain(options.effects);
+    const std::vector<EffectChoice> choices = parseChain(options.effects);
     const PictureType type = pictureTypeFor(options.output);
     checkOutput(options.output, options.overwrite);
 
@@ -70,7 +75,7 @@ void still(const Options& options) {
     inputs.mask = options.mask.empty() ? moment.alpha : MaskSource(options.mask).at(*moment.position.time);
 
     const auto context = options.device.makeContext();
-    const MTIImage image = EffectChain(specs, moment.position).outputImage(inputs);
+    const MTIImage image = EffectChain(choices, moment.position).outputImage(inputs);
     std::string cause;
     const Bitmap bitmap = context->renderToBitmap(image, &cause);
     if (!bitmap) fail(ExitCode::device, "{}", cause);

@@ -11,10 +11,10 @@ namespace qv::host {
 
 namespace {
 
-void setUnlessGiven(QVMTIFilter& filter, const EffectSpec& spec, std::string_view name,
+void setUnlessGiven(QVMTIFilter& filter, const EffectChoice& choice, std::string_view name,
                     const QVPropertyValue& value) {
     const QVProperty* property = filter.filterClass().property(name);
-    if (property && !spec.sets(name)) property->set(filter, value);
+    if (property && !choice.sets(name)) property->set(filter, value);
 }
 
 /// The property that carries the time: an effect's is `iTime`, a plain filter may have a `time` of its own.
@@ -90,38 +90,39 @@ void setInputs(QVMTIFilter& filter, const FilterInputs& inputs) {
     }
 }
 
-std::unique_ptr<QVMTIFilter> makeFilterOnClip(const EffectSpec& spec, const ClipPosition& clip) {
-    const QVFilterClass& filterClass = *spec.filterClass;
+std::unique_ptr<QVMTIFilter> makeFilterOnClip(const EffectChoice& choice, const ClipPosition& clip) {
+    const QVFilterClass& filterClass = *choice.filterClass;
     std::unique_ptr<QVMTIFilter> filter = filterClass.create();
     if (!filter) fail(ExitCode::internal, "{} cannot be created", filterClass.name);
-    setUnlessGiven(*filter, spec, "effectValue", double(filterClass.defaultStrength()));
-    setUnlessGiven(*filter, spec, "isPhoto", clip.isPhoto);
-    if (clip.startTime) setUnlessGiven(*filter, spec, "startTime", *clip.startTime);
-    if (clip.endTime) setUnlessGiven(*filter, spec, "endTime", *clip.endTime);
-    if (clip.time) setUnlessGiven(*filter, spec, timeProperty(filterClass), *clip.time);
-    for (const auto& [property, value] : spec.settings) property->set(*filter, value);
+    setUnlessGiven(*filter, choice, "effectValue", double(filterClass.defaultStrength()));
+    setUnlessGiven(*filter, choice, "isPhoto", clip.isPhoto);
+    if (clip.startTime) setUnlessGiven(*filter, choice, "startTime", *clip.startTime);
+    if (clip.endTime) setUnlessGiven(*filter, choice, "endTime", *clip.endTime);
+    if (clip.time) setUnlessGiven(*filter, choice, timeProperty(filterClass), *clip.time);
+    for (const auto& [property, value] : choice.settings) property->set(*filter, value);
     return filter;
 }
 
-EffectChain::EffectChain(std::vector<EffectSpec> specs, const ClipPosition& clip) : isPhoto_(clip.isPhoto) {
-    for (EffectSpec& spec : specs) {
-        std::unique_ptr<QVMTIFilter> filter = makeFilterOnClip(spec, clip);
-        links_.push_back({std::move(spec), std::move(filter)});
+EffectChain::EffectChain(std::vector<EffectChoice> choices, const ClipPosition& clip)
+    : isPhoto_(clip.isPhoto) {
+    for (EffectChoice& choice : choices) {
+        std::unique_ptr<QVMTIFilter> filter = makeFilterOnClip(choice, clip);
+        links_.push_back({std::move(choice), std::move(filter)});
     }
 }
 
 bool EffectChain::needsMask() const {
     for (const Link& link : links_) {
-        if (link.spec.filterClass->inputsOrInherited() == QVFilterInputs::oneAndMask) return true;
+        if (link.choice.filterClass->inputsOrInherited() == QVFilterInputs::oneAndMask) return true;
     }
     return false;
 }
 
 void EffectChain::moveTo(double seconds) {
     for (const Link& link : links_) {
-        const QVFilterClass& filterClass = *link.spec.filterClass;
+        const QVFilterClass& filterClass = *link.choice.filterClass;
         if (isPhoto_ && filterClass.photoTimeConst()) continue;
-        setUnlessGiven(*link.filter, link.spec, timeProperty(filterClass), seconds);
+        setUnlessGiven(*link.filter, link.choice, timeProperty(filterClass), seconds);
     }
 }
 
@@ -134,7 +135,7 @@ MTIImage EffectChain::outputImage(const FilterInputs& inputs) {
         setInputs(*link.filter, next);
         next.first = link.filter->outputImage();
         if (!next.first) {
-            fail(ExitCode::internal, "{} gave no picture{}", link.spec.filterClass->name,
+            fail(ExitCode::internal, "{} gave no picture{}", link.choice.filterClass->name,
                  lastLogLineInBrackets());
         }
     }

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Host/EffectSpec.h"
+#include "Host/EffectChoice.h"
 #include "Platform/ImageGraph/MTIImage.h"
 #include "Platform/Media/PixelBuffer.h"
 #include "QVFilterCore/QVMTIFilter.h"
@@ -46,14 +46,14 @@ std::vector<std::string_view> inputNames(const QVFilterClass& filterClass);
 /// Hands over the inputs that the filter has.
 void setInputs(QVMTIFilter& filter, const FilterInputs& inputs);
 
-/// A new filter of the spec's class at the class's default strength and the clip's position, then with the
-/// spec's settings in their order.
-std::unique_ptr<QVMTIFilter> makeFilterOnClip(const EffectSpec& spec, const ClipPosition& clip);
+/// A new filter of the choice's class at the class's default strength and the clip's position, then with the
+/// choice's settings in their order.
+std::unique_ptr<QVMTIFilter> makeFilterOnClip(const EffectChoice& choice, const ClipPosition& clip);
 
 /// Effects over one clip, each fed by the one before. Used by one thread at a time.
 class EffectChain {
   public:
-    EffectChain(std::vector<EffectSpec> specs, const ClipPosition& clip);
+    EffectChain(std::vector<EffectChoice> choices, const ClipPosition& clip);
 
     /// Whether a class in the chain cannot work without a mask.
     bool needsMask() const;
@@ -65,7 +65,7 @@ class EffectChain {
 
   private:
     struct Link {
-        EffectSpec spec;
+        EffectChoice choice;
         std::unique_ptr<QVMTIFilter> filter;
     };
     std::vector<Link> links_;

@@ -1,4 +1,4 @@
-#include "Host/EffectSpec.h"
+#include "Host/EffectChoice.h"
 
 #include <algorithm>
 
@@ -36,12 +36,12 @@ std::string propertyNames(const QVFilterClass& filterClass) {
 
 }  // namespace
 
-bool EffectSpec::sets(std::string_view propertyName) const {
+bool EffectChoice::sets(std::string_view propertyName) const {
     return std::any_of(settings.begin(), settings.end(),
                        [&](const auto& setting) { return setting.first->name == propertyName; });
 }
 
-void EffectSpec::addSetting(std::string_view text) {
+void EffectChoice::addSetting(std::string_view text) {
     const std::size_t equals = text.find('=');
     if (equals == std::string_view::npos || equals == 0) {
         fail(ExitCode::usage, "a setting of {} is name=value, not '{}'", filterClass->name, text);
@@ -65,15 +65,15 @@ const QVFilterClass& findClass(std::string_view name) {
     fail(ExitCode::usage, "there is no class '{}'; did you mean {}?", name, fmt::join(closest, ", "));
 }
 
-EffectSpec parseEffect(std::string_view text) {
+EffectChoice parseEffect(std::string_view text) {
     const std::vector<std::string> parts = splitAtColons(text);
-    EffectSpec spec{&findClass(parts[0])};
-    for (std::size_t i = 1; i < parts.size(); ++i) spec.addSetting(parts[i]);
-    return spec;
+    EffectChoice choice{&findClass(parts[0])};
+    for (std::size_t i = 1; i < parts.size(); ++i) choice.addSetting(parts[i]);
+    return choice;
 }
 
-std::vector<EffectSpec> parseChain(const std::vector<std::string>& texts) {
-    std::vector<EffectSpec> chain;
+std::vector<EffectChoice> parseChain(const std::vector<std::string>& texts) {
+    std::vector<EffectChoice> chain;
     for (const std::string& text : texts) {
         chain.push_back(parseEffect(text));
         const QVFilterClass& filterClass = *chain.back().filterClass;

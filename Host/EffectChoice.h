@@ -10,7 +10,7 @@
 namespace qv::host {
 
 /// A filter class and the settings that a user gave it, checked against the class object.
-struct EffectSpec {
+struct EffectChoice {
     const QVFilterClass* filterClass = nullptr;
     /// In the order of the command line; every value fits its property.
     std::vector<std::pair<const QVProperty*, QVPropertyValue>> settings = {};
@@ -26,9 +26,9 @@ const QVFilterClass& findClass(std::string_view name);
 
 /// Reads CLASS:name=value:name=value. A value may hold commas and '#'; "\:" stands for a colon and "\\" for a
 /// backslash. Fails as usage.
-EffectSpec parseEffect(std::string_view text);
+EffectChoice parseEffect(std::string_view text);
 
-/// The specs of a chain over one clip. Fails as usage for a class that takes two clips.
-std::vector<EffectSpec> parseChain(const std::vector<std::string>& texts);
+/// The choices of a chain over one clip. Fails as usage for a class that takes two clips.
+std::vector<EffectChoice> parseChain(const std::vector<std::string>& texts);
 
 }  // namespace qv::host
