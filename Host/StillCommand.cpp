@@ -18,9 +18,6 @@ struct Options {
     DeviceOptions device;
 };
 
-/// How long a photo stays on an editor's timeline, seconds: effects that know their clip pass over this.
-constexpr double kPhotoDuration = 3;
-
 /// The picture that the effects work on, and where it lies on its clip.
 struct Moment {
     MTIImage image;
@@ -34,7 +31,7 @@ Moment momentOfPicture(const Options& options) {
     moment.alpha = SubjectMask::fromAlpha(bitmap);
     moment.position = {.time = options.time.empty() ? 0.0 : parseTime("--time", options.time),
                        .startTime = 0.0,
-                       .endTime = kPhotoDuration,
+                       .endTime = kPhotoSeconds,
                        .isPhoto = true};
     return moment;
 }
@@ -50,10 +47,11 @@ Moment momentOfClip(const Options& options) {
     if (const SubjectMask alpha = SubjectMask::fromAlpha(shown.frame.pixels)) {
         moment.alpha = SubjectMask::fromBuffer(turnedGray(alpha.buffer, rotation));
     }
+    const double length = info.isStillPicture ? kPhotoSeconds : info.duration;
     moment.position = {.time = shown.seconds, .isPhoto = info.isStillPicture};
-    if (info.duration > 0) {
+    if (length > 0) {
         moment.position.startTime = 0;
-        moment.position.endTime = info.duration;
+        moment.position.endTime = length;
     }
     return moment;
 }

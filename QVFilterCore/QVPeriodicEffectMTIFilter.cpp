@@ -1,5 +1,6 @@
 #include "QVFilterCore/QVPeriodicEffectMTIFilter.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "QVFilterCore/QVClipTime.h"
@@ -60,7 +61,9 @@ MTIParameters QVPeriodicEffectMTIFilter::parameters() const {
     const bool isOn = isEffectWithTime(iTime());
     const BeatTime beat = isOn ? beatTime(iTime(), period_) : BeatTime();
     const double progress = beat.part / kActiveFraction;
-    const double halfShutter = 0.5 * kShutterSeconds / (kActiveFraction * period_);
+    // The shutter opens and closes within the beat.
+    const double halfShutter =
+        std::min({0.5 * kShutterSeconds / (kActiveFraction * period_), progress, 1 - progress});
     all.set("progress", float(progress));
     all.set("pulse", float(pulse(progress)));
     all.set("pulseMotion", float(isOn ? pulse(progress + halfShutter) - pulse(progress - halfShutter) : 0.0));

@@ -35,7 +35,7 @@ class QVPeriodicEffectMTIFilter : public QVEffectMTIFilter {
     /// The effect's parameters and
     /// - "progress": 0..1 through the beat while it is on, 0 while it rests;
     /// - "pulse": strength of the beat, 0..1, 0 at rest;
-    /// - "pulseMotion": how much "pulse" changes while a shutter is open;
+    /// - "pulseMotion": how much "pulse" changes while a shutter is open, 0 at both ends of the beat;
     /// - "beat": number of the beat, wrapped at 4096 and never negative, for what differs from beat to beat.
     MTIParameters parameters() const override;
 

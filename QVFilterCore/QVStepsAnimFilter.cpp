@@ -1,7 +1,5 @@
 #include "QVFilterCore/QVStepsAnimFilter.h"
 
-#include <algorithm>
-
 #include "QVFilterCore/QVClipTime.h"
 #include "QVFilterCore/QV_CubicBezier.h"
 
@@ -48,8 +46,7 @@ MTIParameters QVStepsAnimFilter::parameters() const {
         };
         const double fraction = clipProgress(progress, start, para.end);
         const double span = (endTime_ - startTime_) * (para.end - start);
-        const double halfShutter =
-            std::min({span > 0 ? 0.5 * kShutterSeconds / span : 0.0, fraction, 1 - fraction});
+        const double halfShutter = span > 0 ? 0.5 * kShutterSeconds / span : 0.0;
         eased = easedAt(fraction);
         motion = easedAt(fraction + halfShutter) - easedAt(fraction - halfShutter);
     }

@@ -21,7 +21,7 @@ constexpr StepParaValue StepPara(double end, double x1, double y1, double x2, do
 struct StepPose {
     double x = 0, y = 0;  ///< shift to the right and downwards, widths and heights of the frame
     double scale = 1;
-    double angle = 0;  ///< radians, clockwise
+    double angle = 0;  ///< turns, clockwise
 };
 
 extern const QVFilterClass QVStepsAnimFilterClass;
@@ -45,12 +45,10 @@ class QVStepsAnimFilter : public QVEffectMTIFilter {
     /// - "progress": 0..1 of the animation;
     /// - "step": index of the step that it is in;
     /// - "stepProgress": 0..1 within that step, eased; beyond it where the easing overshoots;
-    /// - "stepMotion": how much "stepProgress" changes while a shutter is open that opens and closes within
-    /// the step,
-    ///   so that nothing is smeared at a step's ends;
+    /// - "stepMotion": how much "stepProgress" changes while a shutter is open about the moment; it opens
+    ///   and closes within the step;
     /// - "poseFrom", "poseTo": the poses (x, y, scale, angle) that the step leads from and to, for a class
-    /// that has
-    ///   them.
+    ///   that has them.
     MTIParameters parameters() const override;
 
   protected:

@@ -6,7 +6,7 @@ extern const QVFilterClass QVFallSpinAnimFilterClass;
 const QVFilterClass QVFallSpinAnimFilterClass{
     .name = "QVFallSpinAnimFilter",
     .superclass = &QVTwoStepsAnimFilterClass,
-    .help = "Falls out of its place towards the viewer, then spins back into it",
+    .help = "Falls into place from above, then spins away towards the viewer",
 };
 
 }  // namespace qv

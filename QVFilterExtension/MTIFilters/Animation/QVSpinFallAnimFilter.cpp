@@ -6,7 +6,7 @@ extern const QVFilterClass QVSpinFallAnimFilterClass;
 const QVFilterClass QVSpinFallAnimFilterClass{
     .name = "QVSpinFallAnimFilter",
     .superclass = &QVTwoStepsAnimFilterClass,
-    .help = "Spins once while it is tossed up towards the viewer, then falls back into place",
+    .help = "Comes spinning to a rest, then falls out of the frame",
 };
 
 }  // namespace qv

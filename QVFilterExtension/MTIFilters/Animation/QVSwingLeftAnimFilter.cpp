@@ -6,7 +6,7 @@ extern const QVFilterClass QVSwingLeftAnimFilterClass;
 const QVFilterClass QVSwingLeftAnimFilterClass{
     .name = "QVSwingLeftAnimFilter",
     .superclass = &QVTwoStepsAnimFilterClass,
-    .help = "Swings out to the left and back, hung above the frame",
+    .help = "Hung above the frame, swings in and later out to the left",
 };
 
 }  // namespace qv

@@ -6,7 +6,7 @@ extern const QVFilterClass QVSwingRightAnimFilterClass;
 const QVFilterClass QVSwingRightAnimFilterClass{
     .name = "QVSwingRightAnimFilter",
     .superclass = &QVTwoStepsAnimFilterClass,
-    .help = "Swings out to the right and back, hung above the frame",
+    .help = "Hung above the frame, swings in and later out to the right",
 };
 
 }  // namespace qv

@@ -5,7 +5,7 @@ namespace qv {
 const QVFilterClass QVTwoStepsAnimFilterClass{
     .name = "QVTwoStepsAnimFilter",
     .superclass = &QVStepsAnimFilterClass,
-    .help = "Leans into the picture and back",
+    .help = "Settles from a close view, and leans in again at the end",
     .factory = makeFilter<QVTwoStepsAnimFilter>,
 };
 

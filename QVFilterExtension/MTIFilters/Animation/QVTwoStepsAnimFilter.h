@@ -6,11 +6,12 @@ namespace qv {
 
 extern const QVFilterClass QVTwoStepsAnimFilterClass;
 
-/// Out to an extreme in the first half, back in the second: it leaves with a kick, slows down to a rest at
-/// the extreme, and comes back faster and faster, as a stone that is thrown upwards. Starts and ends on the
-/// picture as it is, so that the clip may go on.
+/// In during the first half, out during the second: the picture arrives at full speed and slows down to a
+/// rest in the middle of the clip; then it leaves, faster and faster. Two such clips after one another pass
+/// into each other in motion.
 ///
-/// The class itself leans into the frame; its subclasses move in their own ways with the same two steps.
+/// The class itself settles from a close view and leans in again; its subclasses come and go in their own
+/// ways with the same two steps.
 class QVTwoStepsAnimFilter : public QVStepsAnimFilter {
   public:
     explicit QVTwoStepsAnimFilter(const QVFilterClass& filterClass = QVTwoStepsAnimFilterClass);

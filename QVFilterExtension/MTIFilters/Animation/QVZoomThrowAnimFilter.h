@@ -6,8 +6,8 @@ namespace qv {
 
 extern const QVFilterClass QVZoomThrowAnimFilterClass;
 
-/// The picture comes from far within, bounces in and out until it has its size, lies still, and is thrown out
-/// of the frame to the upper right, ever faster, at the end.
+/// The picture comes from close up, bounces in and out until it has its size, lies still, and is thrown past
+/// the viewer to the upper right, ever faster, at the end.
 class QVZoomThrowAnimFilter : public QVStepsAnimFilter {
   public:
     explicit QVZoomThrowAnimFilter(const QVFilterClass& filterClass = QVZoomThrowAnimFilterClass);

@@ -1,16 +1,18 @@
-// The picture as it bounces in and out and is thrown out of the frame. What lies outside it is its mirror image, which
-// follows it out.
+// The picture as it bounces in and out and is thrown past the viewer, out of the frame. What lies outside it is its
+// mirror image, which follows it out.
 #include "motion.glsl"
 
-uniform vec4 poseFrom;       // of the step: shift in widths and heights of the frame, scale, angle
+uniform vec4 poseFrom;       // of the step: shift in widths and heights of the frame, scale, angle in turns
 uniform vec4 poseTo;
 uniform float stepProgress;  // 0..1 within the step, eased
 uniform float stepMotion;    // change of it while the shutter is open
 
-vec4 tap(vec2 place) { return readPixel(0, ivec2(mirroredPixels(place, inputSize(0)))); }
+vec4 tap(vec2 place) { return readPixel(0, ivec2(place)); }
 
 vec4 QVZoomThrowAnimFilter(vec2 uv) {
-    vec4 way = poseTo - poseFrom;
-    Sight sight = sightOf(uv, inputSize(0), vec2(0.5), poseFrom + way * stepProgress, way * stepMotion);
+    vec2 size = inputSize(0);
+    vec4 change = poseTo - poseFrom;
+    Sight sight = sightOf(uv, size, vec2(0.5), poseFrom + change * stepProgress, change * stepMotion);
+    sight = mirroredSight(sight, size);
     return MEAN_ALONG(tap, sight.place, sight.way, tapShift(pixelHere()));
 }

@@ -62,26 +62,39 @@ struct Layer {
 constexpr std::array<Layer, 4> kLayers{
     {{5, 0.42f, 0.30f}, {8, -0.34f, 0.24f}, {15, 0.17f, 0.10f}, {29, -0.07f, 0.03f}}};
 
+/// The paper at a place, 0..1 across and down: slopes and wear of all layers.
+Vec3 paperAt(float u, float v) {
+    Vec3 paper;
+    for (std::size_t i = 0; i < kLayers.size(); ++i) {
+        const Layer& layer = kLayers[i];
+        const float cells = float(layer.cells);
+        const Folds folds = foldsAt(u * cells, v * cells, layer.cells, std::uint32_t(40 * i + 7));
+        // A worn fold is as wide as the paper is thick, whatever the facets' size.
+        const float wear = layer.wear * std::exp(-folds.edge / cells * 380);
+        paper += {layer.slope * folds.dx, layer.slope * folds.dy, wear};
+    }
+    return paper;
+}
+
 }  // namespace
 
 Bitmap paperNoise() {
     return buildBitmap(kSide, kSide, [](int px, int py) {
-        const float u = (float(px) + 0.5f) / kSide, v = (float(py) + 0.5f) / kSide;
-        float dx = 0, dy = 0, wear = 0;
-        for (std::size_t i = 0; i < kLayers.size(); ++i) {
-            const Layer& layer = kLayers[i];
-            const float cells = float(layer.cells);
-            const Folds folds = foldsAt(u * cells, v * cells, layer.cells, std::uint32_t(40 * i + 7));
-            dx += layer.slope * folds.dx;
-            dy += layer.slope * folds.dy;
-            // A worn fold is as wide as the paper is thick, whatever the facets' size.
-            wear += layer.wear * std::exp(-folds.edge / cells * 230);
+        Vec3 paper;
+        constexpr int kFiner = 4;
+        for (int i = 0; i < kFiner * kFiner; ++i) {
+            const float x = float(i % kFiner) + 0.5f, y = float(i / kFiner) + 0.5f;
+            paper += paperAt((float(px) + x / kFiner) / kSide, (float(py) + y / kFiner) / kSide);
         }
+        paper *= 1.0f / (kFiner * kFiner);
+        const float u = (float(px) + 0.5f) / kSide, v = (float(py) + 0.5f) / kSide;
         // Fibres lie across one another; grain is as fine as the field.
         const float fibres =
             wrappingNoise(u * 32, v * 128, 32, 128, 300) + wrappingNoise(u * 128, v * 32, 128, 32, 301) - 1;
         const float grain = hash01(px, py, 302) - 0.5f;
-        return Rgba{{0.5f + 0.5f * dx, 0.5f + 0.5f * dy, 0.5f + wear + 0.10f * fibres + 0.16f * grain}, 1};
+        return Rgba{
+            {0.5f + 0.5f * paper.x, 0.5f + 0.5f * paper.y, 0.5f + paper.z + 0.10f * fibres + 0.16f * grain},
+            1};
     });
 }
 
