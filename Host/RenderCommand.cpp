@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <memory>
@@ -13,7 +14,7 @@ namespace qv::host {
 namespace {
 
 struct Options {
-    std::string input, output, mask;
+    std::string input, output, mask, duration;
     std::vector<std::string> effects;
     ClipWriterOptions writer;
     std::vector<std::string> writerOptions;
@@ -66,6 +67,25 @@ PixelBuffer blankFrame(const ClipVideoFormat& video) {
     return frame;
 }
 
+/// Seconds that the clip lasts, 0 when unknown; of a picture, how long it is to be shown.
+double clipSeconds(const Options& options, const ClipInfo& info) {
+    if (!info.isStillPicture) {
+        if (!options.duration.empty())
+            fail(ExitCode::usage, "--duration is for a picture, which '{}' is not", info.path);
+        return info.duration;
+    }
+    const double seconds =
+        options.duration.empty() ? kPhotoSeconds : parseTime("--duration", options.duration);
+    if (seconds <= 0) fail(ExitCode::usage, "--duration is not above 0");
+    return seconds;
+}
+
+/// Frames that make up those seconds of a picture.
+std::int64_t pictureFrames(const ClipInfo& info, double seconds) {
+    const Rational rate = info.video.averageFrameRate;
+    return std::max<std::int64_t>(1, std::llround(seconds * (rate.value() > 0 ? rate.value() : 25)));
+}
+
 void render(const Options& options, const CLI::App& command) {
     const std::vector<EffectChoice> choices = parseChain(options.effects);
     const ClipWriterOptions writing = writerOptions(options, command);
@@ -74,8 +94,10 @@ void render(const Options& options, const CLI::App& command) {
     RenderPipeline::Parts parts;
     parts.reader = openClip(options.input, {.threads = writing.threads, .packets = true});
     const ClipInfo info = parts.reader->info();
+    const double seconds = clipSeconds(options, info);
     auto mask = options.mask.empty() ? nullptr : std::make_unique<MaskSource>(options.mask);
-    parts.effects = std::make_unique<ClipEffects>(choices, info, std::move(mask));
+    parts.effects = std::make_unique<ClipEffects>(choices, info, seconds, std::move(mask));
+    if (info.isStillPicture) parts.timesEachFrame = pictureFrames(info, seconds);
 
     const MTIImage first = parts.effects->outputImage(blankFrame(info.video), 0);
     parts.size = {int(first.size().width), int(first.size().height)};
@@ -97,7 +119,8 @@ void render(const Options& options, const CLI::App& command) {
     parts.context->prepare(first);
 
     const auto context = parts.context;
-    Progress progress(progressStyle(options.lines, options.quiet), info.frameCountEstimate, "frames");
+    Progress progress(progressStyle(options.lines, options.quiet),
+                      info.frameCountEstimate * parts.timesEachFrame, "frames");
     RenderPipeline(std::move(parts)).run([&](std::int64_t frames, double seconds) {
         progress.advance(frames, seconds);
     });
@@ -112,10 +135,12 @@ void addRenderCommand(CLI::App& tool) {
         tool.add_subcommand("render", "Renders a clip through effects; sound and the rest are kept");
     auto options = std::make_shared<Options>();
     ClipWriterOptions& writer = options->writer;
-    command->add_option("-i,--input", options->input, "Video file, or - for standard input")->required();
+    command->add_option("-i,--input", options->input, "Video or picture file, or - for standard input")
+        ->required();
     command->add_option("-e,--effect", options->effects, "CLASS:name=value:name=value; repeatable, a chain")
         ->allow_extra_args(false);
     command->add_option("-o,--output", options->output, "Video file, or - for standard output")->required();
+    command->add_option("--duration", options->duration, "How long a picture is shown, seconds; 3 without");
     command->add_option("--mask", options->mask, "Picture or video that is white where the subject is");
     command->add_option("--format", writer.container,
                         "Container, as mp4; by the output's name, matroska for -");

@@ -29,11 +29,11 @@ using Rendered = std::variant<RenderedFrame, ClipPacket>;
 
 }  // namespace
 
-ClipEffects::ClipEffects(std::vector<EffectChoice> choices, const ClipInfo& info,
+ClipEffects::ClipEffects(std::vector<EffectChoice> choices, const ClipInfo& info, double seconds,
                          std::unique_ptr<MaskSource> mask)
     : chain_(std::move(choices), {.time = 0.0,
                                   .startTime = 0.0,
-                                  .endTime = info.duration > 0 ? std::optional(info.duration) : std::nullopt,
+                                  .endTime = seconds > 0 ? std::optional(seconds) : std::nullopt,
                                   .isPhoto = info.isStillPicture}),
       mask_(std::move(mask)),
       rotation_(info.video.rotation) {}
@@ -84,7 +84,10 @@ void RenderPipeline::State::decode() {
         checkInterrupt();
         ClipReader::Item item = parts.reader->next();
         if (auto* frame = std::get_if<ClipFrame>(&item)) {
-            if (!decoded.push(std::move(*frame))) return;
+            for (std::int64_t i = 0; i < parts.timesEachFrame; ++i) {
+                if (!decoded.push(*frame)) return;
+                frame->time += frame->duration;
+            }
         } else if (auto* packet = std::get_if<ClipPacket>(&item)) {
             if (!decoded.push(std::move(*packet))) return;
         } else {

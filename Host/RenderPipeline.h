@@ -16,8 +16,10 @@ namespace qv::host {
 /// Effects over the frames of one clip, upright as a viewer sees them.
 class ClipEffects {
   public:
-    /// `mask` may be nil: then a frame's own alpha is its mask.
-    ClipEffects(std::vector<EffectChoice> choices, const ClipInfo& info, std::unique_ptr<MaskSource> mask);
+    /// `seconds` is the clip's length, 0 when unknown. `mask` may be nil: then a frame's own alpha is its
+    /// mask.
+    ClipEffects(std::vector<EffectChoice> choices, const ClipInfo& info, double seconds,
+                std::unique_ptr<MaskSource> mask);
 
     /// The picture for a frame `seconds` after the first one, in the file's orientation. Times must not fall.
     MTIImage outputImage(const PixelBuffer& frame, double seconds);
@@ -39,7 +41,8 @@ class RenderPipeline {
         std::unique_ptr<ClipEffects> effects;
         std::shared_ptr<MTIContext> context;
         std::unique_ptr<ClipWriter> writer;
-        PixelSize size;  ///< of the encoded frames
+        PixelSize size;                   ///< of the encoded frames
+        std::int64_t timesEachFrame = 1;  ///< how often a frame is shown; above 1 for a single picture
     };
     explicit RenderPipeline(Parts parts);
 

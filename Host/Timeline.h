@@ -13,6 +13,9 @@
 /// What an editor does with a filter on its timeline: inputs, strength, times and photo mode.
 namespace qv::host {
 
+/// How long a photo stays on the timeline, seconds: effects that know their clip pass over this.
+inline constexpr double kPhotoSeconds = 3;
+
 /// The clip that a filter lies on, in seconds of `iTime`. What is absent is left at the class's default.
 struct ClipPosition {
     std::optional<double> time;

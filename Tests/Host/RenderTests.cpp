@@ -173,6 +173,18 @@ TEST_F(Render, EffectsSeeTheClipUpright) {
         << "flames burn at the bottom";
 }
 
+TEST_F(Render, APictureIsAClipWhoseTimeStandsStill) {
+    makeClip(files_ / "photo.png", "testsrc2=s=160x90", {"-frames:v", "1"});
+    for (const char* effect : {"QVSnowMTIFilter", "QVFireworkMTIFilter"}) {
+        render("photo.png", "out.mkv", {"-y", "--codec", "ffv1", "--duration", "1", "-e", effect});
+        EXPECT_EQ(probe(files_ / "out.mkv", "v:0")["nb_read_frames"], "25");
+        const double change =
+            rmsDifference(rgbFrame(files_ / "out.mkv", 5), rgbFrame(files_ / "out.mkv", 20));
+        // Fireworks go on over a photo.
+        EXPECT_EQ(change > 0, std::string(effect) == "QVFireworkMTIFilter") << effect << ' ' << change;
+    }
+}
+
 TEST_F(Render, PipesAndProgress) {
     makeClip(files_ / "clip.mkv", "testsrc2=s=160x90:r=25:d=1", {"-c:v", "libx264"});
     const Outcome piped = qvfilter({"render", "-i", "-", "-e", "QVMosaicMTIFilter", "--progress", "-o", "-"},
