@@ -24,6 +24,7 @@ Json propertyToJSON(const QVProperty& property, const QVMTIFilter& fresh) {
     json["min"] = hasRange(property.type) ? Json(shortestNumber(property.minimum)) : Json();
     json["max"] = hasRange(property.type) ? Json(shortestNumber(property.maximum)) : Json();
     json["default"] = propertyValueToJSON(property.get(fresh));
+    if (property.type == QVPropertyType::color) json["default"] = json["default"].at(0);
     json["help"] = property.help;
     if (!property.variants.empty()) {
         json["variants"] = std::vector<std::string_view>(property.variants.begin(), property.variants.end());

@@ -36,7 +36,7 @@ Json propertyNamed(const Json& entry, const std::string& name) {
 
 TEST(List, HasEveryFactOfEveryClass) {
     static const std::set<std::string> kKinds{"effect", "transition", "auxiliary"};
-    static const std::set<std::string> kTypes{"bool",   "int",     "float",     "vector",
+    static const std::set<std::string> kTypes{"bool",   "int",     "float",     "vector",   "color",
                                               "colors", "numbers", "transform", "timeRange"};
     std::set<std::string> names;
     ASSERT_GE(classes().size(), 40u);
@@ -79,6 +79,7 @@ TEST(List, KnownClassesAreDescribedRight) {
     EXPECT_EQ(classNamed("QVMosaicMTIFilter")["isVideoOnly"], false);
     EXPECT_EQ(classNamed("QVHueMTIFilter")["kind"], "auxiliary");
     EXPECT_EQ(classNamed("QVInterlayerFilter")["inputs"], Json({"inputImage", "maskImage"}));
+    EXPECT_EQ(propertyNamed(classNamed("QVWhiteCoverPEMTIFilter"), "coverCol")["default"], "#ffffff");
     EXPECT_EQ(qvfilterJSON({"show", "QVMosaicMTIFilter", "--json"}), mosaic);
 }
 
