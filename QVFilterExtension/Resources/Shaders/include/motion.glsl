@@ -41,7 +41,7 @@ float tapShift(ivec2 pixel) {
 }
 
 // The mean of five values of tap(vec2), the colour at a place in pixels, along `way` about `place`. The taps are spread
-// over a pixel too, which smooths as interpolation would; a picture that is not moved stays as it is to the bit.
+// over a pixel too, which smooths as interpolation would; a picture that is not moved stays as it is.
 #define MEAN_ALONG(tap, place, way, shift) \
     meanOfFive(tap, (place) + (way) * ((shift) * 0.2), (way) * 0.2)
 #define meanOfFive(tap, start, step) \
