@@ -7,9 +7,9 @@ namespace qv {
 void MTIParameters::set(std::string_view name, MTIValue value) {
     const auto found = std::ranges::find(entries_, name, &Entry::first);
     if (found != entries_.end()) {
-        found->second = std::move(value);
+        found->second = value;
     } else {
-        entries_.emplace_back(name, std::move(value));
+        entries_.emplace_back(name, value);
     }
 }
 

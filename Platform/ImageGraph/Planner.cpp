@@ -212,9 +212,8 @@ class PlanBuilder {
                 parameters.set("row", row(std::size_t(plane)));
                 if (pair) parameters.set("row2", row(2));
                 parameters.set("straight", straight);
-                parameters.set("reduction",
-                               MTIVector{float((buffer.width() + layout.width - 1) / layout.width),
-                                         float((buffer.height() + layout.height - 1) / layout.height)});
+                parameters.set("reduction", MTIVector{float(reduction(buffer.width(), layout.width)),
+                                                      float(reduction(buffer.height(), layout.height))});
                 if (pair) name = "MTIRGBToPlanePair";
             }
             plan_.outputs.push_back(
