@@ -18,6 +18,7 @@ function(qv_add_asset_program name directory)
         COMMAND ${CMAKE_COMMAND} -E touch ${stamp}
         DEPENDS draw_${name} COMMENT "Drawing ${name}" VERBATIM)
     add_custom_target(${name}_assets ALL DEPENDS ${stamp})
+    set_property(GLOBAL APPEND PROPERTY QV_ASSET_TARGETS ${name}_assets)
 endfunction()
 
 include(${PROJECT_SOURCE_DIR}/QVFilterExtension/Resources/Assets/Assets.cmake)
