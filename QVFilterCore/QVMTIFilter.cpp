@@ -33,7 +33,8 @@ struct SharedContext {
 };
 
 SharedContext& shared() {
-    static SharedContext instance;
+    // Never destroyed: at exit the driver may be gone before it would be.
+    static auto& instance = *new SharedContext;
     return instance;
 }
 

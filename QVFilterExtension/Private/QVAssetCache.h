@@ -11,10 +11,11 @@
 namespace qv {
 
 /// The assets that a class has loaded, shared by its instances for the life of the process. A class keeps one
-/// in a static variable of a function:
+/// in a static variable of a function, and never destroys it: at exit the driver that its textures belong to
+/// may be gone before the cache would be.
 ///
 ///     static QVAssetCache& assets() {
-///         static QVAssetCache cache;
+///         static auto& cache = *new QVAssetCache;
 ///         return cache;
 ///     }
 ///

@@ -14,7 +14,7 @@ const QVFilterClass QVCreasePEMTIFilterClass{
 namespace {
 
 QVAssetCache& assets() {
-    static QVAssetCache cache;
+    static auto& cache = *new QVAssetCache;
     return cache;
 }
 

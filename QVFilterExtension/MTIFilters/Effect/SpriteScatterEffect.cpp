@@ -12,7 +12,7 @@ namespace {
 constexpr double kMostSprites = 1000;
 
 QVAssetCache& assets() {
-    static QVAssetCache cache;
+    static auto& cache = *new QVAssetCache;
     return cache;
 }
 
