@@ -19,7 +19,7 @@ namespace qv::host {
 namespace {
 
 struct Options {
-    std::string output, input, size = "320x180", only = "*", time = "0.4";
+    std::string output, input, size = "320x180", only = "*", time;
     int columns = 4;
     bool all = false, quiet = false, lines = false;
     OverwriteOptions overwrite;
@@ -44,7 +44,7 @@ using Groups = std::map<QVFilterCategory, std::vector<Cell>>;
 class CellRenderer {
   public:
     CellRenderer(const Options& options, MTIContext& context) : context_(context) {
-        time_ = parseTime("--time", options.time);
+        if (!options.time.empty()) time_ = parseTime("--time", options.time);
         const Bitmap picture = options.input.empty() ? Bitmap() : readPicture(options.input);
         const int width = picture ? std::min(picture.width, kRenderWidth) : kRenderWidth;
         const int height =
@@ -61,7 +61,10 @@ class CellRenderer {
     UIImage render(const QVFilterClass& filterClass) const {
         EffectChoice choice{&filterClass};
         if (filterClass.property("progress")) choice.addSetting("progress=0.5");
-        const auto filter = makeFilterOnClip(choice, {.time = time_, .startTime = 0.0, .endTime = 1.0});
+        // Animations rest for much of their clip; early on they all show.
+        const bool animation = filterClass.categoryOrInherited() == QVFilterCategory::animation;
+        const double time = time_.value_or(animation ? 0.1 : 0.4);
+        const auto filter = makeFilterOnClip(choice, {.time = time, .startTime = 0.0, .endTime = 1.0});
         setInputs(*filter, inputs_);
         const MTIImage image = filter->outputImage();
         if (!image) return {};
@@ -74,7 +77,7 @@ class CellRenderer {
   private:
     MTIContext& context_;
     FilterInputs inputs_;
-    double time_;
+    std::optional<double> time_;
 };
 
 /// The library's own font, so that a sheet looks the same on every machine; without it the machine's.
@@ -195,7 +198,7 @@ void addSheetCommand(CLI::App& tool) {
     command->add_option("-i,--input", options->input, "Picture to show the classes on; a drawn one without");
     command->add_option("--size", options->size, "Size of a cell")->capture_default_str();
     command->add_option("--only", options->only, "Only names that match (* and ?) or contain this");
-    command->add_option("--time", options->time, "The effects' time, seconds")->capture_default_str();
+    command->add_option("--time", options->time, "The effects' time, seconds; a telling one by default");
     command->add_option("--columns", options->columns, "Cells in a row")
         ->capture_default_str()
         ->check(CLI::Range(1, 100));
