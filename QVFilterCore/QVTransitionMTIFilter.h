@@ -15,7 +15,7 @@ class QVTransitionMTIFilter : public QVMTIFilter {
         : QVMTIFilter(filterClass) {}
 
     const MTIImage& inputImage1() const { return inputImage1_; }
-    void setInputImage1(MTIImage image) { inputImage1_ = std::move(image); }
+    virtual void setInputImage1(MTIImage image) { inputImage1_ = std::move(image); }
     const MTIImage& inputImage2() const { return inputImage2_; }
     void setInputImage2(MTIImage image) { inputImage2_ = std::move(image); }
 
