@@ -29,11 +29,16 @@ float QVTransitionMTIFilter::ratio() const {
     return size.height > 0 ? float(size.width / size.height) : 1.0f;
 }
 
-MTIParameters QVTransitionMTIFilter::parameters() const {
-    return {{"progress", newProgress()},
+MTIParameters QVTransitionMTIFilter::timingParameters(float progress) const {
+    return {{"progress", progress},
             {"start", float(CMTimeGetSeconds(timeRange_.start))},
-            {"duration", float(CMTimeGetSeconds(timeRange_.duration))},
-            {"ratio", ratio()}};
+            {"duration", float(CMTimeGetSeconds(timeRange_.duration))}};
+}
+
+MTIParameters QVTransitionMTIFilter::parameters() const {
+    MTIParameters parameters = timingParameters(newProgress());
+    parameters.set("ratio", ratio());
+    return parameters;
 }
 
 MTIImage QVTransitionMTIFilter::outputImage() {

@@ -41,6 +41,10 @@ class QVTransitionMTIFilter : public QVMTIFilter {
     /// The same shape with the fifth power: a longer rest at both ends, a faster middle.
     static float easeInOutHeavy(float progress);
 
+  protected:
+    /// "progress" with the given value, "start", "duration" in seconds: what most dictionaries begin with.
+    MTIParameters timingParameters(float progress) const;
+
   private:
     MTIImage inputImage1_, inputImage2_;
     float progress_ = 0;
