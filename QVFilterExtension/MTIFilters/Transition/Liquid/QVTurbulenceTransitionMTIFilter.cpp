@@ -1,0 +1,48 @@
+#include "QVFilterExtension/MTIFilters/Transition/Liquid/QVTurbulenceTransitionMTIFilter.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+
+#include "Platform/Foundation/Random.h"
+#include "QVFilterExtension/MTIFilters/Transition/Liquid/LiquidEasing.h"
+#include "QVFilterExtension/MTIFilters/Transition/Liquid/QVTurbulenceBlendMTIFilter.h"
+
+namespace qv {
+
+namespace {
+
+constexpr HalvesEasing kEasing{{0.5, 0, 0.83, 0.83}, {0.17, 0.17, 0.5, 1}};
+
+/// The duration counts in units of its own time scale. Seeds outside the range of a seed end at its ends.
+float randomWarp(const CMTimeRange& timeRange) {
+    const double seed = double(timeRange.duration.value) + 89.0 + 160.0;
+    const double largest = std::numeric_limits<std::uint32_t>::max();
+    return float(randomFromSeed(std::uint32_t(std::clamp(seed, 0.0, largest)))) / 9999999.0f;
+}
+
+}  // namespace
+
+const QVFilterClass QVTurbulenceTransitionMTIFilterClass{
+    .name = "QVTurbulenceTransitionMTIFilter",
+    .superclass = &QVLiquidTransitionMTIFilterClass,
+    .help = "The picture is torn apart by turbulent currents and settles as the next clip",
+    .factory = makeFilter<QVTurbulenceTransitionMTIFilter>,
+};
+
+MTIParameters QVTurbulenceTransitionMTIFilter::parameters() const {
+    return {{"progress", float(kEasing.halfScaled(progress()))},
+            {"iTime", double(progress()) * 10},
+            {"randomMaxWarp", randomWarp(timeRange())}};
+}
+
+MTIImage QVTurbulenceTransitionMTIFilter::outputImage() {
+    if (!inputImage1() || !inputImage2()) return {};
+    QVTurbulenceBlendMTIFilter blend;
+    blend.setInputImage1(inputImage1());
+    blend.setInputImage2(inputImage2());
+    blend.setProgress(progress());
+    return render({blend.outputImage()});
+}
+
+}  // namespace qv

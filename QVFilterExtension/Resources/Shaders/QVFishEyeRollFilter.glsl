@@ -1,0 +1,19 @@
+// A fisheye lens, strongest in the middle of the passage.
+#include "frame.glsl"
+#include "liquid.glsl"
+
+uniform float progress;  // eased
+
+vec4 sourceAt(vec2 place) { return readInput(0, mirrorAtEdges(place)); }
+
+vec4 QVFishEyeRollFilter(vec2 uv) {
+    vec2 size = outputSize();
+    vec2 away = uv - 0.5;
+    vec2 reach = away * size * (2.0 * inversesqrt(dot(size, size)));
+    float far = dot(reach, reach);
+    float swell = swellOf(progress);
+    float scale = 1.0 + swell * (0.9 * far * far - 0.4);
+    float fringe = 0.05 * swell * far;
+    return partedColors(sourceAt(0.5 + away * (scale - fringe)), sourceAt(0.5 + away * scale),
+                        sourceAt(0.5 + away * (scale + fringe)));
+}

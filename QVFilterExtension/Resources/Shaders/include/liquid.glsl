@@ -1,0 +1,20 @@
+// What the liquid passages have in common.
+
+// From 0 at rest to 1 in the middle of a passage and back.
+float swellOf(float progress) { return 1.0 - abs(2.0 * progress - 1.0); }
+
+// A pixel whose red, green and blue come from three places. Its alpha covers all three.
+vec4 partedColors(vec4 red, vec4 green, vec4 blue) {
+    return vec4(red.r, green.g, blue.b, max(max(red.a, green.a), blue.a));
+}
+
+// Five reads of tap(vec2) along `way` about `place`: red leads, blue trails, and each is blurred.
+#define SPECTRUM(tap, place, way) \
+    spectrumOf(tap((place) - (way)), tap((place) - (way) * 0.5), tap(place), tap((place) + (way) * 0.5), \
+               tap((place) + (way)))
+vec4 spectrumOf(vec4 a, vec4 b, vec4 c, vec4 d, vec4 e) {
+    return partedColors(0.25 * (a + c) + 0.5 * b, 0.25 * (b + d) + 0.5 * c, 0.25 * (c + e) + 0.5 * d);
+}
+
+// The place mirrored at the edges of the picture, for places at most one picture outside. All in pixels.
+vec2 mirroredPixel(vec2 place, vec2 size) { return size - abs(size - abs(place)); }
