@@ -56,6 +56,39 @@ ClipMoment momentAt(ClipReader& clip, double seconds) {
     return {std::move(*frame), at};
 }
 
+ShownFrames::ShownFrames(std::unique_ptr<ClipReader> clip) : clip_(std::move(clip)) {
+    std::optional<ClipFrame> first = readFrame(*clip_);
+    if (!first) fail(ExitCode::input, "there is no picture in '{}'", info().path);
+    firstTime_ = first->time;
+    current_ = std::move(*first);
+    next_ = readFrame(*clip_);
+}
+
+const ClipFrame& ShownFrames::at(double seconds) {
+    while (next_ && secondsOf(info(), next_->time - firstTime_) <= seconds + kTimeTolerance) {
+        current_ = std::move(*next_);
+        next_ = readFrame(*clip_);
+    }
+    return current_;
+}
+
+void ShownFrames::goTo(double seconds) {
+    const double start = secondsOf(info(), firstTime_) - info().start;
+    if (!clip_->seek(start + seconds)) fail(ExitCode::input, "{}", clip_->error());
+    std::optional<ClipFrame> frame = readFrame(*clip_);
+    if (!frame) fail(ExitCode::input, "'{}' has nothing at {} s", info().path, seconds);
+    current_ = std::move(*frame);
+    next_ = readFrame(*clip_);
+}
+
+double ShownFrames::end() {
+    // Later than any clip lasts.
+    constexpr double kFarSeconds = 1e7;
+    goTo(kFarSeconds);
+    const ClipFrame& last = at(kFarSeconds);
+    return secondsOf(info(), last.time + last.duration - firstTime_);
+}
+
 MTIImage turned(const MTIImage& image, int degrees) {
     // Clockwise with y up; written out, since a rotation by cosines would not be exact.
     switch (degrees) {
@@ -116,25 +149,20 @@ MaskSource::MaskSource(const std::string& path) {
         current_ = SubjectMask::fromBuffer(grayFromPicture(readPicture(path)));
         return;
     }
-    clip_ = openClip(path);
-    const std::optional<ClipFrame> first = readFrame(*clip_);
-    if (!first) fail(ExitCode::input, "there is no picture in '{}'", path);
-    firstTime_ = first->time;
-    show(first->pixels);
-    next_ = readFrame(*clip_);
+    frames_ = std::make_unique<ShownFrames>(openClip(path));
+    show(frames_->at(0));
 }
 
-void MaskSource::show(const PixelBuffer& frame) {
-    current_ = SubjectMask::fromBuffer(turnedGray(grayFromFrame(frame), clip_->info().video.rotation));
+void MaskSource::show(const ClipFrame& frame) {
+    current_ =
+        SubjectMask::fromBuffer(turnedGray(grayFromFrame(frame.pixels), frames_->info().video.rotation));
+    shownTime_ = frame.time;
 }
 
 const SubjectMask& MaskSource::at(double seconds) {
-    PixelBuffer reached;
-    while (next_ && secondsOf(clip_->info(), next_->time - firstTime_) <= seconds + kTimeTolerance) {
-        reached = next_->pixels;
-        next_ = readFrame(*clip_);
-    }
-    if (reached) show(reached);
+    if (!frames_) return current_;
+    const ClipFrame& frame = frames_->at(seconds);
+    if (frame.time != shownTime_) show(frame);
     return current_;
 }
 

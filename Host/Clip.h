@@ -28,6 +28,28 @@ struct ClipMoment {
 /// The frame that is shown `seconds` after the first one. Fails as input when the clip has ended by then.
 ClipMoment momentAt(ClipReader& clip, double seconds);
 
+/// The frames of a clip as they are shown, from its first one on. One thread at a time.
+class ShownFrames {
+  public:
+    /// Fails as input when there is no frame.
+    explicit ShownFrames(std::unique_ptr<ClipReader> clip);
+
+    const ClipInfo& info() const { return clip_->info(); }
+    /// The frame shown `seconds` after the first one; after the end the last. Times must not fall but for
+    /// goTo(). Fails as input.
+    const ClipFrame& at(double seconds);
+    /// Makes at() begin there, by a jump. Fails as input.
+    void goTo(double seconds);
+    /// Seconds from the first frame to the end of the last; the place is lost then. Fails as input.
+    double end();
+
+  private:
+    std::unique_ptr<ClipReader> clip_;
+    ClipFrame current_;
+    std::optional<ClipFrame> next_;
+    std::int64_t firstTime_ = 0;
+};
+
 /// The picture turned clockwise by 0, 90, 180 or 270 degrees, pixel for pixel.
 MTIImage turned(const MTIImage& image, int degrees);
 PixelBuffer turnedGray(const PixelBuffer& gray, int degrees);
@@ -46,11 +68,10 @@ class MaskSource {
     const SubjectMask& at(double seconds);
 
   private:
-    void show(const PixelBuffer& frame);
+    void show(const ClipFrame& frame);
 
-    std::unique_ptr<ClipReader> clip_;  ///< nil for a picture
-    std::optional<ClipFrame> next_;
-    std::int64_t firstTime_ = 0;
+    std::unique_ptr<ShownFrames> frames_;  ///< nil for a picture
+    std::int64_t shownTime_ = 0;
     SubjectMask current_;
 };
 

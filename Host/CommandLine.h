@@ -18,6 +18,7 @@ void addShowCommand(CLI::App& tool);
 void addGraphCommand(CLI::App& tool);
 void addStillCommand(CLI::App& tool);
 void addRenderCommand(CLI::App& tool);
+void addTransitionCommand(CLI::App& tool);
 void addBenchCommand(CLI::App& tool);
 void addSheetCommand(CLI::App& tool);
 void addDevicesCommand(CLI::App& tool);

@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <optional>
 
 #include "Host/CommandLine.h"
@@ -9,9 +8,10 @@
 #include "Host/PictureFile.h"
 #include "Host/Progress.h"
 #include "Host/SamplePicture.h"
+#include "Host/SheetDrawing.h"
 #include "Host/Timeline.h"
 #include "Platform/Drawing/BitmapCanvas.h"
-#include "QVFilterCore/QVResourceBundle.h"
+#include "QVFilterCore/QVTransitionMTIFilter.h"
 #include "QVFilterExtension/QVFilterRegistry.h"
 
 namespace qv::host {
@@ -29,9 +29,9 @@ struct Options {
 /// Pictures are rendered at up to this width and shrunk into their cells, so that blocks and lines keep the
 /// size that they have in a clip.
 constexpr int kRenderWidth = 1280;
+/// Just before the middle, where many passages hide everything behind a flash or a blur.
+constexpr double kPassageProgress = 0.4;
 constexpr double kMargin = 24, kGap = 14, kLabelHeight = 26, kHeadingHeight = 46;
-
-const UIColor kPaper{0.11, 0.115, 0.125}, kInk{0.90, 0.90, 0.90}, kAccent{0.98, 0.74, 0.32};
 
 struct Cell {
     const QVFilterClass* filterClass;
@@ -60,7 +60,9 @@ class CellRenderer {
 
     UIImage render(const QVFilterClass& filterClass) const {
         EffectChoice choice{&filterClass};
-        if (filterClass.property("progress")) choice.addSetting("progress=0.5");
+        const bool passage = filterClass.isSubclassOf(QVTransitionMTIFilterClass);
+        if (filterClass.property("progress"))
+            choice.addSetting(fmt::format("progress={}", passage ? kPassageProgress : 0.5));
         // Animations rest for much of their clip; early on they all show.
         const bool animation = filterClass.categoryOrInherited() == QVFilterCategory::animation;
         const double time = time_.value_or(animation ? 0.1 : 0.4);
@@ -79,26 +81,6 @@ class CellRenderer {
     FilterInputs inputs_;
     std::optional<double> time_;
 };
-
-/// The library's own font, so that a sheet looks the same on every machine; without it the machine's.
-UIFont labelFont(double size) {
-    static std::once_flag once;
-    std::call_once(once, [] {
-        const auto bundle = resourceBundle();
-        const auto path = bundle ? bundle->pathForResource("QVSans-Regular", "ttf") : std::nullopt;
-        std::string ignored;  // an effect may have registered it before
-        if (path) UIFont::registerFontFile(*path, &ignored);
-    });
-    const UIFont font = UIFont::fontWithName("QVSans-Regular", size);
-    return font ? font : UIFont::systemFontOfSize(size);
-}
-
-/// The largest font size, up to `size`, at which the text fits.
-UIFont fittingFont(const std::string& text, double size, double width) {
-    const UIFont font = labelFont(size);
-    const double needed = font.sizeOfText(text).width;
-    return needed <= width ? font : labelFont(size * width / needed);
-}
 
 /// `content` scaled to lie within `cell`, centred.
 CGRect fitted(CGSize content, const CGRect& cell) {

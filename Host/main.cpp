@@ -46,6 +46,7 @@ int main(int argc, char** argv) {
         addGraphCommand(tool);
         addStillCommand(tool);
         addRenderCommand(tool);
+        addTransitionCommand(tool);
         addSheetCommand(tool);
         addBenchCommand(tool);
         addDevicesCommand(tool);

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "Platform/ImageGraph/MTIImage.h"
+#include "Platform/Media/ClipInfo.h"
+
+namespace qv::host {
+
+/// How a picture comes into a frame of another shape. None distorts it but `stretch`.
+enum class Fit {
+    cover,    ///< fills the frame; what juts out is cut off
+    contain,  ///< all of it is seen; black beside it
+    stretch,
+};
+
+/// A frame as a viewer sees it: upright.
+struct FrameShape {
+    CGSize size;             ///< pixels
+    double pixelAspect = 1;  ///< width of a pixel to its height
+};
+
+/// The shape of a clip's frames once they are turned upright.
+FrameShape uprightShape(const ClipVideoFormat& video);
+
+/// An upright picture, whose pixels are `pixelAspect` wide, in a frame of the given shape; the picture itself
+/// when it has that shape.
+MTIImage fitted(const MTIImage& image, double pixelAspect, const FrameShape& frame, Fit fit);
+
+}  // namespace qv::host
