@@ -1,0 +1,12 @@
+#include "QVFilterCore/QVTransitionMTIFilter.h"
+
+namespace qv {
+
+extern const QVFilterClass QVBrightDissolveTransitionMTIFilterClass;
+const QVFilterClass QVBrightDissolveTransitionMTIFilterClass{
+    .name = "QVBrightDissolveTransitionMTIFilter",
+    .superclass = &QVTransitionMTIFilterClass,
+    .help = "Dissolves in light highlights first; the other clip comes out of it shadows first",
+};
+
+}  // namespace qv

@@ -1,0 +1,21 @@
+// Through the light: highlights bloom first and shadows last, and of the other clip the shadows come out first.
+// Inputs: outgoing, incoming.
+#include "color.glsl"
+
+uniform float progress;
+
+// How much of a pixel is left at `time` 0..1 when the brightest go first; each takes half of the time.
+float remaining(float brightness, float time) {
+    float left = clamp(2.0 - brightness - 2.0 * time, 0.0, 1.0);
+    return left * left * (3.0 - 2.0 * left);
+}
+
+vec4 QVBrightDissolveTransitionMTIFilter(vec2 uv) {
+    vec4 outgoing = readHere(0), incoming = readHere(1);
+    float fading = remaining(luma(outgoing.rgb), min(progress * 1.6, 1.0));
+    float coming = remaining(luma(incoming.rgb), min((1.0 - progress) * 1.6, 1.0));
+    float alpha = mix(outgoing.a, incoming.a, progress);
+    // What each lacks to white is laid over the other.
+    vec3 lower = (outgoing.a - outgoing.rgb) * fading, upper = (incoming.a - incoming.rgb) * coming;
+    return vec4(max(alpha - lower - upper * (1.0 - lower), vec3(0.0)), alpha);
+}

@@ -1,0 +1,22 @@
+// A cross-fade under a box blur, four times as wide as high. Inputs: outgoing, incoming.
+#include "frame.glsl"
+#include "motion.glsl"
+
+uniform float progress;
+
+#define TAP(x, y) \
+    (readPixel(0, ivec2(place + reach * vec2(x, y))) * before + \
+     readPixel(1, ivec2((place + reach * vec2(x, y)) * toSecond)) * progress)
+
+vec4 QVFilmBoxBlurFilter(vec2 uv) {
+    vec2 size = outputSize(), toSecond = inputSize(1) / size;
+    float before = 1.0 - progress, width = 4.0 * progress * before;
+    vec2 reach = width * vec2(72.0, 18.0) * unitPixels(size);  // from the box's middle to its sides, pixels
+    float shift = tapShift(pixelHere());
+    vec2 place = uv * size + reach * vec2(shift * 0.1667, fract(shift * 7.0) * 0.5 - 0.25);
+    vec4 sum = TAP(-0.917, -0.25) + TAP(-0.75, 0.5) + TAP(-0.583, -0.75) + TAP(-0.417, 0.25) + TAP(-0.25, -0.5) +
+               TAP(-0.083, 0.75) + TAP(0.083, -0.25) + TAP(0.25, 0.5) + TAP(0.417, -0.75) + TAP(0.583, 0.25) +
+               TAP(0.75, -0.5) + TAP(0.917, 0.75);
+    vec4 still = mix(readHere(0), readHere(1), progress);
+    return mix(still, sum * (1.0 / 12.0), step(1e-4, width));
+}
