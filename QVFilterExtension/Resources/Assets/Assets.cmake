@@ -6,7 +6,12 @@ file(GLOB EFFECT_PICTURE_SOURCES CONFIGURE_DEPENDS ${QV_ASSET_SOURCES}/EffectPic
 qv_add_asset_program(EffectPictures ${QV_BUNDLE} ${EFFECT_PICTURE_SOURCES})
 file(GLOB FONT_SOURCES CONFIGURE_DEPENDS ${QV_ASSET_SOURCES}/Fonts/*.cpp)
 qv_add_asset_program(Fonts ${QV_BUNDLE} ${FONT_SOURCES})
+qv_add_asset_program(LightLeaks ${QV_BUNDLE})
 qv_add_asset_program(Lookups ${QV_BUNDLE})
+file(GLOB PHOTO_DISSOLVE_SOURCES CONFIGURE_DEPENDS ${QV_ASSET_SOURCES}/PhotoDissolves/*.cpp)
+qv_add_asset_program(PhotoDissolves ${QV_BUNDLE} ${PHOTO_DISSOLVE_SOURCES})
+file(GLOB TORN_PAPER_SOURCES CONFIGURE_DEPENDS ${QV_ASSET_SOURCES}/TornPapers/*.cpp)
+qv_add_asset_program(TornPapers ${QV_BUNDLE} ${TORN_PAPER_SOURCES})
 
 if(QV_BUILD_ASSETS)
     file(GLOB LANDSCAPE_SOURCES CONFIGURE_DEPENDS ${QV_ASSET_SOURCES}/Landscape/*.cpp)
