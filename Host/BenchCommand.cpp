@@ -18,7 +18,7 @@ namespace qv::host {
 namespace {
 
 struct Options {
-    std::vector<std::string> classNames;
+    std::vector<std::string> effects;
     std::string size = "1920x1080";
     int rounds = 15;
     bool json = false;
@@ -55,7 +55,7 @@ void takeFrame(MTIContext& context, const std::function<MTIImage()>& makeImage, 
 }
 
 struct Result {
-    std::string_view className;
+    std::string effect;     ///< as asked for: a class's name, with settings if there are any
     bool measured = false;  ///< false: the class gives no picture of plain inputs
     Samples copy, filter;
 
@@ -79,9 +79,9 @@ class Bench {
     }
 
     /// Frames of the class and copies take turns, so that a drift of the machine's speed cancels.
-    Result measure(const QVFilterClass& filterClass) {
-        Result result{filterClass.name};
-        const EffectChoice choice{&filterClass};
+    Result measure(const std::string& effect) {
+        Result result{effect};
+        const EffectChoice choice = parseEffect(effect);
         const auto filter = makeFilterOnClip(choice, {.time = 0.0});
         setInputs(*filter, inputs_);
         const MTIImage first = filter->outputImage();
@@ -89,12 +89,12 @@ class Bench {
         context_->prepare(first);
         for (int i = 0; i < kWarmUpFrames; ++i)
             takeFrame(
-                *context_, [&] { return frame(*filter, i); }, nullptr);
+                *context_, [&] { return frame(*filter, choice, i); }, nullptr);
         for (int round = 0; round < rounds_; ++round) {
             takeFrame(
                 *context_, [&] { return copy(); }, &result.copy);
             takeFrame(
-                *context_, [&] { return frame(*filter, round); }, &result.filter);
+                *context_, [&] { return frame(*filter, choice, round); }, &result.filter);
         }
         result.measured = true;
         return result;
@@ -109,12 +109,13 @@ class Bench {
                                                MTIPixelFormat::unspecified);
     }
 
-    MTIImage frame(QVMTIFilter& filter, int round) const {
-        const QVFilterClass& filterClass = filter.filterClass();
-        if (const QVProperty* time = filterClass.property("iTime")) time->set(filter, round * kFrameSeconds);
-        if (const QVProperty* progress = filterClass.property("progress")) {
-            progress->set(filter, (round + 0.5) / rounds_);
-        }
+    MTIImage frame(QVMTIFilter& filter, const EffectChoice& choice, int round) const {
+        const auto move = [&](std::string_view name, double value) {
+            const QVProperty* property = filter.filterClass().property(name);
+            if (property && !choice.sets(name)) property->set(filter, value);
+        };
+        move("iTime", round * kFrameSeconds);
+        move("progress", (round + 0.5) / rounds_);
         return filter.outputImage();
     }
 
@@ -136,7 +137,7 @@ Json toJSON(const Bench& bench, int rounds, const std::vector<Result>& results) 
     json["rounds"] = rounds;
     json["classes"] = Json::array();
     for (const Result& result : results) {
-        Json entry = {{"name", result.className}, {"measured", result.measured}};
+        Json entry = {{"name", result.effect}, {"measured", result.measured}};
         if (result.measured) {
             entry["medianMilliseconds"] = rounded(result.filter.median());
             entry["minimumMilliseconds"] = rounded(result.filter.minimum());
@@ -152,17 +153,19 @@ Json toJSON(const Bench& bench, int rounds, const std::vector<Result>& results) 
 }
 
 std::string toLine(const Result& result) {
-    if (!result.measured) return fmt::format("{:<32} needs more than plain inputs\n", result.className);
-    return fmt::format("{:<32} {:>9.2f} {:>9.2f} {:>7.2f} {:>6} {:>9.1f} {:>9.1f}\n", result.className,
+    if (!result.measured) return fmt::format("{:<32} needs more than plain inputs\n", result.effect);
+    return fmt::format("{:<32} {:>9.2f} {:>9.2f} {:>7.2f} {:>6} {:>9.1f} {:>9.1f}\n", result.effect,
                        result.filter.median(), result.filter.minimum(), result.ratio(),
                        result.filter.last.passes, double(result.filter.last.bytesRead) / 1e6,
                        double(result.filter.last.bytesWritten) / 1e6);
 }
 
 void bench(const Options& options) {
-    std::vector<const QVFilterClass*> classes;
-    for (const std::string& name : options.classNames) classes.push_back(&findClass(name));
-    if (classes.empty()) classes.assign(allFilterClasses().begin(), allFilterClasses().end());
+    std::vector<std::string> effects = options.effects;
+    for (const std::string& effect : effects) parseEffect(effect);
+    if (effects.empty()) {
+        for (const QVFilterClass* filterClass : allFilterClasses()) effects.emplace_back(filterClass->name);
+    }
 
     Bench bench(options);
     if (!options.json) {
@@ -172,8 +175,8 @@ void bench(const Options& options) {
                                         "passes", "MB read", "MB wrote"));
     }
     std::vector<Result> results;
-    for (const QVFilterClass* filterClass : classes) {
-        results.push_back(bench.measure(*filterClass));
+    for (const std::string& effect : effects) {
+        results.push_back(bench.measure(effect));
         if (!options.json) writeStandardOutput(toLine(results.back()));
     }
     if (options.json) writeStandardOutput(dump(toJSON(bench, options.rounds, results)));
@@ -185,7 +188,8 @@ void bench(const Options& options) {
 void addBenchCommand(CLI::App& tool) {
     CLI::App* command = tool.add_subcommand("bench", "Measures classes against a plain copy pass");
     auto options = std::make_shared<Options>();
-    command->add_option("class", options->classNames, "Names of classes; all of them without");
+    command->add_option("class", options->effects,
+                        "Names of classes, or CLASS:name=value:...; all classes without");
     command->add_option("--size", options->size, "Size of the frames")->capture_default_str();
     command->add_option("--rounds", options->rounds, "Frames of each class")
         ->capture_default_str()
