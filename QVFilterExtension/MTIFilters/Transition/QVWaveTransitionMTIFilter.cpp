@@ -1,0 +1,14 @@
+#include "QVFilterCore/QVTransitionMTIFilter.h"
+
+namespace qv {
+
+extern const QVFilterClass QVWaveTransitionMTIFilterClass;
+
+const QVFilterClass QVWaveTransitionMTIFilterClass{
+    .name = "QVWaveTransitionMTIFilter",
+    .superclass = &QVTransitionMTIFilterClass,
+    .help = "Ripples run outwards from the middle and turn one clip into the other",
+    .factory = makeFilter<QVTransitionMTIFilter>,
+};
+
+}  // namespace qv

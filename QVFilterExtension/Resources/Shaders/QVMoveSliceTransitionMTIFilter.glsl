@@ -1,0 +1,39 @@
+// Strips that carry the outgoing clip and, next to it, the incoming one; neighbours move opposite ways.
+#include "easing.glsl"
+#include "shutter.glsl"
+
+uniform float progress;
+uniform int count;  // of strips, at least 1
+selector int type;  // 0 columns, 1 rows, 2 columns in turn, 3 rows in turn, 4 diagonal
+
+bool inRows() { return type == 1 || type == 3; }
+bool inTurn() { return type == 2 || type == 3; }
+
+vec4 scene(vec2 place, float moment) {
+    vec2 size = outputSize();
+    float strips = max(float(count), 1.0);
+    // Across and along the strips, 0..1 of the frame.
+    vec2 at = place / size;
+    if (inRows()) at = at.yx;
+    if (type == 4) at = vec2(place.x + place.y, place.x - place.y + size.y) / (size.x + size.y);
+    float strip = min(floor(at.x * strips), strips - 1.0);
+    float late = inTurn() ? 0.6 * strip / strips : 0.0;
+    float moved = smootherstep(clamp(moment * (1.0 + (inTurn() ? 0.6 : 0.0)) - late, 0.0, 1.0));
+    bool forwards = strip - 2.0 * floor(strip * 0.5) > 0.5;
+    float way = forwards ? -moved : moved;
+    bool incoming = abs(at.y + way - 0.5) >= 0.5 && moved > 0.0;
+    if (incoming) way += forwards ? 1.0 : -1.0;
+    vec2 from = place;
+    if (type == 4) from += vec2(0.5, -0.5) * (way * (size.x + size.y));
+    else if (inRows()) from.x += way * size.x;
+    else from.y += way * size.y;
+    if (type == 4) from = size * (1.0 - abs(mod(from / size, 2.0) - 1.0));
+    vec4 next = readPixel(1, ivec2(from * (inputSize(1) / size)));
+    return incoming ? next : readPixel(0, ivec2(from));
+}
+
+vec4 QVMoveSliceTransitionMTIFilter(vec2 uv) {
+    vec2 size = outputSize();
+    vec4 color = MEAN_OVER_SHUTTER(scene, uv * size, progress, shutterAt(progress, 0.018), evenShift(pixelHere()), 0.0);
+    return mix(color, readInput(1, uv), step(1.0, progress));
+}

@@ -1,0 +1,22 @@
+// One zoom through both clips, smeared and with the colour fringes of a lens towards the rim.
+#include "shutter.glsl"
+#include "whirl.glsl"
+
+uniform float progress;  // eased
+selector int type;       // 0 in, 1 out, 2 in and back, 3 out and back
+
+vec4 tap(Whirl whirl, vec2 place, float later) {
+    vec2 from = whirled(whirl, place, later);
+    vec4 next = readPixel(1, ivec2(from * (inputSize(1) / whirl.frame)));
+    return progress < 0.5 ? readPixel(0, ivec2(from)) : next;
+}
+#define SCENE(place, later) tap(whirl, place, later)
+
+vec4 QVSmoothZoomTransitionMTIFilter(vec2 uv) {
+    vec2 size = outputSize();
+    vec2 whole = vec2(type == 1 || type == 3 ? -2.0 : 2.0, 0.0);
+    Whirl whirl = whirlOf(progress, whole, type == 2 || type == 3, 0.5 * size, size);
+    float shut = shutterAt(progress, 0.045);
+    vec4 color = MEAN_OVER_SHUTTER(SCENE, uv * size, 0.0, shut, evenShift(pixelHere()), 0.6);
+    return mix(withinAlpha(color), readInput(1, uv), settled(progress, size));
+}
