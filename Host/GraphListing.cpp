@@ -68,6 +68,7 @@ struct DescribeOperation {
 
     void operator()(const BitmapSource&) const { json["kind"] = "bitmap"; }
     void operator()(const PixelBufferSource&) const { json["kind"] = "pixelBuffer"; }
+    void operator()(const VulkanImageSource&) const { json["kind"] = "hostImage"; }
     void operator()(const ColorSource& source) const {
         json["kind"] = "color";
         const MTIColor& color = source.color;

@@ -38,6 +38,10 @@ struct BitmapSource {
 struct PixelBufferSource {
     PixelBuffer buffer;
 };
+/// A host's image; only contexts on its device can read it.
+struct VulkanImageSource {
+    MTIVulkanImage image;
+};
 struct ColorSource {
     MTIColor color;
 };
@@ -63,7 +67,8 @@ struct StockDescription {
 
 /// An immutable node of an image graph.
 struct ImageNode {
-    using Operation = std::variant<BitmapSource, PixelBufferSource, ColorSource, KernelPass, GaussianBlurPass, SpritePass>;
+    using Operation = std::variant<BitmapSource, PixelBufferSource, VulkanImageSource, ColorSource,
+                                   KernelPass, GaussianBlurPass, SpritePass>;
 
     Operation operation;
     std::vector<MTIImage> inputs;
@@ -72,8 +77,8 @@ struct ImageNode {
     MTIAlphaType alphaType = MTIAlphaType::premultiplied;
     StockDescription stock;  ///< empty kind: not made by a stock filter
 
-    /// The texture that a context made of a source, kept for as long as the node. Touched only by the context, under
-    /// the lock.
+    /// The texture that a context made of a source, kept for as long as the node. Touched only by the
+    /// context, under the lock.
     struct Residence {
         std::mutex mutex;
         std::shared_ptr<void> texture;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Platform/ImageGraph/MTIImage.h"
+#include "Platform/ImageGraph/MTIVulkan.h"
 #include "Platform/Media/Bitmap.h"
 #include "Platform/Media/PixelBuffer.h"
 
@@ -58,6 +59,9 @@ class MTIContext {
     /// Nil with one line naming the cause when no usable device is found or it cannot be set up.
     static std::shared_ptr<MTIContext> create(const MTIContextOptions& options = {},
                                               std::string* error = nullptr);
+    /// The same on a host's own device; `deviceIndex` and `validation` do not count.
+    static std::shared_ptr<MTIContext> create(const MTIVulkanDevice& device, const MTIContextOptions& options,
+                                              std::string* error = nullptr);
     virtual ~MTIContext() = default;
 
     virtual const GraphicsDevice& device() const = 0;
@@ -70,6 +74,13 @@ class MTIContext {
                                                     std::string* error = nullptr) = 0;
     /// Renders and leaves the result on the device; for measuring and for warming up.
     virtual std::unique_ptr<RenderTask> startRender(const MTIImage& image, std::string* error = nullptr) = 0;
+
+    /// Starts rendering straight into a host's image of the same device, whose size must be the image's; see
+    /// MTIVulkanImage and MTIVulkanSync for layouts and order. Nil with the cause in `error` on failure; no
+    /// semaphore is waited for or signalled then.
+    virtual std::unique_ptr<RenderTask> startRender(const MTIImage& image, const MTIVulkanImage& destination,
+                                                    const MTIVulkanSync& sync = {},
+                                                    std::string* error = nullptr) = 0;
 
     /// Renders to premultiplied RGBA8 and waits. Nil with the cause in `error` on failure.
     virtual Bitmap renderToBitmap(const MTIImage& image, std::string* error = nullptr) = 0;

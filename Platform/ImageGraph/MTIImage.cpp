@@ -8,6 +8,7 @@
 
 #include "Platform/ImageGraph/ImageGeometry.h"
 #include "Platform/ImageGraph/ImageNode.h"
+#include "Platform/ImageGraph/Planner.h"
 #include "Platform/ImageGraph/StockPass.h"
 #include "Platform/Media/ImageFile.h"
 
@@ -59,6 +60,16 @@ MTIImage MTIImage::imageWithBitmap(const Bitmap& bitmap, MTIAlphaType alphaType)
 MTIImage MTIImage::imageWithPixelBuffer(const PixelBuffer& buffer, MTIAlphaType alphaType) {
     if (!buffer) return {};
     return imageOfSource(PixelBufferSource{buffer}, buffer.width(), buffer.height(), alphaType);
+}
+
+MTIImage MTIImage::imageWithVulkanImage(const MTIVulkanImage& image, MTIAlphaType alphaType) {
+    const bool readable = image.layout == kVulkanLayoutGeneral || image.layout == kVulkanLayoutShaderReadOnly;
+    if (!image.image || !readable || !textureFormatOfVulkan(image.format) || !isImageSide(image.width) ||
+        !isImageSide(image.height)) {
+        return {};
+    }
+    return imageOfSource(VulkanImageSource{image}, image.width, image.height, MTIAlphaType::premultiplied)
+        .imageWithAlphaType(alphaType);
 }
 
 MTIImage MTIImage::imageWithContentsOfFile(const std::string& path, MTIAlphaType alphaType) {

@@ -19,6 +19,7 @@ int texelBytes(TextureFormat format) {
         case TextureFormat::r16:
             return 2;
         case TextureFormat::rgba8:
+        case TextureFormat::bgra8:
             return 4;
         case TextureFormat::rgba16Float:
             return 8;
@@ -26,6 +27,19 @@ int texelBytes(TextureFormat format) {
             return 16;
     }
     return 0;
+}
+
+std::optional<TextureFormat> textureFormatOfVulkan(std::int32_t format) {
+    switch (format) {
+        case 37:
+            return TextureFormat::rgba8;
+        case 44:
+            return TextureFormat::bgra8;
+        case 97:
+            return TextureFormat::rgba16Float;
+        default:
+            return std::nullopt;
+    }
 }
 
 namespace {
@@ -105,6 +119,10 @@ class PlanBuilder {
         if (!PixelBuffer::isYUV(buffer.format()) || onProcessor)
             return addSource(node, node.width, node.height);
         return lowerPlanes(node, buffer);
+    }
+
+    int lowerNode(const ImageNode& node, const VulkanImageSource& source) {
+        return addSource(node, node.width, node.height, *textureFormatOfVulkan(source.image.format));
     }
 
     int lowerNode(const ImageNode& node, const ColorSource& source) {

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "Platform/ImageGraph/ImageNode.h"
@@ -10,7 +11,12 @@
 
 namespace qv {
 
-enum class TextureFormat { rgba8, rgba16Float, rgba32Float, r8, rg8, r16 };
+enum class TextureFormat { rgba8, rgba16Float, rgba32Float, r8, rg8, r16, bgra8 };
+
+/// The format of a host's image, a VkFormat; nothing when it is none that is rendered from and into.
+std::optional<TextureFormat> textureFormatOfVulkan(std::int32_t format);
+/// The layouts, VkImageLayout, in which a host's image can be read.
+inline constexpr std::int32_t kVulkanLayoutGeneral = 1, kVulkanLayoutShaderReadOnly = 5;
 
 /// Bytes of one texel.
 int texelBytes(TextureFormat format);

@@ -7,9 +7,11 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
 cmake --install "$build" --prefix "$work/prefix" >/dev/null
-cmake -S "$source/Examples/RenderStill" -B "$work/example" -G Ninja -DCMAKE_PREFIX_PATH="$work/prefix" \
-    -DCMAKE_CXX_FLAGS="$flags" >/dev/null
-cmake --build "$work/example" >/dev/null
+for example in RenderStill HostDevice; do
+    cmake -S "$source/Examples/$example" -B "$work/$example" -G Ninja -DCMAKE_PREFIX_PATH="$work/prefix" \
+        -DCMAKE_CXX_FLAGS="$flags" >/dev/null
+    cmake --build "$work/$example" >/dev/null
+done
 
 pc=$(dirname "$(find "$work/prefix" -name QVFilterExtension.pc)")
 # The prefix of the file is that of the build's configuration; a relocated install says where it is.
@@ -21,10 +23,12 @@ g++ $flags "$source/Examples/RenderStill/main.cpp" -o "$work/render-still" \
     -Wl,-rpath,"$libdir"
 
 ffmpeg -v error -f lavfi -i testsrc=size=64x48 -frames:v 1 "$work/in.png"
-for program in "$work/example/render-still" "$work/render-still"; do
+for program in "$work/RenderStill/render-still" "$work/render-still"; do
     "$program" QVMosaicMTIFilter "$work/in.png" "$work/out.png" effectValue=1 | grep -q 64x48
     cmp -s "$work/in.png" "$work/out.png" && { echo "the picture did not change"; exit 1; }
     "$program" QVNoSuchFilter "$work/in.png" "$work/out.png" 2>/dev/null && { echo "an unknown class was taken"; exit 1; }
     rm "$work/out.png"
 done
+"$work/HostDevice/host-device" QVFireMTIFilter "$work/out.png" | grep -q "on the editor's"
+test -s "$work/out.png"
 "$work/prefix/bin/qvfilter" list | grep -q QVMosaicMTIFilter

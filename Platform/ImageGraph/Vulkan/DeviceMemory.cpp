@@ -62,7 +62,14 @@ constexpr VkDeviceSize kBlockBytes = VkDeviceSize(64) << 20;
 DeviceMemory::DeviceMemory(VulkanDevice& device) : device_(device) {}
 
 DeviceMemory::~DeviceMemory() {
+    releaseAll();
+}
+
+void DeviceMemory::releaseAll() {
+    std::scoped_lock lock(mutex_);
     for (const auto& block : blocks_) vkFreeMemory(device_.handle(), block->memory, nullptr);
+    blocks_.clear();
+    allocatedBytes_ = 0;
 }
 
 MemoryRange DeviceMemory::allocate(const VkMemoryRequirements& needs, VkMemoryPropertyFlags wanted,

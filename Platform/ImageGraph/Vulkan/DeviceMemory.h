@@ -27,6 +27,8 @@ class DeviceMemory {
   public:
     explicit DeviceMemory(VulkanDevice& device);
     ~DeviceMemory();
+    /// Gives all memory back to the device, whoever still has ranges of it.
+    void releaseAll();
 
     /// Linear and optimal resources never share a block, so that their granularity cannot collide. Throws
     /// VulkanError.

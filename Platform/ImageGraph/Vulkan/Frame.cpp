@@ -59,12 +59,45 @@ VkCommandBuffer Frame::begin() {
     return commands_;
 }
 
-void Frame::submit(std::uint64_t serial) {
+namespace {
+
+/// A host's semaphores as a submission takes them.
+struct SemaphoreList {
+    explicit SemaphoreList(const std::vector<MTIVulkanSemaphore>& semaphores) {
+        for (const MTIVulkanSemaphore& semaphore : semaphores) {
+            handles.push_back(semaphore.semaphore);
+            values.push_back(semaphore.value);
+        }
+    }
+    bool hasValues() const {
+        return std::ranges::any_of(values, [](std::uint64_t value) { return value > 0; });
+    }
+
+    std::vector<VkSemaphore> handles;
+    std::vector<std::uint64_t> values;
+};
+
+}  // namespace
+
+void Frame::submit(std::uint64_t serial, const MTIVulkanSync& sync) {
     if (queries_) vkCmdWriteTimestamp(commands_, VK_PIPELINE_STAGE_BOTTOM_OF_PIPE_BIT, queries_, 1);
     check(vkEndCommandBuffer(commands_), "cannot record commands");
     VkSubmitInfo info{VK_STRUCTURE_TYPE_SUBMIT_INFO};
     info.commandBufferCount = 1;
     info.pCommandBuffers = &commands_;
+    const SemaphoreList waits(sync.wait), signals(sync.signal);
+    const std::vector<VkPipelineStageFlags> stages(waits.handles.size(), VK_PIPELINE_STAGE_ALL_COMMANDS_BIT);
+    info.waitSemaphoreCount = std::uint32_t(waits.handles.size());
+    info.pWaitSemaphores = waits.handles.data();
+    info.pWaitDstStageMask = stages.data();
+    info.signalSemaphoreCount = std::uint32_t(signals.handles.size());
+    info.pSignalSemaphores = signals.handles.data();
+    VkTimelineSemaphoreSubmitInfo values{VK_STRUCTURE_TYPE_TIMELINE_SEMAPHORE_SUBMIT_INFO};
+    values.waitSemaphoreValueCount = info.waitSemaphoreCount;
+    values.pWaitSemaphoreValues = waits.values.data();
+    values.signalSemaphoreValueCount = info.signalSemaphoreCount;
+    values.pSignalSemaphoreValues = signals.values.data();
+    if (waits.hasValues() || signals.hasValues()) info.pNext = &values;
     {
         std::scoped_lock lock(resources_.device.queueMutex());
         check(vkQueueSubmit(resources_.device.queue(), 1, &info, fence_), "cannot submit work");

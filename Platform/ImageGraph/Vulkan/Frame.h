@@ -23,7 +23,7 @@ class Frame {
     /// Waits for what the frame ran before and opens its command buffer. Throws VulkanError.
     VkCommandBuffer begin();
     /// Ends the command buffer and submits it as `serial`. Throws VulkanError.
-    void submit(std::uint64_t serial);
+    void submit(std::uint64_t serial, const MTIVulkanSync& sync);
     /// Gives up what was recorded since `begin`.
     void abandon();
     /// Waits until submission `serial` of this frame has run; at once when the frame has moved on. Throws

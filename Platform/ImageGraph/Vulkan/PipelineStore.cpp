@@ -17,13 +17,18 @@ const ShaderFunction& stockStage(const std::string& name) {
 
 }  // namespace
 
-PipelineStore::~PipelineStore() {
+void PipelineStore::clear() {
     const VkDevice device = resources_.device.handle();
     for (auto& [key, pipeline] : fullScreen_) vkDestroyPipeline(device, pipeline.handle, nullptr);
     for (auto& [key, pipeline] : sprites_) vkDestroyPipeline(device, pipeline.handle, nullptr);
     for (auto& [key, layout] : pipelineLayouts_) vkDestroyPipelineLayout(device, layout, nullptr);
     for (auto& [key, layout] : setLayouts_) vkDestroyDescriptorSetLayout(device, layout, nullptr);
     for (auto& [key, module] : modules_) vkDestroyShaderModule(device, module, nullptr);
+    fullScreen_.clear();
+    sprites_.clear();
+    pipelineLayouts_.clear();
+    setLayouts_.clear();
+    modules_.clear();
 }
 
 VkShaderModule PipelineStore::module(const ShaderFunction& function) {

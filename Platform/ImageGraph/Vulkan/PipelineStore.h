@@ -23,7 +23,9 @@ struct Pipeline {
 class PipelineStore {
   public:
     explicit PipelineStore(DeviceResources& resources) : resources_(resources) {}
-    ~PipelineStore();
+    ~PipelineStore() { clear(); }
+    /// Destroys every pipeline; none may be in use.
+    void clear();
 
     /// The pipeline of a full-screen pass. Throws VulkanError.
     const Pipeline& fullScreen(const PlanPass& pass, TextureFormat format);

@@ -12,6 +12,8 @@ VkFormat vulkanFormat(TextureFormat format) {
             return VK_FORMAT_R16G16B16A16_SFLOAT;
         case TextureFormat::rgba32Float:
             return VK_FORMAT_R32G32B32A32_SFLOAT;
+        case TextureFormat::bgra8:
+            return VK_FORMAT_B8G8R8A8_UNORM;
         case TextureFormat::r8:
             return VK_FORMAT_R8_UNORM;
         case TextureFormat::rg8:
@@ -54,15 +56,45 @@ bool supportsHostTextures(VulkanDevice& device) {
 }  // namespace
 
 DeviceResources::DeviceResources(const MTIContextOptions& options) : device(options) {
+    setUp(options);
+}
+
+DeviceResources::DeviceResources(const MTIVulkanDevice& host, const MTIContextOptions& options)
+    : device(host) {
+    setUp(options);
+}
+
+void DeviceResources::setUp(const MTIContextOptions& options) {
     sampler = makeSampler(device.handle());
     hostTextures = !options.gpuPaths && supportsHostTextures(device);
 }
 
 DeviceResources::~DeviceResources() {
+    close();
+}
+
+void DeviceResources::close() {
+    std::scoped_lock lock(mutex_);
+    if (!sampler) return;
+    for (Texture* texture : textures_) texture->destroy();
+    textures_.clear();
     for (auto& uses : renderPasses_) {
         for (VkRenderPass pass : uses) vkDestroyRenderPass(device.handle(), pass, nullptr);
     }
     vkDestroySampler(device.handle(), sampler, nullptr);
+    sampler = VK_NULL_HANDLE;
+    memory.releaseAll();
+    device.close();
+}
+
+void DeviceResources::add(Texture& texture) {
+    std::scoped_lock lock(mutex_);
+    textures_.insert(&texture);
+}
+
+void DeviceResources::remove(Texture& texture) {
+    std::scoped_lock lock(mutex_);
+    if (textures_.erase(&texture)) texture.destroy();
 }
 
 VkRenderPass DeviceResources::renderPass(TextureFormat format, TargetUse use) {
@@ -116,14 +148,27 @@ VkRenderPass DeviceResources::renderPass(TextureFormat format, TargetUse use) {
 Texture::Texture(DeviceResources& resources, const TextureKey& key) : resources_(resources), key_(key) {
     try {
         create();
+        createView();
     } catch (...) {
         destroy();
         throw;
     }
+    resources_.add(*this);
+}
+
+Texture::Texture(DeviceResources& resources, const TextureKey& key, const MTIVulkanImage& host)
+    : layout(VkImageLayout(host.layout)),
+      resources_(resources),
+      key_(key),
+      hostOwner_(host.owner),
+      isHosts_(true),
+      image_(host.image) {
+    createView();
+    resources_.add(*this);
 }
 
 Texture::~Texture() {
-    destroy();
+    resources_.remove(*this);
 }
 
 void Texture::create() {
@@ -160,13 +205,16 @@ void Texture::create() {
         pixels_ = memory_.mapped + placed.offset;
         rowBytes_ = std::size_t(placed.rowPitch);
     }
+}
 
-    VkImageViewCreateInfo viewInfo{VK_STRUCTURE_TYPE_IMAGE_VIEW_CREATE_INFO};
-    viewInfo.image = image_;
-    viewInfo.viewType = VK_IMAGE_VIEW_TYPE_2D;
-    viewInfo.format = info.format;
-    viewInfo.subresourceRange = {VK_IMAGE_ASPECT_COLOR_BIT, 0, info.mipLevels, 0, 1};
-    check(vkCreateImageView(device, &viewInfo, nullptr, &view_), "cannot create a texture view");
+void Texture::createView() {
+    VkImageViewCreateInfo info{VK_STRUCTURE_TYPE_IMAGE_VIEW_CREATE_INFO};
+    info.image = image_;
+    info.viewType = VK_IMAGE_VIEW_TYPE_2D;
+    info.format = vulkanFormat(key_.format);
+    info.subresourceRange = {VK_IMAGE_ASPECT_COLOR_BIT, 0, 1, 0, 1};
+    check(vkCreateImageView(resources_.device.handle(), &info, nullptr, &view_),
+          "cannot create a texture view");
 }
 
 VkFramebuffer Texture::framebuffer() {
@@ -188,8 +236,9 @@ void Texture::destroy() {
     const VkDevice device = resources_.device.handle();
     vkDestroyFramebuffer(device, framebuffer_, nullptr);
     vkDestroyImageView(device, view_, nullptr);
-    vkDestroyImage(device, image_, nullptr);
+    if (!isHosts_) vkDestroyImage(device, image_, nullptr);
     resources_.memory.free(memory_);
+    hostOwner_.reset();
 }
 
 std::shared_ptr<Texture> TexturePool::acquire(const TextureKey& key) {

@@ -7,6 +7,7 @@
 #include <list>
 #include <memory>
 #include <mutex>
+#include <unordered_set>
 
 #include "Platform/ImageGraph/Planner.h"
 #include "Platform/ImageGraph/Vulkan/DeviceMemory.h"
@@ -16,10 +17,19 @@ namespace qv {
 
 VkFormat vulkanFormat(TextureFormat format);
 
+class Texture;
+
 /// Device, memory and the samplers and render passes that textures are used with.
 struct DeviceResources {
     explicit DeviceResources(const MTIContextOptions& options);
+    DeviceResources(const MTIVulkanDevice& host, const MTIContextOptions& options);
     ~DeviceResources();
+
+    /// Destroys everything on the device and the device itself, unless it is a host's: also the textures that
+    /// images still hold, which are empty from then on. The device must be idle.
+    void close();
+    void add(Texture& texture);
+    void remove(Texture& texture);
 
     /// What a render pass does with its target besides drawing: how it finds it and how it leaves it.
     enum class TargetUse { sampled, hostVisible };
@@ -32,8 +42,11 @@ struct DeviceResources {
     std::atomic<std::uint64_t> completedSerial{0};  ///< of the last submission that is known to have ended
 
   private:
+    void setUp(const MTIContextOptions& options);
+
     std::mutex mutex_;
-    VkRenderPass renderPasses_[6][2] = {};
+    VkRenderPass renderPasses_[7][2] = {};
+    std::unordered_set<Texture*> textures_;
 };
 
 struct TextureKey {
@@ -47,6 +60,8 @@ struct TextureKey {
 class Texture {
   public:
     Texture(DeviceResources& resources, const TextureKey& key);
+    /// A host's image.
+    Texture(DeviceResources& resources, const TextureKey& key, const MTIVulkanImage& host);
     ~Texture();
     Texture(const Texture&) = delete;
     Texture& operator=(const Texture&) = delete;
@@ -64,18 +79,24 @@ class Texture {
     std::size_t rowBytes() const { return rowBytes_; }
     /// The layout in which shaders read it.
     VkImageLayout sampledLayout() const {
-        return key_.hostVisible ? VK_IMAGE_LAYOUT_GENERAL : VK_IMAGE_LAYOUT_SHADER_READ_ONLY_OPTIMAL;
+        return key_.hostVisible || layout == VK_IMAGE_LAYOUT_GENERAL
+                   ? VK_IMAGE_LAYOUT_GENERAL
+                   : VK_IMAGE_LAYOUT_SHADER_READ_ONLY_OPTIMAL;
     }
 
     VkImageLayout layout = VK_IMAGE_LAYOUT_UNDEFINED;  ///< after what has been recorded so far
     std::uint64_t lastUse = 0;                         ///< serial of the last submission that uses it
 
   private:
+    friend struct DeviceResources;
     void create();
+    void createView();
     void destroy();
 
     DeviceResources& resources_;
     TextureKey key_;
+    std::shared_ptr<void> hostOwner_;
+    bool isHosts_ = false;
     VkImage image_ = VK_NULL_HANDLE;
     VkImageView view_ = VK_NULL_HANDLE;
     VkFramebuffer framebuffer_ = VK_NULL_HANDLE;

@@ -45,11 +45,12 @@ VkBufferImageCopy wholeImage(const Texture& texture) {
 /// What the stages of one render share.
 struct VulkanContext::Recording {
     RenderPlan plan;
-    bool toHost;
+    Delivery delivery;
     Frame& frame;
     VkCommandBuffer commands;
     std::uint64_t serial;
     std::vector<std::shared_ptr<Texture>> textures;  ///< by the plan's index, while needed
+    std::shared_ptr<Texture> destination;            ///< a host's image to render into
     RenderStatistics statistics;
 
     Texture& texture(int index) { return *textures[std::size_t(index)]; }
@@ -58,9 +59,9 @@ struct VulkanContext::Recording {
     }
 };
 
-VulkanContext::VulkanContext(const MTIContextOptions& options)
+VulkanContext::VulkanContext(std::shared_ptr<DeviceResources> resources, const MTIContextOptions& options)
     : options_(options),
-      resources_(std::make_shared<DeviceResources>(options)),
+      resources_(std::move(resources)),
       textures_(std::make_shared<TexturePool>(resources_, options.textureBudgetBytes)),
       buffers_(std::make_shared<HostBufferPool>(resources_)),
       pipelines_(*resources_),
@@ -72,10 +73,15 @@ VulkanContext::VulkanContext(const MTIContextOptions& options)
 }
 
 VulkanContext::~VulkanContext() {
-    vkDeviceWaitIdle(resources_->device.handle());
+    for (auto& frame : frames_) frame.reset();  // waits for what is running
+    buffers_.reset();
+    pipelines_.clear();
+    resources_->close();
 }
 
-VulkanContext::Submission VulkanContext::submit(const MTIImage& image, PlanTarget target, bool toHost) {
+VulkanContext::Submission VulkanContext::submit(const MTIImage& image, PlanTarget target, Delivery delivery,
+                                                const MTIVulkanImage& destination,
+                                                const MTIVulkanSync& sync) {
     if (!image) throw VulkanError("the image is nil");
     target.processor = processor_;
     target.working = options_.workingPixelFormat == MTIPixelFormat::rgba16Float ? TextureFormat::rgba16Float
@@ -89,12 +95,16 @@ VulkanContext::Submission VulkanContext::submit(const MTIImage& image, PlanTarge
     const VkCommandBuffer commands = frame.begin();
     Submission submission{&frame, serial, {}, {}};
     try {
-        Recording recording{std::move(plan), toHost, frame, commands, serial, {}, {}};
+        Recording recording{std::move(plan), delivery, frame, commands, serial, {}, {}, {}};
         recording.textures.resize(recording.plan.textures.size());
+        beginHostImages(recording, destination);
         takeSourcesIn(recording);
         recordPasses(recording);
-        handToHost(recording, submission);
-        frame.submit(serial);
+        if (delivery == Delivery::hostImage)
+            finishHostImage(recording, destination);
+        else
+            handToHost(recording, submission);
+        frame.submit(serial, sync);
         submission.statistics = recording.statistics;
     } catch (...) {
         frame.abandon();
@@ -112,6 +122,13 @@ void VulkanContext::takeSourcesIn(Recording& recording) {
     }
 }
 
+std::shared_ptr<Texture> VulkanContext::hostTexture(const PlanTexture& wanted, const MTIVulkanImage& image) {
+    const TextureKey key{wanted.width, wanted.height, wanted.format, false};
+    // A node that reads the image may outlive the context.
+    return {new Texture(*resources_, key, image),
+            [resources = resources_](Texture* texture) { delete texture; }};
+}
+
 std::shared_ptr<Texture> VulkanContext::residentTexture(Recording& recording, const PlanTexture& wanted) {
     ImageNode::Residence& residence = wanted.source->residence;
     std::scoped_lock lock(residence.mutex);
@@ -122,7 +139,11 @@ std::shared_ptr<Texture> VulkanContext::residentTexture(Recording& recording, co
     auto& planes = static_cast<ResidentTextures*>(residence.texture.get())->planes;
     planes.resize(std::max(planes.size(), std::size_t(wanted.plane) + 1));
     std::shared_ptr<Texture>& texture = planes[std::size_t(wanted.plane)];
-    if (!texture) {
+    if (const auto* host = std::get_if<VulkanImageSource>(&wanted.source->operation)) {
+        if (!texture) {
+            texture = hostTexture(wanted, host->image);
+        }
+    } else if (!texture) {
         const bool inPlace = resources_->hostTextures && wanted.format == TextureFormat::rgba8;
         auto filled = textures_->acquire({wanted.width, wanted.height, wanted.format, inPlace});
         fill(recording, *filled, wanted);
@@ -178,10 +199,13 @@ void VulkanContext::recordPasses(Recording& recording) {
 void VulkanContext::recordPass(Recording& recording, const PlanPass& pass) {
     const PlanTexture& wanted = recording.plan.textures[std::size_t(pass.output)];
     const bool inPlace =
-        recording.toHost && resources_->hostTextures && recording.isOutput(pass.output) &&
+        recording.delivery == Delivery::hostMemory && resources_->hostTextures &&
+        recording.isOutput(pass.output) &&
         (wanted.format == TextureFormat::rgba8 || wanted.format == TextureFormat::rgba16Float);
     auto& texture = recording.textures[std::size_t(pass.output)];
-    texture = textures_->acquire({wanted.width, wanted.height, wanted.format, inPlace});
+    texture = recording.destination && recording.isOutput(pass.output)
+                  ? recording.destination
+                  : textures_->acquire({wanted.width, wanted.height, wanted.format, inPlace});
     texture->lastUse = recording.serial;
 
     std::vector<SpriteVertexData> vertices;
@@ -236,7 +260,7 @@ void VulkanContext::recordPass(Recording& recording, const PlanPass& pass) {
         }
     }
     vkCmdEndRenderPass(commands);
-    texture->layout = texture->sampledLayout();
+    texture->layout = inPlace ? VK_IMAGE_LAYOUT_GENERAL : VK_IMAGE_LAYOUT_SHADER_READ_ONLY_OPTIMAL;
     ++recording.statistics.passes;
     recording.statistics.bytesWritten += texture->bytes();
 }
@@ -266,10 +290,41 @@ void VulkanContext::bindInputs(Recording& recording, const PlanPass& pass, const
                             0, nullptr);
 }
 
+void VulkanContext::beginHostImages(Recording& recording, const MTIVulkanImage& destination) {
+    const auto& textures = recording.plan.textures;
+    const bool reads = std::any_of(textures.begin(), textures.end(), [](const PlanTexture& texture) {
+        return texture.source && std::holds_alternative<VulkanImageSource>(texture.source->operation);
+    });
+    const bool writes = recording.delivery == Delivery::hostImage;
+    if (!reads && !writes) return;
+    if (!resources_->device.isHosts())
+        throw VulkanError("a host's image needs a context on the host's device");
+    if (writes) {
+        const PlanTexture& output = textures[std::size_t(recording.plan.outputs.front())];
+        recording.destination = hostTexture(output, destination);
+        recording.frame.keepAlive.push_back(recording.destination);
+    }
+    // Whatever the host did with its images on this queue before.
+    VkMemoryBarrier barrier{VK_STRUCTURE_TYPE_MEMORY_BARRIER};
+    barrier.srcAccessMask = VK_ACCESS_MEMORY_WRITE_BIT;
+    barrier.dstAccessMask = VK_ACCESS_SHADER_READ_BIT | VK_ACCESS_COLOR_ATTACHMENT_READ_BIT |
+                            VK_ACCESS_COLOR_ATTACHMENT_WRITE_BIT;
+    vkCmdPipelineBarrier(
+        recording.commands, VK_PIPELINE_STAGE_ALL_COMMANDS_BIT,
+        VK_PIPELINE_STAGE_FRAGMENT_SHADER_BIT | VK_PIPELINE_STAGE_COLOR_ATTACHMENT_OUTPUT_BIT, 0, 1, &barrier,
+        0, nullptr, 0, nullptr);
+}
+
+void VulkanContext::finishHostImage(Recording& recording, const MTIVulkanImage& destination) {
+    imageBarrier(recording.commands, *recording.destination, VkImageLayout(destination.layout),
+                 VK_PIPELINE_STAGE_COLOR_ATTACHMENT_OUTPUT_BIT, VK_ACCESS_COLOR_ATTACHMENT_WRITE_BIT,
+                 VK_PIPELINE_STAGE_ALL_COMMANDS_BIT, VK_ACCESS_MEMORY_READ_BIT | VK_ACCESS_MEMORY_WRITE_BIT);
+}
+
 void VulkanContext::handToHost(Recording& recording, Submission& submission) {
     for (int index : recording.plan.outputs) {
         HostPixels output{recording.textures[std::size_t(index)], nullptr};
-        if (recording.toHost && !output.texture->key().hostVisible) {
+        if (recording.delivery == Delivery::hostMemory && !output.texture->key().hostVisible) {
             Texture& texture = *output.texture;
             output.buffer = buffers_->acquire(texture.bytes(), true);
             imageBarrier(recording.commands, texture, VK_IMAGE_LAYOUT_TRANSFER_SRC_OPTIMAL,
@@ -281,7 +336,7 @@ void VulkanContext::handToHost(Recording& recording, Submission& submission) {
         }
         submission.outputs.push_back(std::move(output));
     }
-    if (!recording.toHost) return;
+    if (recording.delivery != Delivery::hostMemory) return;
     VkMemoryBarrier barrier{VK_STRUCTURE_TYPE_MEMORY_BARRIER};
     barrier.srcAccessMask = VK_ACCESS_TRANSFER_WRITE_BIT | VK_ACCESS_COLOR_ATTACHMENT_WRITE_BIT;
     barrier.dstAccessMask = VK_ACCESS_HOST_READ_BIT;

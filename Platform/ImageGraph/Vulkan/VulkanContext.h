@@ -18,7 +18,7 @@ namespace qv {
 class VulkanContext final : public MTIContext, public std::enable_shared_from_this<VulkanContext> {
   public:
     /// Throws VulkanError.
-    explicit VulkanContext(const MTIContextOptions& options);
+    VulkanContext(std::shared_ptr<DeviceResources> resources, const MTIContextOptions& options);
     ~VulkanContext() override;
 
     const GraphicsDevice& device() const override { return resources_->device.info(); }
@@ -26,6 +26,8 @@ class VulkanContext final : public MTIContext, public std::enable_shared_from_th
     std::unique_ptr<RenderTask> startRender(const MTIImage& image, const PixelBuffer& destination,
                                             std::string* error) override;
     std::unique_ptr<RenderTask> startRender(const MTIImage& image, std::string* error) override;
+    std::unique_ptr<RenderTask> startRender(const MTIImage& image, const MTIVulkanImage& destination,
+                                            const MTIVulkanSync& sync, std::string* error) override;
     Bitmap renderToBitmap(const MTIImage& image, std::string* error) override;
     std::vector<float> renderToFloats(const MTIImage& image, std::string* error) override;
     void prepare(const MTIImage& image) override;
@@ -54,17 +56,24 @@ class VulkanContext final : public MTIContext, public std::enable_shared_from_th
     };
 
   private:
-    /// Runs the stages of a render: plan, take sources in, record the passes, hand the outputs to the host,
-    /// submit. Throws VulkanError.
-    Submission submit(const MTIImage& image, PlanTarget target, bool toHost);
+    /// Where the result of a render goes.
+    enum class Delivery { stays, hostMemory, hostImage };
+
+    /// Runs the stages of a render: plan, take sources in, record the passes, deliver the outputs, submit.
+    /// Throws VulkanError.
+    Submission submit(const MTIImage& image, PlanTarget target, Delivery delivery,
+                      const MTIVulkanImage& destination = {}, const MTIVulkanSync& sync = {});
 
     struct Recording;
     void takeSourcesIn(Recording& recording);
     void recordPasses(Recording& recording);
     void recordPass(Recording& recording, const PlanPass& pass);
     void bindInputs(Recording& recording, const PlanPass& pass, const Pipeline& pipeline);
+    void beginHostImages(Recording& recording, const MTIVulkanImage& destination);
+    void finishHostImage(Recording& recording, const MTIVulkanImage& destination);
     void handToHost(Recording& recording, Submission& submission);
     std::shared_ptr<Texture> residentTexture(Recording& recording, const PlanTexture& wanted);
+    std::shared_ptr<Texture> hostTexture(const PlanTexture& wanted, const MTIVulkanImage& image);
     void fill(Recording& recording, Texture& texture, const PlanTexture& wanted);
 
     static constexpr std::size_t kFramesInFlight = 3;

@@ -63,16 +63,19 @@ std::vector<VkPhysicalDevice> physicalDevices(VkInstance instance) {
     return devices;
 }
 
-/// Index of a queue family that draws, or UINT32_MAX.
-std::uint32_t graphicsFamily(VkPhysicalDevice device, std::uint32_t* timestampBits) {
+std::vector<VkQueueFamilyProperties> queueFamilies(VkPhysicalDevice device) {
     std::uint32_t count = 0;
     vkGetPhysicalDeviceQueueFamilyProperties(device, &count, nullptr);
     std::vector<VkQueueFamilyProperties> families(count);
     vkGetPhysicalDeviceQueueFamilyProperties(device, &count, families.data());
-    for (std::uint32_t i = 0; i < count; ++i) {
-        if (!(families[i].queueFlags & VK_QUEUE_GRAPHICS_BIT)) continue;
-        if (timestampBits) *timestampBits = families[i].timestampValidBits;
-        return i;
+    return families;
+}
+
+/// Index of a queue family that draws, or UINT32_MAX.
+std::uint32_t graphicsFamily(VkPhysicalDevice device) {
+    const std::vector<VkQueueFamilyProperties> families = queueFamilies(device);
+    for (std::uint32_t i = 0; i < families.size(); ++i) {
+        if (families[i].queueFlags & VK_QUEUE_GRAPHICS_BIT) return i;
     }
     return UINT32_MAX;
 }
@@ -107,7 +110,7 @@ GraphicsDevice describe(VkPhysicalDevice device, int index) {
                                        : versionText(p.driverVersion);
     if (version < VK_API_VERSION_1_1)
         info.unusable = "it has Vulkan " + info.apiVersion + ", 1.1 is needed";
-    else if (graphicsFamily(device, nullptr) == UINT32_MAX)
+    else if (graphicsFamily(device) == UINT32_MAX)
         info.unusable = "it has no graphics queue";
     return info;
 }
@@ -170,16 +173,33 @@ VulkanDevice::VulkanDevice(const MTIContextOptions& options) {
         createInstance(options.validation);
         createDevice(options.deviceIndex);
     } catch (...) {
-        destroy();
+        close();
         throw;
     }
 }
 
-VulkanDevice::~VulkanDevice() {
-    destroy();
+VulkanDevice::VulkanDevice(const MTIVulkanDevice& host)
+    : instance_(host.instance),
+      physicalDevice_(host.physicalDevice),
+      device_(host.device),
+      queue_(host.queue),
+      queueFamily_(host.queueFamily),
+      isHosts_(true) {
+    if (!instance_ || !physicalDevice_ || !device_ || !queue_)
+        throw VulkanError("the host's device is not complete");
+    if (host.queueMutex) queueMutex_ = host.queueMutex;
+    const std::vector<VkQueueFamilyProperties> families = queueFamilies(physicalDevice_);
+    if (queueFamily_ >= families.size() || !(families[queueFamily_].queueFlags & VK_QUEUE_GRAPHICS_BIT))
+        throw VulkanError("the host's queue does not draw");
+    describeDevice(-1);
 }
 
-void VulkanDevice::destroy() {
+VulkanDevice::~VulkanDevice() {
+    close();
+}
+
+void VulkanDevice::close() {
+    if (isHosts_) return;
     if (device_) vkDestroyDevice(device_, nullptr);
     if (messenger_) {
         const auto destroyMessenger = PFN_vkDestroyDebugUtilsMessengerEXT(
@@ -187,6 +207,9 @@ void VulkanDevice::destroy() {
         destroyMessenger(instance_, messenger_, nullptr);
     }
     if (instance_) vkDestroyInstance(instance_, nullptr);
+    device_ = VK_NULL_HANDLE;
+    messenger_ = VK_NULL_HANDLE;
+    instance_ = VK_NULL_HANDLE;
 }
 
 void VulkanDevice::createInstance(bool validation) {
@@ -239,16 +262,8 @@ void VulkanDevice::createDevice(int index) {
         index = std::max(best, 0);
     }
     physicalDevice_ = devices[std::size_t(index)];
-    info_ = describe(physicalDevice_, index);
-    if (!info_.unusable.empty()) throw VulkanError(info_.name + " cannot be used: " + info_.unusable);
-
-    VkPhysicalDeviceProperties properties;
-    vkGetPhysicalDeviceProperties(physicalDevice_, &properties);
-    limits_ = properties.limits;
-    vkGetPhysicalDeviceMemoryProperties(physicalDevice_, &memory_);
-    std::uint32_t timestampBits = 0;
-    queueFamily_ = graphicsFamily(physicalDevice_, &timestampBits);
-    timestampPeriod_ = timestampBits > 0 ? limits_.timestampPeriod : 0;
+    queueFamily_ = graphicsFamily(physicalDevice_);
+    describeDevice(index);
 
     const float priority = 1;
     VkDeviceQueueCreateInfo queueInfo{VK_STRUCTURE_TYPE_DEVICE_QUEUE_CREATE_INFO};
@@ -260,6 +275,17 @@ void VulkanDevice::createDevice(int index) {
     deviceInfo.pQueueCreateInfos = &queueInfo;
     check(vkCreateDevice(physicalDevice_, &deviceInfo, nullptr, &device_), "cannot open the Vulkan device");
     vkGetDeviceQueue(device_, queueFamily_, 0, &queue_);
+}
+
+void VulkanDevice::describeDevice(int index) {
+    info_ = describe(physicalDevice_, index);
+    if (!info_.unusable.empty()) throw VulkanError(info_.name + " cannot be used: " + info_.unusable);
+    VkPhysicalDeviceProperties properties;
+    vkGetPhysicalDeviceProperties(physicalDevice_, &properties);
+    limits_ = properties.limits;
+    vkGetPhysicalDeviceMemoryProperties(physicalDevice_, &memory_);
+    const bool timestamps = queueFamilies(physicalDevice_)[queueFamily_].timestampValidBits > 0;
+    timestampPeriod_ = timestamps ? limits_.timestampPeriod : 0;
 }
 
 std::uint32_t VulkanDevice::findMemoryType(std::uint32_t typeBits, VkMemoryPropertyFlags wanted) const {

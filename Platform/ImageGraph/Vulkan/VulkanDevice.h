@@ -23,22 +23,29 @@ const char* vulkanResultName(VkResult result);
 /// Throws VulkanError naming `what` unless `result` is a success.
 void check(VkResult result, const char* what);
 
-/// An instance, a logical device and its one queue. The queue is used under `queueMutex`.
+/// An instance, a logical device and its one queue, our own or a host's. The queue is used under
+/// `queueMutex`.
 class VulkanDevice {
   public:
     static std::vector<GraphicsDevice> enumerate();
 
     /// Throws VulkanError when there is no usable device.
     explicit VulkanDevice(const MTIContextOptions& options);
+    /// The host's device, which stays the host's. Throws VulkanError when it cannot be used.
+    explicit VulkanDevice(const MTIVulkanDevice& host);
     ~VulkanDevice();
     VulkanDevice(const VulkanDevice&) = delete;
     VulkanDevice& operator=(const VulkanDevice&) = delete;
+
+    /// Destroys the device, unless it is a host's.
+    void close();
 
     VkDevice handle() const { return device_; }
     VkPhysicalDevice physicalDevice() const { return physicalDevice_; }
     VkQueue queue() const { return queue_; }
     std::uint32_t queueFamily() const { return queueFamily_; }
-    std::mutex& queueMutex() { return queueMutex_; }
+    std::mutex& queueMutex() { return *queueMutex_; }
+    bool isHosts() const { return isHosts_; }
     const GraphicsDevice& info() const { return info_; }
     const VkPhysicalDeviceLimits& limits() const { return limits_; }
     /// Nanoseconds of a time-stamp tick; 0 when the queue has no time stamps.
@@ -55,7 +62,7 @@ class VulkanDevice {
   private:
     void createInstance(bool validation);
     void createDevice(int index);
-    void destroy();
+    void describeDevice(int index);
 
     VkInstance instance_ = VK_NULL_HANDLE;
     VkDebugUtilsMessengerEXT messenger_ = VK_NULL_HANDLE;
@@ -63,7 +70,9 @@ class VulkanDevice {
     VkDevice device_ = VK_NULL_HANDLE;
     VkQueue queue_ = VK_NULL_HANDLE;
     std::uint32_t queueFamily_ = 0;
-    std::mutex queueMutex_;
+    std::mutex ownQueueMutex_;
+    std::mutex* queueMutex_ = &ownQueueMutex_;
+    bool isHosts_ = false;
     GraphicsDevice info_;
     VkPhysicalDeviceLimits limits_{};
     VkPhysicalDeviceMemoryProperties memory_{};

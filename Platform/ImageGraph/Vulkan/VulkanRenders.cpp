@@ -79,7 +79,17 @@ std::vector<GraphicsDevice> MTIContext::devices(std::string* error) {
 
 std::shared_ptr<MTIContext> MTIContext::create(const MTIContextOptions& options, std::string* error) {
     try {
-        return std::make_shared<VulkanContext>(options);
+        return std::make_shared<VulkanContext>(std::make_shared<DeviceResources>(options), options);
+    } catch (const std::exception& failure) {
+        setError(error, failure);
+        return nullptr;
+    }
+}
+
+std::shared_ptr<MTIContext> MTIContext::create(const MTIVulkanDevice& device,
+                                               const MTIContextOptions& options, std::string* error) {
+    try {
+        return std::make_shared<VulkanContext>(std::make_shared<DeviceResources>(device, options), options);
     } catch (const std::exception& failure) {
         setError(error, failure);
         return nullptr;
@@ -100,7 +110,8 @@ std::unique_ptr<RenderTask> VulkanContext::startRender(const MTIImage& image, co
         if (deep || (!processor_ && PixelBuffer::isYUV(destination.format()))) {
             target.planes = &destination;
         }
-        return std::make_unique<VulkanTask>(shared_from_this(), submit(image, target, true), destination);
+        return std::make_unique<VulkanTask>(shared_from_this(), submit(image, target, Delivery::hostMemory),
+                                            destination);
     } catch (const std::exception& failure) {
         setError(error, failure);
         return nullptr;
@@ -109,7 +120,29 @@ std::unique_ptr<RenderTask> VulkanContext::startRender(const MTIImage& image, co
 
 std::unique_ptr<RenderTask> VulkanContext::startRender(const MTIImage& image, std::string* error) {
     try {
-        return std::make_unique<VulkanTask>(shared_from_this(), submit(image, {}, false), PixelBuffer());
+        return std::make_unique<VulkanTask>(shared_from_this(), submit(image, {}, Delivery::stays),
+                                            PixelBuffer());
+    } catch (const std::exception& failure) {
+        setError(error, failure);
+        return nullptr;
+    }
+}
+
+std::unique_ptr<RenderTask> VulkanContext::startRender(const MTIImage& image,
+                                                       const MTIVulkanImage& destination,
+                                                       const MTIVulkanSync& sync, std::string* error) {
+    try {
+        if (!image) throw VulkanError("the image is nil");
+        if (!destination.image) throw VulkanError("there is no destination");
+        const auto format = textureFormatOfVulkan(destination.format);
+        if (!format) throw VulkanError("the destination has a format that cannot be rendered into");
+        const CGSize size = image.size();
+        if (int(size.width) != destination.width || int(size.height) != destination.height)
+            throw VulkanError("the destination's size is not the image's");
+        PlanTarget target;
+        target.output = *format;
+        return std::make_unique<VulkanTask>(
+            shared_from_this(), submit(image, target, Delivery::hostImage, destination, sync), PixelBuffer());
     } catch (const std::exception& failure) {
         setError(error, failure);
         return nullptr;
@@ -118,7 +151,7 @@ std::unique_ptr<RenderTask> VulkanContext::startRender(const MTIImage& image, st
 
 Bitmap VulkanContext::renderToBitmap(const MTIImage& image, std::string* error) {
     try {
-        const Submission submission = submit(image, {}, true);
+        const Submission submission = submit(image, {}, Delivery::hostMemory);
         submission.frame->wait(submission.serial);
         const HostPixels& output = submission.outputs.front();
         Bitmap bitmap{output.texture->key().width, output.texture->key().height, nullptr};
@@ -137,7 +170,7 @@ std::vector<float> VulkanContext::renderToFloats(const MTIImage& image, std::str
     try {
         PlanTarget target;
         target.output = TextureFormat::rgba32Float;
-        const Submission submission = submit(image, target, true);
+        const Submission submission = submit(image, target, Delivery::hostMemory);
         submission.frame->wait(submission.serial);
         const HostPixels& output = submission.outputs.front();
         const std::size_t rowFloats = std::size_t(output.texture->key().width) * 4;
