@@ -8,6 +8,6 @@ vec4 QVKaleidoscopeChangeFilter(vec2 uv) {
     vec2 reach = (uv - 0.5) * size * (2.0 * inversesqrt(dot(size, size)));
     float swell = swellOf(progress);
     swell *= swell;
-    float share = clamp((1.5 * swell - length(reach)) * 2.0 , 0.0, 1.0);
+    float share = clamp((1.2 * swell - length(reach)) * 6.0, 0.0, 1.0);
     return mix(readHere(1), readHere(0), share);
 }

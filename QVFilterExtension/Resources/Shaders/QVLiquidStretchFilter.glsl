@@ -2,6 +2,7 @@
 // the colours part along the way.
 #include "frame.glsl"
 #include "liquid.glsl"
+#include "motion.glsl"
 #include "wave.glsl"
 
 uniform float progress;     // linear
@@ -20,5 +21,6 @@ vec4 QVLiquidStretchFilter(vec2 uv) {
     float slack = uv.x * (1.0 - uv.x);
     float pull = RGBSeperate * (0.85 * slack + (0.10 + 0.30 * slack) * stream);
     vec2 from = uv - vec2(pull, RGBSeperate * 0.03 * swing.w * stream / perShortSide.y);
-    return SPECTRUM(sourceAt, from, vec2(RGBSeperate * (0.035 + 0.02 * stream), 0.0));
+    vec2 parted = vec2(RGBSeperate * (0.035 + 0.02 * stream), 0.0);
+    return SPECTRUM(sourceAt, from + parted * (0.3 * tapShift(pixelHere())), parted);
 }

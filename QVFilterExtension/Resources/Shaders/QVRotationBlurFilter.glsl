@@ -14,7 +14,7 @@ vec4 tapAt(vec2 away, float angle) {
 vec4 QVRotationBlurFilter(vec2 uv) {
     vec2 away = (uv - 0.5) * outputSize();
     float swell = swellOf(progress);
-    float step = 0.045 * swell * swell * swell;
+    float step = 0.038 * swell * swell * swell;
     float first = step * tapShift(pixelHere());
     vec4 sum = tapAt(away, first - 5.0 * step) + tapAt(away, first - 4.0 * step) + tapAt(away, first - 3.0 * step);
     sum += tapAt(away, first - 2.0 * step) + tapAt(away, first - step) + tapAt(away, first);

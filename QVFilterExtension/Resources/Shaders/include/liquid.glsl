@@ -8,7 +8,12 @@ vec4 partedColors(vec4 red, vec4 green, vec4 blue) {
     return vec4(red.r, green.g, blue.b, max(max(red.a, green.a), blue.a));
 }
 
-// Five reads of tap(vec2) along `way` about `place`: red leads, blue trails, and each is blurred.
+// The colours of three reads along a way: red leads, blue trails, and each is blurred.
+vec4 spectrumOf(vec4 a, vec4 b, vec4 c) {
+    return partedColors(0.5 * (a + b), 0.25 * (a + c) + 0.5 * b, 0.5 * (b + c));
+}
+
+// The same of five reads of tap(vec2) along `way` about `place`.
 #define SPECTRUM(tap, place, way) \
     spectrumOf(tap((place) - (way)), tap((place) - (way) * 0.5), tap(place), tap((place) + (way) * 0.5), \
                tap((place) + (way)))
