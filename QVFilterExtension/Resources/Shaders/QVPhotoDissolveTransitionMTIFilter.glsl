@@ -7,7 +7,8 @@ uniform bool fromBrightToDark;  // begin where the picture is bright
 const float kFront = 0.125;
 
 vec4 QVPhotoDissolveTransitionMTIFilter(vec2 uv) {
-    float grey = readHere(2).r;
+    // The mean has finer steps than a channel: a narrow front spreads few levels over many pixels.
+    float grey = dot(readHere(2).rgb, vec3(1.0 / 3.0));
     float turn = fromBrightToDark ? 1.0 - grey : grey;
     float t = clamp((progress * (1.0 + kFront) - turn) / kFront, 0.0, 1.0);
     float passed = t * t * (3.0 - 2.0 * t);

@@ -84,7 +84,7 @@ TimeField facula(int index) {
                 const float coverage = smoothstep(1.0f, 1.0f - 2 * rim, distance);
                 if (coverage <= 0) continue;
                 // The bright ring of a spot comes a little before its middle.
-                const float inside = 0.05f * smoothstep(0.95f, 0.45f, distance);
+                const float inside = 0.06f * (1 - distance * distance);
                 field.at(x, y) = mix(field.at(x, y), spot.time + inside, coverage);
             }
     }

@@ -4,18 +4,7 @@ namespace qv::assets {
 
 namespace {
 
-/// Times in order, a sample of the field's.
-std::vector<float> sortedSample(const TimeField& field) {
-    constexpr int kEvery = 5;  // no divisor of a row
-    std::vector<float> sample;
-    const int count = field.width() * field.height();
-    for (int i = 0; i < count; i += kEvery + (i / field.width()) % 2)
-        sample.push_back(field.at(i % field.width(), i / field.width()));
-    std::ranges::sort(sample);
-    return sample;
-}
-
-/// The part of the sample that is earlier, 0..1.
+/// The part of all times that is earlier, 0..1.
 float rankIn(const std::vector<float>& sorted, float time) {
     const auto above = std::ranges::lower_bound(sorted, time);
     if (above == sorted.begin()) return 0;
@@ -29,14 +18,18 @@ float rankIn(const std::vector<float>& sorted, float time) {
 
 Bitmap evenGreys(const TimeField& field, bool brightFirst) {
     const int width = field.width(), height = field.height();
-    const std::vector<float> sorted = sortedSample(field);
+    std::vector<float> sorted;
+    for (int y = 0; y < height; ++y) sorted.insert(sorted.end(), field.row(y), field.row(y) + width);
+    std::ranges::sort(sorted);
+
     auto pixels = std::make_shared<std::vector<std::uint8_t>>(std::size_t(width) * std::size_t(height) * 4);
     parallelFor(height, [&](int y) {
         std::uint8_t* out = pixels->data() + std::size_t(y) * std::size_t(width) * 4;
         for (int x = 0; x < width; ++x, out += 4) {
             const float rank = rankIn(sorted, field.at(x, y));
-            const int code = std::min(255, int(255 * (brightFirst ? 1 - rank : rank) + hash01(x, y, 977)));
-            std::fill_n(out, 3, std::uint8_t(code));
+            // The mean of the three codes goes in thirds.
+            const float level = 255 * (brightFirst ? 1 - rank : rank) + hash01(x, y, 977) / 3;
+            for (int c = 0; c < 3; ++c) out[c] = std::uint8_t(std::min(255, int(level + float(c) / 3)));
             out[3] = 255;
         }
     });

@@ -31,7 +31,8 @@ TimeField fieldOf(Time&& time) {
 }
 
 /// Grey levels in the order of the times, earliest 0 (or 255 with `brightFirst`), each on about as many
-/// pixels as any other, so that a dissolve runs evenly; dithered between two levels.
+/// pixels as any other, so that a dissolve runs evenly. The level is the mean of red, green and blue, which
+/// differ by at most one code: so it is three times as fine as a code, and what is left is dithered.
 Bitmap evenGreys(const TimeField& field, bool brightFirst);
 
 }  // namespace qv::assets
