@@ -130,7 +130,7 @@ void TornPaper::tear() {
                 const float stretch = noise(u / 120, v / 120, seed + 20);
                 const float lip = place.lip * mix(0.25f, 1.7f, stretch * stretch * (3 - 2 * stretch)) +
                                   ripples(kLipRaggedness, u, v, seed + 30);
-                inner = outer - std::max(lip, 0.8f);
+                inner = outer - std::max(lip, 1.8f);
             }
             const float fuzz = 0.9f * (noise(u / 1.4f, v / 1.4f, seed + 40) - 0.5f);
             coverage_.at(x, y) = smoothstep(-0.7f, 1.1f, outer + fuzz);

@@ -1,0 +1,305 @@
+// The torn-paper passage: where its pieces stand, what lies on what, and how its assets are drawn and kept.
+
+#include <filesystem>
+
+#include <unistd.h>
+
+#include "Platform/Media/ImageFile.h"
+#include "QVFilterCore/QVResourceBundle.h"
+#include "QVFilterExtension/MTIFilters/Transition/Paper/QVPaperVideoBlendFilter.h"
+#include "QVFilterExtension/MTIFilters/Transition/Paper/QVTearPaperMoveLeftMTIFilter.h"
+#include "Tests/Support/TestEffect.h"
+
+namespace qv::test {
+namespace {
+
+constexpr Pixel kOutgoing{0.9f, 0.8f, 0, 1}, kIncoming{0, 0.7f, 0.8f, 1};
+constexpr Pixel kSmall{0, 1, 0, 1}, kMedium{1, 0, 1, 1}, kPhotoPaper{1, 0, 0, 1}, kSheet{0, 0, 1, 1};
+constexpr Pixel kClear{0, 0, 0, 0}, kWhite{1, 1, 1, 1};
+
+MTIImage plainFrame(CGSize size, const Pixel& color) {
+    return plainImage(int(size.width), int(size.height), color);
+}
+
+/// A bundle of assets in flat colours, known to the pixel.
+class TearPaper : public testing::Test {
+  protected:
+    TearPaper() {
+        // Kernels are kept, so they outlive the exchange of the bundle.
+        EXPECT_TRUE(QVPaperVideoBlendFilterClass.kernel());
+        std::filesystem::create_directory(folder_);
+        setResourceBundlePath(folder_.string());
+        write("trans_paper_small.png", 200, 200, 0, kSmall);
+        write("trans_paper_medium.png", 800, 400, 0, kMedium);
+        write("paper01_smallframe.png", 1000, 360, 0, kPhotoPaper);
+        write("paper01_viderSize.png", 480, 240, 0, kWhite);
+        write("paper01_biggerButtom.png", 192, 108, 12, kSheet);
+        write("paper01_biggerSize.png", 192, 108, 36, kWhite);
+    }
+    ~TearPaper() override {
+        setResourceBundlePath({});
+        std::filesystem::remove_all(folder_);
+    }
+    void write(const std::string& name, int width, int height, int clearColumns, const Pixel& color) {
+        const auto bitmap =
+            makeBitmap(width, height, [&](int x, int) { return x < clearColumns ? kClear : color; });
+        ASSERT_TRUE(writePNG(bitmap, (folder_ / name).string()));
+    }
+    static void setFrame(QVTransitionMTIFilter& filter, CGSize size) {
+        filter.setInputImage1(plainFrame(size, kOutgoing));
+        filter.setInputImage2(plainFrame(size, kIncoming));
+    }
+
+    std::filesystem::path folder_ =
+        std::filesystem::temp_directory_path() / ("qv-tear-paper-" + std::to_string(getpid()));
+    QVTearPaperMoveLeftMTIFilter filter_;
+};
+
+void expectMatrix(const CGAffineTransform& actual, const CGAffineTransform& wanted, const char* what,
+                  double p) {
+    const double difference = std::max({std::abs(actual.a - wanted.a), std::abs(actual.b - wanted.b),
+                                        std::abs(actual.c - wanted.c), std::abs(actual.d - wanted.d),
+                                        std::abs(actual.tx - wanted.tx), std::abs(actual.ty - wanted.ty)});
+    EXPECT_LT(difference, 2e-5) << what << " at " << p << ": " << actual.a << " " << actual.b << " "
+                                << actual.c << " " << actual.d << " " << actual.tx << " " << actual.ty;
+}
+
+TEST_F(TearPaper, StandsStillWithinAPhaseAndJumpsAtItsBeginning) {
+    setFrame(filter_, {200, 100});
+    using Filter = QVTearPaperMoveLeftMTIFilter;
+    const struct {
+        const char* what;
+        CGAffineTransform (Filter::*at)(double) const;
+        double begin;  ///< progress, on a boundary
+        CGAffineTransform before, from;
+    } cases[] = {
+        {"bottom", &Filter::getButtomTransformWithProgress, 0.24444444444444444, {}, {1.05, 0, 0, 1.05}},
+        {"bottom",
+         &Filter::getButtomTransformWithProgress,
+         0.4111111111111111,
+         {1.1, 0, 0, 1.1},
+         {1.12, 0, 0, 1.12, -6, 0}},
+        {"bottom",
+         &Filter::getButtomTransformWithProgress,
+         0.8277777777777777,
+         {1.5, 0, 0, 1.5},
+         {0, 0, 0, 0}},
+        {"mask 1",
+         &Filter::getMask1BlendImageTransformWithProgress,
+         0.3277777777777778,
+         {0, 0, 0, 0},
+         {1.4, 0, 0, 1.4, -36, 5}},
+        {"mask 1",
+         &Filter::getMask1BlendImageTransformWithProgress,
+         0.49444444444444446,
+         {1.57, 0, 0, 1.57, -40, 18},
+         {0.8, 0, 0, 0.8}},
+        {"mask 1",
+         &Filter::getMask1BlendImageTransformWithProgress,
+         0.7444444444444445,
+         {1.2, 0, 0, 1.2},
+         {0, 0, 0, 0}},
+        {"mask 2",
+         &Filter::getMask2BlendImageTransformWithProgress,
+         0.4111111111111111,
+         {0, 0, 0, 0},
+         {1.2, 0, 0, 1.2}},
+        {"mask 2",
+         &Filter::getMask2BlendImageTransformWithProgress,
+         0.5777777777777777,
+         {1.4, 0, 0, 1.4},
+         {1.25, 0, 0, 1.25}},
+        {"mask 2",
+         &Filter::getMask2BlendImageTransformWithProgress,
+         0.8277777777777777,
+         {1.1, 0, 0, 1.1},
+         {}},
+        {"top",
+         &Filter::getTopImageRotateTransformWithProgress,
+         0.16111111111111112,
+         {0, 0, 0, 0},
+         {1, 0, 0, 1, 14, -3}},
+        {"top",
+         &Filter::getTopImageRotateTransformWithProgress,
+         0.4111111111111111,
+         {0.65, 0, 0, 0.65, 14, 9},
+         {0.799901, -0.012566, 0.012566, 0.799901, -25.82401, 11.40703}},
+        {"top",
+         &Filter::getTopImageRotateTransformWithProgress,
+         0.5777777777777777,
+         {0.999391, -0.0348995, 0.0348995, 0.999391, -43.44970, 16.52644},
+         {0.978148, 0.207912, -0.207912, 0.978148, -69.08444, 36.43268}},
+        {"top",
+         &Filter::getTopImageRotateTransformWithProgress,
+         0.7444444444444445,
+         {0.965926, 0.258819, -0.258819, 0.965926, -81.07340, 32.11081},
+         {0, 0, 0, 0}},
+        {"middle",
+         &Filter::getMiddleImageRotateTransformWithProgress,
+         0.4111111111111111,
+         {},
+         {0.965926, -0.258819, 0.258819, 0.965926, 180, -32}},
+        {"middle",
+         &Filter::getMiddleImageRotateTransformWithProgress,
+         0.49444444444444446,
+         {0.965926, -0.258819, 0.258819, 0.965926, 180, -32},
+         {1, 0, 0, 1, 150, 0}},
+        {"middle",
+         &Filter::getMiddleImageRotateTransformWithProgress,
+         0.6611111111111111,
+         {1, 0, 0, 1, 102, 0},
+         {1, 0, 0, 1, 50, 0}},
+        {"middle",
+         &Filter::getMiddleImageRotateTransformWithProgress,
+         0.8277777777777777,
+         {1, 0, 0, 1, 10, 0},
+         {}},
+    };
+    for (const auto& each : cases) {
+        const double before = std::nextafter(each.begin, 0.0);
+        expectMatrix((filter_.*each.at)(before), each.before, each.what, before);
+        expectMatrix((filter_.*each.at)(each.begin), each.from, each.what, each.begin);
+    }
+}
+
+TEST_F(TearPaper, LaysPiecesOverOneAnother) {
+    // Places worked out by hand from the assets' sizes, a tenth of a frame 1920 wide, and the transforms.
+    const struct {
+        double step;  ///< of 180
+        int x, y;
+        Pixel color;
+    } places[] = {
+        {20, 96, 54, kOutgoing},   {30, 109, 57, kSmall},     {30, 95, 57, kOutgoing},
+        {50, 90, 50, kMedium},     {50, 107, 50, kOutgoing},  {65, 109, 44, kOutgoing},
+        {65, 91, 44, kPhotoPaper}, {65, 190, 106, kOutgoing}, {74.5, 190, 106, kOutgoing},
+        {80, 190, 106, kSheet},    {80, 150, 106, kOutgoing}, {95, 168, 54, kSheet},
+        {95, 186, 54, kIncoming},  {95, 120, 100, kOutgoing}, {95, 54, 36, kIncoming},
+        {95, 26, 37, kPhotoPaper}, {110, 120, 90, kSheet},    {110, 150, 90, kIncoming},
+        {110, 28, 13, kIncoming},  {110, 56, 7, kPhotoPaper}, {125, 72, 80, kSheet},
+        {125, 64, 9, kPhotoPaper}, {125, 20, 90, kOutgoing},  {140, 33, 54, kSheet},
+        {140, 5, 54, kOutgoing},   {140, 28, 13, kSheet},     {140, 100, 54, kIncoming},
+        {149.1, 5, 54, kIncoming}, {180, 100, 54, kIncoming},
+    };
+    setFrame(filter_, {192, 108});
+    for (const auto& place : places) {
+        filter_.setProgress(float(place.step / 180));
+        const Pixel color = render(filter_.outputImage()).at(place.x, place.y);
+        for (std::size_t c = 0; c < 4; ++c)
+            EXPECT_NEAR(color[c], place.color[c], 2.0 / 255)
+                << place.step << " at " << place.x << ", " << place.y;
+    }
+    filter_.setProgress(0.1f);
+    EXPECT_EQ(filter_.outputImage(), filter_.inputImage1()) << "nothing to draw";
+    for (const double step : {20.0, 140.0})
+        EXPECT_FALSE(filter_.getTopMaterialImageWithProgress(step / 180, filter_.inputImage1()));
+    filter_.setInputImage2({});
+    EXPECT_FALSE(filter_.outputImage());
+}
+
+TEST_F(TearPaper, CutsByTheShapesAlpha) {
+    const auto cut = createFilter("QVPaperVideoBlendFilter");
+    auto* blend = dynamic_cast<QVTransitionMTIFilter*>(cut.get());
+    ASSERT_TRUE(blend);
+    blend->setInputImage1(plainImage(2, 1, {0.8f, 0.4f, 0.2f, 1}));
+    blend->setInputImage2(MTIImage::imageWithBitmap(makeBitmap(2, 1, [](int x, int) {
+        return x == 0 ? Pixel{0, 0, 0, 1} : Pixel{1, 1, 1, 0.25f};
+    })));
+    const Picture picture = render(blend->outputImage());
+    for (std::size_t c = 0; c < 4; ++c) {
+        EXPECT_NEAR(picture.at(0, 0)[c], (Pixel{0.8f, 0.4f, 0.2f, 1})[c], 1.0 / 255);
+        EXPECT_NEAR(picture.at(1, 0)[c], (Pixel{0.2f, 0.1f, 0.05f, 0.25f})[c], 1.0 / 255);
+    }
+}
+
+/// The pixels that something covers by more than half.
+CGRect covered(const Bitmap& bitmap) {
+    int left = bitmap.width, top = bitmap.height, right = 0, bottom = 0;
+    for (int y = 0; y < bitmap.height; ++y) {
+        for (int x = 0; x < bitmap.width; ++x) {
+            if (bitmap.row(y)[x * 4 + 3] < 128) continue;
+            left = std::min(left, x), right = std::max(right, x + 1);
+            top = std::min(top, y), bottom = std::max(bottom, y + 1);
+        }
+    }
+    return right ? CGRectMake(left, top, right - left, bottom - top) : CGRectZero;
+}
+
+TEST_F(TearPaper, DrawsAssetsForTheFrame) {
+    const struct {
+        CGSize frame, drawn;
+        CGRect inMiddle, fromCorner;
+    } cases[] = {
+        {{192, 108}, {80, 40}, CGRectMake(56, 34, 80, 40), CGRectMake(0, 0, 192, 96)},
+        {{108, 192}, {45, 22.5}, CGRectMake(31, 85, 46, 22), CGRectMake(0, 0, 108, 96)},
+        {{480, 480}, {200, 100}, CGRectMake(140, 190, 200, 100), CGRectMake(0, 0, 480, 240)},
+    };
+    for (const auto& each : cases) {
+        setFrame(filter_, each.frame);
+        const UIImage inMiddle = filter_.getScaleFrameImageWithName("trans_paper_medium.png");
+        EXPECT_EQ(inMiddle.size(), each.frame);
+        EXPECT_EQ(filter_.imageSize(), each.drawn);
+        const CGRect place = covered(inMiddle.bitmap());
+        EXPECT_NEAR(place.minX(), each.inMiddle.minX(), 1);
+        EXPECT_NEAR(place.minY(), each.inMiddle.minY(), 1);
+        EXPECT_NEAR(place.maxX(), each.inMiddle.maxX(), 1);
+        EXPECT_NEAR(place.maxY(), each.inMiddle.maxY(), 1);
+        EXPECT_EQ(covered(filter_.getScaleImageWithName("trans_paper_medium.png").bitmap()), each.fromCorner);
+        EXPECT_EQ(filter_.imageSize(), each.drawn) << "untouched";
+    }
+}
+
+TEST_F(TearPaper, DrawsEmptyCanvasesForMissingAssets) {
+    setFrame(filter_, {64, 36});
+    for (const UIImage& canvas :
+         {filter_.getScaleFrameImageWithName("none.png"), filter_.getScaleImageWithName("none.png")}) {
+        EXPECT_EQ(canvas.size(), (CGSize{64, 36}));
+        EXPECT_EQ(covered(canvas.bitmap()), CGRectZero);
+    }
+    EXPECT_EQ(filter_.imageSize(), CGSize{});
+    std::filesystem::remove_all(folder_);
+    for (const double step : {30.0, 65.0}) {
+        filter_.setProgress(float(step / 180));
+        EXPECT_EQ(render(filter_.outputImage()).at(36, 18), render(filter_.inputImage1()).at(36, 18));
+    }
+}
+
+TEST_F(TearPaper, KeepsTheAssetsOfTheLastFrameSize) {
+    QVTearPaperMoveLeftMTIFilter other;
+    using Filter = QVTearPaperMoveLeftMTIFilter;
+    const auto assets = [](const Filter& filter) {
+        return std::vector<MTIImage>{filter.videoButtomImage(),       filter.videoSizeImage(),
+                                     filter.middleImage1(),           filter.middleImage2(),
+                                     filter.biggerVideoButtomImage(), filter.biggerVideoSizeImage()};
+    };
+    setFrame(filter_, {160, 90});
+    setFrame(other, {90, 160});
+    const std::vector<MTIImage> first = assets(filter_);
+    EXPECT_EQ(assets(filter_), first);
+    const MTIImage dropped = filter_.videoButtomImage();
+    for (const auto& later : {filter_.videoSizeImage(), filter_.middleImage1(), filter_.middleImage2()})
+        EXPECT_TRUE(later);
+    EXPECT_EQ(other.middleImage1().size(), (CGSize{90, 160}));
+    EXPECT_EQ(filter_.videoSizeImage(), first[1]) << "four are kept";
+    EXPECT_EQ(filter_.middleImage2(), first[3]);
+    EXPECT_NE(filter_.videoButtomImage(), dropped) << "and the one used longest ago is dropped";
+    const std::vector<MTIImage> second = assets(other);
+    setFrame(other, {160, 90});
+    const std::vector<MTIImage> again = assets(other);
+    for (std::size_t i = 0; i < first.size(); ++i) {
+        EXPECT_EQ(second[i].size(), (CGSize{90, 160}));
+        EXPECT_EQ(again[i].size(), (CGSize{160, 90}));
+        EXPECT_NE(again[i], first[i]) << "the other size has taken its place";
+    }
+    EXPECT_EQ(assets(filter_), again) << "shared by all instances";
+
+    // As high as the frame, from the left: 36 of 192 columns of the shape are clear.
+    setFrame(other, {90, 160});
+    const Picture shape = render(other.biggerVideoSizeImage());
+    EXPECT_LT(shape.at(50, 80)[3], 0.01f);
+    EXPECT_GT(shape.at(56, 80)[3], 0.99f);
+    EXPECT_GT(shape.at(89, 0)[3], 0.99f);
+    EXPECT_GT(shape.at(89, 159)[3], 0.99f);
+}
+
+}  // namespace
+}  // namespace qv::test
