@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstring>
 
 #include "Host/Failure.h"
 #include "Host/PictureFile.h"
@@ -10,9 +11,6 @@
 namespace qv::host {
 
 namespace {
-
-/// Half of the finest time base in use: stamps that were rounded to it still count as reached.
-constexpr double kTimeTolerance = 0.0005;
 
 /// Table from a luma code of 8 bits to a full-range grey.
 std::uint8_t expandedLuma(int code, bool fullRange) {
@@ -37,6 +35,16 @@ std::optional<ClipFrame> readFrame(ClipReader& clip) {
 
 double secondsOf(const ClipInfo& info, std::int64_t time) {
     return double(time) * info.video.timeBase.value();
+}
+
+PixelBuffer blankFrame(const ClipVideoFormat& video) {
+    const PixelBuffer frame = PixelBuffer::create(video.pixelFormat, video.width, video.height, video.color);
+    if (!frame) fail(ExitCode::internal, "no memory for frames of {}x{}", video.width, video.height);
+    for (int i = 0; i < PixelBuffer::planeCount(video.pixelFormat); ++i) {
+        const PlaneLayout layout = PixelBuffer::planeLayout(video.pixelFormat, i, video.width, video.height);
+        std::memset(frame.plane(i).data, 0, frame.plane(i).rowBytes * std::size_t(layout.height));
+    }
+    return frame;
 }
 
 ClipMoment momentAt(ClipReader& clip, double seconds) {
@@ -64,11 +72,15 @@ ShownFrames::ShownFrames(std::unique_ptr<ClipReader> clip) : clip_(std::move(cli
     next_ = readFrame(*clip_);
 }
 
+bool ShownFrames::advance() {
+    if (!next_) return false;
+    current_ = std::move(*next_);
+    next_ = readFrame(*clip_);
+    return true;
+}
+
 const ClipFrame& ShownFrames::at(double seconds) {
-    while (next_ && secondsOf(info(), next_->time - firstTime_) <= seconds + kTimeTolerance) {
-        current_ = std::move(*next_);
-        next_ = readFrame(*clip_);
-    }
+    while (next_ && secondsOf(info(), next_->time - firstTime_) <= seconds + kTimeTolerance) advance();
     return current_;
 }
 
@@ -82,11 +94,13 @@ void ShownFrames::goTo(double seconds) {
 }
 
 double ShownFrames::end() {
+    if (const auto end = ClipReader::endTime(info().path)) return secondsOf(info(), *end - firstTime_);
     // Later than any clip lasts.
     constexpr double kFarSeconds = 1e7;
     goTo(kFarSeconds);
-    const ClipFrame& last = at(kFarSeconds);
-    return secondsOf(info(), last.time + last.duration - firstTime_);
+    const double end = secondsOf(info(), at(kFarSeconds).time + current_.duration - firstTime_);
+    goTo(0);
+    return end;
 }
 
 MTIImage turned(const MTIImage& image, int degrees) {

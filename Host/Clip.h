@@ -10,6 +10,9 @@
 /// Clips as the commands read them.
 namespace qv::host {
 
+/// Seconds by which time stamps may be off and still count as reached: half of the coarsest time base in use.
+inline constexpr double kTimeTolerance = 0.0005;
+
 /// Fails as input.
 std::unique_ptr<ClipReader> openClip(const std::string& path, const ClipReaderOptions& options = {});
 
@@ -18,6 +21,9 @@ std::optional<ClipFrame> readFrame(ClipReader& clip);
 
 /// Seconds of a time stamp of the clip's video.
 double secondsOf(const ClipInfo& info, std::int64_t time);
+
+/// A frame of the clip's kind with nothing on it, for building a graph before there are pixels.
+PixelBuffer blankFrame(const ClipVideoFormat& video);
 
 /// One moment of a clip.
 struct ClipMoment {
@@ -38,10 +44,18 @@ class ShownFrames {
     /// The frame shown `seconds` after the first one; after the end the last. Times must not fall but for
     /// goTo(). Fails as input.
     const ClipFrame& at(double seconds);
+    /// The frame where at() stands, and seconds from the first one to it.
+    const ClipFrame& current() const { return current_; }
+    double seconds() const { return secondsOf(info(), current_.time - firstTime_); }
+    /// To the next frame; false at the end. Fails as input.
+    bool advance();
     /// Makes at() begin there, by a jump. Fails as input.
     void goTo(double seconds);
-    /// Seconds from the first frame to the end of the last; the place is lost then. Fails as input.
+    /// Seconds from the first frame to the end of the last. To be asked at the beginning: where the file does
+    /// not tell, the frames are read. Fails as input.
     double end();
+    std::int64_t firstTime() const { return firstTime_; }
+    std::shared_ptr<const SourceStreams> streams() const { return clip_->streams(); }
 
   private:
     std::unique_ptr<ClipReader> clip_;

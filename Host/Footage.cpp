@@ -1,5 +1,6 @@
 #include "Host/Footage.h"
 
+#include "Host/Failure.h"
 #include "Host/PictureFile.h"
 
 namespace qv::host {
@@ -11,19 +12,20 @@ Footage::Footage(const std::string& path, double stillSeconds, const ClipReaderO
         picture_ = MTIImage::imageWithBitmap(bitmap);
         video_.width = bitmap.width;
         video_.height = bitmap.height;
-        video_.pixelFormat = PixelFormat::rgba8;
+        shape_ = uprightShape(video_);
         seconds_ = stillSeconds;
         return;
     }
     frames_ = std::make_unique<ShownFrames>(openClip(path, options));
     const ClipInfo& info = frames_->info();
     video_ = info.video;
+    shape_ = uprightShape(video_);
     if (!info.isStillPicture) {
         seconds_ = frames_->end();
         return;
     }
     seconds_ = stillSeconds;
-    picture_ = turned(MTIImage::imageWithPixelBuffer(frames_->at(0).pixels), video_.rotation);
+    picture_ = turned(MTIImage::imageWithPixelBuffer(frames_->current().pixels), video_.rotation);
     frames_.reset();
 }
 
@@ -31,14 +33,20 @@ void Footage::goTo(double seconds) {
     if (frames_) frames_->goTo(seconds);
 }
 
-MTIImage Footage::imageAt(double seconds) {
-    if (picture_) return picture_;
-    const ClipFrame& frame = frames_->at(seconds);
-    if (!shown_ || shownTime_ != frame.time) {
-        shown_ = turned(MTIImage::imageWithPixelBuffer(frame.pixels), video_.rotation);
-        shownTime_ = frame.time;
-    }
-    return shown_;
+MTIImage Footage::imageAt(double seconds, const FrameShape& frame, Fit fit) {
+    const MTIImage image =
+        frames_ ? turned(MTIImage::imageWithPixelBuffer(frames_->at(seconds).pixels), video_.rotation)
+                : picture_;
+    return fitted(image, shape_.pixelAspect, frame, fit);
+}
+
+void Footage::render(MTIContext& context, const FrameShape& frame, Fit fit) {
+    if (!picture_) return;
+    std::string cause;
+    const Bitmap bitmap = context.renderToBitmap(imageAt(0, frame, fit), &cause);
+    if (!bitmap) fail(ExitCode::device, "{}", cause);
+    picture_ = MTIImage::imageWithBitmap(bitmap);
+    shape_ = frame;
 }
 
 }  // namespace qv::host

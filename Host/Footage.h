@@ -6,6 +6,7 @@
 
 #include "Host/Clip.h"
 #include "Host/FrameFit.h"
+#include "Platform/ImageGraph/MTIContext.h"
 
 namespace qv::host {
 
@@ -20,21 +21,24 @@ class Footage {
     const ClipVideoFormat& video() const { return video_; }
     /// From the first frame to the end of the last.
     double seconds() const { return seconds_; }
+    /// A clip's frames; nil for a picture.
+    ShownFrames* frames() { return frames_.get(); }
 
     /// Goes to the frame that is shown `seconds` after the first one. Fails as input.
     void goTo(double seconds);
-    /// The frame that is shown `seconds` after the first one, upright; after the end the last. Times must not
-    /// fall but for goTo().
-    MTIImage imageAt(double seconds);
+    /// The frame that is shown `seconds` after the first one, upright and fitted into `frame`; after the end
+    /// the last. Times must not fall but for goTo(). Fails as input.
+    MTIImage imageAt(double seconds, const FrameShape& frame, Fit fit);
+    /// Renders a picture into the frame once and for all.
+    void render(MTIContext& context, const FrameShape& frame, Fit fit);
 
   private:
     std::string path_;
     ClipVideoFormat video_;
+    FrameShape shape_;  ///< of the upright images
     double seconds_ = 0;
     MTIImage picture_;                     ///< nil for a clip
     std::unique_ptr<ShownFrames> frames_;  ///< nil for a picture
-    MTIImage shown_;
-    std::int64_t shownTime_ = 0;
 };
 
 }  // namespace qv::host

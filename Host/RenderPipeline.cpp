@@ -17,40 +17,16 @@ constexpr std::size_t kWaitingDecoded = 8, kWaitingRendered = 4, kWaitingFinishe
 /// How long stages may take to notice that the work is given up; one that reads a silent pipe never does.
 constexpr std::chrono::seconds kPatience{2};
 
-/// A frame whose pixels are under way.
+/// A frame whose pixels are under way, or there already where it has no task.
 struct RenderedFrame {
     ClipFrame frame;
     double seconds = 0;
     std::unique_ptr<RenderTask> task;
 };
 
-using Decoded = std::variant<ClipFrame, ClipPacket>;
-using Rendered = std::variant<RenderedFrame, ClipPacket>;
+using Rendered = std::variant<RenderedFrame, ClipPacket, AudioSamples>;
 
 }  // namespace
-
-ClipEffects::ClipEffects(std::vector<EffectChoice> choices, const ClipInfo& info, double seconds,
-                         std::unique_ptr<MaskSource> mask)
-    : chain_(std::move(choices), {.time = 0.0,
-                                  .startTime = 0.0,
-                                  .endTime = seconds > 0 ? std::optional(seconds) : std::nullopt,
-                                  .isPhoto = info.isStillPicture}),
-      mask_(std::move(mask)),
-      rotation_(info.video.rotation) {}
-
-MTIImage ClipEffects::outputImage(const PixelBuffer& frame, double seconds) {
-    FilterInputs inputs;
-    inputs.first = turned(MTIImage::imageWithPixelBuffer(frame), rotation_);
-    inputs.originalSize = inputs.first.size();
-    if (chain_.needsMask()) inputs.mask = mask_ ? mask_->at(seconds) : ownMask(frame);
-    chain_.moveTo(seconds);
-    return turned(chain_.outputImage(inputs), (360 - rotation_) % 360);
-}
-
-SubjectMask ClipEffects::ownMask(const PixelBuffer& frame) const {
-    const SubjectMask mask = SubjectMask::fromAlpha(frame);
-    return mask && rotation_ != 0 ? SubjectMask::fromBuffer(turnedGray(mask.buffer, rotation_)) : mask;
-}
 
 /// Shared by the stages, so that one that hangs in a read may be left behind.
 struct RenderPipeline::State {
@@ -61,7 +37,7 @@ struct RenderPipeline::State {
 
     Parts parts;
     FramePool pool;
-    BoundedQueue<Decoded> decoded{kWaitingDecoded};
+    BoundedQueue<FrameSource::Item> decoded{kWaitingDecoded};
     BoundedQueue<Rendered> rendered{kWaitingRendered}, finished{kWaitingFinished};
 
     std::mutex mutex;
@@ -74,7 +50,7 @@ struct RenderPipeline::State {
     void await();
     void encode(const std::function<void(std::int64_t, double)>& progress);
 
-    RenderedFrame start(ClipFrame frame, std::int64_t firstTime);
+    RenderedFrame start(SourceFrame frame);
     void guarded(const std::function<void()>& stage);
     void giveUp();
 };
@@ -82,43 +58,36 @@ struct RenderPipeline::State {
 void RenderPipeline::State::decode() {
     while (true) {
         checkInterrupt();
-        ClipReader::Item item = parts.reader->next();
-        if (auto* frame = std::get_if<ClipFrame>(&item)) {
-            for (std::int64_t i = 0; i < parts.timesEachFrame; ++i) {
-                if (!decoded.push(*frame)) return;
-                frame->time += frame->duration;
-            }
-        } else if (auto* packet = std::get_if<ClipPacket>(&item)) {
-            if (!decoded.push(std::move(*packet))) return;
-        } else {
-            if (!parts.reader->error().empty()) fail(ExitCode::input, "{}", parts.reader->error());
-            decoded.close();
-            return;
-        }
+        FrameSource::Item item = parts.source->next();
+        if (std::holds_alternative<std::monostate>(item)) break;
+        if (!decoded.push(std::move(item))) return;
     }
+    decoded.close();
 }
 
 void RenderPipeline::State::render() {
-    std::optional<std::int64_t> firstTime;
     while (auto item = decoded.pop()) {
-        if (auto* frame = std::get_if<ClipFrame>(&*item)) {
-            if (!firstTime) firstTime = frame->time;
-            if (!rendered.push(start(std::move(*frame), *firstTime))) return;
-        } else if (!rendered.push(std::get<ClipPacket>(std::move(*item)))) {
-            return;
+        bool taken = true;
+        if (auto* frame = std::get_if<SourceFrame>(&*item)) {
+            taken = rendered.push(start(std::move(*frame)));
+        } else if (auto* packet = std::get_if<ClipPacket>(&*item)) {
+            taken = rendered.push(std::move(*packet));
+        } else if (auto* samples = std::get_if<AudioSamples>(&*item)) {
+            taken = rendered.push(std::move(*samples));
         }
+        if (!taken) return;
     }
     rendered.close();
 }
 
-RenderedFrame RenderPipeline::State::start(ClipFrame frame, std::int64_t firstTime) {
-    RenderedFrame result;
-    result.seconds = secondsOf(parts.reader->info(), frame.time - firstTime);
-    MTIImage image = parts.effects->outputImage(frame.pixels, result.seconds);
+RenderedFrame RenderPipeline::State::start(SourceFrame source) {
+    RenderedFrame result{std::move(source.frame), source.seconds};
+    source.frame.pixels = result.frame.pixels;
+    MTIImage image = parts.source->picture(source);
+    if (!image) return result;
     const CGSize size{double(parts.size.width), double(parts.size.height)};
     if (!(image.size() == size)) image = image.resize(size);
 
-    result.frame = frame;
     result.frame.pixels = pool.take();
     if (!result.frame.pixels) fail(ExitCode::internal, "no memory for a frame");
     std::string cause;
@@ -129,7 +98,8 @@ RenderedFrame RenderPipeline::State::start(ClipFrame frame, std::int64_t firstTi
 
 void RenderPipeline::State::await() {
     while (auto item = rendered.pop()) {
-        if (auto* frame = std::get_if<RenderedFrame>(&*item)) {
+        auto* frame = std::get_if<RenderedFrame>(&*item);
+        if (frame && frame->task) {
             std::string cause;
             if (!frame->task->wait(&cause)) fail(ExitCode::device, "{}", cause);
             frame->task.reset();
@@ -145,7 +115,10 @@ void RenderPipeline::State::encode(const std::function<void(std::int64_t, double
     while (auto item = finished.pop()) {
         checkInterrupt();
         const auto* frame = std::get_if<RenderedFrame>(&*item);
-        const bool written = frame ? writer.write(frame->frame) : writer.write(std::get<ClipPacket>(*item));
+        const auto* samples = std::get_if<AudioSamples>(&*item);
+        const bool written = frame     ? writer.write(frame->frame)
+                             : samples ? writer.write(*samples)
+                                       : writer.write(std::get<ClipPacket>(*item));
         if (!written) fail(ExitCode::output, "{}", writer.error());
         if (frame) progress(++frames, frame->seconds);
     }

@@ -5,12 +5,6 @@
 
 namespace qv::host {
 
-double TransitionOptions::seconds() const {
-    const double value = parseTime("--duration", duration);
-    if (value <= 0) fail(ExitCode::usage, "--duration is not above 0; without a transition it is a hard cut");
-    return value;
-}
-
 namespace {
 
 void transition(const TransitionOptions& options) {
@@ -18,8 +12,8 @@ void transition(const TransitionOptions& options) {
         fail(ExitCode::usage, "a transition has two inputs, the outgoing and the incoming one, not {}",
              options.inputs.size());
     }
-    if (!options.at && options.strip == 0) fail(ExitCode::usage, "give --at or --strip");
-    transitionPicture(options);
+    const bool isPicture = options.at || options.strip > 0;
+    isPicture ? transitionPicture(options) : transitionClip(options);
 }
 
 }  // namespace
@@ -36,7 +30,10 @@ void addTransitionCommand(CLI::App& tool) {
                      "Video or picture file; twice, the outgoing and the incoming one")
         ->allow_extra_args(false)
         ->required();
-    command->add_option("-o,--output", options->output, "File to write, or -")->required();
+    command
+        ->add_option("-o,--output", options->output,
+                     "Video file; with --at and --strip PNG or JPEG file; - for standard output")
+        ->required();
     CLI::Option* at = command->add_option("--at", options->at, "One moment as a picture: progress, 0 to 1")
                           ->check(CLI::Range(0.0, 1.0));
     command->add_option("--strip", options->strip, "Moments side by side as a picture, both ends included")
@@ -46,6 +43,11 @@ void addTransitionCommand(CLI::App& tool) {
     command->add_option("--size", options->size, "Fit both into frames of WIDTHxHEIGHT");
     command->add_option("--fit", options->fit, "How another shape comes into the frame")
         ->transform(CLI::CheckedTransformer(kFits, CLI::ignore_case));
+    command->add_option("--still-seconds", options->stillSeconds, "How long a picture is shown; 3 without");
+    command->add_option("--audio-codec", options->audioCodec,
+                        "Encoder of the sound, as aac; what suits the container");
+    command->add_option("--audio-bitrate", options->audioBitRate, "Bits per second of the sound, as 192k");
+    options->encoding.add(*command);
     options->overwrite.add(*command);
     options->device.add(*command);
     command->callback([options] { transition(*options); });

@@ -5,26 +5,29 @@
 #include <vector>
 
 #include "Host/Device.h"
+#include "Host/EncodingOptions.h"
 #include "Host/FrameFit.h"
 
 namespace qv::host {
 
-/// What the forms of `qvfilter transition` have in common.
+/// What was asked of `qvfilter transition`.
 struct TransitionOptions {
     std::string transition;           ///< CLASS:name=value
     std::vector<std::string> inputs;  ///< the outgoing and the incoming one
-    std::string output, size, duration = "1";
-    std::string stillSeconds;
+    std::string output, size, duration = "1", stillSeconds;
     Fit fit = Fit::cover;
     std::optional<double> at;  ///< progress of one moment
     int strip = 0;             ///< moments side by side
+    std::string audioCodec, audioBitRate;
+    EncodingOptions encoding;
     OverwriteOptions overwrite;
     DeviceOptions device;
-
-    double seconds() const;
 };
 
 /// One moment, or several side by side, as a picture.
 void transitionPicture(const TransitionOptions& options);
+
+/// The first clip, the transition, the second clip.
+void transitionClip(const TransitionOptions& options);
 
 }  // namespace qv::host

@@ -1,10 +1,7 @@
-#include <algorithm>
-
-#include "Host/Footage.h"
 #include "Host/PictureFile.h"
 #include "Host/SheetDrawing.h"
 #include "Host/TransitionCommand.h"
-#include "Host/TransitionFilter.h"
+#include "Host/TransitionTimeline.h"
 #include "Platform/Drawing/BitmapCanvas.h"
 
 namespace qv::host {
@@ -13,62 +10,18 @@ namespace {
 
 constexpr double kGap = 8, kLabelHeight = 24;
 
-/// The passage between two clips, moment by moment.
-class Moments {
-  public:
-    Moments(const TransitionOptions& options, EffectChoice choice)
-        : context_(options.device.makeContext()),
-          seconds_(options.seconds()),
-          first_(options.inputs[0], seconds_),
-          second_(options.inputs[1], seconds_),
-          fit_(options.fit),
-          frame_(uprightShape(first_.video())),
-          start_(std::max(0.0, first_.seconds() - seconds_)),
-          filter_(std::move(choice),
-                  {CMTimeMakeWithSeconds(start_, kTimescale), CMTimeMakeWithSeconds(seconds_, kTimescale)}) {
-        if (options.size.empty()) return;
-        const PixelSize size = parseSize(options.size);
-        frame_ = {{double(size.width), double(size.height)}, 1};
-    }
+/// Progress must not fall from one call to the next.
+Bitmap momentOf(TransitionTimeline& timeline, MTIContext& context, double progress) {
+    const double time = timeline.start() + progress * timeline.seconds();
+    const MTIImage outgoing = timeline.firstAt(time), incoming = timeline.secondAt(time);
+    std::string cause;
+    const Bitmap bitmap = context.renderToBitmap(timeline.outputImage(outgoing, incoming, progress), &cause);
+    if (!bitmap) fail(ExitCode::device, "{}", cause);
+    return bitmap;
+}
 
-    void goTo(double progress) {
-        first_.goTo(start_ + progress * seconds_);
-        second_.goTo(progress * seconds_);
-    }
-
-    /// Progress must not fall.
-    Bitmap render(double progress) {
-        const MTIImage outgoing = shaped(first_, start_ + progress * seconds_);
-        const MTIImage incoming = shaped(second_, progress * seconds_);
-        std::string cause;
-        const Bitmap bitmap =
-            context_->renderToBitmap(filter_.outputImage(outgoing, incoming, progress), &cause);
-        if (!bitmap) fail(ExitCode::device, "{}", cause);
-        return bitmap;
-    }
-
-    const MTIContext& context() const { return *context_; }
-    CGSize frameSize() const { return frame_.size; }
-
-  private:
-    static constexpr std::int32_t kTimescale = 90000;
-
-    MTIImage shaped(Footage& footage, double seconds) {
-        const MTIImage image = footage.imageAt(seconds);
-        return fitted(image, uprightShape(footage.video()).pixelAspect, frame_, fit_);
-    }
-
-    std::shared_ptr<MTIContext> context_;
-    double seconds_;
-    Footage first_, second_;
-    Fit fit_;
-    FrameShape frame_;
-    double start_;
-    TransitionFilter filter_;
-};
-
-Bitmap drawStrip(Moments& moments, int count) {
-    const CGSize frame = moments.frameSize();
+Bitmap drawStrip(TransitionTimeline& timeline, MTIContext& context, int count) {
+    const CGSize frame = timeline.frame().size;
     const double step = frame.width + kGap;
     BitmapCanvas canvas({step * count - kGap, frame.height + kLabelHeight}, true);
     if (!canvas) fail(ExitCode::usage, "{} frames side by side are too wide; give a smaller --size", count);
@@ -76,7 +29,7 @@ Bitmap drawStrip(Moments& moments, int count) {
     for (int i = 0; i < count; ++i) {
         const double progress = double(i) / (count - 1);
         const double x = step * i;
-        canvas.drawImage(UIImage(moments.render(progress)), {{x, 0}, frame});
+        canvas.drawImage(UIImage(momentOf(timeline, context, progress)), {{x, 0}, frame});
         const std::string label = fmt::format("{:.3g}", progress);
         canvas.drawText(label, {x + 4, frame.height + 3}, fittingFont(label, 15, frame.width), kInk);
     }
@@ -86,14 +39,18 @@ Bitmap drawStrip(Moments& moments, int count) {
 }  // namespace
 
 void transitionPicture(const TransitionOptions& options) {
-    EffectChoice choice = parseTransition(options.transition);
     const PictureType type = pictureTypeFor(options.output);
+    TransitionTimeline timeline(options);
     checkOutput(options.output, options.overwrite);
-    Moments moments(options, std::move(choice));
-    moments.goTo(options.at.value_or(0));
-    writePicture(options.at ? moments.render(*options.at) : drawStrip(moments, options.strip), options.output,
-                 type);
-    checkValidation(moments.context());
+    const auto context = options.device.makeContext();
+    timeline.renderStills(*context);
+    const double first = options.at.value_or(0) * timeline.seconds();
+    timeline.first().goTo(timeline.start() + first);
+    timeline.second().goTo(first);
+    const Bitmap bitmap =
+        options.at ? momentOf(timeline, *context, *options.at) : drawStrip(timeline, *context, options.strip);
+    writePicture(bitmap, options.output, type);
+    checkValidation(*context);
 }
 
 }  // namespace qv::host

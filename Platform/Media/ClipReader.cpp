@@ -11,6 +11,7 @@ extern "C" {
 #include <cmath>
 #include <cstring>
 #include <deque>
+#include <limits>
 #include <span>
 #include <system_error>
 #include <utility>
@@ -119,10 +120,7 @@ void readDisplayMatrix(const AVStream& stream, ClipVideoFormat& video) {
 struct ClipReader::State {
     // Outlives the contexts that report to it.
     ffmpeg::MessageSink messages;
-    struct CloseInput {
-        void operator()(AVFormatContext* input) const { avformat_close_input(&input); }
-    };
-    std::unique_ptr<AVFormatContext, CloseInput> input;
+    ffmpeg::InputContext input;
     ffmpeg::CodecContext decoder;
     ffmpeg::Packet packet{av_packet_alloc()};
     ffmpeg::Frame frame{av_frame_alloc()};
@@ -152,6 +150,7 @@ struct ClipReader::State {
     bool readUpTo(std::int64_t time);
     ColorDescription colorOf(AVPixelFormat format, AVColorSpace matrix, AVColorRange range) const;
     std::int64_t nominalDuration() const;
+    std::optional<std::int64_t> lastPacketEnd();
     void stop(const std::string& cause);
     bool fail(const std::string& cause);
 };
@@ -306,6 +305,22 @@ std::int64_t ClipReader::State::nominalDuration() const {
     return std::max<std::int64_t>(av_rescale_q(1, av_inv_q(rate), stream->time_base), 1);
 }
 
+std::optional<std::int64_t> ClipReader::State::lastPacketEnd() {
+    constexpr std::int64_t kLate = std::numeric_limits<std::int64_t>::max() / 4;
+    if (av_seek_frame(input.get(), stream->index, kLate, AVSEEK_FLAG_BACKWARD) < 0) return std::nullopt;
+    std::optional<std::int64_t> end;
+    while (av_read_frame(input.get(), packet.get()) >= 0) {
+        const bool shown = packet->stream_index == stream->index && !(packet->flags & AV_PKT_FLAG_DISCARD);
+        if (shown && packet->pts == AV_NOPTS_VALUE) return std::nullopt;
+        if (shown) {
+            const std::int64_t duration = packet->duration > 0 ? packet->duration : nominalDuration();
+            end = std::max(end.value_or(packet->pts), packet->pts + duration);
+        }
+        av_packet_unref(packet.get());
+    }
+    return end;
+}
+
 std::optional<ClipFrame> ClipReader::State::finishFrame() {
     ClipFrame result;
     result.duration = frame->pkt_duration > 0 ? frame->pkt_duration : nominalDuration();
@@ -442,6 +457,11 @@ std::unique_ptr<ClipReader> ClipReader::open(const std::string& path, const Clip
         return nullptr;
     }
     return std::unique_ptr<ClipReader>(new ClipReader(std::move(state)));
+}
+
+std::optional<std::int64_t> ClipReader::endTime(const std::string& path) {
+    State state;
+    return state.open(path, {.threads = 1}) ? state.lastPacketEnd() : std::nullopt;
 }
 
 const ClipInfo& ClipReader::info() const {

@@ -5,9 +5,11 @@ extern "C" {
 }
 
 #include <cstring>
+#include <string_view>
 
 #include <fmt/format.h>
 
+#include "Platform/Media/AudioEncoder.h"
 #include "Platform/Media/Bitmap.h"
 #include "Platform/Media/OutputFile.h"
 #include "Platform/Media/StreamCopier.h"
@@ -53,6 +55,8 @@ struct ClipWriter::State {
     StreamCopier copier;
     ffmpeg::Packet packet{av_packet_alloc()};
     AVStream* stream = nullptr;
+    std::optional<AudioEncoder> soundEncoder;  ///< of sound that the host makes
+    AVStream* soundStream = nullptr;
 
     std::string name;  ///< for messages
     std::string error;
@@ -63,9 +67,11 @@ struct ClipWriter::State {
     bool open(const std::string& path, const ClipWriterOptions& settings, const SourceStreams* source);
     bool chooseContainer(const std::string& path, const ClipWriterOptions& settings);
     bool addVideo(const SourceStreams::Stream* source);
+    bool addSound(const ClipWriterOptions& settings);
     void addDisplayMatrix();
     bool writeHeader(const std::string& path, ffmpeg::Dictionary& options);
     bool drainEncoder();
+    bool drainSound();
     bool check(int code);
     bool fail(const std::string& cause);
 };
@@ -139,6 +145,22 @@ bool ClipWriter::State::addVideo(const SourceStreams::Stream* source) {
     return true;
 }
 
+bool ClipWriter::State::addSound(const ClipWriterOptions& settings) {
+    std::string cause;
+    if (!soundEncoder.emplace().open(settings, *output->oformat, cause)) return fail(cause);
+    const AVCodecContext& context = soundEncoder->context();
+    soundStream = avformat_new_stream(output.get(), nullptr);
+    if (!soundStream || avcodec_parameters_from_context(soundStream->codecpar, &context) < 0) {
+        return fail("out of memory");
+    }
+    soundStream->time_base = context.time_base;
+    soundStream->disposition = AV_DISPOSITION_DEFAULT;
+    // WebM says how many of the first samples are to be dropped. Were all times moved instead, so that those
+    // have none below 0, the pictures would come late by them.
+    if (std::string_view(output->oformat->name) == "webm") output->avoid_negative_ts = 0;
+    return true;
+}
+
 bool ClipWriter::State::writeHeader(const std::string& path, ffmpeg::Dictionary& options) {
     std::string cause;
     file = OutputFile::open(path, &cause);
@@ -184,9 +206,12 @@ bool ClipWriter::State::open(const std::string& path, const ClipWriterOptions& s
     for (const auto& [key, value] : settings.options) options.set(key.c_str(), value);
     std::string cause;
     if (!encoder.open(video, settings, *output->oformat, options, cause)) return fail(cause);
+    ClipWriterOptions copied = settings;
+    const bool makesSound = settings.sound.sampleRate > 0;
+    copied.audio = settings.audio && !makesSound;
     if (source) {
         const auto place = [&] { return addVideo(&source->streams[std::size_t(source->videoStream)]); };
-        if (!copier.addStreams(*output, *source, settings, place, cause)) return fail(cause);
+        if (!copier.addStreams(*output, *source, copied, place, cause)) return fail(cause);
         if (settings.metadata) {
             StreamCopier::copyMetadata(output->metadata, source->metadata);
             if (!StreamCopier::copyChapters(*output, *source)) return fail("out of memory");
@@ -194,6 +219,7 @@ bool ClipWriter::State::open(const std::string& path, const ClipWriterOptions& s
     } else if (!addVideo(nullptr)) {
         return false;
     }
+    if (makesSound && !addSound(settings)) return false;
     return writeHeader(path, options);
 }
 
@@ -202,6 +228,16 @@ bool ClipWriter::State::drainEncoder() {
     while (encoder.receive(*packet, cause)) {
         packet->stream_index = stream->index;
         av_packet_rescale_ts(packet.get(), encoder.context().time_base, stream->time_base);
+        if (!check(av_interleaved_write_frame(output.get(), packet.get()))) return false;
+    }
+    return cause.empty() || fail(cause);
+}
+
+bool ClipWriter::State::drainSound() {
+    std::string cause;
+    while (soundEncoder->receive(*packet, cause)) {
+        packet->stream_index = soundStream->index;
+        av_packet_rescale_ts(packet.get(), soundEncoder->context().time_base, soundStream->time_base);
         if (!check(av_interleaved_write_frame(output.get(), packet.get()))) return false;
     }
     return cause.empty() || fail(cause);
@@ -261,6 +297,14 @@ bool ClipWriter::write(const ClipPacket& packet) {
     return state_->check(state_->copier.write(*state_->output, packet));
 }
 
+bool ClipWriter::write(const AudioSamples& samples) {
+    State& state = *state_;
+    if (!state.error.empty() || state.finished || !state.soundEncoder) return false;
+    std::string cause;
+    if (!state.soundEncoder->send(samples, cause)) return state.fail(cause);
+    return state.drainSound();
+}
+
 bool ClipWriter::finish() {
     State& state = *state_;
     if (!state.error.empty() || state.finished) return false;
@@ -269,6 +313,9 @@ bool ClipWriter::finish() {
     std::string cause;
     if (!state.encoder.sendEnd(cause)) return state.fail(cause);
     if (!state.drainEncoder()) return false;
+    if (state.soundEncoder && (!state.soundEncoder->sendEnd(cause) || !state.drainSound())) {
+        return state.fail(cause);
+    }
     if (!state.check(av_write_trailer(state.output.get()))) return false;
     avio_flush(state.io.get());
     if (!state.check(state.io->error)) return false;

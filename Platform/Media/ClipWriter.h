@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "Platform/Media/AudioSamples.h"
 #include "Platform/Media/ClipInfo.h"
 
 namespace qv {
@@ -31,10 +32,15 @@ struct ClipWriterOptions {
     /// error.
     std::vector<std::pair<std::string, std::string>> options;
     bool audio = true, subtitles = true, metadata = true;  ///< what to copy from the source
+    /// Sound that the host makes instead: it is encoded, and none is copied. Without a rate there is none.
+    AudioFormat sound;
+    /// Name of the encoder of that sound, such as "aac", "libopus", "flac"; empty: what suits the container.
+    std::string audioCodec;
+    std::int64_t audioBitRate = 0;  ///< bits per second; 0: the encoder's choice
 };
 
-/// Writes a clip: frames are encoded, everything else is copied from a source. One thread at a time, which
-/// may be another one than the reader's.
+/// Writes a clip: frames are encoded, everything else is copied from a source, unless the host makes the
+/// sound. One thread at a time, which may be another one than the reader's.
 ///
 /// The file appears under its name in finish(), when it is whole; a writer that is destroyed before, or that
 /// fails, leaves nothing. Time stamps and durations of frames are carried exactly as far as the container can
@@ -63,6 +69,9 @@ class ClipWriter {
     /// Takes a packet of the source; one of a stream that is not copied is ignored. In the order in which the
     /// reader gives them.
     bool write(const ClipPacket& packet);
+
+    /// Takes the next samples of the host's sound; the first one is heard at time 0 of the clip's frames.
+    bool write(const AudioSamples& samples);
 
     /// Writes what is still held back and puts the file in its place. False after a failure.
     bool finish();

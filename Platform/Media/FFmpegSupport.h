@@ -26,6 +26,11 @@ struct Deleter {
 };
 using Frame = std::unique_ptr<AVFrame, Deleter>;
 using Packet = std::unique_ptr<AVPacket, Deleter>;
+/// A demuxer with its open file.
+struct CloseInput {
+    void operator()(AVFormatContext* input) const { avformat_close_input(&input); }
+};
+using InputContext = std::unique_ptr<AVFormatContext, CloseInput>;
 using CodecContext = std::unique_ptr<AVCodecContext, Deleter>;
 using CodecParameters = std::unique_ptr<AVCodecParameters, Deleter>;
 
