@@ -14,7 +14,7 @@ vec4 scene(vec2 place, float moment) {
     float moved = smootherstep(clamp(moment * 1.3 - 0.1 * late, 0.0, 1.0));
     // Beyond the window on the side that it comes from lies the incoming clip.
     vec2 from = place - origin - way * window * moved;
-    vec2 outside = abs(from / window - 0.5);
+    vec2 outside = abs(from * (1.0 / window) - 0.5);
     bool incoming = max(outside.x, outside.y) >= 0.5;
     from += origin + (incoming ? way * window : vec2(0.0));
     vec4 next = readPixel(1, ivec2(from * (inputSize(1) / size)));

@@ -13,11 +13,11 @@ vec4 scene(vec2 place, float moment) {
     vec2 size = outputSize();
     float strips = max(float(count), 1.0);
     // Across and along the strips, 0..1 of the frame.
-    vec2 at = place / size;
+    vec2 at = place * (1.0 / size);
     if (inRows()) at = at.yx;
-    if (type == 4) at = vec2(place.x + place.y, place.x - place.y + size.y) / (size.x + size.y);
+    if (type == 4) at = vec2(place.x + place.y, place.x - place.y + size.y) * (1.0 / (size.x + size.y));
     float strip = min(floor(at.x * strips), strips - 1.0);
-    float late = inTurn() ? 0.6 * strip / strips : 0.0;
+    float late = inTurn() ? strip * (0.6 / strips) : 0.0;
     float moved = smootherstep(clamp(moment * (1.0 + (inTurn() ? 0.6 : 0.0)) - late, 0.0, 1.0));
     bool forwards = strip - 2.0 * floor(strip * 0.5) > 0.5;
     float way = forwards ? -moved : moved;
@@ -27,7 +27,7 @@ vec4 scene(vec2 place, float moment) {
     if (type == 4) from += vec2(0.5, -0.5) * (way * (size.x + size.y));
     else if (inRows()) from.x += way * size.x;
     else from.y += way * size.y;
-    if (type == 4) from = size * (1.0 - abs(mod(from / size, 2.0) - 1.0));
+    if (type == 4) from = size * (1.0 - abs(mod(from * (1.0 / size), 2.0) - 1.0));
     vec4 next = readPixel(1, ivec2(from * (inputSize(1) / size)));
     return incoming ? next : readPixel(0, ivec2(from));
 }

@@ -18,7 +18,7 @@ vec4 incomingAt(vec2 place, vec2 size) { return readPixel(1, ivec2(place * (inpu
 
 // The incoming picture, drawn in from a zoom, in the shadow of what is `distance` away.
 vec4 beneath(vec2 place, vec2 size, float moved, float distance) {
-    float shadow = max(1.0 - distance / (0.1 * min(size.x, size.y)), 0.0) * min(4.0 - 4.0 * moved, 1.0);
+    float shadow = max(1.0 - distance * (10.0 / min(size.x, size.y)), 0.0) * min(4.0 - 4.0 * moved, 1.0);
     vec2 from = place - (place - 0.5 * size) * (0.14 * (1.0 - moved));
     return incomingAt(from, size) * vec4(vec3(1.0 - 0.6 * shadow * shadow), 1.0);
 }
@@ -36,7 +36,7 @@ vec4 halves(vec2 place, vec2 size, float moment) {
     float distance = max(outside.x, outside.y);
     if (second) from = frame - from;
     if (type == 1) from = from.yx;
-    vec4 last = readPixel(0, ivec2(from)), next = beneath(place, size, easeInOutCubic(moment), distance);
+    vec4 last = readPixel(0, ivec2(from)), next = beneath(place, size, moved, distance);
     return distance < 0.0 || x == 0.0 ? last : next;
 }
 
@@ -50,22 +50,22 @@ vec4 quarters(vec2 place, vec2 size, float moment) {
     vec2 from = turnedBack(place - middle, 0.25 * moved) / max(shrink, 1e-4);
     vec2 outside = abs(from) - 0.5 * half_;
     float distance = max(outside.x, outside.y) * shrink;
-    vec4 last = readPixel(0, ivec2(middle + from)), next = beneath(place, size, easeInOutCubic(moment), distance);
+    vec4 last = readPixel(0, ivec2(middle + from)), next = beneath(place, size, moved, distance);
     return distance < 0.0 || moved == 0.0 ? last : next;
 }
 
 vec4 rings(vec2 place, vec2 size, float moment) {
     const float kRings = 6.0, kWait = 0.6;
     vec2 away = place - 0.5 * size;
-    float radius = length(away) / length(0.5 * size) * kRings;
+    float radius = length(away) * (kRings / length(0.5 * size));
     float ring = min(floor(radius), kRings - 1.0);
-    float rank = (type == 4 ? kRings - 1.0 - ring : ring) / (kRings - 1.0);
-    float moved = smootherstep(clamp(moment * (1.0 + kWait) - kWait * rank, 0.0, 1.0));
+    float rank = type == 4 ? kRings - 1.0 - ring : ring;
+    float moved = smootherstep(clamp(moment * (1.0 + kWait) - rank * (kWait / (kRings - 1.0)), 0.0, 1.0));
     bool incoming = moved >= 0.5;
     float turns = 0.34 * (incoming ? moved - 1.0 : moved);
     if (ring - 2.0 * floor(ring * 0.5) > 0.5) turns = -turns;
     vec2 from = 0.5 * size + turnedBack(away, turns);
-    from = size * (1.0 - abs(mod(from / size, 2.0) - 1.0));
+    from = mirroredPlace(from, size);
     vec4 next = incomingAt(from, size), last = readPixel(0, ivec2(from));
     float depth = max(1.0 - (ring + 1.0 - radius) * 4.0, 0.0) * 4.0 * moved * (1.0 - moved);
     return (incoming ? next : last) * vec4(vec3(1.0 - 0.4 * depth * depth), 1.0);

@@ -14,7 +14,7 @@ vec4 scene(vec2 place, float moment) {
     float side = upright() ? size.y : size.x, at = upright() ? place.y : place.x;
     if (backwards()) at = side - at;
     at += moment * side * (rolls() ? 4.0 : 1.0);
-    float copies = floor(at / side);
+    float copies = floor(at * (1.0 / side));
     at -= copies * side;
     // Of the roll's five frames the second and the fourth are mirror images.
     bool incoming = rolls() ? copies > 1.5 : copies > 0.5;

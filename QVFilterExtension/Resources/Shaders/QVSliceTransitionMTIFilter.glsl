@@ -16,11 +16,14 @@ vec4 scene(vec2 place, float moment) {
     // x across the strips, y along them.
     vec2 at = inRows() ? place.yx : place, frame = inRows() ? size.yx : size;
     float strips = max(float(count), 1.0);
-    float strip = floor((at.x + slope * (at.y - 0.5 * frame.y)) / frame.x * strips);
-    float rank = clamp(strip / max(strips - 1.0, 1.0), 0.0, 1.0);
-    float wait = type == 1 || type == 3 ? 0.8 : 0.3;
-    if (type == 4) rank = abs(2.0 * rank - 1.0), wait = 0.8;
-    float x = clamp(moment * (1.0 + wait) - wait * rank, 0.0, 1.0);
+    float strip = floor((at.x + slope * (at.y - 0.5 * frame.y)) * (strips / frame.x));
+    // The last strip waits for as long as `wait` strips take to move.
+    float rank = strip * (1.0 / max(strips - 1.0, 1.0)), wait = type == 1 || type == 3 ? 0.8 : 0.3;
+    if (type == 4) {
+        rank = floor(abs(strip + 0.5 - 0.5 * strips)) * (1.0 / max(floor(0.5 * strips - 0.5), 1.0));
+        wait = 0.8;
+    }
+    float x = clamp(moment * (1.0 + wait) - wait * clamp(rank, 0.0, 1.0), 0.0, 1.0);
     float moved = x * x * (3.0 - 2.0 * x) * frame.y;
     // Strips from below or from the right are those from above, mirrored.
     bool fromEnd = type != 1 && type != 3 && strip - 2.0 * floor(strip * 0.5) > 0.5;
@@ -32,13 +35,14 @@ vec4 scene(vec2 place, float moment) {
     from.x = frame.x - abs(frame.x - abs(from.x));
     if (inRows()) from = from.yx, below = below.yx;
     vec4 next = readPixel(1, ivec2(from * (inputSize(1) / size)));
-    float shadow = max(1.0 - max(beyond, 0.0) / (0.09 * min(size.x, size.y)), 0.0) * min(x * 8.0, 1.0);
+    float shadow = max(1.0 - max(beyond, 0.0) * (11.0 / min(size.x, size.y)), 0.0) * min(x * 8.0, 1.0);
     vec4 last = readPixel(0, ivec2(below)) * vec4(vec3(1.0 - 0.55 * shadow * shadow), 1.0);
     return beyond < 0.0 ? next : last;
 }
 
 vec4 QVSliceTransitionMTIFilter(vec2 uv) {
     vec2 size = outputSize();
-    vec4 color = MEAN_OVER_SHUTTER(scene, uv * size, progress, shutterAt(progress, 0.03), evenShift(pixelHere()), 0.0);
+    float moment = relaxed(progress), shut = shutterAt(moment, 0.025);
+    vec4 color = MEAN_OVER_SHUTTER(scene, uv * size, moment, shut, evenShift(pixelHere()), 0.0);
     return mix(color, readInput(1, uv), settled(progress, size));
 }

@@ -14,7 +14,7 @@ vec4 tap(Whirl whirl, vec2 place, float later) {
 
 vec4 QVSmoothZoomTransitionMTIFilter(vec2 uv) {
     vec2 size = outputSize();
-    vec2 whole = vec2(type == 1 || type == 3 ? -2.0 : 2.0, 0.0);
+    vec2 whole = vec2(type == 1 || type == 3 ? -1.8 : 1.8, 0.0);
     Whirl whirl = whirlOf(progress, whole, type == 2 || type == 3, 0.5 * size, size);
     float shut = shutterAt(progress, 0.045);
     vec4 color = MEAN_OVER_SHUTTER(SCENE, uv * size, 0.0, shut, evenShift(pixelHere()), 0.6);

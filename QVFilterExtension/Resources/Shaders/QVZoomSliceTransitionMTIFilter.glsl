@@ -7,9 +7,10 @@ selector int type;       // 0 columns inwards, 1 rows inwards, 2 columns outward
 vec4 scene(vec2 place, float moment) {
     const float kStrips = 4.0, kWait = 0.7;
     vec2 size = outputSize();
-    vec2 at = place / size;
-    float across = type == 1 || type == 3 ? at.y : type == 4 ? (place.x + place.y) / (size.x + size.y) : at.x;
-    float late = kWait * floor(across * kStrips) / (kStrips - 1.0);
+    float across = place.x * (1.0 / size.x);
+    if (type == 1 || type == 3) across = place.y * (1.0 / size.y);
+    if (type == 4) across = (place.x + place.y) * (1.0 / (size.x + size.y));
+    float late = floor(across * kStrips) * (kWait / (kStrips - 1.0));
     float x = clamp(moment * (1.0 + kWait) - late, 0.0, 1.0);
     float moved = x * x * (3.0 - 2.0 * x);
     bool incoming = moved >= 0.5;
@@ -24,6 +25,7 @@ vec4 scene(vec2 place, float moment) {
 
 vec4 QVZoomSliceTransitionMTIFilter(vec2 uv) {
     vec2 size = outputSize();
-    vec4 color = MEAN_OVER_SHUTTER(scene, uv * size, progress, shutterAt(progress, 0.025), evenShift(pixelHere()), 0.3);
+    float moment = relaxed(progress), shut = shutterAt(moment, 0.022);
+    vec4 color = MEAN_OVER_SHUTTER(scene, uv * size, moment, shut, evenShift(pixelHere()), 0.3);
     return mix(withinAlpha(color), readInput(1, uv), settled(progress, size));
 }

@@ -24,7 +24,7 @@ vec2 whirled(Whirl whirl, vec2 place, float later) {
     vec2 z = -later * whirl.rate;
     vec2 grown = vec2(1.0 + z.x + 0.5 * (z.x * z.x - z.y * z.y), z.y + z.x * z.y);  // exp(z) to the second order
     vec2 from = whirl.pivot + complexProduct(complexProduct(whirl.turn, grown), place - whirl.pivot);
-    vec2 copies = floor(from / whirl.frame);
+    vec2 copies = floor(from * (1.0 / whirl.frame));
     vec2 odd = copies - 2.0 * floor(copies * 0.5);
     from -= copies * whirl.frame;
     return mix(from, whirl.frame - from, odd);
