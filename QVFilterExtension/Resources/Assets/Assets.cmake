@@ -4,6 +4,8 @@ set(QV_ASSET_SOURCES ${PROJECT_SOURCE_DIR}/QVFilterExtension/Resources/Assets)
 
 file(GLOB EFFECT_PICTURE_SOURCES CONFIGURE_DEPENDS ${QV_ASSET_SOURCES}/EffectPictures/*.cpp)
 qv_add_asset_program(EffectPictures ${QV_BUNDLE} ${EFFECT_PICTURE_SOURCES})
+file(GLOB FILM_FRAME_SOURCES CONFIGURE_DEPENDS ${QV_ASSET_SOURCES}/FilmFrames/*.cpp)
+qv_add_asset_program(FilmFrames ${QV_BUNDLE} ${FILM_FRAME_SOURCES})
 file(GLOB FONT_SOURCES CONFIGURE_DEPENDS ${QV_ASSET_SOURCES}/Fonts/*.cpp)
 qv_add_asset_program(Fonts ${QV_BUNDLE} ${FONT_SOURCES})
 qv_add_asset_program(LightLeaks ${QV_BUNDLE})
