@@ -17,12 +17,12 @@ float leak(float across, float at, float width) {
 vec4 QVColorFlashTransitionMTIFilter(vec2 uv) {
     // Slow at both ends; the lines hang and bend.
     float eased = progress * progress * (3.0 - 2.0 * progress);
-    float sweep = mix(-0.55, 1.55, eased);
+    float sweep = mix(-0.41, 1.47, mix(progress, eased, 0.6));
     vec2 fromCenter = uv - 0.5;
     float bend = fromCenter.y * fromCenter.y;
-    float across = uv.x - 0.3 * fromCenter.y / max(ratio, 0.6) + 0.25 * bend;
+    float across = uv.x - 0.3 * fromCenter.y / max(ratio, 1.0) + 0.25 * bend;
 
-    float taken = smoothstep(-0.3, 0.3, sweep - across);
+    float taken = smoothstep(-0.25, 0.25, sweep - across);
     vec4 picture = mix(readHere(0), readHere(1), taken);
 
     float middle = progress * (1.0 - progress) * 4.0;

@@ -10,10 +10,13 @@ float remaining(float brightness, float time) {
     return left * left * (3.0 - 2.0 * left);
 }
 
+// A clip's own time: a progress that is eased hard leaves it the middle of the passage only, which is spread here.
+float timeOf(float progress) { return sqrt(min(progress * 1.12, 1.0)); }
+
 vec4 QVDarkDissolveTransitionMTIFilter(vec2 uv) {
     vec4 outgoing = readHere(0), incoming = readHere(1);
-    float sinking = remaining(luma(outgoing.rgb), min(progress * 1.6, 1.0));
-    float rising = remaining(luma(incoming.rgb), min((1.0 - progress) * 1.6, 1.0));
+    float sinking = remaining(luma(outgoing.rgb), timeOf(progress));
+    float rising = remaining(luma(incoming.rgb), timeOf(1.0 - progress));
     vec4 lower = outgoing * sinking, upper = incoming * rising;
     float alpha = mix(outgoing.a, incoming.a, progress);
     return vec4(min(lower.rgb + upper.rgb * (1.0 - lower.rgb), vec3(alpha)), alpha);

@@ -54,7 +54,7 @@ vec4 QVGlitchTransitionMTIFilter(vec2 uv) {
     vec3 levels = floor(color.rgb * 5.0 + 0.5) * 0.2;
     color.rgb = mix(color.rgb, levels, hit * step(block.w, 0.5));
     color.rgb = mix(color.rgb, color.gbr, broken * step(crumb.w, 0.3));
-    color.rgb *= 1.0 + torn * (thin.w - 0.3) * 0.9;
+    color.rgb *= 1.0 + torn * (thin.w - 0.4) * 0.6;
     color.rgb = clamp(color.rgb, 0.0, color.a);
 
     vec4 still = mix(readHere(0), readHere(1), incoming);

@@ -18,7 +18,7 @@ float alongLines(float y, float tick, float seed) {
 vec4 QVTVNoiseTransitionMTIFilter(vec2 uv) {
     vec2 frame = inputSize(0);
     float time = start + progress * duration, tick = timeSlot(time, 25.0);
-    float lost = smoothstep(0.0, 0.4, progress) * (1.0 - smoothstep(0.6, 1.0, progress));
+    float lost = smoothstep(0.0, 0.5, progress) * (1.0 - smoothstep(0.5, 1.0, progress));
     float unit = unitPixels(frame);
 
     // The vertical hold slips faster and faster, and catches slower and slower.

@@ -9,7 +9,7 @@ vec4 QVWhiteFlashTransitionMTIFilter(vec2 uv) {
     float side = step(kPeak, progress);
     // 0 no light, 1 all white.
     float rise = progress / kPeak, fall = (1.0 - progress) / (1.0 - kPeak);
-    float light = mix(rise * rise * rise, fall * fall * fall, side);
+    float light = mix(rise * rise, fall * fall * (0.4 + 0.6 * fall), side);
     vec4 picture = mix(readHere(0), readHere(1), side);
 
     // In stops; the reds follow the light closest, so that what glows is warm.
