@@ -1,6 +1,7 @@
 // Pieces of the outgoing clip turn away; the incoming one lies beneath and comes to rest. Rings turn on and bring it along.
 #include "easing.glsl"
 #include "motion.glsl"
+#include "passage.glsl"
 #include "shutter.glsl"
 
 uniform float progress;

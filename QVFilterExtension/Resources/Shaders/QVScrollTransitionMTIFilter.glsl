@@ -1,4 +1,5 @@
 // The clips pushed through the frame like a strip of film, smeared along their way.
+#include "passage.glsl"
 #include "shutter.glsl"
 
 uniform float progress;   // eased

@@ -1,5 +1,6 @@
 // Strips of the incoming clip slide over the outgoing one, which gives way a little and lies in their shadow.
 #include "easing.glsl"
+#include "passage.glsl"
 #include "shutter.glsl"
 
 uniform float progress;  // eased

@@ -1,4 +1,5 @@
 // One swing through both clips about a point beyond the frame, smeared along its arcs.
+#include "passage.glsl"
 #include "shutter.glsl"
 #include "whirl.glsl"
 

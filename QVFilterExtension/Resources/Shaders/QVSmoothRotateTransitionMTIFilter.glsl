@@ -1,4 +1,5 @@
 // One turn through both clips, smeared along its arcs.
+#include "passage.glsl"
 #include "shutter.glsl"
 #include "whirl.glsl"
 

@@ -1,4 +1,5 @@
 // One zoom through both clips, smeared and with the colour fringes of a lens towards the rim.
+#include "passage.glsl"
 #include "shutter.glsl"
 #include "whirl.glsl"
 

@@ -1,6 +1,7 @@
 // Ripples run outwards from the middle, bend the picture, catch the light, and turn the outgoing clip into the incoming one.
 #include "easing.glsl"
 #include "frame.glsl"
+#include "passage.glsl"
 #include "wave.glsl"
 
 uniform float progress;  // eased
@@ -11,7 +12,7 @@ vec4 QVWaveTransitionMTIFilter(vec2 uv) {
     vec2 aspect = vec2(max(ratio, 1.0), max(1.0 / ratio, 1.0));  // the shorter side is 1
     vec2 away = (uv - 0.5) * aspect;
     float squared = dot(away, away), reciprocal = inversesqrt(squared + 1e-3);
-    float front = mix(-kReach, 0.5 * length(aspect) + kReach, progress) - squared * reciprocal;  // positive behind it
+    float front = mix(-kReach, 0.5 * length(aspect) + kReach, relaxed(progress)) - squared * reciprocal;  // positive behind it
     float envelope = max(1.0 - abs(front) * (1.0 / kReach), 0.0);
     vec2 slope = away * (reciprocal * envelope * envelope * wave(front * 6.0 + 0.25));
     vec2 bent = mirrorAtEdges(uv + slope * (0.07 / aspect));

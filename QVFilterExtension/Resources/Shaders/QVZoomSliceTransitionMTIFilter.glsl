@@ -1,4 +1,5 @@
 // Strips of the picture zoom one after the other and change clips at their fastest. Outside a frame lies its mirror image.
+#include "passage.glsl"
 #include "shutter.glsl"
 
 uniform float progress;  // eased
