@@ -13,7 +13,7 @@ vec4 QVWhiteFlashTransitionMTIFilter(vec2 uv) {
     vec4 picture = mix(readHere(0), readHere(1), side);
 
     // In stops; the reds follow the light closest, so that what glows is warm.
-    vec3 gain = exp2(vec3(5.4, 4.9, 4.3) * light);
+    vec3 gain = exp2(vec3(7.2, 6.6, 5.9) * light);
     // The lens scatters some of it all over the frame, most in the middle.
     vec2 fromCenter = uv - 0.5;
     float veil = light * light * (1.25 - 1.1 * dot(fromCenter, fromCenter));
