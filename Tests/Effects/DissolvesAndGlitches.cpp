@@ -1,0 +1,222 @@
+// Dissolves, glitches, flashes and the torn line: what they hand to their shaders, and what these make of it.
+
+#include <algorithm>
+#include <array>
+#include <numeric>
+
+#include "Platform/ImageGraph/ImageNode.h"
+#include "QVFilterCore/QVTransitionMTIFilter.h"
+#include "QVFilterExtension/MTIFilters/Transition/Paper/QVPaperDivisionFilter.h"
+#include "Tests/Support/TestEffect.h"
+
+namespace qv::test {
+namespace {
+
+constexpr Pixel kFirst{0.8f, 0.5f, 0.2f, 1}, kSecond{0.2f, 0.6f, 0.9f, 1};
+
+std::unique_ptr<QVTransitionMTIFilter> passage(std::string_view shortName, const MTIImage& first,
+                                               const MTIImage& second) {
+    auto filter = makeEffect<QVTransitionMTIFilter>("QV" + std::string(shortName) + "TransitionMTIFilter");
+    filter->setInputImage1(first);
+    filter->setInputImage2(second);
+    return filter;
+}
+
+Picture frameAt(QVTransitionMTIFilter& filter, float progress) {
+    filter.setProgress(progress);
+    return render(filter.outputImage());
+}
+
+/// The value of a uniform of the one pass of a function in the graph.
+float uniformOf(const MTIImage& image, std::string_view function, std::string_view name) {
+    for (const ImageNode* node : evaluationOrder(image)) {
+        const auto* pass = std::get_if<KernelPass>(&node->operation);
+        if (pass && pass->kernel->fragmentFunctionDescriptor().name == function)
+            if (const MTIValue* value = pass->parameters.find(name)) return std::get<float>(*value);
+    }
+    return NAN;
+}
+
+double mean(const Picture& picture) {
+    return std::accumulate(picture.values.begin(), picture.values.end(), 0.0) / double(picture.values.size());
+}
+
+TEST(DissolvesAndGlitches, KeysAndTheirOrder) {
+    using Keys = std::vector<std::string>;
+    const Keys plain{"progress", "start", "duration", "ratio"};
+    const Keys sized{"progress", "start", "duration", "ratio", "inputSize"};
+    const struct {
+        const char* name;
+        Keys keys;
+        float sent;  ///< progress at 0.25; the cubic ease gives 4/64
+    } classes[] = {{"Glitch", sized, 0.25f},         {"GlitchSimple", sized, 0.25f},
+                   {"GlitchPixel", sized, 0.25f},    {"TVNoise", sized, 0.25f},
+                   {"WhiteFlash", plain, 0.25f},     {"ColorFlash", plain, 0.25f},
+                   {"DarkDissolve", plain, 0.0625f}, {"BrightDissolve", plain, 0.0625f}};
+    for (const auto& each : classes) {
+        SCOPED_TRACE(each.name);
+        const auto filter = passage(each.name, plainImage(64, 32, kFirst), plainImage(10, 10, kSecond));
+        filter->setProgress(0.25f);
+        filter->setTimeRange({{900, 600}, {450, 600}});
+        Keys keys;
+        const MTIParameters uniforms = filter->parameters();
+        for (const auto& [name, value] : uniforms) keys.push_back(name);
+        EXPECT_EQ(keys, each.keys);
+        const std::pair<const char*, float> values[] = {
+            {"progress", each.sent}, {"start", 1.5f}, {"duration", 0.75f}, {"ratio", 2.0f}};
+        for (const auto& [name, value] : values)
+            EXPECT_EQ(std::get<float>(*uniforms.find(name)), value) << name;
+        if (keys.size() == 5) {
+            EXPECT_EQ(std::get<MTIVector>(*uniforms.find("inputSize")), (MTIVector{64, 32}));
+        }
+        EXPECT_EQ(filter->outputImage().size(), (CGSize{64, 32}));
+    }
+    // Glitches send the linear progress beside an eased one of their own.
+    EXPECT_EQ(passage("Glitch", {}, {})->newProgress(), 0);
+}
+
+TEST(DissolvesAndGlitches, BrightColorDissolveAddsTheClips) {
+    const auto filter = passage("BrightColorDissolve", plainImage(4, 4, kFirst), plainImage(4, 4, kSecond));
+    for (const auto& [progress, first, second] : {std::array{0.f, 1.f, 0.f},
+                                                  {0.25f, 1.f, 0.5f},
+                                                  {0.5f, 1.f, 1.f},
+                                                  {0.75f, 0.5f, 1.f},
+                                                  {1.f, 0.f, 1.f}}) {
+        const Pixel p = frameAt(*filter, progress).at(2, 2);
+        // Where one clip is half there, its share is added and cut, the rest of the other stays.
+        for (std::size_t c = 0; c < 3; ++c) {
+            const float expected = first * second * std::min(kFirst[c] + kSecond[c], 1.f) +
+                                   first * (1 - second) * kFirst[c] + second * (1 - first) * kSecond[c];
+            EXPECT_NEAR(p[c], expected, 1.5 / 255) << progress;
+        }
+    }
+    filter->setProgress(0.3f);
+    EXPECT_EQ(uniformOf(filter->outputImage(), "MTIOpacity", "opacity"), 0.6f);
+    // In single precision, 2 (1 − 0.9f) is another number.
+    filter->setProgress(0.9f);
+    EXPECT_EQ(uniformOf(filter->outputImage(), "MTIOpacity", "opacity"), 0.20000005f);
+}
+
+TEST(DissolvesAndGlitches, BlackAndWhiteDissolveDarkensThenColors) {
+    const auto filter = passage("BWDissolve", plainImage(4, 4, kFirst), plainImage(4, 4, kSecond));
+    const float grey = 0.2126f * 0.2f + 0.7152f * 0.6f + 0.0722f * 0.9f;
+    const struct {
+        float progress, first, second, color;  ///< opacities of the clips, and how much colour the second has
+    } moments[] = {{0, 1, 0, 0},    {0.35f, 1, 0.5f, 0},    {std::nextafter(0.7f, 0.f), 1, 1, 0},
+                   {0.7f, 1, 1, 0}, {0.85f, 0.5f, 1, 0.5f}, {1, 0, 1, 1}};
+    for (const auto& each : moments) {
+        const Pixel p = frameAt(*filter, each.progress).at(1, 1);
+        for (std::size_t c = 0; c < 3; ++c) {
+            const float second = grey + (kSecond[c] - grey) * each.color;
+            const float both = each.first * each.second;
+            const float expected = both * std::min(kFirst[c], second) +
+                                   each.first * (1 - each.second) * kFirst[c] +
+                                   each.second * (1 - each.first) * second;
+            EXPECT_NEAR(p[c], expected, 2.0 / 255) << each.progress;
+        }
+    }
+    filter->setProgress(0.8f);  // (1 − 0.800000012) / 0.30000000000000004
+    EXPECT_EQ(uniformOf(filter->outputImage(), "MTIOpacity", "opacity"), 0.66666663f);
+    filter->setInputImage1({});
+    EXPECT_FALSE(filter->outputImage());
+}
+
+TEST(DissolvesAndGlitches, DissolvesThroughDarkAndLightGoByBrightness) {
+    const MTIImage dim = plainImage(8, 8, {0.25f, 0.25f, 0.25f, 1}),
+                   lit = plainImage(8, 8, {0.8f, 0.8f, 0.8f, 1});
+    const auto lost = [&](const char* name, const MTIImage& from, const MTIImage& to, float progress,
+                          float start) {
+        const float now = frameAt(*passage(name, from, to), progress).at(4, 4)[0];
+        return (start - now) / start;
+    };
+    const MTIImage black = plainImage(8, 8, {0, 0, 0, 1}), white = plainImage(8, 8, {1, 1, 1, 1});
+    EXPECT_GT(lost("DarkDissolve", dim, black, 0.4f, 0.25f),
+              lost("DarkDissolve", lit, black, 0.4f, 0.8f) + 0.1);
+    // Towards white, counted in what lacks to it.
+    const auto gained = [&](const MTIImage& from, float start) {
+        return (frameAt(*passage("BrightDissolve", from, white), 0.4f).at(4, 4)[0] - start) / (1 - start);
+    };
+    EXPECT_GT(gained(lit, 0.8f), gained(dim, 0.25f) + 0.1);
+
+    const MTIImage scene = sceneImage(64, 36);
+    const double rest = mean(render(scene));
+    EXPECT_LT(mean(frameAt(*passage("DarkDissolve", scene, scene), 0.5f)), rest - 0.15);
+    EXPECT_GT(mean(frameAt(*passage("BrightDissolve", scene, scene), 0.5f)), rest + 0.15);
+    EXPECT_GT(mean(frameAt(*passage("WhiteFlash", scene, scene), 0.36f)), 0.98);
+}
+
+TEST(DissolvesAndGlitches, GlitchesHoldForAStepAndRestAtTheEnds) {
+    const MTIImage first = sceneImage(96, 54);
+    const MTIImage second = MTIImage::imageWithBitmap(makeBitmap(96, 54, [](int x, int y) {
+        return Pixel{float(x % 16) / 16, float(y % 9) / 9, 0.5f, 1};
+    }));
+    const Picture before = render(first), after = render(second);
+    for (const char* name : {"Glitch", "GlitchSimple"}) {
+        SCOPED_TRACE(name);
+        const auto filter = passage(name, first, second);
+        // Fourteen steps: from 7/14 to 8/14, and the first and last to 1/14 and from 13/14.
+        const Picture step = frameAt(*filter, 0.505f);
+        EXPECT_EQ(frameAt(*filter, 0.565f).values, step.values);
+        EXPECT_GT(meanDifference(frameAt(*filter, 0.58f), step), 0.02);
+        EXPECT_GT(std::min(meanDifference(step, before), meanDifference(step, after)), 0.02);
+        EXPECT_LE(worstDifference(frameAt(*filter, 0.07f), before), 0.5 / 255);
+        EXPECT_LE(worstDifference(frameAt(*filter, 0.93f), after), 0.5 / 255);
+        // At another place of the timeline the signal breaks otherwise.
+        filter->setTimeRange({{6000, 600}, {600, 600}});
+        EXPECT_GT(meanDifference(frameAt(*filter, 0.505f), step), 0.02);
+    }
+}
+
+TEST(DissolvesAndGlitches, SnowAndBlocksHideBothClips) {
+    const MTIImage flat = plainImage(192, 108, {0.4f, 0.4f, 0.4f, 1});
+    const Picture snow = frameAt(*passage("TVNoise", flat, flat), 0.5f);
+    double difference = 0;
+    for (int y = 0; y < 108; ++y)
+        for (int x = 2; x < 190; ++x) difference += std::abs(snow.at(x, y)[0] - snow.at(x + 2, y)[0]);
+    EXPECT_GT(difference / (108 * 188), 0.1);
+
+    // In the middle the blocks are a fifth of the shorter side: few colours are left in a row.
+    const Picture blocks = frameAt(*passage("GlitchPixel", sceneImage(180, 180), sceneImage(180, 180)), 0.5f);
+    int changes = 0;
+    for (int x = 1; x < 180; ++x) changes += blocks.at(x, 90) != blocks.at(x - 1, 90);
+    EXPECT_GE(changes, 2);
+    EXPECT_LE(changes, 60);
+}
+
+TEST(DissolvesAndGlitches, PaperIsTornAlongTheLine) {
+    QVPaperDivisionFilter filter;
+    EXPECT_EQ(filter.parameters(), (MTIParameters{{"topPoint", MTIVector()}, {"botPoint", MTIVector()}}));
+    for (const auto& [width, height] : {std::pair{640, 360}, {360, 640}}) {
+        SCOPED_TRACE(width);
+        filter.setInputImage1(plainImage(width, height, {0.1f, 0.3f, 0.1f, 1}));
+        filter.setInputImage2(plainImage(width, height, {0.1f, 0.1f, 0.3f, 1}));
+        filter.setPointTopVector({0.3f, 0});
+        filter.setPointBotVector({0.7f, 1});
+        const Picture torn = render(filter.outputImage());
+        for (int y = 0; y < height; ++y) {
+            // The tear wanders by a thirtieth of the shorter side; its paper is white somewhere in every row.
+            const double line = (0.3 + 0.4 * (y + 0.5) / height) * width;
+            int paperEnd = -1;
+            for (int x = 0; x < width; ++x) {
+                const Pixel p = torn.at(x, y);
+                if (p[0] > 0.4) paperEnd = x;
+                if (x < line - 20) {
+                    ASSERT_NEAR(p[1], 0.3, 1.0 / 255) << x << ", " << y;
+                }
+                if (x > line + 50) {
+                    ASSERT_NEAR(p[2], 0.3, 1.0 / 255) << x << ", " << y;
+                }
+            }
+            ASSERT_NEAR(paperEnd, line, 20) << y;
+            // Beside the paper the other piece lies in its shadow.
+            ASSERT_LT(torn.at(paperEnd + 4, y)[2], 0.25) << y;
+        }
+        filter.setPointBotVector(filter.pointTopVector());
+        const Picture upright = render(filter.outputImage());
+        EXPECT_NEAR(upright.at(2, height - 3)[1], 0.3, 1.0 / 255);
+        EXPECT_NEAR(upright.at(width - 2, 3)[2], 0.3, 1.0 / 255);
+    }
+}
+
+}  // namespace
+}  // namespace qv::test

@@ -1,0 +1,197 @@
+// The film transition, the passes that its family is made of, and the frame around the film.
+
+#include "Platform/ImageGraph/ImageNode.h"
+#include "Platform/Media/ImageFile.h"
+#include "QVFilterCore/QVResourceBundle.h"
+#include "QVFilterExtension/MTIFilters/Transition/QVFilmRadiusFrameFilter.h"
+#include "QVFilterExtension/MTIFilters/Transition/QVFilmRadiusTransitionMTIFilter.h"
+#include "QVFilterExtension/MTIFilters/Transition/QVFilmTransitionExposureFilter.h"
+#include "QVFilterExtension/MTIFilters/Transition/QVFilmTransitionMotionBlurFilter.h"
+#include "QVFilterExtension/MTIFilters/Transition/QVFilmTransitionRotationBlurFilter.h"
+#include "Tests/Media/TemporaryFolder.h"
+#include "Tests/Support/TestEffect.h"
+
+namespace qv::test {
+namespace {
+
+/// Names of the graph's passes, inputs first.
+std::vector<std::string> passesOf(const MTIImage& image) {
+    std::vector<std::string> names;
+    for (const ImageNode* node : evaluationOrder(image))
+        if (const auto* pass = std::get_if<KernelPass>(&node->operation))
+            names.push_back(pass->kernel->fragmentFunctionDescriptor().name);
+    return names;
+}
+
+TEST(FilmTransitions, TheFilmJumpsAsideAndSettles) {
+    QVFilmRadiusTransitionMTIFilter film;
+    EXPECT_FALSE(film.outputImage());
+    film.setInputImage1(sceneImage(100, 60));
+    EXPECT_FALSE(film.outputImage());
+    film.setInputImage2(sceneImage(60, 60));
+
+    const std::pair<double, double> places[] = {
+        {0, 0},   {0.52, 0}, {0.5200001, 30}, {0.5599999, 30}, {0.56, 2},      {0.5999999, 2},
+        {0.6, 0}, {0.64, 0}, {0.6400001, -2}, {0.68, -2},      {0.6800001, 0}, {1, 0}};
+    for (const auto& [progress, shift] : places) {
+        const CGAffineTransform jump = film.getTranslationTransformWithProgress(progress);
+        EXPECT_EQ(jump, CGAffineTransformTranslate(CGAffineTransformIdentity, shift, 0)) << progress;
+    }
+
+    const std::vector<std::string> still{"QVFilmRadiusTransitionMTIFilter"}, moved{still[0], "MTITransform"};
+    const std::vector<std::string> jammed{still[0], "QVFilmBoxBlurFilter", "MTITransform",
+                                          "QVFilmTransitionRadiusBlackFrameFilter"};
+    // 0.52f lies below 0.52 and 0.56f above 0.56; 0.6f above 0.6, 0.64f below 0.64, 0.68f above 0.68.
+    const std::pair<float, const std::vector<std::string>&> moments[] = {{0.1f, still},
+                                                                         {0.52f, still},
+                                                                         {std::nextafter(0.52f, 1.f), jammed},
+                                                                         {0.54f, jammed},
+                                                                         {std::nextafter(0.56f, 0.f), jammed},
+                                                                         {0.56f, moved},
+                                                                         {0.6f, still},
+                                                                         {0.64f, still},
+                                                                         {std::nextafter(0.64f, 1.f), moved},
+                                                                         {std::nextafter(0.68f, 0.f), moved},
+                                                                         {0.68f, still},
+                                                                         {0.7f, still}};
+    for (const auto& [progress, passes] : moments) {
+        film.setProgress(progress);
+        const MTIImage output = film.outputImage();
+        EXPECT_EQ(passesOf(output), passes) << progress;
+        EXPECT_EQ(output.size(), (CGSize{100, 60}));
+    }
+    film.setProgress(0.54f);
+    const MTIImage output = film.outputImage();
+    for (const ImageNode* node : evaluationOrder(output)) {
+        const auto* pass = std::get_if<KernelPass>(&node->operation);
+        if (!pass || pass->kernel->fragmentFunctionDescriptor().name != "QVFilmBoxBlurFilter") continue;
+        EXPECT_EQ(pass->parameters, (MTIParameters{{"progress", 0.6f}}));
+        EXPECT_EQ(node->inputs[0], node->inputs[1]);
+    }
+    const Picture jump = render(output);
+    EXPECT_EQ(jump.at(15, 30), (Pixel{0, 0, 0, 1})) << "where the film has left the gate";
+    EXPECT_EQ(jump.at(99, 0), (Pixel{0, 0, 0, 1})) << "outside the gate's round corner";
+    EXPECT_GT(jump.at(70, 30)[0], 0.05);
+}
+
+TEST(FilmTransitions, AssistFiltersTakeOneFrameAndOneValue) {
+    QVFilmTransitionExposureFilter exposure;
+    QVFilmTransitionRotationBlurFilter rotation;
+    QVFilmTransitionMotionBlurFilter motion;
+    QVFilmRadiusFrameFilter frame;
+    exposure.setExposureValue(0.1), rotation.setBlurFilterValue(0.2), motion.setBlurRadius(0.3),
+        frame.setZoomValue(0.4);
+    const std::pair<QVTransitionMTIFilter*, MTIParameters> filters[] = {
+        {&exposure, {{"exposureValue", 0.1f}}},
+        {&rotation, {{"blurValue", 0.2f}}},
+        {&motion, {{"radius", 0.3f}}},
+        {&frame, {{"zoomValue", 0.4f}}}};
+    for (const auto& [filter, uniforms] : filters) {
+        EXPECT_EQ(filter->parameters(), uniforms);
+        EXPECT_FALSE(filter->outputImage());
+        filter->setInputImage2(sceneImage(8, 8));
+        EXPECT_FALSE(filter->outputImage()) << "the incoming frame does not count";
+        filter->setInputImage1(sceneImage(90, 60));
+        const MTIImage output = filter->outputImage();
+        ASSERT_TRUE(output);
+        EXPECT_EQ(output.node()->inputs.size(), 1u);
+        EXPECT_EQ(output.size(), (CGSize{90, 60}));
+    }
+    const Picture scene = render(sceneImage(90, 60));
+    exposure.setExposureValue(0), rotation.setBlurFilterValue(0), motion.setBlurRadius(0),
+        frame.setZoomValue(0);
+    for (QVTransitionMTIFilter* filter :
+         std::initializer_list<QVTransitionMTIFilter*>{&exposure, &rotation, &motion})
+        EXPECT_LE(worstDifference(render(filter->outputImage()), scene), 0.01 / 255)
+            << filter->filterClass().name << " at rest";
+    EXPECT_EQ(render(frame.outputImage()).at(45, 30), scene.at(45, 30));
+}
+
+TEST(FilmTransitions, PicturesOfTheAssistFilters) {
+    // A stop doubles the light, that is 2^(1/2.2) in gamma encoded shadows; white stays white.
+    QVFilmTransitionExposureFilter exposure;
+    exposure.setExposureValue(1);
+    for (const auto& [code, expected] :
+         {std::pair{0.02f, 0.02f * std::pow(2.f, 1 / 2.2f)}, {1.f, 1.f}, {0.f, 0.f}}) {
+        exposure.setInputImage1(plainImage(4, 4, {code, code, code, 1}));
+        EXPECT_NEAR(render(exposure.outputImage()).at(1, 1)[0], expected, 0.6 / 255);
+    }
+    // A vertical blur keeps what does not change downwards, and levels what does.
+    const auto stripes = [](bool upright) {
+        return MTIImage::imageWithBitmap(makeBitmap(64, 64, [=](int x, int y) {
+            const float tone = float(((upright ? x : y) / 4) % 2);
+            return Pixel{tone, tone, tone, 1};
+        }));
+    };
+    QVFilmTransitionMotionBlurFilter motion;
+    motion.setBlurRadius(150);
+    motion.setInputImage1(stripes(true));
+    EXPECT_EQ(render(motion.outputImage()).values, render(stripes(true)).values);
+    motion.setInputImage1(stripes(false));
+    EXPECT_LT(meanDifference(render(motion.outputImage()), render(plainImage(64, 64, {0.5f, 0.5f, 0.5f, 1}))),
+              0.12);
+    // A turn about the middle keeps a disc, and moves a spot aside of it.
+    QVFilmTransitionRotationBlurFilter rotation;
+    rotation.setBlurFilterValue(1);
+    rotation.setInputImage1(MTIImage::imageWithBitmap(makeBitmap(80, 60, [](int x, int y) {
+        const bool disc = std::hypot(x - 39.5, y - 29.5) < 10, spot = std::hypot(x - 64.0, y - 29.5) < 3;
+        return Pixel{disc || spot ? 1.f : 0.f, 0, 0, 1};
+    })));
+    const Picture turned = render(rotation.outputImage());
+    EXPECT_EQ(turned.at(43, 26)[0], 1);
+    EXPECT_LT(turned.at(64, 29)[0], 0.6);
+    EXPECT_GT(turned.at(63, 38)[0] + turned.at(63, 37)[0] + turned.at(64, 38)[0], 0.1) << "along the circle";
+    EXPECT_EQ(turned.at(39, 54)[0], 0) << "farther round than half the angle";
+}
+
+TEST(FilmTransitions, BoxBlurIsACrossFadeThatIsSharpAtItsEnds) {
+    QVFilmBoxBlurFilter blur;
+    const MTIImage first = sceneImage(96, 54), second = plainImage(96, 54, {0.2f, 0.9f, 0.4f, 1});
+    blur.setInputImage1(first);
+    EXPECT_FALSE(blur.outputImage()) << "both clips are needed";
+    blur.setInputImage2(second);
+    for (const auto& [progress, end] : {std::pair{0.f, first}, {1.f, second}}) {
+        blur.setProgress(progress);
+        EXPECT_LE(worstDifference(render(blur.outputImage()), render(end)), 0.01 / 255);
+    }
+    blur.setInputImage1(plainImage(96, 54, {0.6f, 0.1f, 0.8f, 1}));
+    blur.setProgress(0.25f);
+    EXPECT_EQ(blur.parameters(), (MTIParameters{{"progress", 0.25f}}));
+    const Pixel mixed = render(blur.outputImage()).at(50, 20);
+    EXPECT_NEAR(mixed[0], 0.5, 1.0 / 255);
+    EXPECT_NEAR(mixed[1], 0.3, 1.0 / 255);
+}
+
+TEST(FilmTransitions, FrameIsFittedOncePerSizeAndKeepsItsPerforations) {
+    const TemporaryFolder folder;
+    // A strip above and below with a square hole in its left corner; the middle is clear.
+    const Bitmap asset = makeBitmap(480, 270, [](int x, int y) {
+        const bool strip = y < 50 || y >= 220, hole = x >= 4 && x < 20 && y >= 10 && y < 26;
+        return Pixel{0, 0, 0, strip && !hole ? 1.f : 0.f};
+    });
+    std::string error;
+    ASSERT_TRUE(writePNG(asset, folder / "transitions_flim_06.png", &error)) << error;
+    setResourceBundlePath(folder / "");
+    QVFilmRadiusTransitionMTIFilter film, other;
+    EXPECT_FALSE(film.frameImage());
+    const auto frameFor = [](QVFilmRadiusTransitionMTIFilter& filter, int width, int height) {
+        filter.setInputImage1(plainImage(width, height, {0, 0, 0, 1}));
+        return filter.frameImage();
+    };
+    const MTIImage upright = frameFor(film, 240, 400), wide = frameFor(film, 480, 270);
+    setResourceBundlePath("");
+    EXPECT_EQ(upright.size(), (CGSize{240, 400}));
+    // Half as wide: so are the hole and the strips, and only the clear middle is higher.
+    const Picture picture = render(upright);
+    EXPECT_LT(picture.at(6, 9)[3], 0.1);
+    EXPECT_GT(picture.at(12, 9)[3], 0.9);
+    EXPECT_GT(picture.at(120, 20)[3], 0.9);
+    EXPECT_LT(picture.at(120, 30)[3], 0.1);
+    EXPECT_LT(picture.at(120, 370)[3], 0.1);
+    EXPECT_GT(picture.at(120, 380)[3], 0.9);
+    EXPECT_EQ(frameFor(other, 240, 400), upright) << "shared by all instances, for two sizes";
+    EXPECT_EQ(frameFor(other, 480, 270), wide);
+}
+
+}  // namespace
+}  // namespace qv::test
