@@ -12,8 +12,10 @@ namespace qv {
 /// Interpolation", 1980): it never leaves the range of the two points it lies between.
 class PGCurve {
   public:
+    /// Number of points.
     static constexpr std::size_t kPoints = 5;
 
+    /// The output at each point, percent.
     double blacksLevel() const { return levels_[0]; }
     void setBlacksLevel(double level) { levels_[0] = level; }
     double shadowsLevel() const { return levels_[1]; }
@@ -25,6 +27,7 @@ class PGCurve {
     double whitesLevel() const { return levels_[4]; }
     void setWhitesLevel(double level) { levels_[4] = level; }
 
+    /// All of them, from blacks to whites.
     const std::array<double, kPoints>& levels() const { return levels_; }
     /// The output 0..1 for an input 0..1; inputs are clamped, and so are levels outside 0..100.
     double valueAt(double input) const;
@@ -41,6 +44,7 @@ class PGCurvesToolValue {
     /// Straight curves.
     static PGCurvesToolValue defaultValue() { return {}; }
 
+    /// The curve of the luma.
     PGCurve& luminanceCurve() { return luminanceCurve_; }
     const PGCurve& luminanceCurve() const { return luminanceCurve_; }
 

@@ -14,6 +14,7 @@ class QVAIEffectMTIFilter : public QVEffectMTIFilter {
     explicit QVAIEffectMTIFilter(const QVFilterClass& filterClass = QVAIEffectMTIFilterClass)
         : QVEffectMTIFilter(filterClass) {}
 
+    /// White (red is read) where the subject is; stretched over the input. Nil: no subject is known.
     const MTIImage& maskImage() const { return maskImage_; }
     void setMaskImage(MTIImage image) { maskImage_ = std::move(image); }
     /// The same mask in memory, one byte a pixel; may be absent.
@@ -22,6 +23,7 @@ class QVAIEffectMTIFilter : public QVEffectMTIFilter {
     /// From mask space to the frame's orientation.
     const CGAffineTransform& extraTransform() const { return extraTransform_; }
     void setExtraTransform(const CGAffineTransform& transform) { extraTransform_ = transform; }
+    /// Size of the clip's own frames, pixels: what the mask was made from.
     CGSize inputImageOriginalSize() const { return inputImageOriginalSize_; }
     void setInputImageOriginalSize(CGSize size) { inputImageOriginalSize_ = size; }
     /// The user's colours; empty takes the class's own.

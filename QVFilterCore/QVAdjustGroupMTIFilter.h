@@ -17,12 +17,14 @@ extern const QVFilterClass QVAdjustGroupMTIFilterClass;
 /// whatever the frame's size; a `sharpen` of 1 adds the detail once again.
 class QVAdjustGroupMTIFilter : public QVMTIOneInputFilter {
   public:
+    /// A filter with these settings.
     explicit QVAdjustGroupMTIFilter(const QVAdjustToolValue& value,
                                     const QVFilterClass& filterClass = QVAdjustGroupMTIFilterClass)
         : QVMTIOneInputFilter(filterClass), adjustToolValue_(value) {}
     explicit QVAdjustGroupMTIFilter(const QVFilterClass& filterClass = QVAdjustGroupMTIFilterClass)
         : QVAdjustGroupMTIFilter(QVAdjustToolValue::defaultValue(), filterClass) {}
 
+    /// The settings, which may change from frame to frame.
     const QVAdjustToolValue& adjustToolValue() const { return adjustToolValue_; }
     void setAdjustToolValue(const QVAdjustToolValue& value) { adjustToolValue_ = value; }
 

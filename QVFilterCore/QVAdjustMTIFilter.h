@@ -15,17 +15,21 @@ extern const QVFilterClass QVAdjustMTIFilterClass;
 /// lowers it to 0.2. With both at 0 the result is the input itself.
 class QVAdjustMTIFilter : public QVMTIOneInputFilter {
   public:
+    /// A filter with these settings.
     explicit QVAdjustMTIFilter(const QVAdjustValue& value,
                                const QVFilterClass& filterClass = QVAdjustMTIFilterClass)
         : QVMTIOneInputFilter(filterClass), adjustValue_(value) {}
     explicit QVAdjustMTIFilter(const QVFilterClass& filterClass = QVAdjustMTIFilterClass)
         : QVAdjustMTIFilter(QVAdjustValue(), filterClass) {}
 
+    /// The settings; `sharpen` is not read.
     const QVAdjustValue& adjustValue() const { return adjustValue_; }
     void setAdjustValue(const QVAdjustValue& value) { adjustValue_ = value; }
 
+    /// −1 cool .. 1 warm.
     float warmth() const { return adjustValue_.warmth(); }
     void setWarmth(float warmth) { adjustValue_.setWarmth(warmth); }
+    /// −1 dark .. 1 bright.
     float brightness() const { return adjustValue_.brightness(); }
     void setBrightness(float brightness) { adjustValue_.setBrightness(brightness); }
 

@@ -24,18 +24,19 @@ class QVMTIFilter;
 /// `color` is a list of exactly one.
 enum class QVPropertyType { boolean, integer, real, vector, color, colors, numbers, transform, timeRange };
 
+/// A property's value. A `color` and `colors` are both a list, a `real` is a double.
 using QVPropertyValue = std::variant<bool, std::int64_t, double, MTIVector, std::vector<UIColor>,
                                      std::vector<double>, CGAffineTransform, CMTimeRange>;
 
 /// A property of a filter class that a host may set by name.
 struct QVProperty {
-    std::string_view name;
-    QVPropertyType type;
+    std::string_view name;    ///< as `setProperty` takes it
+    QVPropertyType type;      ///< which alternative of QVPropertyValue it is
     double minimum, maximum;  ///< of numbers; what lies outside is refused by `setProperty`
     std::string_view help;    ///< one line, with the unit
-    QVPropertyValue (*get)(const QVMTIFilter&);
-    void (*set)(QVMTIFilter&, const QVPropertyValue&);
-    std::span<const std::string_view> variants = {};  ///< names of the values 0, 1, … of a selector
+    QVPropertyValue (*get)(const QVMTIFilter&);         ///< reads it from a filter of the class
+    void (*set)(QVMTIFilter&, const QVPropertyValue&);  ///< stores it, unchecked
+    std::span<const std::string_view> variants = {};    ///< names of the values 0, 1, … of a selector
 };
 
 /// What kind of thing a class is for a host.
@@ -62,6 +63,7 @@ enum class QVFilterCategory {
     subject,
     adjustment,
 };
+/// "mosaic", "mirror", …; empty for `inherited`.
 std::string_view categoryName(QVFilterCategory category);
 
 /// The inputs that a class reads.
@@ -70,27 +72,29 @@ enum class QVFilterInputs { inherited, one, two, oneAndMask };
 /// Everything about a filter class that is not an operation of an instance. One constant record per class;
 /// what a record leaves out is its superclass's. Records live as long as the process and are thread-safe.
 struct QVFilterClass {
-    std::string_view name;
-    const QVFilterClass* superclass = nullptr;
-    std::string_view help = {};  ///< one line: what it does to the picture
+    std::string_view name;                      ///< as `createFilter` takes it
+    const QVFilterClass* superclass = nullptr;  ///< nil for the root
+    std::string_view help = {};                 ///< one line: what it does to the picture
     std::unique_ptr<QVMTIFilter> (*factory)(const QVFilterClass&) = nullptr;  ///< see `makeFilter`
-    QVFilterCategory category = QVFilterCategory::inherited;
-    QVFilterInputs inputs = QVFilterInputs::inherited;
+    QVFilterCategory category = QVFilterCategory::inherited;                  ///< the group to browse it in
+    QVFilterInputs inputs = QVFilterInputs::inherited;                        ///< what a host has to set
     std::string_view fragmentFunction = {};  ///< empty: the superclass's choice, else the class's own name
-    std::optional<int> levelCount = {};
-    std::optional<float> defaultEffectValue = {};
-    std::optional<bool> isVideoOnly = {};
-    std::optional<bool> isPhotoTimeConst = {};
-    std::vector<QVProperty> properties = {};  ///< the class's own; bases add theirs
-    std::optional<QVFilterKind> kind = {};
+    std::optional<int> levelCount = {};      ///< presets that `level` chooses from, 0 for none
+    std::optional<float> defaultEffectValue = {};  ///< strength of a new filter, 0..1
+    std::optional<bool> isVideoOnly = {};          ///< a host does not offer it for photos
+    std::optional<bool> isPhotoTimeConst = {};     ///< a host lets time stand still on a photo
+    std::vector<QVProperty> properties = {};       ///< the class's own; bases add theirs
+    std::optional<QVFilterKind> kind = {};         ///< effect, transition, or a part of them
 
     /// The class's kernel, built on first request and kept: one per class, shared by its instances. Nil when
     /// the shader library or the function is missing.
     const std::shared_ptr<const MTIRenderPipelineKernel>& kernel() const;
+    /// The function and the library that the kernel is built from; it need not exist.
     MTIFunctionDescriptor fragmentFunctionDescriptor() const;
 
     /// A new filter of this class, with its defaults set.
     std::unique_ptr<QVMTIFilter> create() const;
+    /// Whether `other` is this class or one that it inherits from.
     bool isSubclassOf(const QVFilterClass& other) const;
     /// Own and inherited properties, the bases' first. A name that a subclass gives again replaces the
     /// base's.
@@ -98,7 +102,7 @@ struct QVFilterClass {
     /// Nil when neither the class nor a base has it.
     const QVProperty* property(std::string_view propertyName) const;
 
-    // The record's facts with what it inherits filled in.
+    /// The record's fact of this name, or the nearest superclass's.
     int levels() const;
     float defaultStrength() const;
     bool videoOnly() const;
@@ -107,6 +111,7 @@ struct QVFilterClass {
     QVFilterInputs inputsOrInherited() const;
     QVFilterKind kindOrInherited() const;
 
+    /// What `kernel` keeps; of no use to others.
     mutable std::once_flag kernelOnce = {};
     mutable std::shared_ptr<const MTIRenderPipelineKernel> kernelStore = {};
 };

@@ -16,6 +16,7 @@ class QVLookupMTIFilter : public QVMTIOneInputFilter {
     explicit QVLookupMTIFilter(const QVFilterClass& filterClass = QVLookupMTIFilterClass)
         : QVMTIOneInputFilter(filterClass) {}
 
+    /// The table, 512×512 pixels; nil: none.
     const MTIImage& inputColorLookupTable() const { return inputColorLookupTable_; }
     void setInputColorLookupTable(MTIImage table) { inputColorLookupTable_ = std::move(table); }
     /// 0 leaves the picture, 1 grades it fully.

@@ -24,11 +24,14 @@ class QVMTIFilter {
     QVMTIFilter(const QVMTIFilter&) = delete;
     QVMTIFilter& operator=(const QVMTIFilter&) = delete;
 
+    /// The record that it was made from.
     const QVFilterClass& filterClass() const { return *class_; }
 
     /// The picture for the inputs as they stand; nil when a required input is nil.
     virtual MTIImage outputImage() = 0;
 
+    /// Format of the result's texture; `unspecified`, as it starts, is the working format of the context that
+    /// renders.
     MTIPixelFormat outputPixelFormat() const { return outputPixelFormat_; }
     void setOutputPixelFormat(MTIPixelFormat format) { outputPixelFormat_ = format; }
 

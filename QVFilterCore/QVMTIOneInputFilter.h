@@ -12,6 +12,7 @@ class QVMTIOneInputFilter : public QVMTIFilter {
     explicit QVMTIOneInputFilter(const QVFilterClass& filterClass = QVMTIOneInputFilterClass)
         : QVMTIFilter(filterClass) {}
 
+    /// The frame to work on, of any size; nil until it is set, and so is the output then.
     const MTIImage& inputImage() const { return inputImage_; }
     virtual void setInputImage(MTIImage image) { inputImage_ = std::move(image); }
 

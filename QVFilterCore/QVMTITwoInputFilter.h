@@ -13,6 +13,7 @@ class QVMTITwoInputFilter : public QVMTIOneInputFilter {
     explicit QVMTITwoInputFilter(const QVFilterClass& filterClass = QVMTITwoInputFilterClass)
         : QVMTIOneInputFilter(filterClass) {}
 
+    /// The second image; stretched over the first where their sizes differ.
     const MTIImage& inputImage2() const { return inputImage2_; }
     void setInputImage2(MTIImage image) { inputImage2_ = std::move(image); }
 

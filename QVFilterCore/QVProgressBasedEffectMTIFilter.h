@@ -13,6 +13,7 @@ class QVProgressBasedEffectMTIFilter : public QVEffectMTIFilter {
         const QVFilterClass& filterClass = QVProgressBasedEffectMTIFilterClass)
         : QVEffectMTIFilter(filterClass) {}
 
+    /// Start and end of the clip, seconds.
     double startTime() const { return startTime_; }
     void setStartTime(double seconds) { startTime_ = seconds; }
     double endTime() const { return endTime_; }

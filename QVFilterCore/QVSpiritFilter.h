@@ -18,6 +18,7 @@ class QVSpiritFilter : public QVMTIOneInputFilter {
     explicit QVSpiritFilter(const QVFilterClass& filterClass = QVSpiritFilterClass)
         : QVMTIOneInputFilter(filterClass) {}
 
+    /// The sprites, the lowest first.
     const std::vector<SpiritParam>& params() const { return params_; }
     void setParams(std::vector<SpiritParam> params) { params_ = std::move(params); }
 

@@ -9,10 +9,12 @@ namespace qv {
 /// One step of an animation: where it ends as a fraction of the whole, and the control points of the cubic
 /// Bézier that eases the motion within it.
 struct StepParaValue {
+    /// `end` in 0..1; the control points as in `QV_CubicBezier`.
     double end, x1, y1, x2, y2;
     bool operator==(const StepParaValue&) const = default;
 };
 
+/// A step from its numbers.
 constexpr StepParaValue StepPara(double end, double x1, double y1, double x2, double y2) {
     return {end, x1, y1, x2, y2};
 }
@@ -20,8 +22,8 @@ constexpr StepParaValue StepPara(double end, double x1, double y1, double x2, do
 /// Where and how the picture lies in its frame; the default is as it is.
 struct StepPose {
     double x = 0, y = 0;  ///< shift to the right and downwards, widths and heights of the frame
-    double scale = 1;
-    double angle = 0;  ///< turns, clockwise
+    double scale = 1;     ///< 1 fills the frame
+    double angle = 0;     ///< turns, clockwise
 };
 
 extern const QVFilterClass QVStepsAnimFilterClass;
@@ -32,10 +34,12 @@ class QVStepsAnimFilter : public QVEffectMTIFilter {
     explicit QVStepsAnimFilter(const QVFilterClass& filterClass = QVStepsAnimFilterClass)
         : QVEffectMTIFilter(filterClass) {}
 
+    /// The steps that it moves in.
     const std::vector<StepParaValue>& stepParas() const { return steps_; }
     /// Steps in increasing order of their ends, the last at 1.
     void setStepParas(std::vector<StepParaValue> steps) { steps_ = std::move(steps); }
 
+    /// Start and end of the animation, seconds on the scale of `iTime`.
     double startTime() const { return startTime_; }
     void setStartTime(double seconds) { startTime_ = seconds; }
     double endTime() const { return endTime_; }

@@ -14,8 +14,10 @@ class QVTransitionMTIFilter : public QVMTIFilter {
     explicit QVTransitionMTIFilter(const QVFilterClass& filterClass = QVTransitionMTIFilterClass)
         : QVMTIFilter(filterClass) {}
 
+    /// The outgoing frame; nil until it is set, and so is the output then.
     const MTIImage& inputImage1() const { return inputImage1_; }
     virtual void setInputImage1(MTIImage image) { inputImage1_ = std::move(image); }
+    /// The incoming frame, which may have another size: it is stretched over the outgoing one.
     const MTIImage& inputImage2() const { return inputImage2_; }
     void setInputImage2(MTIImage image) { inputImage2_ = std::move(image); }
 

@@ -21,7 +21,7 @@ struct SpiritParam {
     /// Made once and shared by all sprites that show the picture.
     using Texture = std::shared_ptr<const SpriteTexture>;
 
-    CGAffineTransform trans;
+    CGAffineTransform trans;           ///< in sprite space
     float alpha = 1;                   ///< 0..1
     std::optional<UIColor> tintColor;  ///< multiplies the picture's colour and alpha; may exceed 1
     Texture texture;                   ///< nil draws nothing
@@ -29,6 +29,7 @@ struct SpiritParam {
     /// A picture as a sprite's texture; nil when it is nil. `name` appears in listings of the image graph.
     static Texture spiritTextureWithImage(const UIImage& image, std::string name = {});
 
+    /// A sprite from what is given; the rest is opaque and without a tint.
     static SpiritParam paramWithTrans(const CGAffineTransform& trans, Texture texture);
     static SpiritParam paramWithTrans(const CGAffineTransform& trans, float alpha, Texture texture);
     static SpiritParam paramWithTrans(const CGAffineTransform& trans, const UIColor& tintColor,

@@ -12,12 +12,15 @@
 
 namespace qv {
 
+/// A colour on the way of a gradient.
 struct GradientStop {
     double location;  ///< 0..1
-    UIColor color;
+    UIColor color;    ///< not premultiplied
 };
 
+/// How a line ends.
 enum class LineCap { butt, round, square };
+/// How two lines meet.
 enum class LineJoin { miter, round, bevel };
 
 /// Compositing operators (W3C Compositing and Blending). `sourceIn` and `destinationIn` also clear what lies
@@ -46,12 +49,15 @@ class BitmapCanvas {
     void restoreState();
     /// Later drawing goes through `transform` first. Under a transform without an inverse nothing is drawn.
     void concatTransform(const CGAffineTransform& transform);
+    /// Later drawing stays within this, and within what was clipped to before.
     void clipToRect(const CGRect& rect);
     void clipToPath(const UIBezierPath& path);
+    /// The operator of later drawing.
     void setBlend(CanvasBlend blend);
     /// Multiplies the alpha of later drawing, 0..1.
     void setAlpha(double alpha);
 
+    /// Fills a shape with one colour; `evenOdd` leaves out what is enclosed twice.
     void fillRect(const CGRect& rect, const UIColor& color);
     void fillPath(const UIBezierPath& path, const UIColor& color, bool evenOdd = false);
     /// `dashes` are lengths drawn and skipped in turn; a negative length or a sum of 0 draws a whole line.

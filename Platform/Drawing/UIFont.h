@@ -28,6 +28,7 @@ class UIFont {
     explicit operator bool() const { return face_ != nullptr; }
     /// The PostScript name.
     const std::string& fontName() const;
+    /// The size in points, 0 or more.
     double pointSize() const { return size_; }
     /// Distances from the baseline in points, positive upwards: the descender is negative as a rule.
     double ascender() const;
@@ -37,6 +38,7 @@ class UIFont {
     /// Advance width and line height of one line of UTF-8 text, in points.
     CGSize sizeOfText(const std::string& utf8) const;
 
+    /// For the canvas that draws with it; nil for a nil font.
     const std::shared_ptr<const Face>& face() const { return face_; }
 
   private:

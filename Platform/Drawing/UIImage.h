@@ -12,6 +12,7 @@ namespace qv {
 class UIImage {
   public:
     UIImage() = default;
+    /// A picture of these pixels, `scale` of them to a point.
     explicit UIImage(Bitmap bitmap, double scale = 1.0) : bitmap_(std::move(bitmap)), scale_(scale) {}
 
     /// Reads a PNG or JPEG file; nil when that fails. "@2x" and "@3x" before the extension give the scale.
@@ -20,15 +21,19 @@ class UIImage {
     explicit operator bool() const { return bool(bitmap_); }
     /// Size in points: pixels / scale.
     CGSize size() const { return {bitmap_.width / scale_, bitmap_.height / scale_}; }
+    /// Pixels to a point.
     double scale() const { return scale_; }
+    /// The pixels; nil for a nil picture.
     const Bitmap& bitmap() const { return bitmap_; }
 
+    /// What a resizable picture's edges and middle do.
     enum class ResizingMode { tile = 0, stretch = 1 };
 
     /// A picture whose border of `capInsets` points keeps its size when it is drawn into another rectangle,
     /// while edges and middle repeat or stretch.
     UIImage resizableImageWithCapInsets(UIEdgeInsets capInsets, ResizingMode mode) const;
 
+    /// Whether it has caps, which they are, and what lies between them does.
     bool isResizable() const { return resizable_; }
     const UIEdgeInsets& capInsets() const { return capInsets_; }
     ResizingMode resizingMode() const { return mode_; }

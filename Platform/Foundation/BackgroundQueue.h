@@ -12,11 +12,13 @@ namespace qv {
 /// Runs tasks one after another on a thread of its own. Thread-safe; the destructor finishes what was queued.
 class BackgroundQueue {
   public:
+    /// Starts the thread.
     BackgroundQueue();
     ~BackgroundQueue();
     BackgroundQueue(const BackgroundQueue&) = delete;
     BackgroundQueue& operator=(const BackgroundQueue&) = delete;
 
+    /// Queues a task and returns at once. A task must not throw.
     void async(std::function<void()> task);
     /// Returns when every task queued before the call has run. Not to be called from a task.
     void drain();

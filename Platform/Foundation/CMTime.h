@@ -6,12 +6,14 @@ namespace qv {
 
 /// A rational time: value / timescale seconds.
 struct CMTime {
-    std::int64_t value = 0;
-    std::int32_t timescale = 1;
+    std::int64_t value = 0;      ///< in units of 1 / timescale seconds
+    std::int32_t timescale = 1;  ///< units a second; not positive: no time
     bool operator==(const CMTime&) const = default;
 };
 
+/// A span of time.
 struct CMTimeRange {
+    /// Where it begins and how long it is.
     CMTime start, duration;
     bool operator==(const CMTimeRange&) const = default;
 };

@@ -17,6 +17,7 @@ class NSBundle {
     /// the code is linked statically) in which `address` lies.
     static std::shared_ptr<const NSBundle> bundleForAddress(const void* address);
 
+    /// The directory, absolute.
     const std::string& path() const { return path_; }
 
     /// Path of the resource `name` (with `.type` appended unless `type` is empty). Nothing when it does not

@@ -15,8 +15,10 @@ namespace qv {
 template <typename Key, typename Value>
 class NSCache {
   public:
+    /// An empty cache.
     explicit NSCache(std::size_t countLimit = 0) : countLimit_(countLimit) {}
 
+    /// The entry for `key`, which counts as used now; nothing when there is none.
     std::optional<Value> objectForKey(const Key& key) {
         std::scoped_lock lock(mutex_);
         auto found = index_.find(key);
@@ -25,6 +27,7 @@ class NSCache {
         return found->second->second;
     }
 
+    /// Stores or replaces the entry for `key`, and drops the least recently used one above the limit.
     void setObject(Value value, const Key& key) {
         std::scoped_lock lock(mutex_);
         if (auto found = index_.find(key); found != index_.end()) {
@@ -50,6 +53,7 @@ class NSCache {
         return made;
     }
 
+    /// Number of entries.
     std::size_t count() const {
         std::scoped_lock lock(mutex_);
         return entries_.size();

@@ -9,6 +9,7 @@ namespace qv {
 /// seed gives the same numbers on every system, and no thread disturbs another.
 class SeededRandom {
   public:
+    /// Starts as `srandom(seed)` does; a seed of 0 counts as 1.
     explicit SeededRandom(std::uint32_t seed);
     /// Next number, 0..2^31-1.
     std::int32_t next();

@@ -10,21 +10,27 @@ namespace qv {
 /// 0..1; nothing clamps them.
 class UIColor {
   public:
+    /// A colour of the hexcone HSV model.
     struct HSBA {
+        /// All 0..1; the hue in turns.
         double hue, saturation, brightness, alpha;
     };
 
     UIColor() = default;
+    /// From its components: 0 is none, 1 full.
     UIColor(double red, double green, double blue, double alpha = 1)
         : red_(red), green_(green), blue_(blue), alpha_(alpha) {}
 
+    /// The same by name.
     static UIColor colorWithRedGreenBlueAlpha(double red, double green, double blue, double alpha) {
         return {red, green, blue, alpha};
     }
+    /// A grey: 0 black, 1 white.
     static UIColor colorWithWhiteAlpha(double white, double alpha) { return {white, white, white, alpha}; }
     /// Hexcone HSV to RGB; hue is in turns and wraps, saturation and brightness are clamped to 0..1.
     static UIColor colorWithHueSaturationBrightnessAlpha(double hue, double saturation, double brightness,
                                                          double alpha);
+    /// Opaque black, opaque white, transparent black.
     static UIColor blackColor() { return {0, 0, 0, 1}; }
     static UIColor whiteColor() { return {1, 1, 1, 1}; }
     static UIColor clearColor() { return {0, 0, 0, 0}; }
@@ -34,6 +40,7 @@ class UIColor {
     /// "#rrggbb", or "#rrggbbaa" when not opaque; components are clamped and rounded.
     std::string hex() const;
 
+    /// As it was made; not clamped.
     double red() const { return red_; }
     double green() const { return green_; }
     double blue() const { return blue_; }

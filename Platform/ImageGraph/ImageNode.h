@@ -14,17 +14,17 @@ namespace qv {
 
 /// A texture atlas entry's source: a sprite's picture, shared by all sprites that show it.
 struct SpriteTexture {
-    Bitmap bitmap;
+    Bitmap bitmap;     ///< premultiplied
     std::string name;  ///< of the asset it was loaded from, or empty; for listings
 };
 
 /// One textured quad of a sprite pass, in sprite space: origin at the centre, x −1..1 across the width, y in
 /// half-widths, up. Before `transform` the quad spans x −1..1 with its texture's aspect.
 struct SpriteInstance {
-    CGAffineTransform transform;
-    float alpha = 1;
-    MTIColor tint{1, 1, 1, 1};  ///< multiplies the texture's colour; not premultiplied
-    std::shared_ptr<const SpriteTexture> texture;
+    CGAffineTransform transform;                   ///< in sprite space
+    float alpha = 1;                               ///< 0..1
+    MTIColor tint{1, 1, 1, 1};                     ///< multiplies the texture's colour; not premultiplied
+    std::shared_ptr<const SpriteTexture> texture;  ///< nil draws nothing
 };
 
 /// Whether a sprite may colour a pixel of a frame `frameAspect` times as high as wide.
@@ -32,58 +32,63 @@ bool isVisible(const SpriteInstance& sprite, double frameAspect);
 
 // What a node is. Exactly one alternative of ImageNode::Operation.
 
+/// A picture in memory.
 struct BitmapSource {
     Bitmap bitmap;  ///< premultiplied, whatever the image's alpha type
 };
+/// A video frame in memory.
 struct PixelBufferSource {
-    PixelBuffer buffer;
+    PixelBuffer buffer;  ///< converted when it is rendered
 };
 /// A host's image; only contexts on its device can read it.
 struct VulkanImageSource {
-    MTIVulkanImage image;
+    MTIVulkanImage image;  ///< read where it lies
 };
+/// One colour all over.
 struct ColorSource {
-    MTIColor color;
+    MTIColor color;  ///< not premultiplied
 };
 /// One full-screen pass of a shader function.
 struct KernelPass {
-    std::shared_ptr<const MTIRenderPipelineKernel> kernel;
-    MTIParameters parameters;
+    std::shared_ptr<const MTIRenderPipelineKernel> kernel;  ///< whose function is drawn
+    MTIParameters parameters;                               ///< its uniforms
 };
 /// Separable Gaussian with clamped edges; `radius` is the standard deviation in pixels.
 struct GaussianBlurPass {
-    float radius;
+    float radius;  ///< above 0
 };
 /// Sprites drawn over the input in list order; no pass when none is visible.
 struct SpritePass {
-    std::vector<SpriteInstance> sprites;
+    std::vector<SpriteInstance> sprites;  ///< the lowest first
 };
 
 /// What a stock filter says about itself in listings: the filter's kind and its settings by name.
 struct StockDescription {
-    std::string kind;
-    std::vector<std::pair<std::string, std::string>> settings;
+    std::string kind;                                           ///< such as "blend"
+    std::vector<std::pair<std::string, std::string>> settings;  ///< name and value
 };
 
 /// An immutable node of an image graph.
 struct ImageNode {
+    /// What a node is: a source without inputs, or a pass over its inputs.
     using Operation = std::variant<BitmapSource, PixelBufferSource, VulkanImageSource, ColorSource,
                                    KernelPass, GaussianBlurPass, SpritePass>;
 
-    Operation operation;
-    std::vector<MTIImage> inputs;
-    int width = 0, height = 0;  ///< pixels
-    MTIPixelFormat pixelFormat = MTIPixelFormat::unspecified;
-    MTIAlphaType alphaType = MTIAlphaType::premultiplied;
-    StockDescription stock;  ///< empty kind: not made by a stock filter
+    Operation operation;           ///< what it is
+    std::vector<MTIImage> inputs;  ///< in the order in which the function counts them
+    int width = 0, height = 0;     ///< pixels
+    MTIPixelFormat pixelFormat = MTIPixelFormat::unspecified;  ///< of its texture
+    MTIAlphaType alphaType = MTIAlphaType::premultiplied;      ///< how its pixels are to be read
+    StockDescription stock;                                    ///< empty kind: not made by a stock filter
 
     /// The texture that a context made of a source, kept for as long as the node. Touched only by the
     /// context, under the lock.
     struct Residence {
-        std::mutex mutex;
-        std::shared_ptr<void> texture;
-        std::uint64_t context = 0;  ///< number of the context that made it
+        std::mutex mutex;               ///< held while the others are touched
+        std::shared_ptr<void> texture;  ///< nil until a context has made it
+        std::uint64_t context = 0;      ///< number of the context that made it
     };
+    /// The source's own.
     mutable Residence residence;
 };
 

@@ -16,16 +16,18 @@ namespace qv {
 
 /// A Vulkan device as a host chooses one.
 struct GraphicsDevice {
-    int index;
-    std::string name, driver;
-    std::string apiVersion;  ///< "1.3.230"
-    bool isProcessor;        ///< a software device
-    std::uint64_t memoryBytes;
-    std::string unusable;  ///< why a context cannot be made on it, or empty
+    int index;                  ///< of `MTIContextOptions::deviceIndex`
+    std::string name, driver;   ///< as Vulkan names them
+    std::string apiVersion;     ///< "1.3.230"
+    bool isProcessor;           ///< a software device
+    std::uint64_t memoryBytes;  ///< of the device's own memory
+    std::string unusable;       ///< why a context cannot be made on it, or empty
 };
 
+/// How a context is made. What stands here is what most hosts want.
 struct MTIContextOptions {
     int deviceIndex = -1;  ///< of `MTIContext::devices`; −1 takes the most capable
+    /// Of the passes in between: rgba16Float for sources of more than 8 bits.
     MTIPixelFormat workingPixelFormat = MTIPixelFormat::rgba8Unorm;
     /// Take the ways that are fast on a GPU on a software device too: planes converted in shaders, copies
     /// through staging memory, paired taps. For testing them.
@@ -36,9 +38,9 @@ struct MTIContextOptions {
 
 /// What a render cost. Bytes are those of textures that passes read and wrote.
 struct RenderStatistics {
-    int passes = 0;
-    std::uint64_t bytesRead = 0, bytesWritten = 0;
-    double gpuMilliseconds = 0;  ///< 0 where the device has no time stamps
+    int passes = 0;                                 ///< draws over a whole texture
+    std::uint64_t bytesRead = 0, bytesWritten = 0;  ///< of all passes together
+    double gpuMilliseconds = 0;                     ///< 0 where the device has no time stamps
 };
 
 /// A render under way. Destroying it does not cancel it.
@@ -64,6 +66,7 @@ class MTIContext {
                                               std::string* error = nullptr);
     virtual ~MTIContext() = default;
 
+    /// The device that it renders on, and how it was made.
     virtual const GraphicsDevice& device() const = 0;
     virtual const MTIContextOptions& options() const = 0;
 

@@ -12,6 +12,7 @@ namespace qv {
 
 struct ImageNode;
 
+/// How the alpha of pixels is to be read. `alphaIsOne`: as opaque, whatever it holds.
 enum class MTIAlphaType { unknown = 0, nonPremultiplied = 1, premultiplied = 2, alphaIsOne = 3 };
 
 /// Formats of textures. `unspecified` stands for the working format of the context that renders.
@@ -19,6 +20,7 @@ enum class MTIPixelFormat { unspecified, rgba8Unorm, rgba16Float };
 
 /// Four floats, not premultiplied.
 struct MTIColor {
+    /// Gamma encoded, 0..1; not clamped.
     float red = 0, green = 0, blue = 0, alpha = 0;
     bool operator==(const MTIColor&) const = default;
 };
@@ -29,6 +31,7 @@ struct MTIColor {
 class MTIImage {
   public:
     MTIImage() = default;
+    /// A handle to a node, or nil.
     explicit MTIImage(std::shared_ptr<const ImageNode> node) : node_(std::move(node)) {}
 
     /// Nil when the picture is nil. The texture made of it lives as long as the node does.
@@ -58,7 +61,9 @@ class MTIImage {
     CGSize size() const;
     /// {0, 0, width, height}.
     CGRect extent() const;
+    /// `unknown` for nil.
     MTIAlphaType alphaType() const;
+    /// The node, for whoever walks the graph.
     const std::shared_ptr<const ImageNode>& node() const { return node_; }
 
     /// Moves the picture by `transform` in pixels, with the origin at its centre, x right and y up. The

@@ -15,8 +15,8 @@ class ShaderFunction;
 /// A shader function by name and the compiled shader library it lies in. An empty URL is the platform's own
 /// library.
 struct MTIFunctionDescriptor {
-    std::string name;
-    std::string libraryURL;
+    std::string name;        ///< of the function, which is the stem of its file
+    std::string libraryURL;  ///< path of the library's file
     bool operator==(const MTIFunctionDescriptor&) const = default;
 };
 
@@ -27,7 +27,9 @@ class MTIRenderPipelineKernel : public std::enable_shared_from_this<MTIRenderPip
     /// Looks the function up. Nil when the library or the function is missing, with one log line naming it.
     static std::shared_ptr<const MTIRenderPipelineKernel> make(const MTIFunctionDescriptor& fragment);
 
+    /// What it was made from.
     const MTIFunctionDescriptor& fragmentFunctionDescriptor() const { return descriptor_; }
+    /// The compiled function.
     const ShaderFunction& function() const { return *function_; }
 
     /// The image of one pass over `inputs`; a nil input reads as transparent. Nothing is rendered. Sides of

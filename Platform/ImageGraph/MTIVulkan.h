@@ -20,11 +20,11 @@ namespace qv {
 /// A host's device and the queue that a context shall submit to. Vulkan 1.1; no features and no extensions
 /// are needed. Everything must outlive the context; a context that is destroyed leaves nothing on the device.
 struct MTIVulkanDevice {
-    VkInstance_T* instance = nullptr;
-    VkPhysicalDevice_T* physicalDevice = nullptr;
-    VkDevice_T* device = nullptr;
-    VkQueue_T* queue = nullptr;  ///< of a family that draws
-    std::uint32_t queueFamily = 0;
+    VkInstance_T* instance = nullptr;              ///< of Vulkan 1.1 or later
+    VkPhysicalDevice_T* physicalDevice = nullptr;  ///< that `device` was made of
+    VkDevice_T* device = nullptr;                  ///< that renders
+    VkQueue_T* queue = nullptr;                    ///< of a family that draws
+    std::uint32_t queueFamily = 0;                 ///< index of the queue's family
     /// Held while the context uses the queue. Nil when no other thread of the host does so meanwhile.
     std::mutex* queueMutex = nullptr;
 };
@@ -38,10 +38,10 @@ struct MTIVulkanDevice {
 /// Rendered into: usage COLOR_ATTACHMENT; what it held is lost, whatever its layout was, and it is left in
 /// `layout`, which may be any that the host goes on with. It must not be read by the same render.
 struct MTIVulkanImage {
-    VkImage_T* image = nullptr;
-    int width = 0, height = 0;  ///< pixels
-    std::int32_t format = 37;
-    std::int32_t layout = 5;
+    VkImage_T* image = nullptr;  ///< made on the context's device
+    int width = 0, height = 0;   ///< pixels
+    std::int32_t format = 37;    ///< VkFormat
+    std::int32_t layout = 5;     ///< VkImageLayout
     /// What keeps the image alive, or nil when the host sees to it: until the graph nodes that read it are
     /// gone, and the tasks that rendered from or into it have been waited for.
     std::shared_ptr<void> owner = nullptr;
@@ -49,8 +49,8 @@ struct MTIVulkanImage {
 
 /// A semaphore of the host. `value` counts for a timeline semaphore and is 0 for a binary one.
 struct MTIVulkanSemaphore {
-    VkSemaphore_T* semaphore = nullptr;
-    std::uint64_t value = 0;
+    VkSemaphore_T* semaphore = nullptr;  ///< made on the context's device
+    std::uint64_t value = 0;             ///< to wait for or to signal
 };
 
 /// How a render fits into the host's own work on the device. Without semaphores, a render comes after what

@@ -10,6 +10,7 @@
 
 namespace qv {
 
+/// The types that a uniform can have; a boolean is pushed as a whole number.
 enum class UniformType { floatType, intType, boolType, vec2, vec3, vec4 };
 
 /// Words that a value of the type takes in the pushed block.
@@ -18,10 +19,10 @@ int wordCount(UniformType type);
 /// A named value of a shader function: a uniform, which is a pushed value, or a selector, which is a
 /// specialisation constant (one pipeline per value).
 struct ShaderUniform {
-    std::string name;
-    UniformType type = UniformType::floatType;
-    bool isSelector = false;
-    int offset = 0;  ///< words into the pushed block, or the constant's id
+    std::string name;                           ///< as the filter's parameters name it
+    UniformType type = UniformType::floatType;  ///< how many words it takes, and how they are read
+    bool isSelector = false;                    ///< a specialisation constant instead of a pushed value
+    int offset = 0;                             ///< words into the pushed block, or the constant's id
 };
 
 /// How a function reaches one of its inputs.
@@ -40,19 +41,22 @@ struct ShaderInput {
 /// instead of fetching.
 class ShaderFunction {
   public:
-    std::string name;
-    std::string source;  ///< as written, with its includes; what passes are fused from
-    std::vector<ShaderUniform> uniforms;
-    std::vector<ShaderInput> inputs;
-    int pushedWords = 2;
-    std::vector<std::uint32_t> code;  ///< SPIR-V
+    std::string name;                     ///< the stem of its file
+    std::string source;                   ///< as written, with its includes; what passes are fused from
+    std::vector<ShaderUniform> uniforms;  ///< in the order of their declaration
+    std::vector<ShaderInput> inputs;      ///< one for each input up to the last that the function names
+    int pushedWords = 2;                  ///< of the pushed block, the output's size included
+    std::vector<std::uint32_t> code;      ///< SPIR-V
 
+    /// Nil when the function has none of this name.
     const ShaderUniform* uniform(std::string_view uniformName) const;
     /// True when every read of input `index` is readHere.
     bool readsOnlyHere(std::size_t index) const { return !inputs[index].anywhere; }
 };
 
+/// Words that a pushed block may have: 128 bytes, what every device takes.
 inline constexpr int kMaximumPushedWords = 32;
+/// Constant id of the first input's resampling.
 inline constexpr std::uint32_t kResampleConstantBase = 64;
 
 /// A file of compiled shader functions, by name. Immutable, shared between threads.
@@ -69,6 +73,7 @@ class ShaderLibrary {
 
     /// Nil when there is none of this name.
     std::shared_ptr<const ShaderFunction> function(std::string_view name) const;
+    /// All names, sorted.
     std::vector<std::string> functionNames() const;
 
   private:

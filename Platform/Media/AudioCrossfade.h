@@ -16,7 +16,7 @@ class AudioCrossfade {
     struct Span {
         double fadeStart = 0;  ///< where the second clip begins
         double fadeEnd = 0;    ///< where the first one ends
-        double end = 0;
+        double end = 0;        ///< where the second one ends
     };
 
     /// The readers are set to give sound of `format` from the beginning of their clips on; one without sound
@@ -30,6 +30,7 @@ class AudioCrossfade {
     /// Seconds that have been read.
     double position() const { return double(position_) / format_.sampleRate; }
 
+    /// One line that names file and cause, once reading has failed.
     const std::string& error() const { return error_; }
 
   private:

@@ -28,6 +28,7 @@ class AudioReader {
     /// begins, in gaps, after the end) there is silence. False after damage, with error() set.
     bool read(float* samples, std::int64_t count);
 
+    /// One line that names file and cause, once reading has failed.
     const std::string& error() const;
 
   private:

@@ -8,9 +8,9 @@ namespace qv {
 
 /// How sound is sampled.
 struct AudioFormat {
-    int sampleRate = 0, channels = 0;
-    std::string channelLayout;  ///< FFmpeg's name, such as "stereo"
-    bool lossless = false;      ///< whether the file that it comes from holds every sample as it was
+    int sampleRate = 0, channels = 0;  ///< samples a second, of each channel
+    std::string channelLayout;         ///< FFmpeg's name, such as "stereo"
+    bool lossless = false;             ///< whether the file that it comes from holds every sample as it was
     bool operator==(const AudioFormat&) const = default;
 };
 

@@ -9,6 +9,7 @@
 
 namespace qv {
 
+/// How a clip is read.
 struct ClipReaderOptions {
     int threads = 0;       ///< of the decoder; 0 is one per core
     bool packets = false;  ///< hand out the packets of audio and subtitles too, for a writer to copy
@@ -28,8 +29,10 @@ class ClipReader {
                                             std::string* error = nullptr);
     ~ClipReader();
 
+    /// What the file says about itself. Valid as long as the reader.
     const ClipInfo& info() const;
 
+    /// Nothing, a frame, or a packet of another stream.
     using Item = std::variant<std::monostate, ClipFrame, ClipPacket>;
     /// The next frame, or packet of another stream, in the file's order, with frames in display order. Times
     /// of frames always grow. Nothing at the end and after damage.

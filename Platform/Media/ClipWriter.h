@@ -11,6 +11,7 @@
 
 namespace qv {
 
+/// How a clip is encoded and what is copied into it. What is left empty is chosen by what is given.
 struct ClipWriterOptions {
     /// Short name of the container, such as "matroska", "mp4", "mov", "webm", "mpegts"; empty: by the file's
     /// name.
@@ -59,6 +60,7 @@ class ClipWriter {
 
     /// A new frame of the kind that is encoded without a further conversion, to be filled by the host.
     PixelBuffer makeFrame() const;
+    /// Format and colour of `makeFrame`.
     PixelFormat frameFormat() const;
     ColorDescription frameColor() const;
 

@@ -28,11 +28,12 @@ enum class ColorMatrix { bt601, bt709, bt2020 };
 
 /// How the samples are to be read. Primaries and transfer travel beside the pixels, unprocessed.
 struct ColorDescription {
-    ColorMatrix matrix = ColorMatrix::bt709;
-    bool fullRange = false;
+    ColorMatrix matrix = ColorMatrix::bt709;  ///< of Y'CbCr; does not count for RGB
+    bool fullRange = false;                   ///< samples use all codes, not the video levels alone
     bool operator==(const ColorDescription&) const = default;
 };
 
+/// The size of one plane of a frame.
 struct PlaneLayout {
     int width, height;   ///< samples
     int bytesPerSample;  ///< of all channels of a sample together
@@ -42,9 +43,10 @@ struct PlaneLayout {
 /// fills the planes does so before handing the buffer on.
 class PixelBuffer {
   public:
+    /// A plane in memory.
     struct Plane {
-        std::uint8_t* data = nullptr;
-        std::size_t rowBytes = 0;
+        std::uint8_t* data = nullptr;  ///< the first row
+        std::size_t rowBytes = 0;      ///< from a row's start to the next one's
     };
 
     PixelBuffer() = default;
@@ -56,16 +58,21 @@ class PixelBuffer {
                             const std::array<Plane, 4>& planes, std::shared_ptr<const void> owner);
 
     explicit operator bool() const { return owner_ != nullptr; }
+    /// What it was made with.
     PixelFormat format() const { return format_; }
     int width() const { return width_; }
     int height() const { return height_; }
     const ColorDescription& color() const { return color_; }
+    /// Plane `index`, 0 to `planeCount` − 1, in the order that PixelFormat names.
     const Plane& plane(int index) const { return planes_[std::size_t(index)]; }
 
+    /// How many planes a format has, 1..4.
     static int planeCount(PixelFormat format);
+    /// The size of a plane of a frame of width × height pixels; halved sides are rounded up.
     static PlaneLayout planeLayout(PixelFormat format, int plane, int width, int height);
     /// 8 or 10.
     static int bitDepth(PixelFormat format);
+    /// Whether its samples are Y'CbCr.
     static bool isYUV(PixelFormat format);
 
   private:
@@ -79,7 +86,7 @@ class PixelBuffer {
 /// The linear map between Y'CbCr samples and RGB, for shaders and for the processor alike:
 /// rgb = toRGB · (yuv − offset), with yuv and rgb scaled to 0..1 of their storage's full code.
 struct YUVCoefficients {
-    std::array<float, 3> offset;
+    std::array<float, 3> offset;   ///< of Y, Cb and Cr
     std::array<float, 9> toRGB;    ///< row-major
     std::array<float, 9> fromRGB;  ///< row-major; yuv = fromRGB · rgb + offset
 };

@@ -11,6 +11,7 @@ struct LightParam {
     bool operator==(const LightParam&) const = default;
 };
 
+/// A light leak from its numbers.
 constexpr LightParam LightParamMake(unsigned index, unsigned flipType, double rotateAngle, double opacity) {
     return {index, flipType, rotateAngle, opacity};
 }

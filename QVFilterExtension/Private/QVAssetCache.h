@@ -33,6 +33,7 @@ class QVAssetCache {
             fileName, [&] { return MTIImage::imageWithUIImage(qv_imageWithFileName(fileName), alphaType); });
     }
 
+    /// An asset as a sprite's texture.
     SpiritParam::Texture textureNamed(const std::string& fileName) {
         return textures_.objectForKey(fileName, [&] {
             return SpiritParam::spiritTextureWithImage(qv_imageWithFileName(fileName), fileName);

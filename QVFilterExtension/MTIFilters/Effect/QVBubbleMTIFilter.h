@@ -15,6 +15,7 @@ class QVBubbleMTIFilter : public SpriteScatterEffect {
     /// Derives the number of bubbles, their size and its spread.
     void setEffectValue(float value) override;
 
+    /// Number of bubbles; 0 before the strength has been set.
     std::int64_t matterCount() const { return matterCount_; }
     /// Mean size and its spread, in fifths of the frame's half width, or of its half height if that is less.
     double baseScale() const { return baseScale_; }

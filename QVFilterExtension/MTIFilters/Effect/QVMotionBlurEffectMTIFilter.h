@@ -35,7 +35,7 @@ class QVMotionBlurEffectMTIFilter : public QVEffectMTIFilter {
     double opacity() const { return opacity_; }
     void setOpacity(double opacity) { opacity_ = opacity; }
 
-    // The parts, as they were left by the last `outputImage`.
+    /// The parts, as they were left by the last `outputImage`.
     const QVMotionBlurMTIFilter& blurFilter() const { return blurFilter_; }
     const MTIBlendFilter& blendFilter() const { return blendFilter_; }
     const MTIOpacityFilter& opacityFilter() const { return opacityFilter_; }

@@ -8,8 +8,8 @@ extern const QVFilterClass QVScanlineMTIFilterClass;
 
 /// One of the two line patterns and a strength within it, 0..1.
 struct ScanlineSetting {
-    std::int64_t level;
-    double value;
+    std::int64_t level;  ///< 0 or 1
+    double value;        ///< 0..1
 };
 
 /// The patterns share the range of the effect value, which begins a quarter of the range into the first

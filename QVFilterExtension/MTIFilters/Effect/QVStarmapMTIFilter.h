@@ -15,6 +15,7 @@ class QVStarmapMTIFilter : public SpriteScatterEffect {
     /// Derives the number of stars and their speed, which rises steeply above a strength of a half.
     void setEffectValue(float value) override;
 
+    /// Number of stars; 0 before the strength has been set.
     std::int64_t starCount() const { return starCount_; }
     /// Half-widths of the frame a second; a star goes at 0.1 to 1.1 of it, the large ones fastest.
     float maxMovementSpeed() const { return maxMovementSpeed_; }

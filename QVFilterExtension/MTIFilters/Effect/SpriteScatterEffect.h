@@ -27,6 +27,7 @@ class SpriteScatterEffect : public QVEffectMTIFilter {
     /// The sprites for the time and strength as they stand on a frame `aspect` times as high as wide.
     virtual std::vector<SpiritParam> sprites(float aspect) const = 0;
 
+    /// The picture; nil when the bundle lacks it.
     const SpiritParam::Texture& spiritTexture() const { return spiritTexture_; }
 
     /// 0 up to 1, also of negative numbers.

@@ -34,6 +34,7 @@ class QVPhotoDissolveTransitionMTIFilter : public QVTransitionMTIFilter {
     /// fans, bursts; from bright to dark). An unknown type is taken as 0.
     void setType(std::int64_t type);
 
+    /// What the names of the set's files begin with.
     const std::string& prefix() const { return prefix_; }
     void setPrefix(std::string prefix);
     /// Number of pictures in the set; of 0 the first is shown.

@@ -6,7 +6,9 @@ namespace qv {
 
 /// An ease from 0 to 1 by the two control points of its curve.
 struct EaseCurve {
+    /// As in `QV_CubicBezier`.
     double x1, y1, x2, y2;
+    /// The eased value, 0..1, at a time of 0..1.
     double operator()(double time) const { return QV_CubicBezier(time, x1, y1, x2, y2); }
 };
 
@@ -16,6 +18,7 @@ inline constexpr EaseCurve kEaseOut{0, 0, 0, 1};  ///< the reverse: fast at once
 /// A passage eased in two halves, one up to the cut at progress 0.5 and one from it on. Progress 0.5 itself
 /// belongs to the second half.
 struct HalvesEasing {
+    /// Of each half.
     EaseCurve first = kEaseIn, second = kEaseOut;
 
     /// 0 to 1 in each half.

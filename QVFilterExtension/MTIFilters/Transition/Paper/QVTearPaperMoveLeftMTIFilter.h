@@ -24,6 +24,7 @@ class QVTearPaperMoveLeftMTIFilter : public QVTearPaperTransitionMTIFilter {
     MTIImage getDispatchImageWithImageName(const std::string& fileName) const;
     MTIImage getFrameImageWithImageName(const std::string& fileName) const;
 
+    /// The scraps and shapes that the collage is made of.
     MTIImage videoButtomImage() const { return getDispatchImageWithImageName("paper01_smallframe.png"); }
     MTIImage videoSizeImage() const { return getDispatchImageWithImageName("paper01_viderSize.png"); }
     MTIImage middleImage1() const { return getDispatchImageWithImageName("trans_paper_small.png"); }

@@ -28,10 +28,12 @@ class QVTearPaperTransitionMTIFilter : public QVTransitionMTIFilter {
     UIImage getScaleImageWithName(const std::string& fileName) const;
 
   protected:
+    /// An asset on a canvas of the frame's size.
     struct DrawnAsset {
-        UIImage canvas;
-        CGSize size;  ///< of the asset on it, pixels
+        UIImage canvas;  ///< W × H pixels, transparent around the asset
+        CGSize size;     ///< of the asset on it, pixels
     };
+    /// What `getScaleFrameImageWithName` draws.
     DrawnAsset drawnInMiddle(const std::string& fileName) const;
     /// From the top left corner on, as high as the frame.
     UIImage drawnAtFrameHeight(const std::string& fileName) const;
