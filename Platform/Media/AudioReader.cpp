@@ -45,7 +45,7 @@ struct AudioReader::State {
     /// What the resampler is set up for; frames of another kind make it anew.
     ffmpeg::ChannelLayout fromLayout;
     int fromRate = 0, fromSampleFormat = AV_SAMPLE_FMT_NONE;
-    std::int64_t position = 0;  ///< samples of the file since `origin` that the resampler has had
+    std::int64_t position = 0;  ///< samples of the file since `origin` that are done with; below 0 before it
     AudioSamples ready;         ///< converted, not yet read
     std::size_t readyBegin = 0;
     bool placed = false;  ///< whether the first frame has found its place
@@ -169,21 +169,27 @@ bool AudioReader::State::inject(std::int64_t silence) {
     return true;
 }
 
-/// Brings the frame to its time: silence before it, or `skip` of its samples that come too late.
+/// Brings the frame to its time: silence before it, or `skip` of its samples that lie before the origin or
+/// come too late. Counted on from the first frame's stamp, so that rounded stamps later on do not matter.
 bool AudioReader::State::place(std::int64_t& skip) {
-    skip = 0;
-    if (frame->best_effort_timestamp == AV_NOPTS_VALUE) {
-        placed = true;
-        return true;
+    std::int64_t off = 0;
+    if (frame->best_effort_timestamp != AV_NOPTS_VALUE) {
+        const double seconds = double(frame->best_effort_timestamp) * av_q2d(stream->time_base) - origin;
+        const std::int64_t due = std::llround(seconds * frame->sample_rate);
+        if (!placed) position = std::min<std::int64_t>(due, 0);
+        off = due - position;
+        const bool inStep = placed && std::abs(double(off)) <= kStampTolerance * frame->sample_rate;
+        if (inStep) off = 0;
     }
-    const double seconds = double(frame->best_effort_timestamp) * av_q2d(stream->time_base) - origin;
-    const std::int64_t due = std::llround(seconds * frame->sample_rate);
-    const std::int64_t off = due - position;
-    const bool inStep = placed && std::abs(double(off)) <= kStampTolerance * frame->sample_rate;
-    if (inStep) return true;
-    skip = std::clamp<std::int64_t>(-off, 0, frame->nb_samples);
-    placed = skip < frame->nb_samples;
-    return off <= 0 || inject(off);
+    placed = true;
+    const std::int64_t unheard = std::clamp<std::int64_t>(off, 0, std::max<std::int64_t>(-position, 0));
+    position += unheard;
+    if (off > unheard && !inject(off - unheard)) return false;
+    const std::int64_t late = std::clamp<std::int64_t>(-off, 0, frame->nb_samples);
+    const std::int64_t early = std::clamp<std::int64_t>(-position, 0, frame->nb_samples - late);
+    position += early;
+    skip = late + early;
+    return true;
 }
 
 /// Hands one decoded frame to the resampler, or its end. False after damage.

@@ -57,6 +57,7 @@ struct ClipWriter::State {
     AVStream* stream = nullptr;
     std::optional<AudioEncoder> soundEncoder;  ///< of sound that the host makes
     AVStream* soundStream = nullptr;
+    std::int64_t soundDelay = 0;  ///< added to its times, in the encoder's time base
 
     std::string name;  ///< for messages
     std::string error;
@@ -155,9 +156,12 @@ bool ClipWriter::State::addSound(const ClipWriterOptions& settings) {
     }
     soundStream->time_base = context.time_base;
     soundStream->disposition = AV_DISPOSITION_DEFAULT;
-    // WebM says how many of the first samples are to be dropped. Were all times moved instead, so that those
-    // have none below 0, the pictures would come late by them.
-    if (std::string_view(output->oformat->name) == "webm") output->avoid_negative_ts = 0;
+    // Of this codec Matroska says how many of the first samples are to be dropped, and readers take the time
+    // of these off the stamps, to which the muxer has not added it.
+    const std::string_view container = output->oformat->name;
+    if (context.codec_id == AV_CODEC_ID_OPUS && (container == "webm" || container == "matroska")) {
+        soundDelay = context.initial_padding;
+    }
     return true;
 }
 
@@ -237,6 +241,8 @@ bool ClipWriter::State::drainSound() {
     std::string cause;
     while (soundEncoder->receive(*packet, cause)) {
         packet->stream_index = soundStream->index;
+        packet->pts += soundDelay;
+        packet->dts += soundDelay;
         av_packet_rescale_ts(packet.get(), soundEncoder->context().time_base, soundStream->time_base);
         if (!check(av_interleaved_write_frame(output.get(), packet.get()))) return false;
     }
