@@ -1,17 +1,14 @@
 #include <algorithm>
-#include <map>
 #include <memory>
 #include <optional>
 
+#include "Host/ClassPicture.h"
 #include "Host/CommandLine.h"
 #include "Host/Device.h"
 #include "Host/PictureFile.h"
 #include "Host/Progress.h"
 #include "Host/SamplePicture.h"
-#include "Host/SheetDrawing.h"
-#include "Host/Timeline.h"
-#include "Platform/Drawing/BitmapCanvas.h"
-#include "QVFilterCore/QVTransitionMTIFilter.h"
+#include "Host/SheetLayout.h"
 #include "QVFilterExtension/QVFilterRegistry.h"
 
 namespace qv::host {
@@ -29,126 +26,29 @@ struct Options {
 /// Pictures are rendered at up to this width and shrunk into their cells, so that blocks and lines keep the
 /// size that they have in a clip.
 constexpr int kRenderWidth = 1280;
-/// Just before the middle, where many passages hide everything behind a flash or a blur.
-constexpr double kPassageProgress = 0.4;
-constexpr double kMargin = 24, kGap = 14, kLabelHeight = 26, kHeadingHeight = 46;
 
-struct Cell {
-    const QVFilterClass* filterClass;
-    UIImage picture;  ///< nil when the class gives none of these inputs
-};
-
-/// Cells by category, in the order of the categories.
-using Groups = std::map<QVFilterCategory, std::vector<Cell>>;
-
-class CellRenderer {
-  public:
-    CellRenderer(const Options& options, MTIContext& context) : context_(context) {
-        if (!options.time.empty()) time_ = parseTime("--time", options.time);
-        const Bitmap picture = options.input.empty() ? Bitmap() : readPicture(options.input);
-        const int width = picture ? std::min(picture.width, kRenderWidth) : kRenderWidth;
-        const int height =
-            picture ? std::max(1, int(double(picture.height) * width / picture.width)) : width * 9 / 16;
-        const CGSize sides{double(width), double(height)};
-        inputs_.first =
-            MTIImage::imageWithBitmap(picture ? picture : samplePicture(width, height, SampleLight::day));
-        if (picture.width > kRenderWidth) inputs_.first = inputs_.first.resize(sides);
-        inputs_.second = MTIImage::imageWithBitmap(samplePicture(width, height, SampleLight::dusk));
-        inputs_.mask = SubjectMask::fromBuffer(sampleMask(width, height));
-        inputs_.originalSize = sides;
-    }
-
-    UIImage render(const QVFilterClass& filterClass) const {
-        EffectChoice choice{&filterClass};
-        const bool passage = filterClass.isSubclassOf(QVTransitionMTIFilterClass);
-        if (filterClass.property("progress"))
-            choice.addSetting(fmt::format("progress={}", passage ? kPassageProgress : 0.5));
-        // Animations rest for much of their clip; early on they all show.
-        const bool animation = filterClass.categoryOrInherited() == QVFilterCategory::animation;
-        const double time = time_.value_or(animation ? 0.1 : 0.4);
-        const auto filter = makeFilterOnClip(choice, {.time = time, .startTime = 0.0, .endTime = 1.0});
-        setInputs(*filter, inputs_);
-        const MTIImage image = filter->outputImage();
-        if (!image) return {};
-        std::string cause;
-        const Bitmap bitmap = context_.renderToBitmap(image, &cause);
-        if (!bitmap) fail(ExitCode::device, "{}: {}", filterClass.name, cause);
-        return UIImage(bitmap);
-    }
-
-  private:
-    MTIContext& context_;
-    FilterInputs inputs_;
-    std::optional<double> time_;
-};
-
-/// `content` scaled to lie within `cell`, centred.
-CGRect fitted(CGSize content, const CGRect& cell) {
-    const double scale = std::min(cell.size.width / content.width, cell.size.height / content.height);
-    const double width = content.width * scale, height = content.height * scale;
-    return CGRectMake(cell.midX() - width / 2, cell.midY() - height / 2, width, height);
+/// The picture asked for, or a drawn one, with drawn ones for the other inputs.
+FilterInputs sheetInputs(const Options& options) {
+    const Bitmap picture = options.input.empty() ? Bitmap() : readPicture(options.input);
+    const int width = picture ? std::min(picture.width, kRenderWidth) : kRenderWidth;
+    const int height =
+        picture ? std::max(1, int(double(picture.height) * width / picture.width)) : width * 9 / 16;
+    const CGSize sides{double(width), double(height)};
+    FilterInputs inputs;
+    inputs.first =
+        MTIImage::imageWithBitmap(picture ? picture : samplePicture(width, height, SampleLight::day));
+    if (picture.width > kRenderWidth) inputs.first = inputs.first.resize(sides);
+    inputs.second = MTIImage::imageWithBitmap(samplePicture(width, height, SampleLight::dusk));
+    inputs.mask = SubjectMask::fromBuffer(sampleMask(width, height));
+    inputs.originalSize = sides;
+    return inputs;
 }
-
-class SheetLayout {
-  public:
-    SheetLayout(const Groups& groups, PixelSize cell, int columns) : groups_(groups), cell_(cell) {
-        std::size_t widest = 1;
-        double height = kMargin;
-        for (const auto& [category, cells] : groups) widest = std::max(widest, cells.size());
-        columns_ = std::min(std::size_t(columns), widest);
-        for (const auto& [category, cells] : groups)
-            height += kHeadingHeight + double(rows(cells)) * rowHeight();
-        size_ = {2 * kMargin + double(columns_) * (cell.width + kGap) - kGap, height + kMargin};
-    }
-
-    Bitmap draw() const {
-        BitmapCanvas canvas(size_, true);
-        if (!canvas) {
-            fail(ExitCode::usage,
-                 "a sheet of {:.0f}x{:.0f} is too large; ask for smaller cells or fewer classes", size_.width,
-                 size_.height);
-        }
-        canvas.fillRect({{0, 0}, size_}, kPaper);
-        double y = kMargin;
-        for (const auto& [category, cells] : groups_) {
-            canvas.drawText(std::string(categoryName(category)), {kMargin, y}, labelFont(24), kAccent);
-            y += kHeadingHeight;
-            for (std::size_t i = 0; i < cells.size(); ++i) {
-                const double x = kMargin + double(i % columns_) * (cell_.width + kGap);
-                drawCell(canvas, cells[i], {x, y + double(i / columns_) * rowHeight()});
-            }
-            y += double(rows(cells)) * rowHeight();
-        }
-        return canvas.image().bitmap();
-    }
-
-  private:
-    double rowHeight() const { return cell_.height + kLabelHeight + kGap; }
-    std::size_t rows(const std::vector<Cell>& cells) const {
-        return (cells.size() + columns_ - 1) / columns_;
-    }
-
-    void drawCell(BitmapCanvas& canvas, const Cell& cell, CGPoint origin) const {
-        const CGRect frame = CGRectMake(origin.x, origin.y, cell_.width, cell_.height);
-        canvas.fillRect(frame, {0.2, 0.2, 0.22});
-        if (cell.picture) {
-            canvas.drawImage(cell.picture, fitted(cell.picture.size(), frame));
-        } else {
-            canvas.drawText("needs more inputs", {frame.minX() + 8, frame.minY() + 8}, labelFont(14), kInk);
-        }
-        const std::string label(cell.filterClass->name);
-        canvas.drawText(label, {origin.x, frame.maxY() + 4}, fittingFont(label, 15, cell_.width), kInk);
-    }
-
-    const Groups& groups_;
-    PixelSize cell_;
-    std::size_t columns_;
-    CGSize size_;
-};
 
 void sheet(const Options& options) {
     const PixelSize cell = parseSize(options.size);
     const PictureType type = pictureTypeFor(options.output);
+    std::optional<double> time;
+    if (!options.time.empty()) time = parseTime("--time", options.time);
     checkOutput(options.output, options.overwrite);
     std::vector<const QVFilterClass*> classes;
     for (const QVFilterClass* filterClass : allFilterClasses()) {
@@ -158,15 +58,16 @@ void sheet(const Options& options) {
     if (classes.empty()) fail(ExitCode::usage, "no class matches '{}'", options.only);
 
     const auto context = options.device.makeContext();
-    const CellRenderer renderer(options, *context);
+    const FilterInputs inputs = sheetInputs(options);
     Progress progress(progressStyle(options.lines, options.quiet), std::int64_t(classes.size()), "classes");
-    Groups groups;
+    SheetGroups groups;
     std::int64_t done = 0;
     for (const QVFilterClass* filterClass : classes) {
-        groups[filterClass->categoryOrInherited()].push_back({filterClass, renderer.render(*filterClass)});
+        groups[filterClass->categoryOrInherited()].push_back(
+            {std::string(filterClass->name), UIImage(classPicture(*filterClass, inputs, time, *context))});
         progress.advance(++done, 0);
     }
-    writePicture(SheetLayout(groups, cell, options.columns).draw(), options.output, type);
+    writePicture(drawSheet(groups, cell, options.columns), options.output, type);
     progress.finish();
     checkValidation(*context);
 }

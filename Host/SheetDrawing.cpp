@@ -2,9 +2,16 @@
 
 #include <mutex>
 
+#include <fmt/format.h>
+
+#include "Platform/Drawing/BitmapCanvas.h"
 #include "QVFilterCore/QVResourceBundle.h"
 
 namespace qv::host {
+
+namespace {
+constexpr double kStripGap = 8, kStripLabelHeight = 24;
+}
 
 UIFont labelFont(double size) {
     static std::once_flag once;
@@ -22,6 +29,22 @@ UIFont fittingFont(const std::string& text, double size, double width) {
     const UIFont font = labelFont(size);
     const double needed = font.sizeOfText(text).width;
     return needed <= width ? font : labelFont(size * width / needed);
+}
+
+Bitmap drawStrip(const std::vector<StripFrame>& frames) {
+    const Bitmap& first = frames.front().picture;
+    const double width = first.width, height = first.height, step = width + kStripGap;
+    BitmapCanvas canvas({step * double(frames.size()) - kStripGap, height + kStripLabelHeight}, true);
+    if (!canvas) return {};
+    canvas.fillRect({{0, 0}, canvas.size()}, kPaper);
+    double x = 0;
+    for (const StripFrame& frame : frames) {
+        canvas.drawImage(UIImage(frame.picture), CGRectMake(x, 0, width, height));
+        const std::string label = fmt::format("{:.3g}", frame.progress);
+        canvas.drawText(label, {x + 4, height + 3}, fittingFont(label, 15, width), kInk);
+        x += step;
+    }
+    return canvas.image().bitmap();
 }
 
 }  // namespace qv::host

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "Platform/Drawing/UIFont.h"
 #include "Platform/Geometry/UIColor.h"
+#include "Platform/Media/Bitmap.h"
 
 /// What labelled pictures share.
 namespace qv::host {
@@ -15,5 +17,13 @@ UIFont labelFont(double size);
 
 /// The largest font size, up to `size`, at which the text fits.
 UIFont fittingFont(const std::string& text, double size, double width);
+
+/// Moments of a passage side by side, frames of one size, each with its progress below it. Nil when that is
+/// too wide.
+struct StripFrame {
+    double progress;
+    Bitmap picture;
+};
+Bitmap drawStrip(const std::vector<StripFrame>& frames);
 
 }  // namespace qv::host

@@ -11,17 +11,6 @@ namespace qv::host {
 
 namespace {
 
-void setUnlessGiven(QVMTIFilter& filter, const EffectChoice& choice, std::string_view name,
-                    const QVPropertyValue& value) {
-    const QVProperty* property = filter.filterClass().property(name);
-    if (property && !choice.sets(name)) property->set(filter, value);
-}
-
-/// The property that carries the time: an effect's is `iTime`, a plain filter may have a `time` of its own.
-std::string_view timeProperty(const QVFilterClass& filterClass) {
-    return filterClass.property("iTime") ? "iTime" : "time";
-}
-
 /// One byte of every `step` bytes of each row.
 PixelBuffer grayOf(int width, int height, const std::uint8_t* first, std::size_t rowBytes, int step) {
     PixelBuffer gray = PixelBuffer::create(PixelFormat::gray8, width, height);
@@ -88,6 +77,16 @@ void setInputs(QVMTIFilter& filter, const FilterInputs& inputs) {
         interlayer->setMaskImage(inputs.mask.image);
         interlayer->setInterlayerImage(inputs.second);
     }
+}
+
+void setUnlessGiven(QVMTIFilter& filter, const EffectChoice& choice, std::string_view name,
+                    const QVPropertyValue& value) {
+    const QVProperty* property = filter.filterClass().property(name);
+    if (property && !choice.sets(name)) property->set(filter, value);
+}
+
+std::string_view timeProperty(const QVFilterClass& filterClass) {
+    return filterClass.property("iTime") ? "iTime" : "time";
 }
 
 std::unique_ptr<QVMTIFilter> makeFilterOnClip(const EffectChoice& choice, const ClipPosition& clip) {

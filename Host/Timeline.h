@@ -49,6 +49,12 @@ std::vector<std::string_view> inputNames(const QVFilterClass& filterClass);
 /// Hands over the inputs that the filter has.
 void setInputs(QVMTIFilter& filter, const FilterInputs& inputs);
 
+/// Sets a property if the class has it and the user has not given it.
+void setUnlessGiven(QVMTIFilter& filter, const EffectChoice& choice, std::string_view name,
+                    const QVPropertyValue& value);
+/// The property that carries the time: an effect's is `iTime`, a plain filter may have a `time` of its own.
+std::string_view timeProperty(const QVFilterClass& filterClass);
+
 /// A new filter of the choice's class at the class's default strength and the clip's position, then with the
 /// choice's settings in their order.
 std::unique_ptr<QVMTIFilter> makeFilterOnClip(const EffectChoice& choice, const ClipPosition& clip);

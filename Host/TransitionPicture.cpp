@@ -2,13 +2,10 @@
 #include "Host/SheetDrawing.h"
 #include "Host/TransitionCommand.h"
 #include "Host/TransitionTimeline.h"
-#include "Platform/Drawing/BitmapCanvas.h"
 
 namespace qv::host {
 
 namespace {
-
-constexpr double kGap = 8, kLabelHeight = 24;
 
 /// Progress must not fall from one call to the next.
 Bitmap momentOf(TransitionTimeline& timeline, MTIContext& context, double progress) {
@@ -20,20 +17,15 @@ Bitmap momentOf(TransitionTimeline& timeline, MTIContext& context, double progre
     return bitmap;
 }
 
-Bitmap drawStrip(TransitionTimeline& timeline, MTIContext& context, int count) {
-    const CGSize frame = timeline.frame().size;
-    const double step = frame.width + kGap;
-    BitmapCanvas canvas({step * count - kGap, frame.height + kLabelHeight}, true);
-    if (!canvas) fail(ExitCode::usage, "{} frames side by side are too wide; give a smaller --size", count);
-    canvas.fillRect({{0, 0}, canvas.size()}, kPaper);
+Bitmap stripOf(TransitionTimeline& timeline, MTIContext& context, int count) {
+    std::vector<StripFrame> frames;
     for (int i = 0; i < count; ++i) {
         const double progress = double(i) / (count - 1);
-        const double x = step * i;
-        canvas.drawImage(UIImage(momentOf(timeline, context, progress)), {{x, 0}, frame});
-        const std::string label = fmt::format("{:.3g}", progress);
-        canvas.drawText(label, {x + 4, frame.height + 3}, fittingFont(label, 15, frame.width), kInk);
+        frames.push_back({progress, momentOf(timeline, context, progress)});
     }
-    return canvas.image().bitmap();
+    const Bitmap strip = drawStrip(frames);
+    if (!strip) fail(ExitCode::usage, "{} frames side by side are too wide; give a smaller --size", count);
+    return strip;
 }
 
 }  // namespace
@@ -48,7 +40,7 @@ void transitionPicture(const TransitionOptions& options) {
     timeline.first().goTo(timeline.start() + first);
     timeline.second().goTo(first);
     const Bitmap bitmap =
-        options.at ? momentOf(timeline, *context, *options.at) : drawStrip(timeline, *context, options.strip);
+        options.at ? momentOf(timeline, *context, *options.at) : stripOf(timeline, *context, options.strip);
     writePicture(bitmap, options.output, type);
     checkValidation(*context);
 }
