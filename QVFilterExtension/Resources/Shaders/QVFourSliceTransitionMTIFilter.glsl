@@ -1,5 +1,5 @@
-// Four quarters, each a window: the outgoing clip leaves it and the incoming one follows. The upper left quarter moves up,
-// the next ones clockwise right, down and left, one a little after the other.
+// Four quarters, each a window: the outgoing clip leaves it and the incoming one follows. The upper left quarter moves
+// up, the next ones clockwise right, down and left, one a little after the other.
 #include "easing.glsl"
 #include "shutter.glsl"
 
@@ -24,5 +24,5 @@ vec4 scene(vec2 place, float moment) {
 vec4 QVFourSliceTransitionMTIFilter(vec2 uv) {
     vec2 size = outputSize();
     vec4 color = MEAN_OVER_SHUTTER(scene, uv * size, progress, shutterAt(progress, 0.02), evenShift(pixelHere()), 0.0);
-    return mix(color, readInput(1, uv), step(1.0, progress));
+    return mix(color, readHere(1), step(1.0, progress));
 }

@@ -19,7 +19,7 @@ vec4 scene(vec2 place, float moment) {
     float strip = min(floor(at.x * strips), strips - 1.0);
     float late = inTurn() ? strip * (0.6 / strips) : 0.0;
     float moved = smootherstep(clamp(moment * (1.0 + (inTurn() ? 0.6 : 0.0)) - late, 0.0, 1.0));
-    bool forwards = strip - 2.0 * floor(strip * 0.5) > 0.5;
+    bool forwards = fract(strip * 0.5) > 0.25;
     float way = forwards ? -moved : moved;
     bool incoming = abs(at.y + way - 0.5) >= 0.5 && moved > 0.0;
     if (incoming) way += forwards ? 1.0 : -1.0;
@@ -35,5 +35,5 @@ vec4 scene(vec2 place, float moment) {
 vec4 QVMoveSliceTransitionMTIFilter(vec2 uv) {
     vec2 size = outputSize();
     vec4 color = MEAN_OVER_SHUTTER(scene, uv * size, progress, shutterAt(progress, 0.018), evenShift(pixelHere()), 0.0);
-    return mix(color, readInput(1, uv), step(1.0, progress));
+    return mix(color, readHere(1), step(1.0, progress));
 }

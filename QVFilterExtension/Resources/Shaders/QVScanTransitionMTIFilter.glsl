@@ -1,9 +1,10 @@
-// A bright line scans the picture: before it the outgoing clip, pressed aside like by a lens, behind it the incoming one,
-// which still glows with the scan's lines.
+// A bright line scans the picture: before it the outgoing clip, pressed aside like by a lens, behind it the incoming
+// one, which still glows with the scan's lines.
 
 uniform float progress;  // eased
 uniform float ratio;     // of the frame, width to height
-selector int scanType;   // where the line moves to: 0 down, 1 up, 2 right, 3 left, 4 down to the right, 5 outwards as a circle
+// Where the line moves to: 0 down, 1 up, 2 right, 3 left, 4 down to the right, 5 outwards as a circle.
+selector int scanType;
 
 vec4 QVScanTransitionMTIFilter(vec2 uv) {
     vec2 aspect = vec2(max(ratio, 1.0), max(1.0 / ratio, 1.0));  // the shorter side is 1

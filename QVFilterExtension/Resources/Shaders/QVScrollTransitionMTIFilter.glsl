@@ -30,5 +30,5 @@ vec4 QVScrollTransitionMTIFilter(vec2 uv) {
     vec2 size = outputSize();
     float shut = shutterAt(progress, rolls() ? 0.022 : 0.035);
     vec4 color = MEAN_OVER_SHUTTER(scene, uv * size, progress, shut, evenShift(pixelHere()), 0.35);
-    return mix(withinAlpha(color), readInput(1, uv), settled(progress, size));
+    return mix(withinAlpha(color), readHere(1), settled(progress, size));
 }

@@ -6,8 +6,8 @@
 uniform float progress;  // eased
 uniform int count;       // of strips, at least 1
 uniform float slope;     // lean of the cuts: pixels sideways for each pixel along them
-// 0 columns from above and below by turns, 1 columns from above one after the other, 2 rows from the left and the right by
-// turns, 3 rows from the left one after the other, 4 columns by turns from the middle outwards
+// 0 columns from above and below by turns, 1 columns from above one after the other, 2 rows from the left and the right
+// by turns, 3 rows from the left one after the other, 4 columns by turns from the middle outwards
 selector int type;
 
 bool inRows() { return type == 2 || type == 3; }
@@ -27,7 +27,7 @@ vec4 scene(vec2 place, float moment) {
     float x = clamp(moment * (1.0 + wait) - wait * clamp(rank, 0.0, 1.0), 0.0, 1.0);
     float moved = x * x * (3.0 - 2.0 * x) * frame.y;
     // Strips from below or from the right are those from above, mirrored.
-    bool fromEnd = type != 1 && type != 3 && strip - 2.0 * floor(strip * 0.5) > 0.5;
+    bool fromEnd = type != 1 && type != 3 && fract(strip * 0.5) > 0.25;
     float along = fromEnd ? frame.y - at.y : at.y;
     float beyond = along - moved;  // of the strip's edge
     float inStrip = beyond + frame.y, under = along - 0.15 * moved;
@@ -45,5 +45,5 @@ vec4 QVSliceTransitionMTIFilter(vec2 uv) {
     vec2 size = outputSize();
     float moment = relaxed(progress), shut = shutterAt(moment, 0.025);
     vec4 color = MEAN_OVER_SHUTTER(scene, uv * size, moment, shut, evenShift(pixelHere()), 0.0);
-    return mix(color, readInput(1, uv), settled(progress, size));
+    return mix(color, readHere(1), settled(progress, size));
 }

@@ -19,5 +19,5 @@ vec4 QVSmoothRotateTransitionMTIFilter(vec2 uv) {
     Whirl whirl = whirlOf(progress, whole, false, 0.5 * size, size);
     float shut = shutterAt(progress, 0.03);
     vec4 color = MEAN_OVER_SHUTTER(SCENE, uv * size, 0.0, shut, evenShift(pixelHere()), 0.4);
-    return mix(withinAlpha(color), readInput(1, uv), settled(progress, size));
+    return mix(withinAlpha(color), readHere(1), settled(progress, size));
 }

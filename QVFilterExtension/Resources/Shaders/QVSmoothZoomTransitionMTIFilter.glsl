@@ -19,5 +19,5 @@ vec4 QVSmoothZoomTransitionMTIFilter(vec2 uv) {
     Whirl whirl = whirlOf(progress, whole, type == 2 || type == 3, 0.5 * size, size);
     float shut = shutterAt(progress, 0.045);
     vec4 color = MEAN_OVER_SHUTTER(SCENE, uv * size, 0.0, shut, evenShift(pixelHere()), 0.6);
-    return mix(withinAlpha(color), readInput(1, uv), settled(progress, size));
+    return mix(withinAlpha(color), readHere(1), settled(progress, size));
 }

@@ -1,4 +1,5 @@
-// Strips of the picture zoom one after the other and change clips at their fastest. Outside a frame lies its mirror image.
+// Strips of the picture zoom one after the other and change clips at their fastest. Outside a frame lies its mirror
+// image.
 #include "passage.glsl"
 #include "shutter.glsl"
 
@@ -28,5 +29,5 @@ vec4 QVZoomSliceTransitionMTIFilter(vec2 uv) {
     vec2 size = outputSize();
     float moment = relaxed(progress), shut = shutterAt(moment, 0.022);
     vec4 color = MEAN_OVER_SHUTTER(scene, uv * size, moment, shut, evenShift(pixelHere()), 0.3);
-    return mix(withinAlpha(color), readInput(1, uv), settled(progress, size));
+    return mix(withinAlpha(color), readHere(1), settled(progress, size));
 }

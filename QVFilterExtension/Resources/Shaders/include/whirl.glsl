@@ -1,5 +1,5 @@
-// One fast motion through both clips, which change where it is fastest: zoom and turn as a complex number, the logarithm
-// of the scale and the angle (radians, clockwise). What lies outside a frame is its mirror image.
+// One fast motion through both clips, which change where it is fastest: zoom and turn as a complex number, the
+// logarithm of the scale and the angle (radians, clockwise). What lies outside a frame is its mirror image.
 
 vec2 complexProduct(vec2 a, vec2 b) { return vec2(a.x * b.x - a.y * b.y, a.x * b.y + a.y * b.x); }
 
@@ -10,8 +10,8 @@ struct Whirl {
     vec2 frame;  // pixels
 };
 
-// The outgoing clip goes through the first half of `whole`; the incoming one through its second half, or, if `back`, the
-// first half back again.
+// The outgoing clip goes through the first half of `whole`; the incoming one through its second half, or, if `back`,
+// the first half back again.
 Whirl whirlOf(float progress, vec2 whole, bool back, vec2 pivot, vec2 frame) {
     bool incoming = progress >= 0.5;
     vec2 rate = incoming && back ? -whole : whole;
