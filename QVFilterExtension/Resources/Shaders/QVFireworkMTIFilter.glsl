@@ -33,13 +33,13 @@ vec2 stars(float turns, float r, float rays, float radius, float spread, float t
     grain = min(grain, r * 3.0 / rays);  // never wider than the ray's sector
     float head = max(1.0 - (sideways * sideways + ahead * ahead) / (grain * grain + 1e-8), 0.0);
     if (level == 4) return vec2(head * head * step(0.55, fract(draw.z * 7.0 + floor(iTime * 15.0) * 0.618034)), 0.0);
-    float thin = max(1.0 - abs(sideways) / (grain * 0.55 + 1e-4), 0.0);
+    float thin = max(1.0 - abs(sideways) / (grain * 0.7 + 1e-4), 0.0);
     float along = clamp((r - tail * reach) / ((1.0 - tail) * reach + 1e-4), 0.0, 1.0) * step(r, reach);
     return vec2(head * head, thin * along * along) * (0.6 + 0.4 * draw.z);
 }
 
 // Colour of heads (near white in the middle) and tails.
-vec3 starlight(vec2 light, vec3 tint) { return light.x * (tint + light.x * light.x * 0.6) + light.y * tint * 0.75; }
+vec3 starlight(vec2 light, vec3 tint) { return light.x * (tint * 1.3 + light.x * light.x) + light.y * tint * 1.1; }
 
 // A shell at this moment. `center` and `size` are in short sides of the frame.
 struct Shell {
@@ -51,11 +51,11 @@ struct Shell {
 
 Shell shellAt(float number, vec2 frame) {
     Shell shell;
-    float clock = iTime * 0.42 + number / 3.0;
+    float clock = iTime * 0.5 + number / 3.0;
     float salvo = floor(clock);
     shell.draw = fract(mod(salvo * 3.0 + number, 1024.0) * kSpread + 0.2);
     shell.center = frame * vec2(0.14 + 0.72 * shell.draw.x, 0.2 + 0.24 * shell.draw.y);
-    shell.size = (0.22 + 0.2 * effectValue) * (0.8 + 0.4 * shell.draw.z);
+    shell.size = (0.27 + 0.2 * effectValue) * (0.8 + 0.4 * shell.draw.z);
     shell.age = (clock - salvo) * 1.25;
     shell.burst = step(0.25, shell.age);
     shell.left = 1.25 - max(shell.age, 0.25);
@@ -82,7 +82,7 @@ vec3 bloomOf(Shell shell, vec2 p) {
     vec3 draw = shell.draw;
     float size = shell.size, left = shell.left, bloom = 1.0 - left;
     float radius = size * (1.0 - left * left * left * left) + 1e-3;
-    float grain = (0.009 + 0.007 * effectValue) * (level == 4 ? 1.15 : 1.0);
+    float grain = (0.011 + 0.008 * effectValue) * (level == 4 ? 1.15 : 1.0);
     vec3 tint = level == 1   ? vec3(1.0, 0.68, 0.28)
                 : level == 3 ? mix(vec3(1.0, 0.08, 0.28), vec3(1.0, 0.35, 0.75), draw.x)
                 : level == 4 ? vec3(1.0, 0.84, 0.5)
@@ -126,7 +126,7 @@ vec3 bloomOf(Shell shell, vec2 p) {
         light = starlight(outer, tint) + starlight(inner, crackles ? tint : hueColor(draw.z + 0.4));
     }
     float fade = fadeOf(shell);
-    return light * fade * 1.5 + tint * halo * (flashOf(shell) * 0.28 + 0.1 * fade);
+    return light * fade * 1.7 + tint * halo * (flashOf(shell) * 0.6 + 0.22 * fade);
 }
 
 vec4 QVFireworkMTIFilter(vec2 uv) {
@@ -147,10 +147,10 @@ vec4 QVFireworkMTIFilter(vec2 uv) {
         near = near.x > 0 ? ivec3(0, near.yz) : near.y > 0 ? ivec3(0, 0, near.z) : ivec3(0);
         light += bloomOf(shell, p);
     }
-    light = min(light * (0.6 + 0.6 * effectValue), 1.0);
+    light = min(light * (0.6 + effectValue), 1.0);
 
     vec4 color = readHere(0);
-    float night = min(effectValue * 1.25, 1.0);
+    float night = min(effectValue * 1.6, 1.0);
     vec3 rgb = color.rgb * (1.0 - night * mix(vec3(0.84, 0.8, 0.68), vec3(0.3, 0.3, 0.35), min(lit * 0.4, 1.0)));
     rgb += light - rgb * light;  // screen
     float alpha = max(color.a, max(light.r, max(light.g, light.b)));

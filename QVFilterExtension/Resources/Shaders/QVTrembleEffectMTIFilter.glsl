@@ -1,6 +1,6 @@
 // A camera in a nervous hand: it never rests, jerks now and then, and smears the picture along its motion. The
 // picture is drawn larger by as much as the hand can move, so that its border is never seen.
-#include "noise.glsl"
+#include "motion.glsl"
 #include "wave.glsl"
 
 uniform float iTime;
@@ -17,20 +17,18 @@ vec2 handAt(float time) {
     return sway * 0.4 + tremor * (0.2 + 0.35 * spring) + quick * (0.1 + 0.2 * spring);
 }
 
+vec4 tap(vec2 place) { return readPixel(0, ivec2(place)); }
+
 vec4 QVTrembleEffectMTIFilter(vec2 uv) {
     vec2 size = outputSize();
-    vec2 reach = 0.045 * effectValue * min(size.x, size.y) / size;
+    vec2 reach = effectValue * (0.11 - 0.04 * effectValue) * min(size.x, size.y) / size;
     vec2 hand = handAt(iTime);
-    const float kShutter = 0.018;  // seconds
-    vec2 smear = (hand - handAt(iTime - kShutter)) * reach * size * 0.25;
-    float roll = 0.012 * effectValue * wave(iTime * 2.9);
+    const float kShutter = 0.025;  // seconds
+    vec2 smear = (hand - handAt(iTime - kShutter)) * reach * size;
+    float roll = 0.03 * effectValue * wave(iTime * 2.9);
 
     vec2 fromCenter = (uv - 0.5) * (1.0 - 2.4 * reach);
     vec2 aspect = size / size.yx;
     vec2 from = (0.5 + fromCenter + roll * fromCenter.yx * vec2(-aspect.y, aspect.x) + hand * reach) * size;
-    // Five places along the smear. They are spread over a pixel too, which smooths as interpolation would.
-    return (readPixel(0, ivec2(from)) + readPixel(0, ivec2(from - smear + vec2(0.4, 0.2))) +
-            readPixel(0, ivec2(from - smear * 2.0 + vec2(-0.2, 0.4))) +
-            readPixel(0, ivec2(from - smear * 3.0 + vec2(-0.4, -0.2))) +
-            readPixel(0, ivec2(from - smear * 4.0 + vec2(0.2, -0.4)))) * 0.2;
+    return MEAN_ALONG(tap, from - 0.5 * smear, smear, tapShift(pixelHere()));
 }
