@@ -15,7 +15,7 @@ Bitmap soapBubble();
 /// A star with a soft glow and faint diffraction spikes, 256×256, nothing left at its border.
 Bitmap star();
 
-/// A curled piece of confetti ribbon, 256×128, white with shading, to be tinted.
+/// A curl of ribbon that hangs down in two turns, 192×480, white with shading, to be tinted.
 Bitmap ribbon();
 
 }  // namespace qv::assets

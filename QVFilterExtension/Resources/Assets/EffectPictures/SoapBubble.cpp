@@ -6,7 +6,7 @@ namespace qv::assets {
 namespace {
 
 constexpr int kSide = 512;
-constexpr float kRadius = 0.955f;  // of half the picture
+constexpr float kRadius = 0.97f;  // of half the picture
 constexpr float kPi = 3.14159265f;
 
 /// Share of light that a film of `thickness` nanometres mirrors at the three wavelengths, where light comes
@@ -53,27 +53,27 @@ Rgba bubbleAt(float x, float y) {
     const Vec3 far = filmReflection(470 - 150 * y + 260 * swirlX, cosine);
     film = film * 0.66f + far * 0.34f;
     const float grey = dot(film, {0.3f, 0.5f, 0.2f});
-    film = mix(Vec3{grey, grey, grey}, film, 1.22f);
+    film = mix(Vec3{grey, grey, grey}, film, 1.4f);
     film = {clamp01(film.x), clamp01(film.y), clamp01(film.z)};
 
     // Schlick's approximation, for what is mirrored more and more towards the rim.
-    const float grazing = std::pow(1 - cosine, 2.6f);
-    const float mirrored = 0.055f + 0.75f * grazing;
+    const float grazing = std::pow(1 - cosine, 1.9f);
+    const float mirrored = 0.13f + 0.95f * grazing;
     // Sky above, ground below, as the ball mirrors them.
     const Vec3 sky = mix(Vec3{1.0f, 0.98f, 0.95f}, Vec3{0.80f, 0.92f, 1.0f}, smoothstep(0.5f, -0.9f, y));
     const float surroundings = mix(0.72f, 1.0f, smoothstep(0.7f, -0.8f, y - 0.25f * x));
     Vec3 color = film * sky * (mirrored * surroundings);
 
     // The rim itself: a fine bright line, a little off the border.
-    const float line = std::exp(-std::pow((r - 0.972f) / 0.012f, 2.0f));
-    color += (film * 0.6f + Vec3{0.4f, 0.4f, 0.4f}) * (0.30f * line * surroundings);
+    const float line = std::exp(-std::pow((r - 0.968f) / 0.02f, 2.0f));
+    color += (film * 0.6f + Vec3{0.4f, 0.4f, 0.4f}) * (0.55f * line * surroundings);
 
     const float key = windowGlow(x, y, -0.44f, -0.50f, -0.72f, 0.20f, 0.115f, 0.035f);
     const float fill = windowGlow(x, y, 0.50f, 0.53f, 2.42f, 0.13f, 0.06f, 0.045f);
     const float glint = std::exp(-((x + 0.62f) * (x + 0.62f) + (y + 0.16f) * (y + 0.16f)) / 0.0011f);
     const float bloom = std::exp(-((x + 0.42f) * (x + 0.42f) + (y + 0.47f) * (y + 0.47f)) / 0.09f);
-    color += Vec3{0.97f, 0.985f, 1.0f} * (0.84f * key + 0.30f * glint + 0.10f * bloom) +
-             (film * 0.5f + Vec3{0.5f, 0.5f, 0.5f}) * (0.40f * fill);
+    color += Vec3{0.97f, 0.985f, 1.0f} * (0.92f * key + 0.45f * glint + 0.16f * bloom) +
+             (film * 0.5f + Vec3{0.5f, 0.5f, 0.5f}) * (0.55f * fill);
 
     // A bubble takes a little light from what is behind it, most at the rim.
     const float light = std::max({color.x, color.y, color.z});
