@@ -24,17 +24,12 @@ QVScanlineMTIFilter::QVScanlineMTIFilter(const QVFilterClass& filterClass) : QVE
     QVScanlineMTIFilter::setEffectValue(effectValue());
 }
 
-ScanlineSetting scanlineSetting(float effectValue) {
-    const double u = std::fmod(double(effectValue) + 0.25, 1.0);
+void QVScanlineMTIFilter::setEffectValue(float value) {
+    const double u = std::fmod(double(value) + 0.25, 1.0);
     // Not 2: the largest u below 1 must not reach a third pattern.
     const double level = std::floor(u * 1.999);
-    return {std::int64_t(level), 2 * (u - 0.5 * level)};
-}
-
-void QVScanlineMTIFilter::setEffectValue(float value) {
-    const ScanlineSetting setting = scanlineSetting(value);
-    setLevel(setting.level);
-    value_ = setting.value;
+    setLevel(std::int64_t(level));
+    value_ = 2 * (u - 0.5 * level);
 }
 
 MTIParameters QVScanlineMTIFilter::parameters() const {

@@ -6,23 +6,14 @@ namespace qv {
 
 extern const QVFilterClass QVScanlineMTIFilterClass;
 
-/// One of the two line patterns and a strength within it, 0..1.
-struct ScanlineSetting {
-    std::int64_t level;  ///< 0 or 1
-    double value;        ///< 0..1
-};
-
-/// The patterns share the range of the effect value, which begins a quarter of the range into the first
-/// pattern and wraps round: 0..0.25 is the upper half of pattern 0, 0.25..0.75 all of pattern 1, 0.75..1 the
-/// lower half of pattern 0.
-ScanlineSetting scanlineSetting(float effectValue);
-
 /// The lines of a television tube: dark lines at level 0, lines and coloured stripes at level 1.
 class QVScanlineMTIFilter : public QVEffectMTIFilter {
   public:
     explicit QVScanlineMTIFilter(const QVFilterClass& filterClass = QVScanlineMTIFilterClass);
 
-    /// Sets the level, 0 or 1, and `value`; `effectValue` itself keeps its value. See `scanlineSetting`.
+    /// Sets the level, 0 or 1, and `value`; `effectValue` itself keeps its value. The patterns share the
+    /// range, which begins a quarter into the first pattern and wraps round: 0..0.25 is the upper half of
+    /// pattern 0, 0.25..0.75 all of pattern 1, 0.75..1 the lower half of pattern 0.
     void setEffectValue(float value) override;
 
     /// Strength of the pattern, 0..1.

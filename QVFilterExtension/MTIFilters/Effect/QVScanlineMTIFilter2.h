@@ -1,28 +1,16 @@
 #pragma once
 
-#include "QVFilterCore/QVEffectMTIFilter.h"
+#include "QVFilterExtension/MTIFilters/Effect/QVScanlineMTIFilter.h"
 
 namespace qv {
 
 extern const QVFilterClass QVScanlineMTIFilter2Class;
 
-/// The line patterns of `QVScanlineMTIFilter` as an effect of its own.
-class QVScanlineMTIFilter2 : public QVEffectMTIFilter {
+/// `QVScanlineMTIFilter` under a second name: the same patterns, parameters and fragment function.
+class QVScanlineMTIFilter2 : public QVScanlineMTIFilter {
   public:
-    explicit QVScanlineMTIFilter2(const QVFilterClass& filterClass = QVScanlineMTIFilter2Class);
-
-    /// Sets the level, 0 or 1, and `value`; `effectValue` itself keeps its value. See `scanlineSetting`.
-    void setEffectValue(float value) override;
-
-    /// Strength of the pattern, 0..1.
-    double value() const { return value_; }
-    void setValue(double strength) { value_ = strength; }
-
-    /// "level", "effectValue" (that is `value`).
-    MTIParameters parameters() const override;
-
-  private:
-    double value_;
+    explicit QVScanlineMTIFilter2(const QVFilterClass& filterClass = QVScanlineMTIFilter2Class)
+        : QVScanlineMTIFilter(filterClass) {}
 };
 
 }  // namespace qv
