@@ -11,7 +11,7 @@ constexpr HalvesEasing kAlphaEasing{{0.5, 0, 0.83, 0.83}, {0.17, 0.17, 0.5, 1}};
 const QVFilterClass QVTurbulenceBlendMTIFilterClass{
     .name = "QVTurbulenceBlendMTIFilter",
     .superclass = &QVLiquidTransitionMTIFilterClass,
-    .help = "A dissolve in which bright parts come through first",
+    .help = "A dissolve along the front of a swirling liquid",
     .factory = makeFilter<QVTurbulenceBlendMTIFilter>,
 };
 
