@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "Host/CommandLine.h"
+#include "Host/CostMeter.h"
 #include "Host/Device.h"
 #include "Host/Diagnostics.h"
 #include "Host/PropertyJSON.h"
@@ -184,6 +185,27 @@ void bench(const Options& options) {
 }
 
 }  // namespace
+
+struct CostMeter::State {
+    Options options;
+    Bench bench{options};
+};
+
+CostMeter::CostMeter(const DeviceOptions& device, PixelSize size, int rounds) {
+    Options options;
+    options.size = fmt::format("{}x{}", size.width, size.height);
+    options.rounds = rounds;
+    options.device = device;
+    state_ = std::make_unique<State>(options);
+}
+
+CostMeter::~CostMeter() = default;
+
+ClassCost CostMeter::measure(const QVFilterClass& filterClass) {
+    const Result result = state_->bench.measure(std::string(filterClass.name));
+    if (!result.measured) return {};
+    return {true, rounded(result.ratio()), rounded(result.filter.median()), result.filter.last.passes};
+}
 
 void addBenchCommand(CLI::App& tool) {
     CLI::App* command = tool.add_subcommand("bench", "Measures classes against a plain copy pass");

@@ -21,6 +21,7 @@ void addRenderCommand(CLI::App& tool);
 void addTransitionCommand(CLI::App& tool);
 void addBenchCommand(CLI::App& tool);
 void addSheetCommand(CLI::App& tool);
+void addGalleryCommand(CLI::App& tool);
 void addDevicesCommand(CLI::App& tool);
 
 struct PixelSize {

@@ -48,6 +48,7 @@ int main(int argc, char** argv) {
         addRenderCommand(tool);
         addTransitionCommand(tool);
         addSheetCommand(tool);
+        addGalleryCommand(tool);
         addBenchCommand(tool);
         addDevicesCommand(tool);
         tool.footer(kFooter);

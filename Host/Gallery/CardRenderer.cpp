@@ -1,0 +1,195 @@
+#include "Host/Gallery/CardRenderer.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+#include <numeric>
+
+#include "Host/ClassPicture.h"
+#include "Host/Interrupt.h"
+#include "QVFilterCore/QVTransitionMTIFilter.h"
+
+namespace qv::host {
+
+namespace {
+
+/// Of pixels that may be rendered at twice the preview's size.
+constexpr int kCheapPixels = 640 * 360;
+/// The telling frame is the one that differs from its source more than this share of all frames: not the
+/// height of a flash, which may hide everything, but nothing at rest either.
+constexpr double kTellingShare = 0.8;
+
+CGSize sidesOf(PixelSize size) {
+    return {double(size.width), double(size.height)};
+}
+
+MTIImage resized(const MTIImage& image, PixelSize size) {
+    return image.size() == sidesOf(size) ? image : image.resize(sidesOf(size));
+}
+
+double passageProgress(double time) {
+    return std::clamp((time - kPassageHold) / (kPreviewSeconds - 2 * kPassageHold), 0.0, 1.0);
+}
+
+/// The first frame of a passage that is at least that far.
+int passageFrame(double progress) {
+    int frame = 0;
+    while (passageProgress(previewTime(frame)) < progress) ++frame;
+    return frame;
+}
+
+bool isPassage(const QVFilterClass& filterClass) {
+    return filterClass.isSubclassOf(QVTransitionMTIFilterClass);
+}
+
+/// A filter on the preview's timeline.
+class PreviewFilter {
+  public:
+    explicit PreviewFilter(EffectChoice choice)
+        : choice_(std::move(choice)),
+          filter_(makeFilterOnClip(choice_, {.time = 0.0, .startTime = 0.0, .endTime = kPreviewSeconds})) {
+        const double passage = kPreviewSeconds - 2 * kPassageHold;
+        setUnlessGiven(*filter_, choice_, "timeRange",
+                       CMTimeRange{CMTimeMakeWithSeconds(kPassageHold, kPreviewRate),
+                                   CMTimeMakeWithSeconds(passage, kPreviewRate)});
+    }
+
+    MTIImage at(int frame, const GalleryScene& scene) {
+        const QVFilterClass& filterClass = *choice_.filterClass;
+        const double time = previewTime(frame);
+        setUnlessGiven(*filter_, choice_, timeProperty(filterClass), time);
+        setUnlessGiven(*filter_, choice_, "progress",
+                       isPassage(filterClass) ? passageProgress(time) : time / kPreviewSeconds);
+        setInputs(*filter_, scene.frame(frame));
+        return filter_->outputImage();
+    }
+
+  private:
+    EffectChoice choice_;
+    std::unique_ptr<QVMTIFilter> filter_;
+};
+
+double meanDifference(const PixelBuffer& a, const PixelBuffer& b) {
+    double sum = 0;
+    for (int plane = 0; plane < PixelBuffer::planeCount(a.format()); ++plane) {
+        const PlaneLayout layout = PixelBuffer::planeLayout(a.format(), plane, a.width(), a.height());
+        std::int64_t total = 0;
+        for (int y = 0; y < layout.height; ++y) {
+            const std::uint8_t* first = a.plane(plane).data + std::size_t(y) * a.plane(plane).rowBytes;
+            const std::uint8_t* second = b.plane(plane).data + std::size_t(y) * b.plane(plane).rowBytes;
+            for (int x = 0; x < layout.width; ++x) total += std::abs(first[x] - second[x]);
+        }
+        sum += double(total) / (double(layout.width) * layout.height);
+    }
+    return sum;
+}
+
+/// The choices that a card shows beside the class's defaults: every level, every value of a selector.
+std::vector<CardStill> stillsOf(const QVFilterClass& filterClass) {
+    std::vector<CardStill> stills;
+    const bool hasLevels = filterClass.levels() > 1 && filterClass.property("level");
+    for (int level = 0; hasLevels && level < filterClass.levels(); ++level)
+        stills.push_back({"level", fmt::format("level {}", level), level, {}});
+    for (const QVProperty* property : filterClass.allProperties()) {
+        for (std::size_t i = 0; i < property->variants.size(); ++i)
+            stills.push_back({std::string(property->name), std::string(property->variants[i]), int(i), {}});
+    }
+    return stills;
+}
+
+}  // namespace
+
+CardSizes::CardSizes(PixelSize size) : preview(size), render(size) {
+    if (size.width * size.height * 4 > kCheapPixels) return;
+    render = {size.width * 2, size.height * 2};
+}
+
+CardRenderer::CardRenderer(const GalleryFiles& files, const CardSizes& sizes, MTIContext& context)
+    : sizes_(sizes), context_(context), scene_(files, sizes.render, context) {}
+
+const GalleryScene& CardRenderer::sceneFor(const QVFilterClass& filterClass) {
+    const bool usable = scene_.hasMask() || filterClass.inputsOrInherited() != QVFilterInputs::oneAndMask;
+    if (usable) return scene_;
+    if (!sampleScene_) sampleScene_.emplace(GalleryFiles{}, sizes_.render, context_);
+    return *sampleScene_;
+}
+
+std::optional<CardPictures> CardRenderer::render(const QVFilterClass& filterClass) {
+    const GalleryScene& scene = sceneFor(filterClass);
+    CardPictures pictures;
+    pictures.frames = play(filterClass, scene);
+    if (pictures.frames.empty()) return std::nullopt;
+    const int frame =
+        isPassage(filterClass) ? passageFrame(kPassageProgress) : tellingFrame(pictures.frames, scene);
+    pictures.moment = previewTime(frame);
+    const EffectChoice plain{&filterClass};
+    pictures.after = still(PreviewFilter(plain).at(frame, scene), sizes_.render);
+    pictures.before = still(scene.frame(frame).first, sizes_.render);
+    if (filterClass.inputsOrInherited() == QVFilterInputs::two)
+        pictures.incoming = still(scene.frame(frame).second, sizes_.render);
+    pictures.stills = stillsOf(filterClass);
+    for (CardStill& each : pictures.stills) {
+        EffectChoice choice = plain;
+        choice.addSetting(fmt::format("{}={}", each.property, each.value));
+        each.picture = still(PreviewFilter(choice).at(frame, scene), sizes_.preview);
+    }
+    return pictures;
+}
+
+std::vector<PixelBuffer> CardRenderer::play(const QVFilterClass& filterClass, const GalleryScene& scene) {
+    PreviewFilter filter(EffectChoice{&filterClass});
+    std::vector<MTIImage> images;
+    for (int i = 0; i < kPreviewFrames; ++i) {
+        images.push_back(filter.at(i, scene));
+        if (!images.back()) return {};
+    }
+    return renderFrames(images);
+}
+
+/// All are started before the first is waited for, so that the device never idles.
+std::vector<PixelBuffer> CardRenderer::renderFrames(const std::vector<MTIImage>& images) {
+    std::vector<PixelBuffer> frames;
+    std::vector<std::unique_ptr<RenderTask>> tasks;
+    std::string cause;
+    context_.prepare(resized(images.front(), sizes_.preview));
+    for (const MTIImage& image : images) {
+        checkInterrupt();
+        frames.push_back(PixelBuffer::create(PixelFormat::i420, sizes_.preview.width, sizes_.preview.height));
+        if (!frames.back()) fail(ExitCode::internal, "no memory for a frame");
+        tasks.push_back(context_.startRender(resized(image, sizes_.preview), frames.back(), &cause));
+        if (!tasks.back()) fail(ExitCode::device, "{}", cause);
+    }
+    for (const auto& task : tasks) {
+        if (!task->wait(&cause)) fail(ExitCode::device, "{}", cause);
+    }
+    return frames;
+}
+
+const std::vector<PixelBuffer>& CardRenderer::sourceFrames(const GalleryScene& scene) {
+    std::vector<PixelBuffer>& source = &scene == &scene_ ? source_ : sampleSource_;
+    if (source.empty()) {
+        std::vector<MTIImage> images;
+        for (int i = 0; i < kPreviewFrames; ++i) images.push_back(scene.frame(i).first);
+        source = renderFrames(images);
+    }
+    return source;
+}
+
+int CardRenderer::tellingFrame(const std::vector<PixelBuffer>& frames, const GalleryScene& scene) {
+    const std::vector<PixelBuffer>& source = sourceFrames(scene);
+    std::vector<std::pair<double, int>> changes;
+    for (int i = 0; i < kPreviewFrames; ++i)
+        changes.emplace_back(meanDifference(frames[std::size_t(i)], source[std::size_t(i)]), i);
+    const auto telling = changes.begin() + std::ptrdiff_t(kTellingShare * kPreviewFrames);
+    std::nth_element(changes.begin(), telling, changes.end());
+    return telling->second;
+}
+
+Bitmap CardRenderer::still(const MTIImage& image, PixelSize size) {
+    std::string cause;
+    Bitmap bitmap = context_.renderToBitmap(resized(image, size), &cause);
+    if (!bitmap) fail(ExitCode::device, "{}", cause);
+    return bitmap;
+}
+
+}  // namespace qv::host

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Host/Gallery/GalleryScene.h"
+#include "Platform/Media/Bitmap.h"
+
+namespace qv::host {
+
+/// A passage rests on either clip for a moment, so that a viewer sees what leads to what.
+inline constexpr double kPassageHold = 0.5;
+
+/// Sizes of a gallery's pictures. Frames are rendered larger than they are shown, where that is cheap: edges
+/// are smooth then, and what is counted in pixels comes closer to the size that it has in a clip.
+struct CardSizes {
+    PixelSize preview;  ///< even
+    PixelSize render;   ///< of the scene and of the two large stills
+
+    explicit CardSizes(PixelSize preview);
+};
+
+/// One value of a level or of a selector.
+struct CardStill {
+    std::string property, label;
+    int value;
+    Bitmap picture;
+};
+
+/// What a card shows. Everything but the frames is at one telling moment.
+struct CardPictures {
+    std::vector<PixelBuffer> frames;  ///< of the preview, as the encoder takes them
+    double moment = 0;                ///< seconds into the preview
+    Bitmap after, before;
+    Bitmap incoming;  ///< only of a passage, whose outgoing frame is `before`
+    std::vector<CardStill> stills;
+};
+
+/// Renders the pictures of one class after the other. One thread at a time.
+class CardRenderer {
+  public:
+    CardRenderer(const GalleryFiles& files, const CardSizes& sizes, MTIContext& context);
+
+    /// Nothing when the class gives no picture of two clips and a mask. Fails as device or interrupted.
+    std::optional<CardPictures> render(const QVFilterClass& filterClass);
+
+    const GalleryScene& scene() const { return scene_; }
+    /// The scene that a class is shown on: the drawn one where it needs a mask that the user's clip has not.
+    const GalleryScene& sceneFor(const QVFilterClass& filterClass);
+    /// The scene's first clip itself, as the frames of a preview.
+    const std::vector<PixelBuffer>& sourceFrames() { return sourceFrames(scene_); }
+
+  private:
+    std::vector<PixelBuffer> play(const QVFilterClass& filterClass, const GalleryScene& scene);
+    std::vector<PixelBuffer> renderFrames(const std::vector<MTIImage>& images);
+    const std::vector<PixelBuffer>& sourceFrames(const GalleryScene& scene);
+    int tellingFrame(const std::vector<PixelBuffer>& frames, const GalleryScene& scene);
+    Bitmap still(const MTIImage& image, PixelSize size);
+
+    CardSizes sizes_;
+    MTIContext& context_;
+    GalleryScene scene_;
+    std::optional<GalleryScene> sampleScene_;  ///< drawn when the first class asks
+    std::vector<PixelBuffer> source_, sampleSource_;
+};
+
+}  // namespace qv::host

@@ -1,0 +1,64 @@
+#include "Host/Gallery/GallerySheets.h"
+
+#include <algorithm>
+
+#include "Host/ClassPicture.h"
+#include "Host/Interrupt.h"
+#include "Host/PictureFile.h"
+#include "Host/SheetDrawing.h"
+#include "Host/SheetLayout.h"
+#include "Host/TransitionFilter.h"
+
+namespace qv::host {
+
+namespace {
+
+constexpr int kColumns = 6, kStripColumns = 2, kMoments = 5;
+/// A third of the way: the drifting window has left its place, and clips have begun to move.
+constexpr int kFrame = kPreviewFrames / 3;
+
+UIImage strip(const QVFilterClass& filterClass, const GalleryScene& scene, MTIContext& context) {
+    constexpr CMTimeRange kWhole{{0, kPreviewRate}, {kPreviewFrames, kPreviewRate}};
+    const FilterInputs& inputs = scene.frame(kFrame);
+    TransitionFilter filter(EffectChoice{&filterClass}, kWhole);
+    std::vector<StripFrame> frames;
+    for (int i = 0; i < kMoments; ++i) {
+        const double progress = double(i) / (kMoments - 1);
+        std::string cause;
+        const Bitmap picture =
+            context.renderToBitmap(filter.outputImage(inputs.first, inputs.second, progress), &cause);
+        if (!picture) fail(ExitCode::device, "{}: {}", filterClass.name, cause);
+        frames.push_back({progress, picture});
+    }
+    return UIImage(drawStrip(frames));
+}
+
+void write(const SheetGroups& groups, PixelSize cell, int columns, const std::filesystem::path& path) {
+    if (!groups.empty()) writePicture(drawSheet(groups, cell, columns), path.string(), PictureType::png);
+}
+
+}  // namespace
+
+void writeSheets(const std::filesystem::path& directory, const std::vector<const QVFilterClass*>& classes,
+                 const GalleryScene& scene, PixelSize cell, MTIContext& context) {
+    SheetGroups pictures, strips;
+    CGSize stripSize;
+    for (const QVFilterClass* filterClass : classes) {
+        checkInterrupt();
+        const std::string name(filterClass->name);
+        const QVFilterCategory category = filterClass->categoryOrInherited();
+        pictures[category].push_back(
+            {name, UIImage(classPicture(*filterClass, scene.frame(kFrame), std::nullopt, context))});
+        if (filterClass->inputsOrInherited() != QVFilterInputs::two) continue;
+        strips[category].push_back({name, strip(*filterClass, scene, context)});
+        stripSize = strips[category].back().picture.size();
+    }
+    write(pictures, cell, kColumns, directory / "sheet.png");
+    if (strips.empty()) return;
+    // As wide as three cells, as high as that makes it.
+    const int width = cell.width * kColumns / kStripColumns;
+    const PixelSize stripCell{width, int(width * stripSize.height / stripSize.width)};
+    write(strips, stripCell, kStripColumns, directory / "sheet-transitions.png");
+}
+
+}  // namespace qv::host
