@@ -94,7 +94,7 @@ void ShownFrames::goTo(double seconds) {
 }
 
 double ShownFrames::end() {
-    if (const auto end = ClipReader::endTime(info().path)) return secondsOf(info(), *end - firstTime_);
+    if (const auto end = clip_->endTime()) return secondsOf(info(), *end - firstTime_);
     // Later than any clip lasts.
     constexpr double kFarSeconds = 1e7;
     goTo(kFarSeconds);

@@ -150,7 +150,7 @@ struct ClipReader::State {
     bool readUpTo(std::int64_t time);
     ColorDescription colorOf(AVPixelFormat format, AVColorSpace matrix, AVColorRange range) const;
     std::int64_t nominalDuration() const;
-    std::optional<std::int64_t> lastPacketEnd();
+    std::optional<std::int64_t> lastPacketEnd() const;
     void stop(const std::string& cause);
     bool fail(const std::string& cause);
 };
@@ -305,18 +305,29 @@ std::int64_t ClipReader::State::nominalDuration() const {
     return std::max<std::int64_t>(av_rescale_q(1, av_inv_q(rate), stream->time_base), 1);
 }
 
-std::optional<std::int64_t> ClipReader::State::lastPacketEnd() {
+std::optional<std::int64_t> ClipReader::State::lastPacketEnd() const {
     constexpr std::int64_t kLate = std::numeric_limits<std::int64_t>::max() / 4;
-    if (av_seek_frame(input.get(), stream->index, kLate, AVSEEK_FLAG_BACKWARD) < 0) return std::nullopt;
+    const int index = stream->index;
+    const bool canSeek = !input->pb || (input->pb->seekable & AVIO_SEEKABLE_NORMAL);
+    AVFormatContext* context = nullptr;
+    if (!canSeek || avformat_open_input(&context, input->url, input->iformat, nullptr) < 0)
+        return std::nullopt;
+    const ffmpeg::InputContext again(context);
+    // Most containers name their streams at the beginning.
+    if (int(context->nb_streams) <= index && avformat_find_stream_info(context, nullptr) < 0)
+        return std::nullopt;
+    const ffmpeg::Packet read(av_packet_alloc());
+    const bool found = read && int(context->nb_streams) > index &&
+                       av_seek_frame(context, index, kLate, AVSEEK_FLAG_BACKWARD) >= 0;
     std::optional<std::int64_t> end;
-    while (av_read_frame(input.get(), packet.get()) >= 0) {
-        const bool shown = packet->stream_index == stream->index && !(packet->flags & AV_PKT_FLAG_DISCARD);
-        if (shown && packet->pts == AV_NOPTS_VALUE) return std::nullopt;
+    while (found && av_read_frame(context, read.get()) >= 0) {
+        const bool shown = read->stream_index == index && !(read->flags & AV_PKT_FLAG_DISCARD);
+        if (shown && read->pts == AV_NOPTS_VALUE) return std::nullopt;
         if (shown) {
-            const std::int64_t duration = packet->duration > 0 ? packet->duration : nominalDuration();
-            end = std::max(end.value_or(packet->pts), packet->pts + duration);
+            const std::int64_t duration = read->duration > 0 ? read->duration : nominalDuration();
+            end = std::max(end.value_or(read->pts), read->pts + duration);
         }
-        av_packet_unref(packet.get());
+        av_packet_unref(read.get());
     }
     return end;
 }
@@ -459,9 +470,8 @@ std::unique_ptr<ClipReader> ClipReader::open(const std::string& path, const Clip
     return std::unique_ptr<ClipReader>(new ClipReader(std::move(state)));
 }
 
-std::optional<std::int64_t> ClipReader::endTime(const std::string& path) {
-    State state;
-    return state.open(path, {.threads = 1}) ? state.lastPacketEnd() : std::nullopt;
+std::optional<std::int64_t> ClipReader::endTime() const {
+    return state_->lastPacketEnd();
 }
 
 const ClipInfo& ClipReader::info() const {

@@ -44,9 +44,9 @@ class ClipReader {
     /// frame that is the first, after the end the last. False with error() set where the input cannot seek.
     bool seek(double seconds);
 
-    /// When the last frame of a clip ends, in units of the video stream's time base, read from the file's
-    /// last packets without decoding anything. Nothing where they do not tell. Opens the file a second time.
-    static std::optional<std::int64_t> endTime(const std::string& path);
+    /// When the clip's last frame ends, in units of the video stream's time base, read from the file's last
+    /// packets without decoding anything. Nothing where they do not tell. Opens the file a second time.
+    std::optional<std::int64_t> endTime() const;
 
     /// One line that names file and cause, once reading has failed; empty as long as it has not.
     const std::string& error() const;

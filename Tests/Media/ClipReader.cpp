@@ -274,6 +274,24 @@ TEST(ClipReader, seeksToTheFrameThatIsShown) {
     }
 }
 
+TEST(ClipReader, tellsTheEndWithoutReading) {
+    const TemporaryFolder folder;
+    for (const char* name : {"clip.mp4", "clip.mkv", "clip.webm", "clip.ts", "clip.avi"}) {
+        const std::string path = folder / name;
+        ffmpeg("-f lavfi -i testsrc2=s=64x48:r=30000/1001:d=3 -g 12 '" + path + "'");
+        const auto reader = ClipReader::open(path);
+        ASSERT_TRUE(reader) << name;
+        const auto end = reader->endTime();
+        const std::vector<ClipFrame> frames = readAll(*reader);
+        ASSERT_EQ(frames.size(), 90u) << name;
+        if (end) {
+            EXPECT_EQ(*end, frames.back().time + frames.back().duration) << name;
+        } else {
+            EXPECT_EQ(std::string(name), "clip.avi") << "which has no stamps of when a frame is shown";
+        }
+    }
+}
+
 TEST(ClipReader, readsPicturesPipesAndOddNames) {
     const TemporaryFolder folder;
     for (const char* name : {"a.png", "a.jpg", "a.webp", "a.bmp", "a.tiff"}) {
