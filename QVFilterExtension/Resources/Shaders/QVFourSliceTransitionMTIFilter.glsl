@@ -17,8 +17,10 @@ vec4 scene(vec2 place, float moment) {
     vec2 outside = abs(from * (1.0 / window) - 0.5);
     bool incoming = max(outside.x, outside.y) >= 0.5;
     from += origin + (incoming ? way * window : vec2(0.0));
-    vec4 next = readPixel(1, ivec2(from * (inputSize(1) / size)));
-    return incoming ? next : readPixel(0, ivec2(from));
+    vec4 next = readPixel(1, ivec2((incoming ? from : place) * (inputSize(1) / size)));
+    vec4 last = readPixel(0, ivec2(incoming ? place : from));
+    // The one comes out of nothing and the other fades while it is a sliver, which would flash.
+    return mix(last, next, incoming ? min(moved * 7.0, 1.0) : max(moved * 7.0 - 6.0, 0.0));
 }
 
 vec4 QVFourSliceTransitionMTIFilter(vec2 uv) {

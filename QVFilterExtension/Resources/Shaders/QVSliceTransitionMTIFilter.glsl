@@ -25,7 +25,9 @@ vec4 scene(vec2 place, float moment) {
         wait = 0.8;
     }
     float x = clamp(moment * (1.0 + wait) - wait * clamp(rank, 0.0, 1.0), 0.0, 1.0);
-    float moved = x * x * (3.0 - 2.0 * x) * frame.y;
+    float part = x * x * (3.0 - 2.0 * x), moved = part * frame.y;
+    // A strip comes out of nothing, and so goes what it leaves uncovered: a sliver would flash.
+    float begun = min(part * 9.0, 1.0), left = min((1.0 - part) * 9.0, 1.0);
     // Strips from below or from the right are those from above, mirrored.
     bool fromEnd = type != 1 && type != 3 && fract(strip * 0.5) > 0.25;
     float along = fromEnd ? frame.y - at.y : at.y;
@@ -33,12 +35,12 @@ vec4 scene(vec2 place, float moment) {
     float inStrip = beyond + frame.y, under = along - 0.15 * moved;
     if (fromEnd) inStrip = frame.y - inStrip, under = frame.y - under;
     vec2 from = vec2(at.x - slope * (inStrip - at.y), inStrip), below = vec2(at.x, under);
-    from.x = frame.x - abs(frame.x - abs(from.x));
+    from = mirroredPlace(from, frame);
     if (inRows()) from = from.yx, below = below.yx;
     vec4 next = readPixel(1, ivec2(from * (inputSize(1) / size)));
-    float shadow = max(1.0 - max(beyond, 0.0) * (11.0 / min(size.x, size.y)), 0.0) * min(x * 8.0, 1.0);
+    float shadow = max(1.0 - max(beyond, 0.0) * (11.0 / min(size.x, size.y)), 0.0) * begun * left;
     vec4 last = readPixel(0, ivec2(below)) * vec4(vec3(1.0 - 0.55 * shadow * shadow), 1.0);
-    return beyond < 0.0 ? next : last;
+    return mix(last, next, beyond < 0.0 ? begun : 1.0 - left);
 }
 
 vec4 QVSliceTransitionMTIFilter(vec2 uv) {

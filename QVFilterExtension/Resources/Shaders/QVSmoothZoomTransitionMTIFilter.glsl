@@ -17,7 +17,10 @@ vec4 QVSmoothZoomTransitionMTIFilter(vec2 uv) {
     vec2 size = outputSize();
     vec2 whole = vec2(type == 1 || type == 3 ? -1.8 : 1.8, 0.0);
     Whirl whirl = whirlOf(progress, whole, type == 2 || type == 3, 0.5 * size, size);
-    float shut = shutterAt(progress, 0.045);
+    // Mirror images beyond the edges of the picture are smeared more, lest they be taken for more people.
+    vec2 place = complexProduct(whirl.turn, (uv - 0.5) * size) * (1.0 / size);
+    vec2 beyond = max(abs(place) - 0.5, 0.0);
+    float shut = shutterAt(progress, 0.05 + 0.08 * max(beyond.x, beyond.y));
     vec4 color = MEAN_OVER_SHUTTER(SCENE, uv * size, 0.0, shut, evenShift(pixelHere()), 0.6);
     return mix(withinAlpha(color), readHere(1), settled(progress, size));
 }
