@@ -13,9 +13,14 @@ vec4 QVAIReputationFilter(vec2 uv) {
     vec4 first = readHere(0), second = readPixel(0, ivec2(mirrorAtEdges(uv - step1) * size));
     vec4 third = readPixel(0, ivec2(mirrorAtEdges(uv - 2.0 * step1) * size));
     vec4 fourth = readPixel(0, ivec2(mirrorAtEdges(uv - 3.0 * step1) * size));
-    vec4 color = under(under(under(first * 0.55, second * 0.6), third * 0.5), fourth * 0.4);
+    // Bright parts shine through what lies on them, from repetition to repetition colder; the rest shows as in a multiple
+    // exposure.
+    vec4 shining = max(max(first, second * vec4(0.88, 0.83, 0.9, 1.0)),
+                       max(third * vec4(0.52, 0.66, 0.88, 1.0), fourth * vec4(0.3, 0.46, 0.7, 1.0)));
+    vec4 color = under(under(under(first * 0.62, second * 0.6), third * 0.5), fourth * 0.4);
     // What four opaque layers of these opacities cover counts as all; soft edges that lie on each other stay as soft
     // as they are.
-    color *= 1.0 / (1.0 - 0.45 * 0.4 * 0.5 * 0.6);
-    return color * min(max(max(first.a, second.a), max(third.a, fourth.a)) / max(color.a, 1e-6), 1.0);
+    color *= 1.0 / (1.0 - 0.38 * 0.4 * 0.5 * 0.6);
+    color *= min(shining.a / max(color.a, 1e-6), 1.0);
+    return mix(color, shining, 0.6);
 }
