@@ -4,6 +4,7 @@
 #include <atomic>
 #include <filesystem>
 #include <memory>
+#include <set>
 #include <thread>
 
 #include "Host/ClassListing.h"
@@ -182,6 +183,17 @@ class Gallery {
         }
     }
 
+    /// Those of the finished cards, in the order of browsing.
+    Json categories() const {
+        std::set<QVFilterCategory> found;
+        for (std::size_t i = 0; i < classes_.size(); ++i) {
+            if (cards_[i]) found.insert(classes_[i]->categoryOrInherited());
+        }
+        Json names = Json::array();
+        for (const QVFilterCategory category : found) names.push_back(categoryName(category));
+        return names;
+    }
+
     Json data() const {
         const auto side = [](PixelSize size) { return Json{size.width, size.height}; };
         Json data = {{"version", QV_VERSION},
@@ -193,6 +205,7 @@ class Gallery {
                        {"hold", kPassageHold}}},
                      {"costSize", side(kCostSize)},
                      {"sheet", options_.sheet},
+                     {"categories", categories()},
                      {"cards", Json::array()}};
         for (std::size_t i = 0; i < classes_.size(); ++i) {
             if (!cards_[i]) continue;

@@ -1,9 +1,10 @@
 #include "Host/Gallery/CardRenderer.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <memory>
-#include <numeric>
+#include <numbers>
 
 #include "Host/ClassPicture.h"
 #include "Host/Interrupt.h"
@@ -18,6 +19,10 @@ constexpr int kCheapPixels = 640 * 360;
 /// The telling frame is the one that differs from its source more than this share of all frames: not the
 /// height of a flash, which may hide everything, but nothing at rest either.
 constexpr double kTellingShare = 0.8;
+/// Codes by which a frame differs that is not its source again.
+constexpr double kSeenChange = 0.5;
+/// Of a range wider than 1, the share that a sweep covers: such ranges go far beyond what looks well.
+constexpr double kSweptShare = 0.1, kAsGoodAsUnlimited = 1e9;
 
 CGSize sidesOf(PixelSize size) {
     return {double(size.width), double(size.height)};
@@ -45,8 +50,9 @@ bool isPassage(const QVFilterClass& filterClass) {
 /// A filter on the preview's timeline.
 class PreviewFilter {
   public:
-    explicit PreviewFilter(EffectChoice choice)
+    explicit PreviewFilter(EffectChoice choice, std::optional<CardSweep> sweep = std::nullopt)
         : choice_(std::move(choice)),
+          sweep_(sweep),
           filter_(makeFilterOnClip(choice_, {.time = 0.0, .startTime = 0.0, .endTime = kPreviewSeconds})) {
         const double passage = kPreviewSeconds - 2 * kPassageHold;
         setUnlessGiven(*filter_, choice_, "timeRange",
@@ -60,12 +66,17 @@ class PreviewFilter {
         setUnlessGiven(*filter_, choice_, timeProperty(filterClass), time);
         setUnlessGiven(*filter_, choice_, "progress",
                        isPassage(filterClass) ? passageProgress(time) : time / kPreviewSeconds);
+        if (sweep_) {
+            const double there = 0.5 - 0.5 * std::cos(2 * std::numbers::pi * time / kPreviewSeconds);
+            sweep_->property->set(*filter_, sweep_->from + (sweep_->to - sweep_->from) * there);
+        }
         setInputs(*filter_, scene.frame(frame));
         return filter_->outputImage();
     }
 
   private:
     EffectChoice choice_;
+    std::optional<CardSweep> sweep_;
     std::unique_ptr<QVMTIFilter> filter_;
 };
 
@@ -82,6 +93,25 @@ double meanDifference(const PixelBuffer& a, const PixelBuffer& b) {
         sum += double(total) / (double(layout.width) * layout.height);
     }
     return sum;
+}
+
+int telling(std::vector<std::pair<double, int>> changes) {
+    const auto found = changes.begin() + std::ptrdiff_t(kTellingShare * double(changes.size()));
+    std::nth_element(changes.begin(), found, changes.end());
+    return found->second;
+}
+
+/// The class's first number that is neither its time nor its place in a passage.
+std::optional<CardSweep> sweepFor(const QVFilterClass& filterClass) {
+    const auto fresh = filterClass.create();
+    for (const QVProperty* property : filterClass.allProperties()) {
+        const bool isPlace = property->name == "progress" || property->name == timeProperty(filterClass);
+        if (isPlace || property->type != QVPropertyType::real || property->maximum >= kAsGoodAsUnlimited)
+            continue;
+        const double from = std::get<double>(property->get(*fresh)), range = property->maximum - from;
+        return CardSweep{property, from, from + (range > 1 ? range * kSweptShare : range)};
+    }
+    return std::nullopt;
 }
 
 /// The choices that a card shows beside the class's defaults: every level, every value of a selector.
@@ -117,13 +147,20 @@ const GalleryScene& CardRenderer::sceneFor(const QVFilterClass& filterClass) {
 std::optional<CardPictures> CardRenderer::render(const QVFilterClass& filterClass) {
     const GalleryScene& scene = sceneFor(filterClass);
     CardPictures pictures;
-    pictures.frames = play(filterClass, scene);
+    pictures.frames = play(filterClass, std::nullopt);
     if (pictures.frames.empty()) return std::nullopt;
-    const int frame =
-        isPassage(filterClass) ? passageFrame(kPassageProgress) : tellingFrame(pictures.frames, scene);
+    auto changed = changes(pictures.frames, scene);
+    pictures.changes = std::max_element(changed.begin(), changed.end())->first > kSeenChange;
+    if (!pictures.changes && filterClass.kindOrInherited() == QVFilterKind::auxiliary) {
+        pictures.sweep = sweepFor(filterClass);
+        if (pictures.sweep) pictures.frames = play(filterClass, pictures.sweep);
+        changed = changes(pictures.frames, scene);
+    }
+    const int frame = filterClass.inputsOrInherited() == QVFilterInputs::two ? passageFrame(kPassageProgress)
+                                                                             : telling(changed);
     pictures.moment = previewTime(frame);
     const EffectChoice plain{&filterClass};
-    pictures.after = still(PreviewFilter(plain).at(frame, scene), sizes_.render);
+    pictures.after = still(PreviewFilter(plain, pictures.sweep).at(frame, scene), sizes_.render);
     pictures.before = still(scene.frame(frame).first, sizes_.render);
     if (filterClass.inputsOrInherited() == QVFilterInputs::two)
         pictures.incoming = still(scene.frame(frame).second, sizes_.render);
@@ -136,8 +173,10 @@ std::optional<CardPictures> CardRenderer::render(const QVFilterClass& filterClas
     return pictures;
 }
 
-std::vector<PixelBuffer> CardRenderer::play(const QVFilterClass& filterClass, const GalleryScene& scene) {
-    PreviewFilter filter(EffectChoice{&filterClass});
+std::vector<PixelBuffer> CardRenderer::play(const QVFilterClass& filterClass,
+                                            const std::optional<CardSweep>& sweep) {
+    const GalleryScene& scene = sceneFor(filterClass);
+    PreviewFilter filter(EffectChoice{&filterClass}, sweep);
     std::vector<MTIImage> images;
     for (int i = 0; i < kPreviewFrames; ++i) {
         images.push_back(filter.at(i, scene));
@@ -175,14 +214,13 @@ const std::vector<PixelBuffer>& CardRenderer::sourceFrames(const GalleryScene& s
     return source;
 }
 
-int CardRenderer::tellingFrame(const std::vector<PixelBuffer>& frames, const GalleryScene& scene) {
+std::vector<std::pair<double, int>> CardRenderer::changes(const std::vector<PixelBuffer>& frames,
+                                                          const GalleryScene& scene) {
     const std::vector<PixelBuffer>& source = sourceFrames(scene);
     std::vector<std::pair<double, int>> changes;
-    for (int i = 0; i < kPreviewFrames; ++i)
-        changes.emplace_back(meanDifference(frames[std::size_t(i)], source[std::size_t(i)]), i);
-    const auto telling = changes.begin() + std::ptrdiff_t(kTellingShare * kPreviewFrames);
-    std::nth_element(changes.begin(), telling, changes.end());
-    return telling->second;
+    for (std::size_t i = 0; i < frames.size(); ++i)
+        changes.emplace_back(meanDifference(frames[i], source[i]), int(i));
+    return changes;
 }
 
 Bitmap CardRenderer::still(const MTIImage& image, PixelSize size) {

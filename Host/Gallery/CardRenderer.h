@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Host/Gallery/GalleryScene.h"
@@ -28,6 +29,12 @@ struct CardStill {
     Bitmap picture;
 };
 
+/// A building block that changes nothing by itself is shown with one of its numbers going up and back.
+struct CardSweep {
+    const QVProperty* property;
+    double from, to;
+};
+
 /// What a card shows. Everything but the frames is at one telling moment.
 struct CardPictures {
     std::vector<PixelBuffer> frames;  ///< of the preview, as the encoder takes them
@@ -35,6 +42,8 @@ struct CardPictures {
     Bitmap after, before;
     Bitmap incoming;  ///< only of a passage, whose outgoing frame is `before`
     std::vector<CardStill> stills;
+    bool changes = true;  ///< false when every frame is the source's
+    std::optional<CardSweep> sweep;
 };
 
 /// Renders the pictures of one class after the other. One thread at a time.
@@ -52,10 +61,12 @@ class CardRenderer {
     const std::vector<PixelBuffer>& sourceFrames() { return sourceFrames(scene_); }
 
   private:
-    std::vector<PixelBuffer> play(const QVFilterClass& filterClass, const GalleryScene& scene);
+    std::vector<PixelBuffer> play(const QVFilterClass& filterClass, const std::optional<CardSweep>& sweep);
     std::vector<PixelBuffer> renderFrames(const std::vector<MTIImage>& images);
     const std::vector<PixelBuffer>& sourceFrames(const GalleryScene& scene);
-    int tellingFrame(const std::vector<PixelBuffer>& frames, const GalleryScene& scene);
+    /// Of each frame from its source, in codes, with its index.
+    std::vector<std::pair<double, int>> changes(const std::vector<PixelBuffer>& frames,
+                                                const GalleryScene& scene);
     Bitmap still(const MTIImage& image, PixelSize size);
 
     CardSizes sizes_;

@@ -94,6 +94,7 @@ void encode(const std::vector<PixelBuffer>& frames, const fs::path& path, double
     options.preset = "medium";
     options.threads = 1;  // cards are encoded side by side
     options.options = {{"movflags", "+faststart"}};
+    options.bitstreamFilters = "filter_units=remove_types=6";  // x264's signature, which is a part of 60 kB
     std::string cause;
     const auto writer = ClipWriter::create(path.string(), video, options, nullptr, &cause);
     if (!writer) fail(ExitCode::output, "{}", cause);
@@ -180,6 +181,12 @@ Json CardStore::write(const QVFilterClass& filterClass, Json card,
         };
         card["preview"] = writePreview(pictures->frames, folder.path() / "preview.mp4");
         card["moment"] = pictures->moment;
+        card["changes"] = pictures->changes;
+        if (const auto& sweep = pictures->sweep) {
+            card["sweep"] = {{"property", sweep->property->name},
+                             {"from", shortestNumber(sweep->from)},
+                             {"to", shortestNumber(sweep->to)}};
+        }
         card["after"] = add(pictures->after, "after");
         card["before"] = add(pictures->before, "before");
         if (pictures->incoming) card["incoming"] = add(pictures->incoming, "incoming");

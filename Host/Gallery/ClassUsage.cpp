@@ -72,6 +72,7 @@ const BaseUsage& usageOf(const QVFilterClass& filterClass) {
 std::string usageCommand(const QVFilterClass& filterClass, const std::string& setting) {
     std::string choice(filterClass.name);
     for (const std::string& each : settings(filterClass, setting)) choice += ":" + each;
+    if (choice.find(' ') != std::string::npos) choice = "'" + choice + "'";  // a variant's name
     if (isPassage(filterClass))
         return fmt::format("qvfilter transition {} -i first.mp4 -i second.mp4 -o out.mp4", choice);
     const bool masked = filterClass.inputsOrInherited() == QVFilterInputs::oneAndMask;

@@ -171,6 +171,7 @@
     }
     showButton() {
       const playing = this.shouldPlay;
+      this.root.classList.toggle("paused", !playing);
       this.button.replaceChildren(icon(playing ? kPause : kPlay));
       this.button.setAttribute("aria-label", `${playing ? "Pause" : "Play"} ${this.entry.name}`);
     }
@@ -287,6 +288,7 @@
     if (entry.inputs.includes("maskImage")) return "mask";
     return entry.inputs.length > 1 ? "two" : "one";
   }
+  const round = (number) => Math.round(number * 100) / 100;
   const copies = (cost) => plural(cost.copies < 10 ? Math.round(cost.copies * 10) / 10 : Math.round(cost.copies), "copy pass", "copy passes");
 
   function tags(entry) {
@@ -294,9 +296,10 @@
     const choices = entry.levelCount > 1 ? plural(entry.levelCount, "level") : stills.length ? plural(stills.length, "variant") : null;
     return [
       make("span", { class: "lead" }, entry.category),
-      make("span", {}, entry.kind),
+      entry.kind === entry.category ? null : make("span", {}, entry.kind),
       cost ? make("span", { title: "Time of a frame against a plain copy of it" }, copies(cost)) : null,
       choices ? make("span", {}, choices) : null,
+      entry.card.changes === false && !entry.card.sweep ? make("span", {}, "no change by itself") : null,
       inputsOf(entry) === "mask" ? make("span", {}, "needs a mask") : null,
     ];
   }
@@ -327,7 +330,7 @@
     dear: { label: "Heaviest first", compare: (a, b) => costOf(b) - costOf(a) },
   };
   const costOf = (card) => card.entry.card.cost?.copies ?? 0;
-  const categories = [...new Set(cards.map((card) => card.entry.category))];
+  const { categories } = gallery;
 
   const count = (test) => cards.filter(test).length;
   function fill(select, options) {
@@ -519,9 +522,11 @@
       entry.levelCount > 1 ? ["Levels", String(entry.levelCount)] : null,
       entry.properties.some(({ name }) => name === "effectValue") ? ["Strength", String(entry.defaultEffectValue)] : null,
       entry.isVideoOnly ? ["For", "Video only"] : null,
+      entry.card.sweep ? ["Shown with", `${entry.card.sweep.property} from ${entry.card.sweep.from} to ${round(entry.card.sweep.to)} and back`] : null,
       preview ? ["Preview", `${(preview.bytes / 1000).toFixed(0)} kB`] : null,
     ];
-    return make("dl", { class: "facts" }, ...rows.filter(Boolean).map(([name, value]) => make("div", {}, make("dt", {}, name), make("dd", {}, value))));
+    return make("dl", { class: "facts" }, ...rows.filter(Boolean).map(([name, value]) =>
+      make("div", { class: value.tagName === "CODE" ? "wide" : null }, make("dt", {}, name), make("dd", {}, value))));
   }
 
   function slider(stage) {
@@ -553,9 +558,10 @@
     byId("details-tags").replaceChildren(...tags(entry).filter(Boolean));
     const command = copyable("Command line", entry.card.command), snippet = copyable("C++", entry.card.snippet);
     byId("details-body").replaceChildren(...[
-      make("div", {}, stage.root, stage.after ? slider(stage) : null),
-      make("p", { class: "help" }, sentence(entry.help) + (entry.help.endsWith(".") ? "" : ".")),
-      facts(entry), stillsSection(entry, command, snippet), command.section, snippet.section, propertyTable(entry),
+      make("div", { class: "intro" },
+        make("div", {}, stage.root, stage.after ? slider(stage) : null),
+        make("div", {}, make("p", { class: "help" }, sentence(entry.help) + (entry.help.endsWith(".") ? "" : ".")), facts(entry))),
+      stillsSection(entry, command, snippet), command.section, snippet.section, propertyTable(entry),
     ].filter(Boolean));
     const at = shown.findIndex((card) => card.entry === entry);
     byId("previous").disabled = at <= 0;

@@ -29,6 +29,8 @@ struct ClipWriterOptions {
     std::optional<double> crf;
     std::int64_t bitRate = 0;  ///< bits per second; 0: by quality
     int threads = 0;           ///< of the encoder; 0 is one per core
+    /// What the encoder's packets go through, as "filter_units=remove_types=6"; empty: nothing.
+    std::string bitstreamFilters;
     /// Further options of the encoder or of the container, name and value. One that neither knows is an
     /// error.
     std::vector<std::pair<std::string, std::string>> options;

@@ -2,6 +2,7 @@
 
 extern "C" {
 #include <libavcodec/avcodec.h>
+#include <libavcodec/bsf.h>
 #include <libavformat/avformat.h>
 #include <libavutil/pixdesc.h>
 #include <libswscale/swscale.h>
@@ -23,6 +24,7 @@ struct Deleter {
     void operator()(AVCodecContext* p) const { avcodec_free_context(&p); }
     void operator()(AVCodecParameters* p) const { avcodec_parameters_free(&p); }
     void operator()(SwsContext* p) const { sws_freeContext(p); }
+    void operator()(AVBSFContext* filter) const { av_bsf_free(&filter); }
 };
 using Frame = std::unique_ptr<AVFrame, Deleter>;
 using Packet = std::unique_ptr<AVPacket, Deleter>;
@@ -31,6 +33,7 @@ struct CloseInput {
     void operator()(AVFormatContext* input) const { avformat_close_input(&input); }
 };
 using InputContext = std::unique_ptr<AVFormatContext, CloseInput>;
+using BitstreamFilter = std::unique_ptr<AVBSFContext, Deleter>;
 using CodecContext = std::unique_ptr<AVCodecContext, Deleter>;
 using CodecParameters = std::unique_ptr<AVCodecParameters, Deleter>;
 

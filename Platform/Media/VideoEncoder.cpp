@@ -208,6 +208,20 @@ bool VideoEncoder::open(const ClipVideoFormat& video, const ClipWriterOptions& s
     if (!setQuality(settings, options, cause)) return false;
     const int code = avcodec_open2(context_.get(), codec_, options.address());
     if (code < 0) cause = fmt::format("{}: {}", codec_->name, messages_.cause(code));
+    return code >= 0 && openFilters(settings.bitstreamFilters, cause);
+}
+
+bool VideoEncoder::openFilters(const std::string& filters, std::string& cause) {
+    if (filters.empty()) return true;
+    AVBSFContext* made = nullptr;
+    int code = av_bsf_list_parse_str(filters.c_str(), &made);
+    filters_.reset(made);
+    if (code >= 0) code = avcodec_parameters_from_context(filters_->par_in, context_.get());
+    if (code >= 0) {
+        filters_->time_base_in = context_->time_base;
+        code = av_bsf_init(filters_.get());
+    }
+    if (code < 0) cause = fmt::format("'{}' cannot filter the bitstream: {}", filters, messages_.cause(code));
     return code >= 0;
 }
 
@@ -267,6 +281,22 @@ bool VideoEncoder::sendEnd(std::string& cause) {
 }
 
 bool VideoEncoder::receive(AVPacket& packet, std::string& cause) {
+    if (!filters_) return receiveEncoded(packet, cause);
+    while (true) {
+        int code = av_bsf_receive_packet(filters_.get(), &packet);
+        if (code >= 0) return true;
+        if (code == AVERROR(EAGAIN)) {
+            if (!receiveEncoded(packet, cause)) return false;
+            code = av_bsf_send_packet(filters_.get(), &packet);
+        }
+        if (code < 0) {
+            cause = fmt::format("{}: {}", codec_->name, messages_.cause(code));
+            return false;
+        }
+    }
+}
+
+bool VideoEncoder::receiveEncoded(AVPacket& packet, std::string& cause) {
     const int code = avcodec_receive_packet(context_.get(), &packet);
     if (code < 0) {
         const bool failed = code != AVERROR(EAGAIN) && code != AVERROR_EOF;

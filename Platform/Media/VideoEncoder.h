@@ -31,11 +31,14 @@ class VideoEncoder {
     bool choosePixelFormat(const ClipVideoFormat& video, const std::string& wanted, std::string& cause);
     void describe(const ClipVideoFormat& video, const AVOutputFormat& container);
     bool setQuality(const ClipWriterOptions& settings, ffmpeg::Dictionary& options, std::string& cause);
+    bool openFilters(const std::string& filters, std::string& cause);
+    bool receiveEncoded(AVPacket& packet, std::string& cause);
     ffmpeg::Frame stored(const PixelBuffer& pixels);
 
     ffmpeg::MessageSink messages_;  // outlives the context that reports to it
     const AVCodec* codec_ = nullptr;
     ffmpeg::CodecContext context_;
+    ffmpeg::BitstreamFilter filters_;  ///< nil without any
     ffmpeg::FrameScaler scaler_;
     AVRational timeBase_{};  ///< of the frames
     PixelFormat frameFormat_ = PixelFormat::i420;
