@@ -13,12 +13,6 @@ namespace {
 /// A limit that only keeps numbers finite is not worth reading.
 constexpr double kAsGoodAsUnlimited = 1e9;
 
-std::unique_ptr<QVMTIFilter> newInstance(const QVFilterClass& filterClass) {
-    std::unique_ptr<QVMTIFilter> filter = filterClass.create();
-    if (!filter) fail(ExitCode::internal, "{} cannot be created", filterClass.name);
-    return filter;
-}
-
 Json propertyToJSON(const QVProperty& property, const QVMTIFilter& fresh) {
     Json json = {{"name", property.name}, {"type", typeName(property.type)}};
     json["min"] = hasRange(property.type) ? Json(shortestNumber(property.minimum)) : Json();
@@ -33,6 +27,17 @@ Json propertyToJSON(const QVProperty& property, const QVMTIFilter& fresh) {
 }
 
 }  // namespace
+
+std::unique_ptr<QVMTIFilter> newInstance(const QVFilterClass& filterClass) {
+    std::unique_ptr<QVMTIFilter> filter = filterClass.create();
+    if (!filter) fail(ExitCode::internal, "{} cannot be created", filterClass.name);
+    return filter;
+}
+
+std::string rangeText(const QVProperty& property) {
+    if (!hasRange(property.type) || property.maximum >= kAsGoodAsUnlimited) return {};
+    return fmt::format("{} to {}", shortestNumber(property.minimum), shortestNumber(property.maximum));
+}
 
 std::string_view kindName(QVFilterKind kind) {
     switch (kind) {
@@ -85,9 +90,7 @@ std::string classToText(const QVFilterClass& filterClass) {
     const auto properties = filterClass.allProperties();
     if (!properties.empty()) text += "  properties\n";
     for (const QVProperty* property : properties) {
-        std::string range;
-        const bool limited = hasRange(property->type) && property->maximum < kAsGoodAsUnlimited;
-        if (limited) range = fmt::format("{} to {}", property->minimum, property->maximum);
+        std::string range = rangeText(*property);
         if (!property->variants.empty()) range = fmt::format("{}", fmt::join(property->variants, ", "));
         const std::string initial = propertyValueToText(property->get(*fresh));
         text +=

@@ -1,11 +1,18 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 
 #include "Host/PropertyJSON.h"
 
 namespace qv::host {
+
+/// A new filter of the class. Fails as internal when there is none.
+std::unique_ptr<QVMTIFilter> newInstance(const QVFilterClass& filterClass);
+
+/// "1 to 1080"; empty for what has no range, or one that only keeps numbers finite.
+std::string rangeText(const QVProperty& property);
 
 /// "effect", "transition" or "auxiliary".
 std::string_view kindName(QVFilterKind kind);

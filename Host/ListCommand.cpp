@@ -2,6 +2,7 @@
 #include <memory>
 
 #include "Host/ClassListing.h"
+#include "Host/ClassPages.h"
 #include "Host/CommandLine.h"
 #include "QVFilterExtension/QVFilterRegistry.h"
 
@@ -11,10 +12,12 @@ namespace {
 
 struct Options {
     bool json = false;
-    std::string pattern = "*";
+    std::string pattern = "*", pages;
+    OverwriteOptions overwrite;
 };
 
 void list(const Options& options) {
+    if (!options.pages.empty()) return writeClassPages(options.pages, options.overwrite);
     Json array = Json::array();
     std::string table;
     std::size_t nameWidth = 0;
@@ -39,8 +42,13 @@ void list(const Options& options) {
 void addListCommand(CLI::App& tool) {
     CLI::App* command = tool.add_subcommand("list", "Lists the classes");
     auto options = std::make_shared<Options>();
-    addJSONFlag(*command, options->json);
-    command->add_option("pattern", options->pattern, "Only names that match (* and ?) or contain this");
+    CLI::Option* json = addJSONFlag(*command, options->json);
+    CLI::Option* pattern =
+        command->add_option("pattern", options->pattern, "Only names that match (* and ?) or contain this");
+    command->add_option("--markdown", options->pages, "Write a page per category into this folder instead")
+        ->excludes(json)
+        ->excludes(pattern);
+    options->overwrite.add(*command);
     command->callback([options] { list(*options); });
 }
 

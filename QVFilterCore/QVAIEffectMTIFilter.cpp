@@ -9,6 +9,7 @@ using Effect = QVAIEffectMTIFilter;
 const QVFilterClass QVAIEffectMTIFilterClass{
     .name = "QVAIEffectMTIFilter",
     .superclass = &QVEffectMTIFilterClass,
+    .help = "An effect that knows the subject by a mask",
     .factory = makeFilter<QVAIEffectMTIFilter>,
     .category = QVFilterCategory::subject,
     .inputs = QVFilterInputs::oneAndMask,

@@ -10,6 +10,7 @@ using Effect = QVEffectMTIFilter;
 const QVFilterClass QVEffectMTIFilterClass{
     .name = "QVEffectMTIFilter",
     .superclass = &QVMTIOneInputFilterClass,
+    .help = "An effect over one frame, by a strength, a level and the time",
     .factory = makeFilter<QVEffectMTIFilter>,
     .defaultEffectValue = kDefaultEffectValue,
     .isPhotoTimeConst = true,

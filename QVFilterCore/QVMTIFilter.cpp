@@ -6,7 +6,8 @@
 
 namespace qv {
 
-const QVFilterClass QVMTIFilterClass{.name = "QVMTIFilter", .kind = QVFilterKind::auxiliary};
+const QVFilterClass QVMTIFilterClass{
+    .name = "QVMTIFilter", .help = "Root of all filters", .kind = QVFilterKind::auxiliary};
 
 MTIVector QVMTIFilter::rgbaVectorFromUIColor(const UIColor& color) {
     return {float(color.red()), float(color.green()), float(color.blue()), float(color.alpha())};

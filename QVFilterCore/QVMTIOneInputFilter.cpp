@@ -4,6 +4,7 @@ namespace qv {
 
 const QVFilterClass QVMTIOneInputFilterClass{.name = "QVMTIOneInputFilter",
                                              .superclass = &QVMTIFilterClass,
+                                             .help = "A filter over one picture",
                                              .factory = makeFilter<QVMTIOneInputFilter>,
                                              .inputs = QVFilterInputs::one};
 

@@ -4,6 +4,7 @@ namespace qv {
 
 const QVFilterClass QVMTITwoInputFilterClass{.name = "QVMTITwoInputFilter",
                                              .superclass = &QVMTIOneInputFilterClass,
+                                             .help = "A filter over two pictures",
                                              .factory = makeFilter<QVMTITwoInputFilter>,
                                              .inputs = QVFilterInputs::two};
 

@@ -14,6 +14,7 @@ using Effect = QVPeriodicEffectMTIFilter;
 const QVFilterClass QVPeriodicEffectMTIFilterClass{
     .name = "QVPeriodicEffectMTIFilter",
     .superclass = &QVEffectMTIFilterClass,
+    .help = "An effect that beats and leaves the picture as it is in between",
     .factory = makeFilter<QVPeriodicEffectMTIFilter>,
     .category = QVFilterCategory::animation,
     .isPhotoTimeConst = false,

@@ -11,6 +11,7 @@ using Effect = QVProgressBasedEffectMTIFilter;
 const QVFilterClass QVProgressBasedEffectMTIFilterClass{
     .name = "QVProgressBasedEffectMTIFilter",
     .superclass = &QVEffectMTIFilterClass,
+    .help = "An effect that knows where its clip begins and ends",
     .factory = makeFilter<QVProgressBasedEffectMTIFilter>,
     .category = QVFilterCategory::animation,
     .isPhotoTimeConst = false,

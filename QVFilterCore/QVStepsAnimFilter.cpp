@@ -12,6 +12,7 @@ using Animation = QVStepsAnimFilter;
 const QVFilterClass QVStepsAnimFilterClass{
     .name = "QVStepsAnimFilter",
     .superclass = &QVEffectMTIFilterClass,
+    .help = "An animation in eased steps",
     .factory = makeFilter<QVStepsAnimFilter>,
     .category = QVFilterCategory::animation,
     .isPhotoTimeConst = false,

@@ -11,6 +11,7 @@ using Transition = QVTransitionMTIFilter;
 const QVFilterClass QVTransitionMTIFilterClass{
     .name = "QVTransitionMTIFilter",
     .superclass = &QVMTIFilterClass,
+    .help = "A passage from an outgoing clip to an incoming one",
     .factory = makeFilter<QVTransitionMTIFilter>,
     .category = QVFilterCategory::transition,
     .inputs = QVFilterInputs::two,

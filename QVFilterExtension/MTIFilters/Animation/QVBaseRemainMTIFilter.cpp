@@ -7,9 +7,14 @@ namespace qv {
 const QVFilterClass QVBaseRemainMTIFilterClass{
     .name = "QVBaseRemainMTIFilter",
     .superclass = &QVProgressBasedEffectMTIFilterClass,
+    .help =
+        "An effect over one end of a clip that leaves the rest clear: its start at level 0, its end at level "
+        "1",
     .factory = makeFilter<QVBaseRemainMTIFilter>,
     .levelCount = 2,
     .defaultEffectValue = 0.0f,
+    .properties = {qvProperty<&QVEffectMTIFilter::extractValues, &QVEffectMTIFilter::setExtractValues>(
+        "extractValues", "the first, 0 to 1: how long the effect holds before it goes; 0.5 without")},
 };
 
 double QVBaseRemainMTIFilter::getMixStrength() const {

@@ -5,6 +5,7 @@ namespace qv {
 const QVFilterClass QVBlurClassFilterClass{
     .name = "QVBlurClassFilter",
     .superclass = &QVBaseRemainMTIFilterClass,
+    .help = "The same with a shorter hold and a longer clear part",
     .factory = makeFilter<QVBlurClassFilter>,
 };
 

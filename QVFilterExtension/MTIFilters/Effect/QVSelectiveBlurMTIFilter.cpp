@@ -14,8 +14,13 @@ const QVFilterClass QVSelectiveBlurMTIFilterClass{
     .help = "A blur around a sharp circle in the middle of the frame",
     .factory = makeFilter<QVSelectiveBlurMTIFilter>,
     .category = QVFilterCategory::blur,
-    .properties = {qvProperty<&Effect::excludeCircleRadius, &Effect::setExcludeCircleRadius>(
-        "excludeCircleRadius", 0, 1, "where the blur is full, 5/8 of the frame's diagonal")},
+    .properties =
+        {
+            qvProperty<&Effect::excludeCircleRadius, &Effect::setExcludeCircleRadius>(
+                "excludeCircleRadius", 0, 1, "where the blur is full, 5/8 of the frame's diagonal"),
+            qvProperty<&QVEffectMTIFilter::extractValues, &QVEffectMTIFilter::setExtractValues>(
+                "extractValues", "the first, 0 to 1: strength of the blur; 0.5 without"),
+        },
 };
 
 QVSelectiveBlurMTIFilter::QVSelectiveBlurMTIFilter(const QVFilterClass& filterClass)

@@ -20,6 +20,8 @@ const QVFilterClass QVTiltMTIFilterClass{
                 "topFocusLevel", -1, 2, "upper edge of the sharp band, fraction of the frame's height"),
             qvProperty<&Effect::bottomFocusLevel, &Effect::setBottomFocusLevel>(
                 "bottomFocusLevel", -1, 2, "lower edge of the sharp band, fraction of the frame's height"),
+            qvProperty<&QVEffectMTIFilter::extractValues, &QVEffectMTIFilter::setExtractValues>(
+                "extractValues", "the first, 0 to 1: strength of the blur; 0.5 without"),
         },
 };
 

@@ -5,6 +5,7 @@ namespace qv {
 const QVFilterClass QVLiquidTransitionMTIFilterClass{
     .name = "QVLiquidTransitionMTIFilter",
     .superclass = &QVTransitionMTIFilterClass,
+    .help = "A passage that distorts the picture and cuts at the height of the distortion",
     .factory = makeFilter<QVLiquidTransitionMTIFilter>,
 };
 

@@ -10,6 +10,7 @@ namespace qv {
 const QVFilterClass QVTearPaperTransitionMTIFilterClass{
     .name = "QVTearPaperTransitionMTIFilter",
     .superclass = &QVTransitionMTIFilterClass,
+    .help = "A passage that shows clips on pieces of torn paper",
 };
 
 namespace {
