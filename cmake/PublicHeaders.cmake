@@ -5,6 +5,7 @@ foreach(folder Platform QVFilterCore QVALObjectContour QVFilterExtension)
     file(GLOB_RECURSE headers CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/${folder}/*.h)
     list(APPEND QV_PUBLIC_HEADERS ${headers})
 endforeach()
+list(FILTER QV_PUBLIC_HEADERS EXCLUDE REGEX "/Audio(Encoder|Support)\\.h$")
 list(FILTER QV_PUBLIC_HEADERS EXCLUDE REGEX "/(Vulkan|ShaderCompiler|Resources)/")
 list(FILTER QV_PUBLIC_HEADERS EXCLUDE REGEX
      "/(FFmpegSupport|OutputFile|Planner|GaussianBlur|StockPass|ImageGeometry|SourceStreams|StreamCopier|VideoEncoder|ImageResampling|FontFace|RowBands|Vectorized|PixelRows)\\.h$")
