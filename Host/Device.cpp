@@ -14,6 +14,7 @@ std::vector<GraphicsDevice> vulkanDevices() {
 void DeviceOptions::add(CLI::App& command) {
     command.add_option("--device", device,
                        "Index of the Vulkan device (qvfilter devices); the most capable without");
+    command.add_flag("--no-fusion", noFusion, "Draw every pass by itself");
     command.add_flag("--validate", validate, "Check every Vulkan call with the validation layer");
 }
 
@@ -22,6 +23,7 @@ std::shared_ptr<MTIContext> DeviceOptions::makeContext(MTIPixelFormat workingFor
     options.deviceIndex = device;
     options.workingPixelFormat = workingFormat;
     options.validation = validate;
+    options.fusion = !noFusion;
     std::string cause;
     auto context = MTIContext::create(options, &cause);
     if (!context) fail(ExitCode::device, "{}", cause);

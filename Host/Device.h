@@ -14,7 +14,7 @@ std::vector<GraphicsDevice> vulkanDevices();
 /// Which device renders, and how.
 struct DeviceOptions {
     int device = -1;
-    bool validate = false;
+    bool validate = false, noFusion = false;
     void add(CLI::App& command);
 
     /// A context, which filters that render by themselves share. Fails as device.

@@ -8,4 +8,4 @@ endforeach()
 list(FILTER QV_PUBLIC_HEADERS EXCLUDE REGEX "/Audio(Encoder|Support)\\.h$")
 list(FILTER QV_PUBLIC_HEADERS EXCLUDE REGEX "/(Vulkan|ShaderCompiler|Resources)/")
 list(FILTER QV_PUBLIC_HEADERS EXCLUDE REGEX
-     "/(FFmpegSupport|OutputFile|Planner|GaussianBlur|StockPass|ImageGeometry|SourceStreams|StreamCopier|VideoEncoder|ImageResampling|FontFace|RowBands|Vectorized|PixelRows)\\.h$")
+     "/(FFmpegSupport|OutputFile|Planner|PassFusion|FusedShaderStore|GaussianBlur|StockPass|ImageGeometry|SourceStreams|StreamCopier|VideoEncoder|ImageResampling|FontFace|RowBands|Vectorized|PixelRows)\\.h$")

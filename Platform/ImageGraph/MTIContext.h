@@ -24,6 +24,9 @@ struct GraphicsDevice {
     std::string unusable;       ///< why a context cannot be made on it, or empty
 };
 
+/// A folder of the library's in $XDG_CACHE_HOME, or in ~/.cache; empty when neither is known.
+std::string defaultShaderCacheDirectory();
+
 /// How a context is made. What stands here is what most hosts want.
 struct MTIContextOptions {
     int deviceIndex = -1;  ///< of `MTIContext::devices`; −1 takes the most capable
@@ -34,13 +37,22 @@ struct MTIContextOptions {
     bool gpuPaths = false;
     bool validation = false;                        ///< load the Khronos validation layer, if it is installed
     std::uint64_t textureBudgetBytes = 512u << 20;  ///< idle textures above this are freed
+    /// Draw several passes as one where their programs can be joined. Off draws each pass by itself; for
+    /// comparing.
+    bool fusion = true;
+    /// Where programs that are joined and compiled at run time are kept, for the next process too; any number
+    /// of contexts and processes may share it. Empty: nowhere.
+    std::string shaderCacheDirectory = defaultShaderCacheDirectory();
 };
 
 /// What a render cost. Bytes are those of textures that passes read and wrote.
 struct RenderStatistics {
     int passes = 0;                                 ///< draws over a whole texture
     std::uint64_t bytesRead = 0, bytesWritten = 0;  ///< of all passes together
-    double gpuMilliseconds = 0;                     ///< 0 where the device has no time stamps
+    std::uint64_t peakTextureBytes = 0;  ///< of sources, results and what lies between, most at any time
+    /// Made while it was recorded; 0 once a graph of this shape and size has been seen.
+    int madeTextures = 0, madePipelines = 0;
+    double gpuMilliseconds = 0;  ///< 0 where the device has no time stamps
 };
 
 /// A render under way. Destroying it does not cancel it.
@@ -91,7 +103,10 @@ class MTIContext {
     /// with the cause in `error` on failure. Intermediate passes keep the formats they ask for.
     virtual std::vector<float> renderToFloats(const MTIImage& image, std::string* error = nullptr) = 0;
 
-    /// Compiles what `image` needs so that its first render does not stutter.
+    /// Compiles what `image` needs, joined programs included, so that its first render does not stutter:
+    /// takes up to some hundred milliseconds, or next to nothing when all is there. Without it programs are
+    /// joined in the background from the second frame of a graph on, and its passes are drawn one by one
+    /// until then, with the same result.
     virtual void prepare(const MTIImage& image) = 0;
 
     /// Messages of the validation layer so far; empty without `validation`.

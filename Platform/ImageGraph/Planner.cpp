@@ -74,11 +74,19 @@ void bindValue(const MTIValue& value, UniformType type, std::uint32_t* words) {
             break;
     }
     if (integer) components[0] = float(*integer);
-    const int count = type == UniformType::floatType ? 1
-                      : type == UniformType::vec2    ? 2
-                      : type == UniformType::vec3    ? 3
-                                                     : 4;
-    for (int i = 0; i < count; ++i) words[i] = std::bit_cast<std::uint32_t>(components[i]);
+    for (int i = 0; i < wordCount(type); ++i) words[i] = std::bit_cast<std::uint32_t>(components[i]);
+}
+
+/// What a texture filled with a colour holds.
+std::array<float, 4> storedColor(const MTIColor& color, TextureFormat format) {
+    const auto finite = [](float value) { return std::isfinite(value) ? value : 0.0f; };
+    const float alpha = finite(color.alpha);
+    std::array<float, 4> stored{finite(color.red) * alpha, finite(color.green) * alpha,
+                                finite(color.blue) * alpha, alpha};
+    if (format == TextureFormat::rgba8) {
+        for (float& component : stored) component = std::round(std::clamp(component, 0.0f, 1.0f) * 255) / 255;
+    }
+    return stored;
 }
 
 /// Pixels that a sample of a plane covers along a side.
@@ -94,7 +102,7 @@ class PlanBuilder {
         lower(image);
         if (!failed_) finish(image);
         if (failed_) return {};
-        noteLastReaders();
+        noteLastReaders(plan_);
         return std::move(plan_);
     }
 
@@ -109,8 +117,13 @@ class PlanBuilder {
         }
     }
 
-    int lowerNode(const ImageNode& node, const BitmapSource&) {
-        return addSource(node, node.width, node.height);
+    int lowerNode(const ImageNode& node, const BitmapSource& source) {
+        const int texture = addSource(node, node.width, node.height);
+        if (node.width == 1 && node.height == 1) {
+            auto& color = plan_.textures.back().color.emplace();
+            for (std::size_t i = 0; i < 4; ++i) color[i] = float((*source.bitmap.pixels)[i]) / 255;
+        }
+        return texture;
     }
 
     int lowerNode(const ImageNode& node, const PixelBufferSource& source) {
@@ -127,8 +140,10 @@ class PlanBuilder {
 
     int lowerNode(const ImageNode& node, const ColorSource& source) {
         const MTIColor& c = source.color;
-        return addPass(stock("MTIColor"), {}, node.width, node.height, format_,
-                       {{"color", MTIVector{c.red, c.green, c.blue, c.alpha}}});
+        const int texture = addPass(stock("MTIColor"), {}, node.width, node.height, format_,
+                                    {{"color", MTIVector{c.red, c.green, c.blue, c.alpha}}});
+        if (!failed_) plan_.textures.back().color = storedColor(c, format_);
+        return texture;
     }
 
     int lowerNode(const ImageNode& node, const KernelPass& pass) {
@@ -152,7 +167,7 @@ class PlanBuilder {
                          [&](const SpriteInstance& sprite) { return isVisible(sprite, aspect); }))
             return inputsOf(node).front();
         const int texture = addPass(stock("MTICopy"), inputsOf(node), node.width, node.height, format_, {});
-        if (!failed_) plan_.passes.back().sprites = &pass.sprites;
+        if (!failed_) plan_.passes.back().sprites = {&pass.sprites};
         return texture;
     }
 
@@ -264,6 +279,7 @@ class PlanBuilder {
             }
             if (input.width != width || input.height != height) pass.resampled |= 1u << i;
         }
+        std::uint32_t bit = 1;
         for (const ShaderUniform& uniform : function->uniforms) {
             const MTIValue* value = parameters.find(uniform.name);
             std::uint32_t words[4] = {};
@@ -271,13 +287,13 @@ class PlanBuilder {
             if (uniform.isSelector) {
                 pass.selectors.resize(std::max(pass.selectors.size(), std::size_t(uniform.offset) + 1));
                 pass.selectors[std::size_t(uniform.offset)] = std::int32_t(words[0]);
-            } else if (value) {
-                const int count = uniform.type == UniformType::vec2   ? 2
-                                  : uniform.type == UniformType::vec3 ? 3
-                                  : uniform.type == UniformType::vec4 ? 4
-                                                                      : 1;
-                std::copy_n(words, count, pass.words.begin() + uniform.offset);
+                continue;
             }
+            if (value) {
+                std::copy_n(words, wordCount(uniform.type), pass.words.begin() + uniform.offset);
+                pass.given |= bit;
+            }
+            bit <<= 1;
         }
         plan_.textures.push_back({width, height, format});
         pass.function = std::move(function);
@@ -285,14 +301,6 @@ class PlanBuilder {
         pass.output = int(plan_.textures.size()) - 1;
         plan_.passes.push_back(std::move(pass));
         return plan_.passes.back().output;
-    }
-
-    void noteLastReaders() {
-        for (std::size_t i = 0; i < plan_.passes.size(); ++i) {
-            for (int input : plan_.passes[i].inputs) {
-                if (input >= 0) plan_.textures[std::size_t(input)].lastReader = int(i);
-            }
-        }
     }
 
     std::vector<int> inputsOf(const ImageNode& node) const {
@@ -329,6 +337,15 @@ class PlanBuilder {
 };
 
 }  // namespace
+
+void noteLastReaders(RenderPlan& plan) {
+    for (PlanTexture& texture : plan.textures) texture.lastReader = -1;
+    for (std::size_t i = 0; i < plan.passes.size(); ++i) {
+        for (int input : plan.passes[i].inputs) {
+            if (input >= 0) plan.textures[std::size_t(input)].lastReader = int(i);
+        }
+    }
+}
 
 RenderPlan planRender(const MTIImage& image, const PlanTarget& target) {
     if (!image) return {};

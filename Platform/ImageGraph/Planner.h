@@ -36,6 +36,8 @@ struct PlanTexture {
     const ImageNode* source = nullptr;  ///< the bitmap or pixel buffer to fill it from
     int plane = 0;                      ///< of the source, when it is taken in by planes
     int lastReader = -1;                ///< index of the last pass that reads it, −1 when none does
+    std::optional<std::array<float, 4>>
+        color;  ///< of every pixel, where that is known: premultiplied, as stored
 };
 
 /// One render pass: a full-screen draw of a function, then sprites on top of it.
@@ -45,8 +47,9 @@ struct PlanPass {
     std::vector<std::int32_t> selectors;  ///< by constant id
     std::vector<int> inputs;              ///< indices of textures, −1 for a nil image
     std::uint32_t resampled = 0;          ///< bit n: input n has another size than the output
+    std::uint32_t given = 0;  ///< bit n: uniform n, selectors not counted, has a value; else it is 0
     int output = 0;
-    const std::vector<SpriteInstance>* sprites = nullptr;
+    std::vector<const std::vector<SpriteInstance>*> sprites;  ///< lists to draw, in order
 };
 
 /// What a context runs, in order. Points into the graph, which must outlive it.
@@ -59,5 +62,8 @@ struct RenderPlan {
 /// Turns the graph behind `image` into passes. Empty passes when the image is nil or a stock function is
 /// missing.
 RenderPlan planRender(const MTIImage& image, const PlanTarget& target);
+
+/// Notes for every texture which pass reads it last; to be called when passes have changed.
+void noteLastReaders(RenderPlan& plan);
 
 }  // namespace qv

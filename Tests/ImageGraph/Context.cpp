@@ -184,7 +184,10 @@ TEST(Context, ANodeWithTwoReadersRunsOnceAndANilInputIsTransparent) {
     MTIBlendFilter blend(MTIBlendMode::normal);
     blend.setInputBackgroundImage(copied(shared));
     blend.setInputImage(shared);
-    const auto task = test::context()->startRender(blend.outputImage());
+    MTIContextOptions options;
+    options.fusion = false;
+    const auto context = MTIContext::create(options);
+    const auto task = context->startRender(blend.outputImage());
     ASSERT_TRUE(task && task->wait());
     EXPECT_EQ(task->statistics().passes, 3);
     EXPECT_EQ(task->statistics().bytesWritten, 3u * 32 * 16 * 4);

@@ -151,6 +151,7 @@ TEST(ShaderTranslator, PushesAtMost32Words) {
 }
 
 TEST(ShaderTranslator, ComposesStagesUnderTheirOwnNames) {
+    using From = StageInput::From;
     const Parsed first = parse(
         "uniform float a;\nfloat f(float x) { return x * a; }\nvec4 First(vec2 uv) { return readHere(0) * "
         "f(uv.x); }\n",
@@ -160,7 +161,8 @@ TEST(ShaderTranslator, ComposesStagesUnderTheirOwnNames) {
         "vec4 Second(vec2 uv) { return (readHere(0) + readInput(1, uv).a * K) * inputSize(0).x; }\n",
         "Second");
     ASSERT_TRUE(first.source && second.source);
-    const ShaderStage stages[] = {{&*first.source, {{0, -1}}, true}, {&*second.source, {{-1, 0}, {1, -1}}}};
+    const ShaderStage stages[] = {{&*first.source, {{From::texture, 0}}},
+                                  {&*second.source, {{From::stage, 0}, {From::texture, 1}}}};
     const TranslatedShader shader = composeShader("Both", stages);
     EXPECT_EQ(shader.error, "");
     EXPECT_EQ(shader.declaration.pushedWords, 4);
@@ -172,7 +174,8 @@ TEST(ShaderTranslator, ComposesStagesUnderTheirOwnNames) {
     EXPECT_THAT(shader.glsl, HasSubstr("uv).a * s1_K"));  // a member keeps its name
 
     // What reads elsewhere cannot follow in the same pass.
-    const ShaderStage wrong[] = {{&*first.source, {{0, -1}}}, {&*second.source, {{1, -1}, {-1, 0}}}};
+    const ShaderStage wrong[] = {{&*first.source, {{From::texture, 0}}},
+                                 {&*second.source, {{From::texture, 1}, {From::stage, 0}}}};
     EXPECT_THAT(composeShader("Wrong", wrong).error,
                 HasSubstr("Second reads input 1 away from its own place"));
 }

@@ -20,6 +20,7 @@ inline const std::shared_ptr<MTIContext>& context() {
         std::string error;
         MTIContextOptions options;
         options.validation = true;
+        options.shaderCacheDirectory = QV_TEST_SHADER_CACHE;
         auto made = MTIContext::create(options, &error);
         if (!made) ADD_FAILURE() << error;
         return made;

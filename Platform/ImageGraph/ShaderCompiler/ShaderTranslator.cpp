@@ -3,8 +3,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <iterator>
-#include <unordered_set>
+#include <cstddef>
+#include <map>
 
 namespace qv {
 
@@ -51,7 +51,8 @@ std::string unpacked(UniformType type, int offset) {
 /// Builds the text of one pass.
 class Composer {
   public:
-    Composer(std::string name, std::span<const ShaderStage> stages) : stages_(stages) {
+    Composer(std::string name, std::span<const ShaderStage> stages, std::span<const PushedValue> values)
+        : stages_(stages), values_(values) {
         shader_.declaration.name = std::move(name);
         shader_.declaration.pushedWords = 0;
     }
@@ -59,7 +60,7 @@ class Composer {
     TranslatedShader compose() {
         collectInputs();
         if (!shader_.error.empty()) return std::move(shader_);
-        placeSizes();
+        placeSizesAndValues();
         emitIncludes();
         for (std::size_t i = 0; i < stages_.size() && shader_.error.empty(); ++i) emitStage(int(i));
         if (shader_.error.empty() && shader_.declaration.pushedWords > kMaximumPushedWords) {
@@ -71,6 +72,8 @@ class Composer {
     }
 
   private:
+    using From = StageInput::From;
+
     /// Prefix of the stage's own names; a pass of one function keeps them.
     std::string prefix(int stage) const { return stages_.size() == 1 ? "" : fmt::format("s{}_", stage); }
 
@@ -80,25 +83,23 @@ class Composer {
             const ShaderSource& source = *stages_[i].source;
             for (std::size_t n = 0; n < source.inputs.size(); ++n) {
                 const ShaderInput& read = source.inputs[n];
-                const ShaderStage::Input& from = stages_[i].inputs[n];
-                if (from.stage >= 0) {
-                    if (read.anywhere || std::size_t(from.stage) >= i) {
-                        shader_.error =
-                            fmt::format("{} reads input {} away from its own place", source.name, n);
-                    }
-                    continue;
+                const StageInput& from = stages_[i].inputs[n];
+                if (from.from == From::stage && (read.anywhere || std::size_t(from.index) >= i)) {
+                    shader_.error = fmt::format("{} reads input {} away from its own place", source.name, n);
                 }
-                if (from.texture < 0 || from.texture >= kMaximumShaderInputs) {
+                if (read.sizeOffset >= 0) sizes_ = std::max(sizes_, from.size + 1);
+                if (from.from != From::texture) continue;
+                if (from.index >= kMaximumShaderInputs) {
                     shader_.error = fmt::format("the pass reads more than {} textures", kMaximumShaderInputs);
                     return;
                 }
-                if (declaration.inputs.size() <= std::size_t(from.texture)) {
-                    declaration.inputs.resize(std::size_t(from.texture) + 1);
+                if (declaration.inputs.size() <= std::size_t(from.index)) {
+                    declaration.inputs.resize(std::size_t(from.index) + 1);
                 }
-                ShaderInput& texture = declaration.inputs[std::size_t(from.texture)];
+                ShaderInput& texture = declaration.inputs[std::size_t(from.index)];
                 texture.here |= read.here;
                 texture.anywhere |= read.anywhere;
-                if (read.sizeOffset >= 0) texture.sizeOffset = 0;
+                if (read.sizeOffset >= 0) texture.sizeOffset = 2 * (from.size + 1);
             }
         }
     }
@@ -109,25 +110,34 @@ class Composer {
         return offset;
     }
 
-    void placeSizes() {
+    void placeSizesAndValues() {
         unpack_ += fmt::format("    qv_outputSize = {};\n", unpacked(UniformType::vec2, push(2)));
-        for (std::size_t n = 0; n < shader_.declaration.inputs.size(); ++n) {
-            ShaderInput& input = shader_.declaration.inputs[n];
-            if (input.sizeOffset < 0) continue;
-            input.sizeOffset = push(2);
-            text_ += fmt::format("vec2 qv_inputSize{};\n", n);
-            unpack_ +=
-                fmt::format("    qv_inputSize{} = {};\n", n, unpacked(UniformType::vec2, input.sizeOffset));
+        for (int i = 0; i < sizes_; ++i) {
+            text_ += fmt::format("vec2 qv_size{};\n", i);
+            unpack_ += fmt::format("    qv_size{} = {};\n", i, unpacked(UniformType::vec2, push(2)));
+        }
+        for (std::size_t i = 0; i < values_.size(); ++i) {
+            text_ += fmt::format("vec4 qv_value{};\n", i);
+            const bool packed = values_[i] == PushedValue::eightBits;
+            const int offset = push(packed ? 1 : 4);
+            unpack_ += fmt::format("    qv_value{} = {};\n", i,
+                                   packed ? fmt::format("unpackUnorm4x8({})", pushedWords(offset, 1))
+                                          : unpacked(UniformType::vec4, offset));
         }
     }
 
     void emitIncludes() {
         text_ += "#define outputSize() qv_outputSize\n#define pixelHere() qv_pixel\n";
-        std::unordered_set<std::string_view> emitted;
+        std::map<std::string_view, std::string_view> emitted;
         for (const ShaderStage& stage : stages_) {
             for (const ShaderSource::Include& include : stage.source->includes) {
-                if (!emitted.insert(include.name).second) continue;
-                text_ += fmt::format("#line 1 \"{}\"\n{}\n", include.path, include.body);
+                const auto [first, isNew] = emitted.emplace(include.name, include.text);
+                if (isNew) {
+                    text_ += fmt::format("#line 1 \"{}\"\n{}\n", include.path, include.body);
+                } else if (first->second != include.text) {
+                    shader_.error = fmt::format("{} includes another {} than an earlier function",
+                                                stage.source->name, include.name);
+                }
             }
         }
     }
@@ -137,8 +147,10 @@ class Composer {
         const ShaderSource& source = *stage.source;
         emitAccessors(index);
         std::vector<std::string> names = source.globals;
+        std::uint32_t given = stage.given;
         for (const ShaderSource::Uniform& uniform : source.uniforms) {
-            emitUniform(index, uniform);
+            emitUniform(index, uniform, (given & 1u) != 0);
+            if (!uniform.isSelector) given >>= 1;
             names.push_back(uniform.name);
         }
         const std::string own = prefix(index);
@@ -148,8 +160,11 @@ class Composer {
             text_ += fmt::format("#undef {}\n", macro);
         }
         calls_ += fmt::format("    qv_result{0} = {1}{2}(qv_uv);\n", index, own, source.name);
-        if (stage.clampsResult)
-            calls_ += fmt::format("    qv_result{0} = clamp(qv_result{0}, 0.0, 1.0);\n", index);
+        if (stage.storesEightBits) {
+            calls_ += fmt::format(
+                "    qv_result{0} = roundEven(clamp(qv_result{0}, 0.0, 1.0) * 255.0) * (1.0 / 255.0);\n",
+                index);
+        }
     }
 
     /// The words by which a stage reaches its inputs.
@@ -157,27 +172,38 @@ class Composer {
         const ShaderStage& stage = stages_[std::size_t(index)];
         text_ += fmt::format("vec4 qv_result{};\n", index);
         for (std::size_t n = 0; n < stage.inputs.size(); ++n) {
-            const ShaderStage::Input& from = stage.inputs[n];
-            const std::string own = fmt::format("qv{}_", index);
-            if (from.stage >= 0) {
-                text_ += fmt::format("#define {0}here{1}() qv_result{2}\n#define {0}size{1} qv_outputSize\n",
-                                     own, n, from.stage);
+            const StageInput& from = stage.inputs[n];
+            const auto define = [&](std::string_view word, std::string_view parameters,
+                                    std::string_view text) {
+                text_ += fmt::format("#define qv{}_{}{}{} {}\n", index, word, n, parameters, text);
+            };
+            if (from.from == From::texture) {
+                define("here", "()", fmt::format("qv_fetch{}()", from.index));
+                define("input", "(uv)", fmt::format("textureLod(qv_input{}, uv, 0.0)", from.index));
+                define("pixel", "(p)", fmt::format("qv_texel(qv_input{}, p)", from.index));
             } else {
-                text_ += fmt::format(
-                    "#define {0}here{1}() qv_fetch{2}()\n#define {0}input{1} qv_input{2}\n"
-                    "#define {0}size{1} qv_inputSize{2}\n",
-                    own, n, from.texture);
+                const std::string color = from.from == From::stage   ? fmt::format("qv_result{}", from.index)
+                                          : from.from == From::value ? fmt::format("qv_value{}", from.index)
+                                                                     : "vec4(0.0)";
+                define("here", "()", color);
+                define("input", "(uv)", color);
+                define("pixel", "(p)", color);
             }
+            define("size", "",
+                   from.from == From::nothing             ? "vec2(1.0)"
+                   : from.from == From::stage             ? "qv_outputSize"
+                   : from.size == StageInput::kOutputSize ? "qv_outputSize"
+                                                          : fmt::format("qv_size{}", from.size));
         }
         text_ += fmt::format(
             "#define readHere(n) qv{0}_here##n()\n"
-            "#define readInput(n, uv) textureLod(qv{0}_input##n, uv, 0.0)\n"
-            "#define readPixel(n, p) qv_texel(qv{0}_input##n, p)\n"
+            "#define readInput(n, uv) qv{0}_input##n(uv)\n"
+            "#define readPixel(n, p) qv{0}_pixel##n(p)\n"
             "#define inputSize(n) qv{0}_size##n\n",
             index);
     }
 
-    void emitUniform(int index, const ShaderSource::Uniform& uniform) {
+    void emitUniform(int index, const ShaderSource::Uniform& uniform, bool isGiven) {
         ShaderFunction& declaration = shader_.declaration;
         const ShaderSource& source = *stages_[std::size_t(index)].source;
         const std::string name = prefix(index) + uniform.name;
@@ -191,6 +217,10 @@ class Composer {
             }
             text_ += fmt::format("layout(constant_id = {}) const int {} = 0;\n", id, name);
             declaration.uniforms.push_back({publicName, uniform.type, true, id});
+            return;
+        }
+        if (!isGiven) {
+            text_ += fmt::format("const {0} {1} = {0}(0);\n", typeName(uniform.type), name);
             return;
         }
         const int offset = push(wordCount(uniform.type));
@@ -243,6 +273,8 @@ class Composer {
     }
 
     std::span<const ShaderStage> stages_;
+    std::span<const PushedValue> values_;
+    int sizes_ = 0;  ///< pushed besides the output's
     TranslatedShader shader_;
     std::string text_, unpack_, calls_;
     int selectors_ = 0;
@@ -252,14 +284,19 @@ class Composer {
 
 TranslatedShader translateShader(const ShaderSource& source) {
     ShaderStage stage{&source, {}};
-    for (std::size_t n = 0; n < source.inputs.size(); ++n) stage.inputs.push_back({int(n), -1});
+    int sizes = 0;
+    for (std::size_t n = 0; n < source.inputs.size(); ++n) {
+        const int size = source.inputs[n].sizeOffset >= 0 ? sizes++ : StageInput::kOutputSize;
+        stage.inputs.push_back({StageInput::From::texture, int(n), size});
+    }
     TranslatedShader shader = composeShader(source.name, {&stage, 1});
     shader.declaration.source = source.archive();
     return shader;
 }
 
-TranslatedShader composeShader(std::string name, std::span<const ShaderStage> stages) {
-    return Composer(std::move(name), stages).compose();
+TranslatedShader composeShader(std::string name, std::span<const ShaderStage> stages,
+                               std::span<const PushedValue> values) {
+    return Composer(std::move(name), stages, values).compose();
 }
 
 }  // namespace qv

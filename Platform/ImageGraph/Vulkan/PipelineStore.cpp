@@ -1,5 +1,6 @@
 #include "Platform/ImageGraph/Vulkan/PipelineStore.h"
 
+#include <algorithm>
 #include <string>
 
 #include "Platform/ImageGraph/Vulkan/SpriteAtlas.h"
@@ -15,6 +16,25 @@ const ShaderFunction& stockStage(const std::string& name) {
     return *stage;  // the library keeps it
 }
 
+/// Code as the driver takes it, for as long as a pipeline is made of it.
+class Module {
+  public:
+    Module(VkDevice device, const ShaderFunction& function) : device_(device) {
+        VkShaderModuleCreateInfo info{VK_STRUCTURE_TYPE_SHADER_MODULE_CREATE_INFO};
+        info.codeSize = function.code.size() * sizeof(std::uint32_t);
+        info.pCode = function.code.data();
+        check(vkCreateShaderModule(device, &info, nullptr, &handle_), "cannot load a shader");
+    }
+    ~Module() { vkDestroyShaderModule(device_, handle_, nullptr); }
+    Module(const Module&) = delete;
+    Module& operator=(const Module&) = delete;
+    VkShaderModule handle() const { return handle_; }
+
+  private:
+    VkDevice device_;
+    VkShaderModule handle_ = VK_NULL_HANDLE;
+};
+
 }  // namespace
 
 void PipelineStore::clear() {
@@ -23,25 +43,14 @@ void PipelineStore::clear() {
     for (auto& [key, pipeline] : sprites_) vkDestroyPipeline(device, pipeline.handle, nullptr);
     for (auto& [key, layout] : pipelineLayouts_) vkDestroyPipelineLayout(device, layout, nullptr);
     for (auto& [key, layout] : setLayouts_) vkDestroyDescriptorSetLayout(device, layout, nullptr);
-    for (auto& [key, module] : modules_) vkDestroyShaderModule(device, module, nullptr);
     fullScreen_.clear();
     sprites_.clear();
     pipelineLayouts_.clear();
     setLayouts_.clear();
-    modules_.clear();
-}
-
-VkShaderModule PipelineStore::module(const ShaderFunction& function) {
-    VkShaderModule& module = modules_[&function];
-    if (module) return module;
-    VkShaderModuleCreateInfo info{VK_STRUCTURE_TYPE_SHADER_MODULE_CREATE_INFO};
-    info.codeSize = function.code.size() * sizeof(std::uint32_t);
-    info.pCode = function.code.data();
-    check(vkCreateShaderModule(resources_.device.handle(), &info, nullptr, &module), "cannot load a shader");
-    return module;
 }
 
 VkDescriptorSetLayout PipelineStore::setLayout(std::size_t inputs) {
+    std::scoped_lock lock(mutex_);
     VkDescriptorSetLayout& layout = setLayouts_[inputs];
     if (layout) return layout;
     std::vector<VkDescriptorSetLayoutBinding> bindings(inputs);
@@ -58,9 +67,10 @@ VkDescriptorSetLayout PipelineStore::setLayout(std::size_t inputs) {
 }
 
 VkPipelineLayout PipelineStore::pipelineLayout(std::size_t inputs, std::uint32_t slots) {
+    const VkDescriptorSetLayout set = inputs ? setLayout(inputs) : VK_NULL_HANDLE;
+    std::scoped_lock lock(mutex_);
     VkPipelineLayout& layout = pipelineLayouts_[{inputs, slots}];
     if (layout) return layout;
-    const VkDescriptorSetLayout set = inputs ? setLayout(inputs) : VK_NULL_HANDLE;
     const VkPushConstantRange words{VK_SHADER_STAGE_VERTEX_BIT, 0, slots * 16};
     VkPipelineLayoutCreateInfo info{VK_STRUCTURE_TYPE_PIPELINE_LAYOUT_CREATE_INFO};
     info.setLayoutCount = inputs ? 1 : 0;
@@ -72,12 +82,30 @@ VkPipelineLayout PipelineStore::pipelineLayout(std::size_t inputs, std::uint32_t
     return layout;
 }
 
-const Pipeline& PipelineStore::fullScreen(const PlanPass& pass, TextureFormat format) {
-    Key key{pass.function.get(), pass.selectors, pass.resampled, format};
-    if (const auto found = fullScreen_.find(key); found != fullScreen_.end()) return found->second;
+bool PipelineStore::hasFullScreen(const PlanPass& pass, TextureFormat format) {
+    std::scoped_lock lock(mutex_);
+    return fullScreen_.contains(Key{pass.function.get(), pass.selectors, pass.resampled, format});
+}
 
+Pipeline& PipelineStore::fullScreen(const PlanPass& pass, TextureFormat format) {
+    Key key{pass.function.get(), pass.selectors, pass.resampled, format};
+    {
+        std::scoped_lock lock(mutex_);
+        if (const auto found = fullScreen_.find(key); found != fullScreen_.end()) return found->second;
+    }
+    Pipeline pipeline = make(pass, format);  // unlocked: it may take long
+    std::scoped_lock lock(mutex_);
+    pipeline.lastUse = currentSerial_;
+    const auto [place, isNew] = fullScreen_.try_emplace(std::move(key), pipeline);
+    if (!isNew)
+        vkDestroyPipeline(resources_.device.handle(), pipeline.handle, nullptr);  // another was faster
+    return place->second;
+}
+
+Pipeline PipelineStore::make(const PlanPass& pass, TextureFormat format) {
     const ShaderFunction& function = *pass.function;
     Pipeline pipeline;
+    pipeline.function = pass.function;
     pipeline.slots = std::uint32_t(function.pushedWords + 3) / 4;
     pipeline.layout = pipelineLayout(function.inputs.size(), pipeline.slots);
     if (!function.inputs.empty()) pipeline.setLayout = setLayout(function.inputs.size());
@@ -93,27 +121,49 @@ const Pipeline& PipelineStore::fullScreen(const PlanPass& pass, TextureFormat fo
                                               values.size() * 4, values.data()};
     pipeline.handle = makePipeline({&stockStage("fullscreen" + std::to_string(pipeline.slots) + ".vert")},
                                    {&function, &specialization}, pipeline.layout, format, false);
-    return fullScreen_.emplace(std::move(key), pipeline).first->second;
+    return pipeline;
 }
 
 const Pipeline& PipelineStore::sprites(TextureFormat format) {
-    Pipeline& pipeline = sprites_[format];
-    if (pipeline.handle) return pipeline;
+    {
+        std::scoped_lock lock(mutex_);
+        if (const auto found = sprites_.find(format); found != sprites_.end()) return found->second;
+    }
+    Pipeline pipeline;
     pipeline.layout = pipelineLayout(1, 0);
     pipeline.setLayout = setLayout(1);
     pipeline.handle = makePipeline({&stockStage("sprite.vert")}, {&stockStage("sprite.frag")},
                                    pipeline.layout, format, true);
-    return pipeline;
+    std::scoped_lock lock(mutex_);
+    const auto [place, isNew] = sprites_.try_emplace(format, pipeline);
+    if (!isNew) vkDestroyPipeline(resources_.device.handle(), pipeline.handle, nullptr);
+    return place->second;
+}
+
+void PipelineStore::trim(std::uint64_t currentSerial) {
+    std::scoped_lock lock(mutex_);
+    currentSerial_ = currentSerial;
+    const std::uint64_t completed = resources_.completedSerial;
+    while (fullScreen_.size() > kMostPipelines) {
+        const auto oldest =
+            std::ranges::min_element(fullScreen_, {}, [](const auto& entry) { return entry.second.lastUse; });
+        if (oldest->second.lastUse > completed) return;
+        vkDestroyPipeline(resources_.device.handle(), oldest->second.handle, nullptr);
+        fullScreen_.erase(oldest);
+    }
 }
 
 VkPipeline PipelineStore::makePipeline(Stage vertex, Stage fragment, VkPipelineLayout layout,
                                        TextureFormat format, bool sprites) {
+    ++made_;
+    const Module vertexModule(resources_.device.handle(), *vertex.function);
+    const Module fragmentModule(resources_.device.handle(), *fragment.function);
     VkPipelineShaderStageCreateInfo stages[2]{};
     stages[0].sType = stages[1].sType = VK_STRUCTURE_TYPE_PIPELINE_SHADER_STAGE_CREATE_INFO;
     stages[0].stage = VK_SHADER_STAGE_VERTEX_BIT;
-    stages[0].module = module(*vertex.function);
+    stages[0].module = vertexModule.handle();
     stages[1].stage = VK_SHADER_STAGE_FRAGMENT_BIT;
-    stages[1].module = module(*fragment.function);
+    stages[1].module = fragmentModule.handle();
     stages[1].pSpecializationInfo = fragment.specialization;
     stages[0].pName = stages[1].pName = "main";
 

@@ -255,7 +255,10 @@ std::shared_ptr<Texture> TexturePool::acquire(const TextureKey& key) {
             idleBytes_ -= texture->bytes();
         }
     }
-    if (!texture) texture = std::make_unique<Texture>(*resources_, key);
+    if (!texture) {
+        texture = std::make_unique<Texture>(*resources_, key);
+        ++made_;
+    }
     return {texture.release(), [pool = shared_from_this()](Texture* returned) {
                 pool->giveBack(std::unique_ptr<Texture>(returned));
             }};

@@ -118,12 +118,15 @@ class TexturePool : public std::enable_shared_from_this<TexturePool> {
     /// Frees idle textures above the budget, the longest unused first, and those that no frame has wanted for
     /// a while.
     void trim(std::uint64_t currentSerial);
+    /// Textures made so far.
+    int madeCount() const { return made_; }
 
   private:
     void giveBack(std::unique_ptr<Texture> texture);
 
     std::shared_ptr<DeviceResources> resources_;
     std::uint64_t budgetBytes_;
+    std::atomic<int> made_{0};
     std::mutex mutex_;
     std::list<std::unique_ptr<Texture>> idle_;  ///< most recently returned first
     std::uint64_t idleBytes_ = 0;

@@ -1,5 +1,6 @@
 #include "Platform/ImageGraph/Vulkan/VulkanContext.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "Platform/ImageGraph/Vulkan/SourcePixels.h"
@@ -51,6 +52,7 @@ struct VulkanContext::Recording {
     std::uint64_t serial;
     std::vector<std::shared_ptr<Texture>> textures;  ///< by the plan's index, while needed
     std::shared_ptr<Texture> destination;            ///< a host's image to render into
+    std::shared_ptr<Texture> blank;                  ///< stands for nil inputs
     RenderStatistics statistics;
 
     Texture& texture(int index) { return *textures[std::size_t(index)]; }
@@ -65,6 +67,7 @@ VulkanContext::VulkanContext(std::shared_ptr<DeviceResources> resources, const M
       textures_(std::make_shared<TexturePool>(resources_, options.textureBudgetBytes)),
       buffers_(std::make_shared<HostBufferPool>(resources_)),
       pipelines_(*resources_),
+      fuser_(std::make_unique<PassFuser>(pipelines_, options.shaderCacheDirectory)),
       atlas_(*resources_, textures_),
       number_(nextContextNumber()),
       processor_(resources_->device.info().isProcessor && !options.gpuPaths) {
@@ -73,29 +76,36 @@ VulkanContext::VulkanContext(std::shared_ptr<DeviceResources> resources, const M
 }
 
 VulkanContext::~VulkanContext() {
+    fuser_.reset();                             // waits for what is being compiled
     for (auto& frame : frames_) frame.reset();  // waits for what is running
     buffers_.reset();
     pipelines_.clear();
     resources_->close();
 }
 
-VulkanContext::Submission VulkanContext::submit(const MTIImage& image, PlanTarget target, Delivery delivery,
-                                                const MTIVulkanImage& destination,
-                                                const MTIVulkanSync& sync) {
+RenderPlan VulkanContext::planned(const MTIImage& image, PlanTarget target, PassFuser::Missing missing) {
     if (!image) throw VulkanError("the image is nil");
     target.processor = processor_;
     target.working = options_.workingPixelFormat == MTIPixelFormat::rgba16Float ? TextureFormat::rgba16Float
                                                                                 : TextureFormat::rgba8;
     RenderPlan plan = planRender(image, target);
     if (plan.passes.empty()) throw VulkanError("a stock shader is missing");
+    return options_.fusion ? fuser_->fuse(std::move(plan), missing) : plan;
+}
+
+VulkanContext::Submission VulkanContext::submit(const MTIImage& image, const PlanTarget& target,
+                                                Delivery delivery, const MTIVulkanImage& destination,
+                                                const MTIVulkanSync& sync) {
+    RenderPlan plan = planned(image, target, PassFuser::Missing::madeInBackground);
 
     std::scoped_lock lock(mutex_);
     const std::uint64_t serial = ++serial_;
     Frame& frame = *frames_[serial % kFramesInFlight];
     const VkCommandBuffer commands = frame.begin();
     Submission submission{&frame, serial, {}, {}};
+    const int texturesBefore = textures_->madeCount(), pipelinesBefore = pipelines_.madeCount();
     try {
-        Recording recording{std::move(plan), delivery, frame, commands, serial, {}, {}, {}};
+        Recording recording{std::move(plan), delivery, frame, commands, serial, {}, {}, {}, {}};
         recording.textures.resize(recording.plan.textures.size());
         beginHostImages(recording, destination);
         takeSourcesIn(recording);
@@ -106,11 +116,14 @@ VulkanContext::Submission VulkanContext::submit(const MTIImage& image, PlanTarge
             handToHost(recording, submission);
         frame.submit(serial, sync);
         submission.statistics = recording.statistics;
+        submission.statistics.madeTextures = textures_->madeCount() - texturesBefore;
+        submission.statistics.madePipelines = pipelines_.madeCount() - pipelinesBefore;
     } catch (...) {
         frame.abandon();
         throw;
     }
     textures_->trim(serial);
+    pipelines_.trim(serial);
     return submission;
 }
 
@@ -120,6 +133,11 @@ void VulkanContext::takeSourcesIn(Recording& recording) {
         if (!wanted.source || wanted.lastReader < 0) continue;
         recording.textures[i] = residentTexture(recording, wanted);
     }
+    const bool anyNil = std::ranges::any_of(recording.plan.passes, [](const PlanPass& pass) {
+        return std::ranges::find(pass.inputs, -1) != pass.inputs.end();
+    });
+    if (anyNil)
+        recording.blank = residentTexture(recording, {1, 1, TextureFormat::rgba8, blank_.node().get()});
 }
 
 std::shared_ptr<Texture> VulkanContext::hostTexture(const PlanTexture& wanted, const MTIVulkanImage& image) {
@@ -187,6 +205,9 @@ void VulkanContext::recordPasses(Recording& recording) {
     const auto& passes = recording.plan.passes;
     for (std::size_t i = 0; i < passes.size(); ++i) {
         recordPass(recording, passes[i]);
+        std::uint64_t held = 0;
+        for (const auto& texture : recording.textures) held += texture ? texture->bytes() : 0;
+        recording.statistics.peakTextureBytes = std::max(recording.statistics.peakTextureBytes, held);
         // A texture goes back to the pool when its last reader is recorded: later passes may write it again.
         for (int input : passes[i].inputs) {
             if (input < 0 || recording.isOutput(input)) continue;
@@ -210,16 +231,18 @@ void VulkanContext::recordPass(Recording& recording, const PlanPass& pass) {
 
     std::vector<SpriteVertexData> vertices;
     std::vector<SpriteRun> runs;
-    if (pass.sprites) {
-        runs = atlas_.layOut(*pass.sprites, wanted.width, wanted.height, vertices, recording.commands,
-                             recording.frame.keepAlive);
+    for (const auto* sprites : pass.sprites) {
+        const auto more = atlas_.layOut(*sprites, wanted.width, wanted.height, vertices, recording.commands,
+                                        recording.frame.keepAlive);
+        runs.insert(runs.end(), more.begin(), more.end());
     }
 
     const VkCommandBuffer commands = recording.commands;
     const auto use = inPlace ? DeviceResources::TargetUse::hostVisible : DeviceResources::TargetUse::sampled;
     const VkRect2D area{{0, 0}, {std::uint32_t(wanted.width), std::uint32_t(wanted.height)}};
     const VkViewport viewport{0, 0, float(wanted.width), float(wanted.height), 0, 1};
-    const Pipeline& pipeline = pipelines_.fullScreen(pass, wanted.format);
+    Pipeline& pipeline = pipelines_.fullScreen(pass, wanted.format);
+    pipeline.lastUse = recording.serial;
     VkRenderPassBeginInfo begin{VK_STRUCTURE_TYPE_RENDER_PASS_BEGIN_INFO};
     begin.renderPass = resources_->renderPass(wanted.format, use);
     begin.framebuffer = texture->framebuffer();
@@ -272,9 +295,8 @@ void VulkanContext::bindInputs(Recording& recording, const PlanPass& pass, const
     std::vector<VkWriteDescriptorSet> writes(pass.inputs.size());
     for (std::size_t i = 0; i < pass.inputs.size(); ++i) {
         const int index = pass.inputs[i];
-        const std::shared_ptr<Texture> input =
-            index >= 0 ? recording.textures[std::size_t(index)]
-                       : residentTexture(recording, {1, 1, TextureFormat::rgba8, blank_.node().get()});
+        const std::shared_ptr<Texture>& input =
+            index >= 0 ? recording.textures[std::size_t(index)] : recording.blank;
         recording.statistics.bytesRead += input->bytes();
         images[i] = {resources_->sampler, input->view(), input->sampledLayout()};
         writes[i].sType = VK_STRUCTURE_TYPE_WRITE_DESCRIPTOR_SET;

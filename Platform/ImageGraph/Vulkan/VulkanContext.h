@@ -9,6 +9,7 @@
 #include "Platform/ImageGraph/Planner.h"
 #include "Platform/ImageGraph/Vulkan/Frame.h"
 #include "Platform/ImageGraph/Vulkan/HostBufferPool.h"
+#include "Platform/ImageGraph/Vulkan/PassFuser.h"
 #include "Platform/ImageGraph/Vulkan/PipelineStore.h"
 #include "Platform/ImageGraph/Vulkan/SpriteAtlas.h"
 #include "Platform/ImageGraph/Vulkan/Texture.h"
@@ -61,8 +62,11 @@ class VulkanContext final : public MTIContext, public std::enable_shared_from_th
 
     /// Runs the stages of a render: plan, take sources in, record the passes, deliver the outputs, submit.
     /// Throws VulkanError.
-    Submission submit(const MTIImage& image, PlanTarget target, Delivery delivery,
+    Submission submit(const MTIImage& image, const PlanTarget& target, Delivery delivery,
                       const MTIVulkanImage& destination = {}, const MTIVulkanSync& sync = {});
+
+    /// The passes of the image, fused as far as the options and what is compiled allow. Throws VulkanError.
+    RenderPlan planned(const MTIImage& image, PlanTarget target, PassFuser::Missing missing);
 
     struct Recording;
     void takeSourcesIn(Recording& recording);
@@ -83,6 +87,7 @@ class VulkanContext final : public MTIContext, public std::enable_shared_from_th
     std::shared_ptr<TexturePool> textures_;
     std::shared_ptr<HostBufferPool> buffers_;
     PipelineStore pipelines_;
+    std::unique_ptr<PassFuser> fuser_;
     SpriteAtlas atlas_;
     std::array<std::unique_ptr<Frame>, kFramesInFlight> frames_;
     MTIImage blank_;              ///< stands for a nil input

@@ -1,6 +1,7 @@
 // The ways to ask a context for a render, and what becomes of its pixels.
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 
 #include "Platform/ImageGraph/Vulkan/VulkanContext.h"
@@ -75,6 +76,16 @@ std::vector<GraphicsDevice> MTIContext::devices(std::string* error) {
         setError(error, failure);
         return {};
     }
+}
+
+std::string defaultShaderCacheDirectory() {
+    const auto variable = [](const char* name) {
+        const char* value = std::getenv(name);
+        return std::string(value ? value : "");
+    };
+    std::string base = variable("XDG_CACHE_HOME");
+    if (base.empty() && !variable("HOME").empty()) base = variable("HOME") + "/.cache";
+    return base.empty() ? base : base + "/QVFilterExtension/shaders";
 }
 
 std::shared_ptr<MTIContext> MTIContext::create(const MTIContextOptions& options, std::string* error) {
@@ -184,6 +195,11 @@ std::vector<float> VulkanContext::renderToFloats(const MTIImage& image, std::str
 }
 
 void VulkanContext::prepare(const MTIImage& image) {
+    try {
+        if (image) planned(image, {}, PassFuser::Missing::madeNow);
+    } catch (const std::exception&) {
+        return;  // the render that follows tells
+    }
     // Drivers compile at the first draw, so the way to warm a pipeline is to draw with it.
     if (const auto task = startRender(image, nullptr)) task->wait();
 }

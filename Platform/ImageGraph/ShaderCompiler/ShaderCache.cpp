@@ -1,0 +1,141 @@
+#include "Platform/ImageGraph/ShaderCompiler/ShaderCache.h"
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <span>
+
+namespace qv {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::uint32_t kMagic = 0x43535651;  // "QVSC"
+constexpr std::uint32_t kFormatVersion = 1;
+constexpr std::uint32_t kSpirvMagic = 0x07230203;
+constexpr std::string_view kSuffix = ".spv";
+constexpr std::string_view kUnfinishedSuffix = ".part";
+constexpr std::size_t kMostCodeWords = 4u << 20;
+
+struct Header {
+    std::uint32_t magic, formatVersion;
+    std::array<std::uint64_t, 2> key;
+    std::uint64_t checksum;
+    std::uint64_t words;
+};
+
+/// FNV-1a, from either end.
+template <typename Bytes>
+std::uint64_t hashOf(const Bytes& bytes, std::uint64_t hash = 0xCBF29CE484222325) {
+    for (auto byte : bytes) hash = (hash ^ std::uint8_t(byte)) * 0x100000001B3;
+    return hash;
+}
+
+std::array<std::uint64_t, 2> keyOf(std::string_view text, std::string_view compiler) {
+    const std::string backwards(text.rbegin(), text.rend());
+    return {hashOf(text, hashOf(compiler)), hashOf(backwards, hashOf(compiler) + text.size())};
+}
+
+std::uint64_t checksumOf(const std::vector<std::uint32_t>& code) {
+    return hashOf(std::span(reinterpret_cast<const char*>(code.data()), code.size() * sizeof code[0]));
+}
+
+fs::path fileOf(const std::string& directory, const std::array<std::uint64_t, 2>& key) {
+    return fs::path(directory) / fmt::format("{:016x}{:016x}{}", key[0], key[1], kSuffix);
+}
+
+}  // namespace
+
+std::vector<std::uint32_t> ShaderCache::load(std::string_view text, std::string_view compiler) const {
+    if (directory_.empty()) return {};
+    const auto key = keyOf(text, compiler);
+    const fs::path path = fileOf(directory_, key);
+    std::ifstream file(path, std::ios::binary);
+    Header header{};
+    if (!file.read(reinterpret_cast<char*>(&header), sizeof header)) return {};
+    if (header.magic != kMagic || header.formatVersion != kFormatVersion || header.key != key) return {};
+    if (header.words == 0 || header.words > kMostCodeWords) return {};
+    std::vector<std::uint32_t> code(header.words);
+    if (!file.read(reinterpret_cast<char*>(code.data()), std::streamsize(code.size() * sizeof code[0])))
+        return {};
+    if (file.peek() != std::ifstream::traits_type::eof()) return {};
+    if (code.front() != kSpirvMagic || checksumOf(code) != header.checksum) return {};
+    std::error_code ignored;
+    fs::last_write_time(path, fs::file_time_type::clock::now(), ignored);  // the longest unused goes first
+    return code;
+}
+
+void ShaderCache::store(std::string_view text, std::string_view compiler,
+                        const std::vector<std::uint32_t>& code) {
+    if (directory_.empty() || code.empty()) return;
+    std::error_code failure;
+    fs::create_directories(directory_, failure);
+    const auto key = keyOf(text, compiler);
+    const Header header{kMagic, kFormatVersion, key, checksumOf(code), code.size()};
+    const fs::path path = fileOf(directory_, key);
+    static std::atomic<unsigned> number{0};
+    const fs::path unfinished =
+        path.string() + fmt::format(".{}.{}{}", getpid(), ++number, kUnfinishedSuffix);
+    {
+        std::ofstream file(unfinished, std::ios::binary | std::ios::trunc);
+        file.write(reinterpret_cast<const char*>(&header), sizeof header);
+        file.write(reinterpret_cast<const char*>(code.data()), std::streamsize(code.size() * sizeof code[0]));
+        file.close();
+        if (!file) {
+            fs::remove(unfinished, failure);
+            return;
+        }
+    }
+    fs::rename(unfinished, path, failure);
+    if (failure) {
+        fs::remove(unfinished, failure);
+        return;
+    }
+    std::scoped_lock lock(mutex_);
+    bytes_ += sizeof header + code.size() * sizeof code[0];
+    if (!counted_ || bytes_ > mostBytes_) trim();
+}
+
+void ShaderCache::trim() {
+    struct File {
+        fs::path path;
+        fs::file_time_type used;
+        std::uint64_t bytes;
+    };
+    constexpr auto kAbandoned = std::chrono::hours(1);
+    std::vector<File> files;
+    std::error_code failure;
+    bytes_ = 0;
+    counted_ = true;
+    const auto now = fs::file_time_type::clock::now();
+    for (fs::directory_iterator entry(directory_, failure), end; !failure && entry != end;
+         entry.increment(failure)) {
+        std::error_code ignored;
+        const fs::path& path = entry->path();
+        const File file{path, fs::last_write_time(path, ignored), entry->file_size(ignored)};
+        if (ignored) continue;  // another process has removed it
+        if (path.extension() == kUnfinishedSuffix) {
+            if (now - file.used > kAbandoned) fs::remove(path, ignored);
+        } else if (path.extension() == kSuffix) {
+            bytes_ += file.bytes;
+            files.push_back(file);
+        }
+    }
+    if (bytes_ <= mostBytes_) return;
+    std::ranges::sort(files, {}, &File::used);
+    for (const File& file : files) {
+        if (bytes_ <= mostBytes_ / 4 * 3) break;
+        std::error_code ignored;
+        if (fs::remove(file.path, ignored)) bytes_ -= file.bytes;
+    }
+}
+
+}  // namespace qv

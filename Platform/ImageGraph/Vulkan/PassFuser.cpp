@@ -1,0 +1,67 @@
+#include "Platform/ImageGraph/Vulkan/PassFuser.h"
+
+#include "Platform/Foundation/Log.h"
+
+namespace qv {
+
+std::size_t PassFuser::Request::hash() const {
+    std::size_t hash = shape.hash() ^ std::size_t(format) << 8 ^ std::size_t(pass.resampled) << 16;
+    for (std::int32_t selector : pass.selectors) hash = (hash ^ std::size_t(selector)) * 0x9E3779B97F4A7C15;
+    return hash;
+}
+
+RenderPlan PassFuser::fuse(RenderPlan plan, Missing missing) {
+    dropCopies(plan);
+    const PassFusion fusion = fusePlan(plan);
+    std::vector<std::optional<PlanPass>> ready(fusion.passes.size());
+    for (std::size_t i = 0; i < ready.size(); ++i) {
+        if (!fusion.passes[i].isPlain()) ready[i] = passFor(plan, fusion.passes[i], missing);
+    }
+    return fusedPlan(std::move(plan), fusion, std::move(ready));
+}
+
+std::optional<PlanPass> PassFuser::passFor(const RenderPlan& plan, const FusedPass& fused, Missing missing) {
+    auto [isKnown, program] = programs_.find(fused.shape);
+    if (!isKnown && missing == Missing::madeNow) {
+        program = programs_.make(fused.shape);
+        isKnown = true;
+    }
+    if (isKnown && !program) return {};
+    const bool hasProgram = program != nullptr;
+    PlanPass pass = passOf(plan, fused, std::move(program));
+    const TextureFormat format = plan.textures[std::size_t(pass.output)].format;
+    if (hasProgram && pipelines_.hasFullScreen(pass, format)) return pass;
+    if (missing == Missing::madeNow) {
+        pipelines_.fullScreen(pass, format);
+        return pass;
+    }
+    pass.sprites.clear();  // the graph's own
+    Request request{fused.shape, std::move(pass), format};
+    if (isWanted(request.hash()))
+        queue_.async([this, request = std::move(request)]() mutable { make(std::move(request)); });
+    return {};
+}
+
+bool PassFuser::isWanted(std::size_t hash) {
+    std::scoped_lock lock(mutex_);
+    if (seen_.size() >= kMostRemembered) seen_.clear();
+    if (seen_.insert(hash).second) return false;
+    return making_.insert(hash).second;
+}
+
+void PassFuser::make(Request request) {
+    if (stop_) return;
+    const std::size_t hash = request.hash();
+    try {
+        request.pass.function = programs_.make(request.shape);
+        if (request.pass.function) pipelines_.fullScreen(request.pass, request.format);
+    } catch (const std::exception& failure) {
+        // The plain passes go on drawing, and it is not tried again.
+        logLine(request.shape.name() + ": " + failure.what());
+        return;
+    }
+    std::scoped_lock lock(mutex_);
+    making_.erase(hash);
+}
+
+}  // namespace qv

@@ -1,0 +1,309 @@
+// Which passes become one, why others do not, and that no picture changes by it.
+
+#include "Platform/ImageGraph/PassFusion.h"
+
+#include <fmt/format.h>
+#include <gmock/gmock.h>
+
+#include <chrono>
+#include <functional>
+#include <thread>
+
+#include "Platform/ImageGraph/ImageNode.h"
+#include "Platform/ImageGraph/MTIFilters.h"
+#include "Platform/ImageGraph/MTIKernel.h"
+#include "Tests/Support/TestContext.h"
+
+namespace qv {
+namespace {
+
+using testing::ElementsAre;
+
+MTIImage photo(int width = 40, int height = 24, int seed = 0) {
+    return MTIImage::imageWithBitmap(test::makeBitmap(width, height, [&](int x, int y) {
+        const float u = float(x) / float(width), v = float(y) / float(height);
+        return test::Pixel{u, (x + y + seed) % 5 ? v : 1 - u, 0.5f + 0.5f * std::sin(9 * u + float(seed)),
+                           seed % 2 ? 0.4f + 0.6f * v : 1.0f};
+    }));
+}
+
+MTIImage pass(std::string_view function, std::vector<MTIImage> inputs, MTIParameters parameters = {},
+              CGSize size = {}) {
+    if (size.width <= 0) size = inputs.front().size();
+    return stockKernel(function)->applyToInputImages(std::move(inputs), std::move(parameters), size,
+                                                     MTIPixelFormat::unspecified);
+}
+MTIImage exposed(const MTIImage& image, float gain = 1.5f) {
+    return pass("MTIExposure", {image}, {{"gain", gain}});
+}
+MTIImage faded(const MTIImage& image, float opacity = 0.5f) {
+    return pass("MTIOpacity", {image}, {{"opacity", opacity}});
+}
+MTIImage turned(const MTIImage& image) {
+    return image.imageByApplyingTransform(CGAffineTransformMakeRotation(0.3));
+}
+MTIImage screened(const MTIImage& below, const MTIImage& above) {
+    return pass("MTIBlendScreen", {below, above}, {{"intensity", 1.0f}});
+}
+MTIImage blurred(const MTIImage& image) {
+    MTIGaussianBlurFilter blur;
+    blur.setInputImage(image);
+    blur.setRadius(1.5f);
+    return blur.outputImage();
+}
+MTIImage colored(CGSize size = {40, 24}) {
+    return MTIImage::initWithColor({0.8f, 0.3f, 0.1f, 0.7f}, false, size);
+}
+
+/// A square in the middle, drawn over `image`.
+MTIImage withSprite(const MTIImage& image) {
+    static const auto square = std::make_shared<const SpriteTexture>(
+        SpriteTexture{test::makeBitmap(4, 4,
+                                       [](int, int) {
+                                           return test::Pixel{1, 0, 0, 0.5f};
+                                       }),
+                      "square"});
+    SpritePass sprites;
+    sprites.sprites.push_back({CGAffineTransformMakeScale(0.3, 0.3), 1, {1, 1, 1, 1}, square});
+    auto node = std::make_shared<ImageNode>();
+    node->operation = std::move(sprites);
+    node->inputs = {image};
+    node->width = int(image.size().width);
+    node->height = int(image.size().height);
+    return MTIImage(std::move(node));
+}
+
+struct Fused {
+    std::vector<std::string> passes;  ///< function names of each
+    std::vector<std::string> kept;    ///< "function of the reader: reason"
+};
+
+/// What is drawn once every program is there.
+Fused fused(const MTIImage& image, const PlanTarget& target = {.processor = true}) {
+    RenderPlan plan = planRender(image, target);
+    dropCopies(plan);
+    const PassFusion fusion = fusePlan(plan);
+    Fused result;
+    for (const PassFusion::Kept& kept : fusion.kept) {
+        result.kept.push_back(fmt::format("{}: {}", plan.passes[std::size_t(kept.pass)].function->name,
+                                          fusionRefusalText(kept.why)));
+    }
+    std::vector<std::optional<PlanPass>> ready;
+    for (const FusedPass& one : fusion.passes) {
+        auto program = std::make_shared<ShaderFunction>();
+        program->name = one.shape.name();
+        ready.push_back(passOf(plan, one, std::move(program)));
+    }
+    for (const PlanPass& drawn : fusedPlan(plan, fusion, std::move(ready)).passes)
+        result.passes.push_back(drawn.function->name);
+    return result;
+}
+
+TEST(PassFusion, JoinsWhatReadsOnlyAtItsOwnPlace) {
+    const MTIImage a = photo(), b = photo(40, 24, 1);
+    EXPECT_THAT(fused(exposed(faded(a))).passes, ElementsAre("MTIOpacity + MTIExposure"));
+    EXPECT_THAT(fused(screened(exposed(a), faded(b))).passes,
+                ElementsAre("MTIExposure + MTIOpacity + MTIBlendScreen"));
+    EXPECT_THAT(fused(faded(turned(a))).passes, ElementsAre("MTITransform + MTIOpacity"));
+    EXPECT_THAT(fused(pass("MTIBlendWithMask", {a, turned(b), faded(a)})).passes,
+                ElementsAre("MTITransform + MTIOpacity + MTIBlendWithMask"));
+    // A result that several functions of one pass read is made once.
+    const MTIImage twice = exposed(a);
+    EXPECT_THAT(fused(screened(twice, faded(twice))).passes,
+                ElementsAre("MTIExposure + MTIOpacity + MTIBlendScreen"));
+    // A mere copy is nothing, wherever it is read.
+    EXPECT_THAT(fused(turned(pass("MTICopy", {pass("MTICopy", {a})}))).passes, ElementsAre("MTITransform"));
+    // Planes of a video frame, where they are converted in a shader.
+    const MTIImage frame = MTIImage::imageWithPixelBuffer(PixelBuffer::create(PixelFormat::i420, 16, 8));
+    EXPECT_THAT(fused(exposed(frame), {}).passes, ElementsAre("MTIYUVToRGB + MTIExposure"));
+}
+
+TEST(PassFusion, RefusesForAReason) {
+    const MTIImage a = photo(), b = photo(40, 24, 1);
+    struct Case {
+        MTIImage image;
+        std::vector<std::string> passes, kept;
+    };
+    const MTIImage shared = exposed(a);
+    const Case cases[] = {
+        {turned(faded(a)),
+         {"MTIOpacity", "MTITransform"},
+         {"MTITransform: it is read away from the pixel being coloured"}},
+        {blurred(faded(a)),
+         {"MTIOpacity", "MTIGaussianFetched", "MTIGaussianFetched"},
+         {"MTIGaussianFetched: it is read away from the pixel being coloured",
+          "MTIGaussianFetched: it is read away from the pixel being coloured"}},
+        {pass("MTIOpacity", {exposed(a)}, {{"opacity", 0.5f}}, {80, 48}),
+         {"MTIExposure", "MTIOpacity"},
+         {"MTIOpacity: it has another size"}},
+        {screened(shared, turned(shared)),
+         {"MTIExposure", "MTITransform + MTIBlendScreen"},
+         {"MTIBlendScreen: several passes read it",
+          "MTITransform: it is read away from the pixel being coloured"}},
+        {faded(withSprite(exposed(a))),
+         {"MTIExposure", "MTIOpacity"},
+         {"MTIOpacity: sprites are drawn on it"}},
+    };
+    for (const Case& one : cases) {
+        const Fused result = fused(one.image);
+        EXPECT_THAT(result.passes, testing::ElementsAreArray(one.passes));
+        EXPECT_THAT(result.kept, testing::UnorderedElementsAreArray(one.kept));
+    }
+}
+
+TEST(PassFusion, DrawsSpritesInThePassBelowThem) {
+    EXPECT_THAT(fused(withSprite(exposed(photo()))).passes, ElementsAre("MTIExposure"));
+    EXPECT_THAT(fused(withSprite(withSprite(faded(exposed(photo()))))).passes,
+                ElementsAre("MTIExposure + MTIOpacity"));
+    EXPECT_THAT(fused(withSprite(photo())).passes, ElementsAre("MTICopy"));
+    const MTIImage shared = exposed(photo());
+    EXPECT_THAT(fused(screened(withSprite(shared), turned(shared))).passes,
+                ElementsAre("MTIExposure", "MTICopy", "MTITransform + MTIBlendScreen"));
+}
+
+TEST(PassFusion, TakesColoursAsValues) {
+    const MTIImage a = photo();
+    const MTIImage dot = MTIImage::imageWithBitmap(test::makeBitmap(1, 1, [](int, int) {
+        return test::Pixel{1, 0, 1, 1};
+    }));
+    EXPECT_THAT(fused(screened(a, colored())).passes, ElementsAre("MTIBlendScreen"));
+    EXPECT_THAT(fused(screened(a, faded(colored()))).passes, ElementsAre("MTIOpacity + MTIBlendScreen"));
+    EXPECT_THAT(fused(screened(a, colored({7, 7}))).passes, ElementsAre("MTIBlendScreen"));
+    EXPECT_THAT(fused(turned(colored())).passes, ElementsAre("MTITransform"));
+    EXPECT_THAT(fused(screened(a, dot)).passes, ElementsAre("MTIBlendScreen"));
+    // The picture itself is drawn.
+    EXPECT_THAT(fused(colored()).passes, ElementsAre("MTIColor"));
+}
+
+TEST(PassFusion, SplitsLongChainsAtTheLimits) {
+    // A uniform each: 30 words beside the output's size.
+    MTIImage image = photo();
+    for (int i = 0; i < 36; ++i) image = exposed(image);
+    // Without uniforms the number of functions is the limit.
+    MTIImage plain = photo();
+    for (int i = 0; i < 30; ++i) plain = pass("MTIPremultiply", {plain});
+    // A texture each.
+    MTIImage wide = photo();
+    for (int i = 1; i < 20; ++i) wide = pass("MTIBlendScreen", {wide, photo(8, 8, i)});
+    for (const auto& [chain, limit] : {std::pair(image, "MTIExposure: the program would be too long"),
+                                       std::pair(plain, "MTIPremultiply: the program would be too long"),
+                                       std::pair(wide, "MTIBlendScreen: the textures would be too many")}) {
+        const Fused result = fused(chain);
+        EXPECT_EQ(result.passes.size(), 2u);
+        EXPECT_THAT(result.kept, ElementsAre(limit));
+    }
+    const auto heavy = [](const MTIImage& input) {
+        MTIParameters parameters;
+        for (const char* name : {"rowRed", "rowGreen", "rowBlue"})
+            parameters.set(name, MTIVector{1, 0, 0, 0});
+        return pass("MTIYUVToRGB", {input, photo(), photo()}, std::move(parameters));
+    };
+    const Fused words = fused(heavy(heavy(heavy(photo()))));
+    EXPECT_EQ(words.passes.size(), 2u);
+    EXPECT_THAT(words.kept, ElementsAre("MTIYUVToRGB: the uniforms would be too many"));
+}
+
+/// A context of its own, with an empty folder for compiled programs.
+std::shared_ptr<MTIContext> contextWith(bool fusion, const std::string& folder = {},
+                                        MTIPixelFormat working = MTIPixelFormat::rgba8Unorm) {
+    MTIContextOptions options;
+    options.fusion = fusion;
+    options.shaderCacheDirectory = folder;
+    options.workingPixelFormat = working;
+    return MTIContext::create(options);
+}
+
+RenderStatistics statisticsOf(MTIContext& context, const MTIImage& image) {
+    const auto task = context.startRender(image);
+    return task && task->wait() ? task->statistics() : RenderStatistics{-1};
+}
+
+TEST(PassFusion, ChangesNoPicture) {
+    const MTIParameters unset;
+    const std::vector<std::function<MTIImage()>> graphs = {
+        [] {
+            return exposed(exposed(faded(photo(), 0.02f), 8), 6);
+        },  // eight bits between, or steps would show
+        [] {
+            return faded(exposed(pass("MTIBrightness", {photo()}, {{"brightness", 0.6f}}), 3), 0.4f);
+        },
+        [] { return screened(turned(photo()), faded(turned(photo(40, 24, 1)))); },
+        [] { return screened(exposed(photo()), photo(23, 31, 1)); },
+        [] {
+            return pass("MTIBlendWithMask", {exposed(photo()), photo(9, 9, 1), MTIImage()},
+                        {{"component", MTIVector{0.5f, 0, 0, 0}}, {"base", 0.25f}});
+        },
+        [] {
+            return faded(screened(blurred(photo()), colored({13, 9})));
+        },
+        [] {
+            return turned(faded(pass("MTIBlendMultiply", {colored(), photo()}, {{"intensity", 0.7f}})));
+        },
+        [] { return withSprite(withSprite(faded(exposed(withSprite(photo()))))); },
+        [] { return faded(exposed(photo()).imageByApplyingTransform(CGAffineTransformMakeScale(0.2, 0.7))); },
+        [] {
+            const MTIImage shared = exposed(photo());
+            return screened(shared, faded(shared));
+        },
+        [] {
+            return exposed(pass("MTIResize", {photo()}, {}, {17, 50}));
+        },  // uniforms and selectors unset
+    };
+    for (MTIPixelFormat working : {MTIPixelFormat::rgba8Unorm, MTIPixelFormat::rgba16Float}) {
+        const auto plain = contextWith(false, {}, working);
+        const auto fused = contextWith(true, {}, working);
+        ASSERT_TRUE(plain && fused);
+        for (std::size_t i = 0; i < graphs.size(); ++i) {
+            const MTIImage image = graphs[i](), again = graphs[i]();
+            fused->prepare(image);
+            const test::Picture a = test::pictureOf(fused->renderToBitmap(image));
+            const test::Picture b = test::pictureOf(plain->renderToBitmap(again));
+            EXPECT_LE(test::worstDifference(a, b), 1.01 / 255) << "graph " << i;
+            EXPECT_LT(statisticsOf(*fused, image).passes, statisticsOf(*plain, again).passes)
+                << "graph " << i;
+        }
+    }
+}
+
+TEST(PassFusion, DrawsPlainlyUntilTheProgramIsThere) {
+    const auto context = contextWith(true);
+    ASSERT_TRUE(context);
+    const auto draw = [&](float gain) { return exposed(faded(photo()), gain); };
+    const Bitmap first = context->renderToBitmap(draw(1.5f));
+    EXPECT_EQ(statisticsOf(*context, draw(1.5f)).passes, 2);
+    int passes = 2;
+    for (int i = 0; i < 1000 && passes == 2; ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        passes = statisticsOf(*context, draw(1.5f)).passes;
+    }
+    EXPECT_EQ(passes, 1);
+    EXPECT_LE(
+        test::worstDifference(test::pictureOf(first), test::pictureOf(context->renderToBitmap(draw(1.5f)))),
+        1.01 / 255);
+}
+
+TEST(PassFusion, MakesNothingForAGraphThatIsKnown) {
+    const auto context = contextWith(true);
+    ASSERT_TRUE(context);
+    const auto draw = [&](int i) {
+        const float strength = 0.3f + 0.01f * float(i);
+        MTIImage image = screened(blurred(exposed(photo(), 1 + strength)), faded(colored(), strength));
+        image =
+            withSprite(faded(pass("MTIBrightness", {turned(image)}, {{"brightness", strength}}), strength));
+        return pass("MTIBlendOverlay", {image, exposed(photo(40, 24, 1))}, {{"intensity", strength}});
+    };
+    EXPECT_GE(statisticsOf(*contextWith(false), draw(0)).passes, 10);
+    context->prepare(draw(0));
+    for (int i = 1; i < 5; ++i) context->renderToBitmap(draw(i));  // as many as may be in flight
+    const std::uint64_t bytes = context->allocatedBytes();
+    for (int i = 5; i < 30; ++i) {
+        const RenderStatistics statistics = statisticsOf(*context, draw(i));
+        EXPECT_EQ(statistics.madeTextures, 0);
+        EXPECT_EQ(statistics.madePipelines, 0);
+        EXPECT_GT(statistics.peakTextureBytes, 2u * 40 * 24 * 4);
+    }
+    EXPECT_EQ(context->allocatedBytes(), bytes);
+}
+
+}  // namespace
+}  // namespace qv
