@@ -22,11 +22,12 @@ struct Options {
     std::vector<std::string> effects;
     std::string size = "1920x1080";
     int rounds = 15;
-    bool json = false;
+    double seconds = 5;
+    bool json = false, compare = false;
     DeviceOptions device;
 };
 
-constexpr int kWarmUpFrames = 2;
+constexpr int kWarmUpFrames = 2, kFewestRounds = 3;
 constexpr double kFrameSeconds = 1.0 / 30;
 
 /// Milliseconds of frames of one picture, in the order taken.
@@ -59,55 +60,90 @@ struct Result {
     std::string effect;     ///< as asked for: a class's name, with settings if there are any
     bool measured = false;  ///< false: the class gives no picture of plain inputs
     Samples copy, filter;
+    Samples plain;  ///< pass by pass; empty unless compared
 
     double ratio() const { return filter.median() / copy.median(); }
+    double gain() const { return plain.median() / filter.median(); }
+};
+
+/// A context and the pictures that are resident in it.
+struct Stage {
+    Stage(const DeviceOptions& device, PixelSize size) : context(device.makeContext()) {
+        const auto picture = [&](SampleLight light) {
+            return MTIImage::imageWithBitmap(samplePicture(size.width, size.height, light));
+        };
+        inputs.first = picture(SampleLight::day);
+        inputs.second = picture(SampleLight::dusk);
+        inputs.mask = SubjectMask::fromBuffer(sampleMask(size.width, size.height));
+        inputs.originalSize = {double(size.width), double(size.height)};
+    }
+    std::shared_ptr<MTIContext> context;
+    FilterInputs inputs;
 };
 
 class Bench {
   public:
-    explicit Bench(const Options& options)
-        : rounds_(options.rounds), context_(options.device.makeContext()), size_(parseSize(options.size)) {
-        const CGSize sides{double(size_.width), double(size_.height)};
-        inputs_.first = MTIImage::imageWithBitmap(samplePicture(size_.width, size_.height, SampleLight::day));
-        inputs_.second =
-            MTIImage::imageWithBitmap(samplePicture(size_.width, size_.height, SampleLight::dusk));
-        inputs_.mask = SubjectMask::fromBuffer(sampleMask(size_.width, size_.height));
-        inputs_.originalSize = sides;
+    explicit Bench(const Options& options) : options_(options), size_(parseSize(options.size)) {
+        DeviceOptions device = options.device;
+        if (options.compare) {
+            device.noFusion = true;
+            plain_ = std::make_unique<Stage>(device, size_);
+            device.noFusion = false;
+        }
+        fused_ = std::make_unique<Stage>(device, size_);
         copyKernel_ = stockKernel("MTICopy");
         if (!copyKernel_) fail(ExitCode::internal, "there is no copy pass{}", lastLogLineInBrackets());
         takeFrame(
-            *context_, [&] { return copy(); }, nullptr);
+            *fused_->context, [&] { return copy(); }, nullptr);
     }
 
     /// Frames of the class and copies take turns, so that a drift of the machine's speed cancels.
     Result measure(const std::string& effect) {
         Result result{effect};
         const EffectChoice choice = parseEffect(effect);
-        const auto filter = makeFilterOnClip(choice, {.time = 0.0});
-        setInputs(*filter, inputs_);
-        const MTIImage first = filter->outputImage();
-        if (!first) return result;
-        context_->prepare(first);
-        for (int i = 0; i < kWarmUpFrames; ++i)
+        const auto filter = warmedUp(choice, *fused_);
+        if (!filter) return result;
+        const auto plainFilter = plain_ ? warmedUp(choice, *plain_) : nullptr;
+        const auto start = std::chrono::steady_clock::now();
+        for (int round = 0; round < options_.rounds; ++round) {
+            const std::chrono::duration<double> spent = std::chrono::steady_clock::now() - start;
+            if (round >= kFewestRounds && spent.count() > options_.seconds) break;
             takeFrame(
-                *context_, [&] { return frame(*filter, choice, i); }, nullptr);
-        for (int round = 0; round < rounds_; ++round) {
+                *fused_->context, [&] { return copy(); }, &result.copy);
             takeFrame(
-                *context_, [&] { return copy(); }, &result.copy);
+                *fused_->context, [&] { return frame(*filter, choice, round); }, &result.filter);
+            if (!plainFilter) continue;
             takeFrame(
-                *context_, [&] { return frame(*filter, choice, round); }, &result.filter);
+                *plain_->context, [&] { return frame(*plainFilter, choice, round); }, &result.plain);
         }
         result.measured = true;
         return result;
     }
 
-    const MTIContext& context() const { return *context_; }
+    const MTIContext& context() const { return *fused_->context; }
     PixelSize size() const { return size_; }
+    void checkMessages() const {
+        checkValidation(*fused_->context);
+        if (plain_) checkValidation(*plain_->context);
+    }
 
   private:
     MTIImage copy() const {
-        return copyKernel_->applyToInputImages({inputs_.first}, {}, inputs_.originalSize,
+        return copyKernel_->applyToInputImages({fused_->inputs.first}, {}, fused_->inputs.originalSize,
                                                MTIPixelFormat::unspecified);
+    }
+
+    /// A filter whose programs are compiled; null when the class gives no picture of plain inputs.
+    std::unique_ptr<QVMTIFilter> warmedUp(const EffectChoice& choice, Stage& stage) const {
+        auto filter = makeFilterOnClip(choice, {.time = 0.0});
+        setInputs(*filter, stage.inputs);
+        if (!filter->outputImage()) return nullptr;
+        // The graph may be another one in the middle of the effect.
+        for (int round : {0, options_.rounds / 2}) stage.context->prepare(frame(*filter, choice, round));
+        for (int i = 0; i < kWarmUpFrames; ++i)
+            takeFrame(
+                *stage.context, [&] { return frame(*filter, choice, i); }, nullptr);
+        return filter;
     }
 
     MTIImage frame(QVMTIFilter& filter, const EffectChoice& choice, int round) const {
@@ -116,14 +152,13 @@ class Bench {
             if (property && !choice.sets(name)) property->set(filter, value);
         };
         move("iTime", round * kFrameSeconds);
-        move("progress", (round + 0.5) / rounds_);
+        move("progress", (round + 0.5) / options_.rounds);
         return filter.outputImage();
     }
 
-    int rounds_;
-    std::shared_ptr<MTIContext> context_;
+    const Options& options_;
     PixelSize size_;
-    FilterInputs inputs_;
+    std::unique_ptr<Stage> plain_, fused_;  ///< plain only when compared
     std::shared_ptr<const MTIRenderPipelineKernel> copyKernel_;
 };
 
@@ -147,18 +182,45 @@ Json toJSON(const Bench& bench, int rounds, const std::vector<Result>& results) 
             entry["passes"] = result.filter.last.passes;
             entry["bytesRead"] = result.filter.last.bytesRead;
             entry["bytesWritten"] = result.filter.last.bytesWritten;
+            entry["peakTextureBytes"] = result.filter.last.peakTextureBytes;
+            if (!result.plain.milliseconds.empty()) {
+                entry["plain"] = {{"medianMilliseconds", rounded(result.plain.median())},
+                                  {"minimumMilliseconds", rounded(result.plain.minimum())},
+                                  {"passes", result.plain.last.passes},
+                                  {"peakTextureBytes", result.plain.last.peakTextureBytes}};
+                entry["gain"] = rounded(result.gain());
+            }
         }
         json["classes"].push_back(std::move(entry));
     }
     return json;
 }
 
+std::string heading(const Bench& bench, bool compare) {
+    const auto first =
+        fmt::format("{}, {}x{}\n", bench.context().device().name, bench.size().width, bench.size().height);
+    if (compare) {
+        return first + fmt::format("{:<32} {:>9} {:>9} {:>6} {:>7} {:>7} {:>9} {:>9}\n", "class", "fused ms",
+                                   "plain ms", "gain", "passes", "plain", "peak MB", "plain MB");
+    }
+    return first + fmt::format("{:<32} {:>9} {:>9} {:>7} {:>6} {:>9} {:>9} {:>9}\n", "class", "median ms",
+                               "min ms", "copies", "passes", "MB read", "MB wrote", "peak MB");
+}
+
 std::string toLine(const Result& result) {
     if (!result.measured) return fmt::format("{:<32} needs more than plain inputs\n", result.effect);
-    return fmt::format("{:<32} {:>9.2f} {:>9.2f} {:>7.2f} {:>6} {:>9.1f} {:>9.1f}\n", result.effect,
-                       result.filter.median(), result.filter.minimum(), result.ratio(),
-                       result.filter.last.passes, double(result.filter.last.bytesRead) / 1e6,
-                       double(result.filter.last.bytesWritten) / 1e6);
+    const RenderStatistics &fused = result.filter.last, &plain = result.plain.last;
+    const auto megabytes = [](std::uint64_t bytes) { return double(bytes) / 1e6; };
+    if (!result.plain.milliseconds.empty()) {
+        return fmt::format("{:<32} {:>9.2f} {:>9.2f} {:>6.2f} {:>7} {:>7} {:>9.1f} {:>9.1f}\n", result.effect,
+                           result.filter.median(), result.plain.median(), result.gain(), fused.passes,
+                           plain.passes, megabytes(fused.peakTextureBytes),
+                           megabytes(plain.peakTextureBytes));
+    }
+    return fmt::format("{:<32} {:>9.2f} {:>9.2f} {:>7.2f} {:>6} {:>9.1f} {:>9.1f} {:>9.1f}\n", result.effect,
+                       result.filter.median(), result.filter.minimum(), result.ratio(), fused.passes,
+                       megabytes(fused.bytesRead), megabytes(fused.bytesWritten),
+                       megabytes(fused.peakTextureBytes));
 }
 
 void bench(const Options& options) {
@@ -169,19 +231,14 @@ void bench(const Options& options) {
     }
 
     Bench bench(options);
-    if (!options.json) {
-        writeStandardOutput(fmt::format("{}, {}x{}\n{:<32} {:>9} {:>9} {:>7} {:>6} {:>9} {:>9}\n",
-                                        bench.context().device().name, bench.size().width,
-                                        bench.size().height, "class", "median ms", "min ms", "copies",
-                                        "passes", "MB read", "MB wrote"));
-    }
+    if (!options.json) writeStandardOutput(heading(bench, options.compare));
     std::vector<Result> results;
     for (const std::string& effect : effects) {
         results.push_back(bench.measure(effect));
         if (!options.json) writeStandardOutput(toLine(results.back()));
     }
     if (options.json) writeStandardOutput(dump(toJSON(bench, options.rounds, results)));
-    checkValidation(bench.context());
+    bench.checkMessages();
 }
 
 }  // namespace
@@ -216,6 +273,10 @@ void addBenchCommand(CLI::App& tool) {
     command->add_option("--rounds", options->rounds, "Frames of each class")
         ->capture_default_str()
         ->check(CLI::Range(1, 10000));
+    command->add_option("--seconds", options->seconds, "Most seconds for the frames of a class")
+        ->capture_default_str()
+        ->check(CLI::PositiveNumber);
+    command->add_flag("--compare", options->compare, "Against the same passes drawn one by one");
     addJSONFlag(*command, options->json);
     options->device.add(*command);
     command->callback([options] { bench(*options); });
