@@ -65,8 +65,9 @@ void Progress::print(bool last) {
     } else if (known) {
         const double share = std::min(1.0, double(done_) / double(total));
         const int full = int(share * kBarCells);
-        line = fmt::format("[{:#<{}}{:-<{}}] {:3.0f}%  {}/{} {}  {:.1f} fps  {} left", "", full, "",
-                           kBarCells - full, share * 100, done_, total, unit_, rate, clockText(left));
+        line = fmt::format("[{:#<{}}{:-<{}}] {:3.0f}%  {}/{} {}  {:.1f} {}  {} left", "", full, "",
+                           kBarCells - full, share * 100, done_, total, unit_, rate,
+                           unit_ == "frames" ? "fps" : "a second", clockText(left));
     }
     fmt::print(stderr, "\r\033[K{}{}", line, last ? "\n" : "");
     std::fflush(stderr);

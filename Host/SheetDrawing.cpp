@@ -31,17 +31,16 @@ UIFont fittingFont(const std::string& text, double size, double width) {
     return needed <= width ? font : labelFont(size * width / needed);
 }
 
-Bitmap drawStrip(const std::vector<StripFrame>& frames) {
-    const Bitmap& first = frames.front().picture;
-    const double width = first.width, height = first.height, step = width + kStripGap;
-    BitmapCanvas canvas({step * double(frames.size()) - kStripGap, height + kStripLabelHeight}, true);
+Bitmap drawStrip(const std::vector<StripFrame>& frames, CGSize frame) {
+    const double step = frame.width + kStripGap;
+    BitmapCanvas canvas({step * double(frames.size()) - kStripGap, frame.height + kStripLabelHeight}, true);
     if (!canvas) return {};
     canvas.fillRect({{0, 0}, canvas.size()}, kPaper);
     double x = 0;
-    for (const StripFrame& frame : frames) {
-        canvas.drawImage(UIImage(frame.picture), CGRectMake(x, 0, width, height));
-        const std::string label = fmt::format("{:.3g}", frame.progress);
-        canvas.drawText(label, {x + 4, height + 3}, fittingFont(label, 15, width), kInk);
+    for (const StripFrame& each : frames) {
+        canvas.drawImage(UIImage(each.picture), {{x, 0}, frame});
+        const std::string label = fmt::format("{:.3g}", each.progress);
+        canvas.drawText(label, {x + 4, frame.height + 3}, fittingFont(label, 15, frame.width), kInk);
         x += step;
     }
     return canvas.image().bitmap();

@@ -18,12 +18,12 @@ UIFont labelFont(double size);
 /// The largest font size, up to `size`, at which the text fits.
 UIFont fittingFont(const std::string& text, double size, double width);
 
-/// Moments of a passage side by side, frames of one size, each with its progress below it. Nil when that is
-/// too wide.
+/// Moments of a passage side by side, each drawn into `frame` pixels, with its progress below it. Nil when
+/// that is too wide.
 struct StripFrame {
     double progress;
     Bitmap picture;
 };
-Bitmap drawStrip(const std::vector<StripFrame>& frames);
+Bitmap drawStrip(const std::vector<StripFrame>& frames, CGSize frame);
 
 }  // namespace qv::host

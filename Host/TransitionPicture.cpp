@@ -23,7 +23,7 @@ Bitmap stripOf(TransitionTimeline& timeline, MTIContext& context, int count) {
         const double progress = double(i) / (count - 1);
         frames.push_back({progress, momentOf(timeline, context, progress)});
     }
-    const Bitmap strip = drawStrip(frames);
+    const Bitmap strip = drawStrip(frames, timeline.frame().size);
     if (!strip) fail(ExitCode::usage, "{} frames side by side are too wide; give a smaller --size", count);
     return strip;
 }

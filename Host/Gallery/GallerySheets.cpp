@@ -1,7 +1,5 @@
 #include "Host/Gallery/GallerySheets.h"
 
-#include <algorithm>
-
 #include "Host/ClassPicture.h"
 #include "Host/Interrupt.h"
 #include "Host/PictureFile.h"
@@ -14,10 +12,13 @@ namespace qv::host {
 namespace {
 
 constexpr int kColumns = 6, kStripColumns = 2, kMoments = 5;
+/// Side of a moment in a strip, percent of a cell's.
+constexpr int kStripFrame = 60;
 /// A third of the way: the drifting window has left its place, and clips have begun to move.
 constexpr int kFrame = kPreviewFrames / 3;
 
-UIImage strip(const QVFilterClass& filterClass, const GalleryScene& scene, MTIContext& context) {
+UIImage strip(const QVFilterClass& filterClass, const GalleryScene& scene, PixelSize frame,
+              MTIContext& context) {
     constexpr CMTimeRange kWhole{{0, kPreviewRate}, {kPreviewFrames, kPreviewRate}};
     const FilterInputs& inputs = scene.frame(kFrame);
     TransitionFilter filter(EffectChoice{&filterClass}, kWhole);
@@ -30,7 +31,7 @@ UIImage strip(const QVFilterClass& filterClass, const GalleryScene& scene, MTICo
         if (!picture) fail(ExitCode::device, "{}: {}", filterClass.name, cause);
         frames.push_back({progress, picture});
     }
-    return UIImage(drawStrip(frames));
+    return UIImage(drawStrip(frames, {double(frame.width), double(frame.height)}));
 }
 
 void write(const SheetGroups& groups, PixelSize cell, int columns, const std::filesystem::path& path) {
@@ -42,7 +43,8 @@ void write(const SheetGroups& groups, PixelSize cell, int columns, const std::fi
 void writeSheets(const std::filesystem::path& directory, const std::vector<const QVFilterClass*>& classes,
                  const GalleryScene& scene, PixelSize cell, MTIContext& context) {
     SheetGroups pictures, strips;
-    CGSize stripSize;
+    PixelSize stripSize;
+    const PixelSize frame{cell.width * kStripFrame / 100, cell.height * kStripFrame / 100};
     for (const QVFilterClass* filterClass : classes) {
         checkInterrupt();
         const std::string name(filterClass->name);
@@ -50,15 +52,12 @@ void writeSheets(const std::filesystem::path& directory, const std::vector<const
         pictures[category].push_back(
             {name, UIImage(classPicture(*filterClass, scene.frame(kFrame), std::nullopt, context))});
         if (filterClass->inputsOrInherited() != QVFilterInputs::two) continue;
-        strips[category].push_back({name, strip(*filterClass, scene, context)});
-        stripSize = strips[category].back().picture.size();
+        strips[category].push_back({name, strip(*filterClass, scene, frame, context)});
+        const CGSize size = strips[category].back().picture.size();
+        stripSize = {int(size.width), int(size.height)};
     }
     write(pictures, cell, kColumns, directory / "sheet.png");
-    if (strips.empty()) return;
-    // As wide as three cells, as high as that makes it.
-    const int width = cell.width * kColumns / kStripColumns;
-    const PixelSize stripCell{width, int(width * stripSize.height / stripSize.width)};
-    write(strips, stripCell, kStripColumns, directory / "sheet-transitions.png");
+    write(strips, stripSize, kStripColumns, directory / "sheet-transitions.png");
 }
 
 }  // namespace qv::host

@@ -146,6 +146,7 @@
       if (!this.after) return;
       if (this.shouldPlay && !this.scrubbing) this.load().play().catch(() => {});
       else if (!this.visible) this.unload();
+      else if (this.source) this.compareEnd();
       else if (this.video && !this.scrubbing) this.video.pause();
       this.showButton();
     }
