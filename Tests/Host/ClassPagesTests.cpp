@@ -9,6 +9,8 @@
 
 #include "Tests/Host/Tool.h"
 
+#include <fmt/format.h>
+
 namespace qv {
 namespace {
 
@@ -21,6 +23,10 @@ std::set<std::string> namesIn(const std::string& folder) {
     for (const auto& entry : std::filesystem::directory_iterator(folder))
         names.insert(entry.path().filename().string());
     return names;
+}
+
+std::string quoted(const std::string& name) {
+    return fmt::format("`{}`", name);
 }
 
 /// All that `expression` finds, its first group.
@@ -51,16 +57,15 @@ TEST(ClassPages, HaveEveryClassWithEverythingThatCanBeSet) {
     for (const Json& entry : qvfilterJSON({"list", "--json"})) {
         const std::string name = entry["name"];
         SCOPED_TRACE(name);
-        const std::size_t start = pages.find("\n## " + name + "\n");
+        const std::size_t start = pages.find(fmt::format("\n## {}\n", name));
         ASSERT_NE(start, std::string::npos);
         const std::string section = pages.substr(start, pages.find("\n## ", start + 1) - start);
-        EXPECT_THAT(section, HasSubstr("`" + entry["fragmentFunction"].get<std::string>() + "`"));
-        for (const Json& input : entry["inputs"])
-            EXPECT_THAT(section, HasSubstr("`" + input.get<std::string>() + "`"));
+        EXPECT_THAT(section, HasSubstr(quoted(entry["fragmentFunction"])));
+        for (const Json& input : entry["inputs"]) EXPECT_THAT(section, HasSubstr(quoted(input)));
         for (const Json& property : entry["properties"]) {
-            EXPECT_THAT(section, HasSubstr("`" + property["name"].get<std::string>() + "`"));
+            EXPECT_THAT(section, HasSubstr(quoted(property["name"])));
             for (const Json& variant : property.value("variants", Json::array()))
-                EXPECT_THAT(section, HasSubstr("`" + variant.get<std::string>() + "`"));
+                EXPECT_THAT(section, HasSubstr(quoted(variant)));
         }
     }
 }
@@ -70,8 +75,9 @@ TEST(ClassPages, CommandLinesAreOnesThatTheToolTakes) {
     for (const std::string& name : namesIn(kCommitted)) {
         const std::string page = readBytes(kCommitted + "/" + name);
         for (const std::string& choice : found(page, "    qvfilter (?:transition |.*-e )('[^']*'|[^ \n]*)")) {
-            const bool quoted = choice.front() == '\'';
-            const Outcome graph = qvfilter({"graph", quoted ? choice.substr(1, choice.size() - 2) : choice});
+            const bool inQuotes = choice.front() == '\'';
+            const Outcome graph =
+                qvfilter({"graph", inQuotes ? choice.substr(1, choice.size() - 2) : choice});
             EXPECT_EQ(graph.exitCode, 0) << choice << ": " << graph.errors;
             ++tried;
         }
