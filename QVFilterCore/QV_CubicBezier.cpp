@@ -1,10 +1,13 @@
 #include "QVFilterCore/QV_CubicBezier.h"
 
-#include <algorithm>
+#include <cmath>
+#include <limits>
 
 namespace qv {
 
 namespace {
+
+constexpr int kLastSample = 49;
 
 /// A cubic Bézier coordinate with end values 0 and 1.
 double coordinate(double t, double first, double second) {
@@ -15,17 +18,22 @@ double coordinate(double t, double first, double second) {
 }  // namespace
 
 double QV_CubicBezier(double progress, double x1, double y1, double x2, double y2) {
-    if (!(progress > 0)) return 0;
-    if (progress >= 1) return 1;
-    x1 = std::clamp(x1, 0.0, 1.0);
-    x2 = std::clamp(x2, 0.0, 1.0);
-    // x(t) is monotonic, so bisection always converges; 60 halvings exhaust a double.
-    double low = 0, high = 1;
-    for (int i = 0; i < 60 && low < high; ++i) {
-        const double middle = 0.5 * (low + high);
-        (coordinate(middle, x1, x2) < progress ? low : high) = middle;
+    const auto x = [&](int i) { return coordinate(double(i) / kLastSample, x1, x2); };
+    const auto y = [&](int i) { return coordinate(double(i) / kLastSample, y1, y2); };
+
+    int best = 0;
+    double bestDistance = std::numeric_limits<float>::max();
+    for (int i = 0; i <= kLastSample; ++i) {
+        const double distance = std::abs(x(i) - progress);
+        if (!(distance < bestDistance)) break;
+        best = i;
+        bestDistance = distance;
     }
-    return coordinate(0.5 * (low + high), y1, y2);
+    const int other = progress < x(best) ? best - 1 : best + 1;
+    if (other < 0 || other > kLastSample) return y(best);
+    const double width = x(other) - x(best);
+    if (!(std::abs(width) > std::numeric_limits<float>::epsilon()) || std::isnan(progress)) return y(best);
+    return y(best) + (progress - x(best)) * (y(other) - y(best)) / width;
 }
 
 }  // namespace qv

@@ -46,6 +46,10 @@ double numberOf(const MTIValue& value) {
         value);
 }
 
+/// How far the pieces that eases are drawn in may lie from the smooth curves, on which values here are worked
+/// out.
+constexpr double kPieces = 1e-3;
+
 void expectPasses(const std::vector<Pass>& actual, const std::vector<Pass>& expected) {
     ASSERT_EQ(actual.size(), expected.size());
     for (std::size_t i = 0; i < expected.size(); ++i) {
@@ -56,7 +60,7 @@ void expectPasses(const std::vector<Pass>& actual, const std::vector<Pass>& expe
             const auto& [name, value] = expected[i].parameters[k];
             EXPECT_EQ(actual[i].parameters[k].first, name);
             EXPECT_EQ(actual[i].parameters[k].second.index(), value.index()) << name << ": its type";
-            EXPECT_NEAR(numberOf(actual[i].parameters[k].second), numberOf(value), 2e-6) << name;
+            EXPECT_NEAR(numberOf(actual[i].parameters[k].second), numberOf(value), kPieces) << name;
         }
     }
 }
