@@ -101,7 +101,7 @@ int telling(std::vector<std::pair<double, int>> changes) {
     return found->second;
 }
 
-/// The class's first number that is neither its time nor its place in a passage.
+/// The class's first number that can grow and is neither its time nor its place in a passage.
 std::optional<CardSweep> sweepFor(const QVFilterClass& filterClass) {
     const auto fresh = filterClass.create();
     for (const QVProperty* property : filterClass.allProperties()) {
@@ -109,6 +109,7 @@ std::optional<CardSweep> sweepFor(const QVFilterClass& filterClass) {
         if (isPlace || property->type != QVPropertyType::real || property->maximum >= kAsGoodAsUnlimited)
             continue;
         const double from = std::get<double>(property->get(*fresh)), range = property->maximum - from;
+        if (range <= 0) continue;
         return CardSweep{property, from, from + (range > 1 ? range * kSweptShare : range)};
     }
     return std::nullopt;

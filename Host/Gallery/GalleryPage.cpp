@@ -8,10 +8,11 @@
 
 #include "Host/Gallery/CardStore.h"
 
-// The build embeds the files page.html, page.css and page.js of this folder.
+// The build embeds the files of these names.
 extern "C" {
-extern const char qvGalleryPageHTML[], qvGalleryPageCSS[], qvGalleryPageJS[];
-extern const std::uint64_t qvGalleryPageHTMLSize, qvGalleryPageCSSSize, qvGalleryPageJSSize;
+extern const char qvGallery_page_html[], qvGallery_page_css[], qvGallery_page_js[], qvGallery_stage_js[];
+extern const std::uint64_t qvGallery_page_htmlSize, qvGallery_page_cssSize, qvGallery_page_jsSize,
+    qvGallery_stage_jsSize;
 }
 
 namespace qv::host {
@@ -33,16 +34,17 @@ void checkPage(const std::filesystem::path& directory, const OverwriteOptions& o
 }
 
 void writePage(const std::filesystem::path& directory, const Json& data) {
-    const auto text = [](const char* bytes, std::uint64_t size) {
-        return std::string_view(bytes, std::size_t(size));
+    const auto write = [&](std::string_view name, const char* bytes, std::uint64_t size) {
+        writeFile(directory / name, {bytes, std::size_t(size)});
     };
     // The data first: a page never shows more than there is.
     std::string script = dump(data);
     script.pop_back();
     writeFile(directory / "gallery.js", "window.qvGallery = " + script + ";\n");
-    writeFile(directory / "page.css", text(qvGalleryPageCSS, qvGalleryPageCSSSize));
-    writeFile(directory / "page.js", text(qvGalleryPageJS, qvGalleryPageJSSize));
-    writeFile(directory / kIndex, text(qvGalleryPageHTML, qvGalleryPageHTMLSize));
+    write("page.css", qvGallery_page_css, qvGallery_page_cssSize);
+    write("stage.js", qvGallery_stage_js, qvGallery_stage_jsSize);
+    write("page.js", qvGallery_page_js, qvGallery_page_jsSize);
+    write(kIndex, qvGallery_page_html, qvGallery_page_htmlSize);
 }
 
 }  // namespace qv::host
