@@ -49,15 +49,12 @@ SubjectMask SubjectMask::fromAlpha(const Bitmap& picture) {
 }
 
 std::vector<std::string_view> inputNames(const QVFilterClass& filterClass) {
-    switch (filterClass.inputsOrInherited()) {
-        case QVFilterInputs::two:
-            if (filterClass.isSubclassOf(QVTransitionMTIFilterClass)) return {"inputImage1", "inputImage2"};
-            return {"inputImage", "inputImage2"};
-        case QVFilterInputs::oneAndMask:
-            return {"inputImage", "maskImage"};
-        default:
-            return {"inputImage"};
-    }
+    const bool ofTransition = filterClass.isSubclassOf(QVTransitionMTIFilterClass);
+    std::vector<std::string_view> names{ofTransition ? "inputImage1" : "inputImage"};
+    const QVFilterInputs inputs = filterClass.inputsOrInherited();
+    if (inputs == QVFilterInputs::two) names.push_back("inputImage2");
+    if (inputs == QVFilterInputs::oneAndMask) names.push_back("maskImage");
+    return names;
 }
 
 void setInputs(QVMTIFilter& filter, const FilterInputs& inputs) {
