@@ -2,7 +2,7 @@
 
 #include "Host/CommandLine.h"
 #include "Host/Diagnostics.h"
-#include "Host/GraphListing.h"
+#include "Host/PlanListing.h"
 #include "Host/Timeline.h"
 
 namespace qv::host {
@@ -12,15 +12,21 @@ namespace {
 struct Options {
     std::string effect, size = "1280x720", time;
     std::vector<std::string> settings;
-    bool json = false, dot = false;
+    bool json = false, dot = false, plan = false, gpuWays = false;
 };
 
-/// Pictures of one colour each; a class that reads its mask from memory finds it white.
-FilterInputs plainInputs(PixelSize size) {
+/// Pictures of one colour each, or video frames; a class that reads its mask from memory finds it white.
+FilterInputs plainInputs(PixelSize size, bool asFrames) {
     const CGSize sides{double(size.width), double(size.height)};
+    const auto picture = [&](float grey) {
+        if (!asFrames) return MTIImage::initWithColor({grey, grey, grey, 1}, false, sides);
+        const PixelBuffer frame = PixelBuffer::create(PixelFormat::i420, size.width, size.height);
+        if (!frame) fail(ExitCode::internal, "no memory for a frame of {}x{}", size.width, size.height);
+        return MTIImage::imageWithPixelBuffer(frame);
+    };
     FilterInputs inputs;
-    inputs.first = MTIImage::initWithColor({0.5f, 0.5f, 0.5f, 1}, false, sides);
-    inputs.second = MTIImage::initWithColor({0.25f, 0.25f, 0.25f, 1}, false, sides);
+    inputs.first = picture(0.5f);
+    inputs.second = picture(0.25f);
     const PixelBuffer white = PixelBuffer::create(PixelFormat::gray8, size.width, size.height);
     if (!white) fail(ExitCode::internal, "no memory for a mask of {}x{}", size.width, size.height);
     std::fill_n(white.plane(0).data, white.plane(0).rowBytes * std::size_t(size.height), std::uint8_t(255));
@@ -44,20 +50,23 @@ void graph(const Options& options) {
     ClipPosition clip;
     if (!options.time.empty()) clip.time = parseTime("--time", options.time);
 
-    const FilterInputs inputs = plainInputs(parseSize(options.size));
+    const FilterInputs inputs = plainInputs(parseSize(options.size), options.plan);
     const auto filter = makeFilterOnClip(choice, clip);
     setInputs(*filter, inputs);
     const MTIImage output = filter->outputImage();
     if (!output) {
         fail(ExitCode::internal, "{} gives no picture{}", choice.filterClass->name, lastLogLineInBrackets());
     }
-    const Json graph = graphToJSON(output, namedInputs(*choice.filterClass, inputs));
+    const NamedImages names = namedInputs(*choice.filterClass, inputs);
+    const std::string title(choice.filterClass->name);
+    const Json listing =
+        options.plan ? planToJSON(output, names, options.gpuWays) : graphToJSON(output, names);
     if (options.json) {
-        writeStandardOutput(dump(graph));
+        writeStandardOutput(dump(listing));
     } else if (options.dot) {
-        writeStandardOutput(graphToDot(graph, std::string(choice.filterClass->name)));
+        writeStandardOutput(options.plan ? planToDot(listing, title) : graphToDot(listing, title));
     } else {
-        writeStandardOutput(graphToText(graph));
+        writeStandardOutput(options.plan ? planToText(listing) : graphToText(listing));
     }
 }
 
@@ -74,6 +83,11 @@ void addGraphCommand(CLI::App& tool) {
         ->allow_extra_args(true);
     CLI::Option* json = addJSONFlag(*command, options->json);
     command->add_flag("--dot", options->dot, "Print a picture for dot")->excludes(json);
+    CLI::Option* plan =
+        command->add_flag("--plan", options->plan,
+                          "Print the passes that are drawn of video frames, and why they are not fewer");
+    command->add_flag("--gpu", options->gpuWays, "With --plan: as on a GPU, not as on a processor")
+        ->needs(plan);
     command->callback([options] { graph(*options); });
 }
 

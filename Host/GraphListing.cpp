@@ -140,13 +140,6 @@ std::string shown(const Json& value) {
     return "[" + text + "]";
 }
 
-/// Names and values on one line, after `opening`.
-std::string oneLine(std::string_view opening, const Json& object) {
-    std::string text(opening);
-    for (const auto& [name, value] : object.items()) text += fmt::format(" {}={}", name, shown(value));
-    return text;
-}
-
 std::string sourceName(const Json& node) {
     if (node.contains("name")) return node["name"];
     return node["function"].is_string() ? node["function"].get<std::string>() : std::string();
@@ -170,6 +163,12 @@ Json graphToJSON(const MTIImage& output, const NamedImages& sources) {
     graph["nodes"] = std::move(nodes);
     graph["output"] = output ? Json(ids.at(output.node().get())) : Json();
     return graph;
+}
+
+std::string oneLine(std::string_view opening, const Json& object) {
+    std::string text(opening);
+    for (const auto& [name, value] : object.items()) text += fmt::format(" {}={}", name, shown(value));
+    return text;
 }
 
 std::string graphToText(const Json& graph) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -16,6 +17,9 @@ using NamedImages = std::vector<std::pair<std::string, MTIImage>>;
 /// {nodes: [{id, kind, function, inputs, parameters, size, …}], output}. Numbers are those that the shader
 /// receives: floats exactly, whole numbers and booleans as such, vectors as arrays.
 Json graphToJSON(const MTIImage& output, const NamedImages& sources);
+
+/// Names and values on one line, after `opening`, for reading: numbers with no more digits than they have.
+std::string oneLine(std::string_view opening, const Json& object);
 
 /// One line a node.
 std::string graphToText(const Json& graph);

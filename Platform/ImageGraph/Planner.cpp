@@ -347,6 +347,30 @@ void noteLastReaders(RenderPlan& plan) {
     }
 }
 
+std::uint64_t peakTextureBytes(const RenderPlan& plan) {
+    const auto bytes = [&](int index) {
+        const PlanTexture& texture = plan.textures[std::size_t(index)];
+        return std::uint64_t(texture.width) * std::uint64_t(texture.height) *
+               std::uint64_t(texelBytes(texture.format));
+    };
+    std::uint64_t held = 0, peak = 0;
+    for (std::size_t i = 0; i < plan.textures.size(); ++i) {
+        if (plan.textures[i].source && plan.textures[i].lastReader >= 0) held += bytes(int(i));
+    }
+    for (std::size_t i = 0; i < plan.passes.size(); ++i) {
+        const PlanPass& pass = plan.passes[i];
+        peak = std::max(peak, held += bytes(pass.output));
+        std::vector<int> read = pass.inputs;
+        std::ranges::sort(read);
+        read.erase(std::ranges::unique(read).begin(), read.end());
+        for (int input : read) {
+            const bool isLast = input >= 0 && plan.textures[std::size_t(input)].lastReader == int(i);
+            if (isLast && std::ranges::find(plan.outputs, input) == plan.outputs.end()) held -= bytes(input);
+        }
+    }
+    return peak;
+}
+
 RenderPlan planRender(const MTIImage& image, const PlanTarget& target) {
     if (!image) return {};
     return PlanBuilder(target).build(image);

@@ -63,6 +63,10 @@ struct RenderPlan {
 /// missing.
 RenderPlan planRender(const MTIImage& image, const PlanTarget& target);
 
+/// Bytes of the textures that are needed at once, most at any time: sources until their last reader, results
+/// to the end.
+std::uint64_t peakTextureBytes(const RenderPlan& plan);
+
 /// Notes for every texture which pass reads it last; to be called when passes have changed.
 void noteLastReaders(RenderPlan& plan);
 

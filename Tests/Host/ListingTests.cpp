@@ -181,6 +181,33 @@ TEST(Graph, NeedsNoDeviceAndDrawsForDot) {
     EXPECT_THAT(dot.output, HasSubstr("n0 -> n2"));
 }
 
+TEST(Graph, PlanShowsWhatIsJoinedAndWhyTheRestIsNot) {
+    const Json layer = qvfilterJSON({"graph", "QVInterlayerFilter", "--plan", "--size", "64x36", "--json"});
+    ASSERT_EQ(layer["passes"].size(), 1u);
+    EXPECT_EQ(layer["plainPasses"], 2);
+    EXPECT_EQ(layer["kept"], Json::array());
+    const Json& pass = layer["passes"][0];
+    EXPECT_EQ(pass["functions"][0]["name"], "MTIBlendNormal");
+    EXPECT_EQ(pass["functions"][0]["uniforms"], Json({{"intensity", 1.0}}));
+    EXPECT_EQ(pass["functions"][1]["uniforms"]["component"], Json({1.0, 0.0, 0.0, 0.0}));
+    EXPECT_EQ(pass["inputs"][2]["source"], "maskImage");
+    EXPECT_EQ(pass["words"], 2 + 1 + 5);
+    EXPECT_EQ(layer["peakTextureBytes"], 4 * 64 * 36 * 4);  // three pictures and the result
+
+    const Json sharp = qvfilterJSON({"graph", "QVUnSharpMaskMTIFilter", "--plan", "--gpu", "--json"});
+    ASSERT_EQ(sharp["passes"].size(), 3u);
+    EXPECT_EQ(sharp["passes"][0]["functions"][0]["name"], "MTIYUVToRGB");
+    std::set<std::string> reasons;
+    for (const Json& kept : sharp["kept"]) reasons.insert(kept["reason"]);
+    EXPECT_THAT(reasons,
+                ElementsAre("it is read away from the pixel being coloured", "several passes read it"));
+
+    const std::string text = qvfilter({"graph", "QVInterlayerFilter", "--plan"}).output;
+    EXPECT_THAT(text, HasSubstr("1 passes instead of 2"));
+    EXPECT_THAT(qvfilter({"graph", "QVInterlayerFilter", "--plan", "--dot"}).output,
+                HasSubstr("MTIBlendNormal\\nMTIBlendWithMask"));
+}
+
 TEST(Devices, AreListed) {
     const Json devices = qvfilterJSON({"devices", "--json"});
     ASSERT_GE(devices.size(), 1u);
@@ -203,6 +230,18 @@ TEST(Bench, MeasuresAgainstACopy) {
         EXPECT_GE(median, entry["minimumMilliseconds"].get<double>());
         EXPECT_NEAR(entry["ratio"].get<double>(), median / copy, 0.02 * median / copy + 0.01);
     }
+}
+
+TEST(Bench, ComparesWithPassesDrawnOneByOne) {
+    const Json bench = qvfilterJSON(
+        {"bench", "QVInterlayerFilter", "--compare", "--size", "64x36", "--rounds", "3", "--json"});
+    const Json& entry = bench["classes"][0];
+    EXPECT_EQ(entry["passes"], 1);
+    EXPECT_EQ(entry["plain"]["passes"], 2);
+    EXPECT_LE(entry["peakTextureBytes"], entry["plain"]["peakTextureBytes"]);
+    EXPECT_NEAR(
+        entry["gain"].get<double>(),
+        entry["plain"]["medianMilliseconds"].get<double>() / entry["medianMilliseconds"].get<double>(), 0.1);
 }
 
 }  // namespace

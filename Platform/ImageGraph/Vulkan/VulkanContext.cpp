@@ -116,6 +116,7 @@ VulkanContext::Submission VulkanContext::submit(const MTIImage& image, const Pla
             handToHost(recording, submission);
         frame.submit(serial, sync);
         submission.statistics = recording.statistics;
+        submission.statistics.peakTextureBytes = peakTextureBytes(recording.plan);
         submission.statistics.madeTextures = textures_->madeCount() - texturesBefore;
         submission.statistics.madePipelines = pipelines_.madeCount() - pipelinesBefore;
     } catch (...) {
@@ -205,9 +206,6 @@ void VulkanContext::recordPasses(Recording& recording) {
     const auto& passes = recording.plan.passes;
     for (std::size_t i = 0; i < passes.size(); ++i) {
         recordPass(recording, passes[i]);
-        std::uint64_t held = 0;
-        for (const auto& texture : recording.textures) held += texture ? texture->bytes() : 0;
-        recording.statistics.peakTextureBytes = std::max(recording.statistics.peakTextureBytes, held);
         // A texture goes back to the pool when its last reader is recorded: later passes may write it again.
         for (int input : passes[i].inputs) {
             if (input < 0 || recording.isOutput(input)) continue;
