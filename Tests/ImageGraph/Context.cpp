@@ -232,6 +232,29 @@ TEST(Context, MemoryStaysFlatWhileFramesChange) {
     EXPECT_LE(test::context()->allocatedBytes(), settled);
 }
 
+TEST(Context, MemoryComesBackWhenTheSizeChanges) {
+    const auto context = MTIContext::create();
+    ASSERT_TRUE(context);
+    const auto draw = [&](CGSize size) {
+        ASSERT_TRUE(context->startRender(MTIImage::initWithColor({1, 0, 0, 1}, false, size))->wait());
+    };
+    draw({16, 16});
+    const std::uint64_t small = context->allocatedBytes();
+    draw({6000, 3200});
+    EXPECT_GE(context->allocatedBytes(), small + 6000u * 3200 * 4);
+    for (int i = 0; i < 20; ++i) draw({16, 17});
+    EXPECT_LE(context->allocatedBytes(), small);
+
+    // Idle textures above the budget go at once.
+    MTIContextOptions options;
+    options.textureBudgetBytes = 1 << 20;
+    const auto thrifty = MTIContext::create(options);
+    for (int i = 0; i < 3; ++i)
+        ASSERT_TRUE(thrifty->startRender(MTIImage::initWithColor({}, false, {6000, 3200}))->wait());
+    ASSERT_TRUE(thrifty->startRender(MTIImage::initWithColor({}, false, {16, 16}))->wait());
+    EXPECT_LE(thrifty->allocatedBytes(), small + (64u << 20));
+}
+
 TEST(Context, WhatCannotBeRenderedIsALineNotACrash) {
     std::string error;
     EXPECT_FALSE(test::context()->renderToBitmap({}, &error));

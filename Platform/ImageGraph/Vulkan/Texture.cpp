@@ -271,13 +271,20 @@ void TexturePool::giveBack(std::unique_ptr<Texture> texture) {
 }
 
 void TexturePool::trim(std::uint64_t currentSerial) {
-    constexpr std::uint64_t kPatience = 120;  // frames
+    // Frames. Textures of a new kind come with another size or graph: then the old ones are not kept for long.
+    constexpr std::uint64_t kPatience = 120, kPatienceAfterChange = 8;
     std::scoped_lock lock(mutex_);
+    if (const int made = made_; made != madeAtTrim_) {
+        madeAtTrim_ = made;
+        changed_ = currentSerial;
+    }
+    const bool isChanging = changed_ && currentSerial <= changed_ + 2 * kPatienceAfterChange;
+    const std::uint64_t patience = isChanging ? kPatienceAfterChange : kPatience;
     const std::uint64_t completed = resources_->completedSerial;
     for (auto it = idle_.end(); it != idle_.begin();) {
         --it;
         const bool over = idleBytes_ > budgetBytes_;
-        const bool stale = (*it)->lastUse + kPatience < currentSerial;
+        const bool stale = (*it)->lastUse + patience < currentSerial;
         if ((*it)->lastUse > completed || !(over || stale)) continue;
         idleBytes_ -= (*it)->bytes();
         it = idle_.erase(it);

@@ -116,7 +116,7 @@ class TexturePool : public std::enable_shared_from_this<TexturePool> {
     /// the device is done with it.
     std::shared_ptr<Texture> acquire(const TextureKey& key);
     /// Frees idle textures above the budget, the longest unused first, and those that no frame has wanted for
-    /// a while.
+    /// a while; sooner when frames have begun to want others, as after a change of size.
     void trim(std::uint64_t currentSerial);
     /// Textures made so far.
     int madeCount() const { return made_; }
@@ -130,6 +130,8 @@ class TexturePool : public std::enable_shared_from_this<TexturePool> {
     std::mutex mutex_;
     std::list<std::unique_ptr<Texture>> idle_;  ///< most recently returned first
     std::uint64_t idleBytes_ = 0;
+    int madeAtTrim_ = 0;         ///< textures made before the last `trim`
+    std::uint64_t changed_ = 0;  ///< serial at which `trim` last found new ones
 };
 
 /// A host-visible buffer for staging, read-back and instance data.
