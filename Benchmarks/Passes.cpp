@@ -156,34 +156,77 @@ void VideoFrame(benchmark::State& state) {
 }
 BENCHMARK(VideoFrame)->UseRealTime()->Unit(benchmark::kMillisecond);
 
-/// Eight stock colour and blend filters over each other, as one pass (1) and as eight (0).
-void EightFilters(benchmark::State& state) {
-    const bool fused = state.range(0) == 1;
-    MTIImage image = makePhoto(2);
-    const auto blend = [&](MTIBlendMode mode, const MTIImage& above) {
-        MTIBlendFilter filter(mode);
-        filter.setInputBackgroundImage(image);
-        filter.setInputImage(above);
-        filter.setIntensity(0.6f);
-        image = filter.outputImage();
-    };
-    const auto adjust = [&](auto filter, auto set, float value) {
-        filter.setInputImage(image);
+/// Stock filters one after another.
+class Chain {
+  public:
+    explicit Chain(MTIImage image) : image_(std::move(image)) {}
+
+    template <typename Filter>
+    Chain& adjust(void (Filter::*set)(float), float value) {
+        Filter filter;
+        filter.setInputImage(image_);
         (filter.*set)(value);
-        image = filter.outputImage();
-    };
-    const MTIImage above = makePhoto(3);
-    adjust(MTIExposureFilter(), &MTIExposureFilter::setExposure, 0.3f);
-    adjust(MTISaturationFilter(), &MTISaturationFilter::setSaturation, 1.2f);
-    blend(MTIBlendMode::screen, above);
-    adjust(MTIBrightnessFilter(), &MTIBrightnessFilter::setBrightness, -0.1f);
-    blend(MTIBlendMode::multiply, MTIImage::initWithColor({1, 0.9f, 0.8f, 1}, false, {kWidth, kHeight}));
-    adjust(MTISaturationFilter(), &MTISaturationFilter::setSaturation, 0.8f);
-    adjust(MTIExposureFilter(), &MTIExposureFilter::setExposure, -0.2f);
-    adjust(MTIOpacityFilter(), &MTIOpacityFilter::setOpacity, 0.9f);
-    render(state, image, fused ? context() : plainContext());
+        image_ = filter.outputImage();
+        return *this;
+    }
+    Chain& blend(MTIBlendMode mode, const MTIImage& above, float intensity = 0.6f) {
+        MTIBlendFilter filter(mode);
+        filter.setInputBackgroundImage(image_);
+        filter.setInputImage(above);
+        filter.setIntensity(intensity);
+        image_ = filter.outputImage();
+        return *this;
+    }
+    Chain& tint() {
+        return blend(MTIBlendMode::multiply,
+                     MTIImage::initWithColor({1, 0.9f, 0.8f, 1}, false, image_.size()));
+    }
+    const MTIImage& image() const { return image_; }
+
+  private:
+    MTIImage image_;
+};
+
+/// Eight stock colour and blend filters, as one pass (1) and pass by pass (0).
+void EightFilters(benchmark::State& state) {
+    Chain chain(makePhoto(2));
+    chain.adjust(&MTIExposureFilter::setExposure, 0.3f)
+        .adjust(&MTISaturationFilter::setSaturation, 1.2f)
+        .blend(MTIBlendMode::screen, makePhoto(3))
+        .adjust(&MTIBrightnessFilter::setBrightness, -0.1f)
+        .tint()
+        .adjust(&MTISaturationFilter::setSaturation, 0.8f)
+        .adjust(&MTIExposureFilter::setExposure, -0.2f)
+        .adjust(&MTIOpacityFilter::setOpacity, 0.9f);
+    render(state, chain.image(), state.range(0) ? context() : plainContext());
 }
 BENCHMARK(EightFilters)->ArgName("fused")->Arg(0)->Arg(1)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+/// What `qvmovit` calls fourJoined.
+void FourFilters(benchmark::State& state) {
+    Chain chain(makePhoto(2));
+    chain.adjust(&MTISaturationFilter::setSaturation, 1.2f)
+        .tint()
+        .blend(MTIBlendMode::normal, makePhoto(3), 0.4f)
+        .adjust(&MTISaturationFilter::setSaturation, 0.8f);
+    render(state, chain.image(), state.range(0) ? context() : plainContext());
+}
+BENCHMARK(FourFilters)->ArgName("fused")->Arg(0)->Arg(1)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+/// A film look: grain laid over, a tint, faded colours and the frame before faded in.
+void FilmLook(benchmark::State& state) {
+    Chain grain(makePhoto(4));
+    grain.adjust(&MTISaturationFilter::setSaturation, 0).adjust(&MTIBrightnessFilter::setBrightness, -0.2f);
+    Chain earlier(makePhoto(5));
+    earlier.adjust(&MTIExposureFilter::setExposure, -0.3f);
+    Chain chain(makePhoto(2));
+    chain.blend(MTIBlendMode::overlay, grain.image())
+        .tint()
+        .adjust(&MTISaturationFilter::setSaturation, 0.6f)
+        .blend(MTIBlendMode::normal, earlier.image(), 0.3f);
+    render(state, chain.image(), state.range(0) ? context() : plainContext());
+}
+BENCHMARK(FilmLook)->ArgName("fused")->Arg(0)->Arg(1)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 /// Planning, recording and submitting ten passes over a picture too small to cost anything: the column "CPU"
 /// is the thread's own time. 0 passes that cannot be joined, 1 ten that can.
