@@ -175,7 +175,7 @@ std::string planToText(const Json& plan) {
     std::string text;
     for (const Json& pass : plan["passes"]) {
         std::string from;
-        for (const Json& input : pass["inputs"]) from += " " + inputName(input);
+        for (const Json& input : pass["inputs"]) from.append(" ").append(inputName(input));
         text +=
             fmt::format("#{:<3} {}x{} {}  of{}{}  {} words", pass["id"].get<int>(),
                         pass["output"]["size"][0].get<int>(), pass["output"]["size"][1].get<int>(),
