@@ -55,7 +55,7 @@ inline bool readPictures(int argc, char** argv, Pictures& pictures) {
 /// Prints the job's name, a tab and milliseconds a frame: the best mean of three rounds of frames, each of
 /// which is finished before the next one starts.
 inline void report(const std::string& job, const std::function<void()>& drawFrame) {
-    constexpr int kWarmUpFrames = 3, kRounds = 3, kFrames = 20;
+    constexpr int kWarmUpFrames = 3, kRounds = 3, kFrames = 12;
     for (int i = 0; i < kWarmUpFrames; ++i) drawFrame();
     double best = std::numeric_limits<double>::infinity();
     for (int round = 0; round < kRounds; ++round) {

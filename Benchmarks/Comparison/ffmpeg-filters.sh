@@ -8,7 +8,7 @@ if (($# != 2)); then
     exit 2
 fi
 first=$1 second=$2
-frames=40 rounds=2
+frames=30 rounds=2
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
