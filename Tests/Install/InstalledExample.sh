@@ -31,4 +31,5 @@ for program in "$work/RenderStill/render-still" "$work/render-still"; do
 done
 "$work/HostDevice/host-device" QVFireMTIFilter "$work/out.png" | grep -q "on the editor's"
 test -s "$work/out.png"
-"$work/prefix/bin/qvfilter" list | grep -q QVMosaicMTIFilter
+"$work/prefix/bin/qvfilter" list >"$work/list.txt"  # whole: grep -q would close the pipe
+grep -q QVMosaicMTIFilter "$work/list.txt"
