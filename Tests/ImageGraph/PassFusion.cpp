@@ -203,13 +203,28 @@ TEST(PassFusion, SplitsLongChainsAtTheLimits) {
     EXPECT_THAT(words.kept, ElementsAre("MTIYUVToRGB: the uniforms would be too many"));
 }
 
-/// A context of its own, with an empty folder for compiled programs.
-std::shared_ptr<MTIContext> contextWith(bool fusion, const std::string& folder = {},
+/// Ramps of luma and chroma.
+MTIImage videoFrame() {
+    const PixelBuffer frame = PixelBuffer::create(PixelFormat::i420, 38, 22);
+    for (int plane = 0; plane < 3; ++plane) {
+        const auto layout = PixelBuffer::planeLayout(frame.format(), plane, 38, 22);
+        for (int y = 0; y < layout.height; ++y) {
+            std::uint8_t* row = frame.plane(plane).data + std::size_t(y) * frame.plane(plane).rowBytes;
+            for (int x = 0; x < layout.width; ++x) row[x] = std::uint8_t(60 + 3 * x + 2 * y * (plane + 1));
+        }
+    }
+    return MTIImage::imageWithPixelBuffer(frame);
+}
+
+/// A context of its own that knows no program yet.
+std::shared_ptr<MTIContext> contextWith(bool fusion, bool gpuWays = false,
                                         MTIPixelFormat working = MTIPixelFormat::rgba8Unorm) {
     MTIContextOptions options;
     options.fusion = fusion;
-    options.shaderCacheDirectory = folder;
+    options.shaderCacheDirectory.clear();
+    options.gpuPaths = gpuWays;
     options.workingPixelFormat = working;
+    options.validation = true;
     return MTIContext::create(options);
 }
 
@@ -249,9 +264,12 @@ TEST(PassFusion, ChangesNoPicture) {
             return exposed(pass("MTIResize", {photo()}, {}, {17, 50}));
         },  // uniforms and selectors unset
     };
-    for (MTIPixelFormat working : {MTIPixelFormat::rgba8Unorm, MTIPixelFormat::rgba16Float}) {
-        const auto plain = contextWith(false, {}, working);
-        const auto fused = contextWith(true, {}, working);
+    const std::pair<bool, MTIPixelFormat> ways[] = {{false, MTIPixelFormat::rgba8Unorm},
+                                                    {true, MTIPixelFormat::rgba8Unorm},
+                                                    {true, MTIPixelFormat::rgba16Float}};
+    for (const auto& [gpuWays, working] : ways) {
+        const auto plain = contextWith(false, gpuWays, working);
+        const auto fused = contextWith(true, gpuWays, working);
         ASSERT_TRUE(plain && fused);
         for (std::size_t i = 0; i < graphs.size(); ++i) {
             const MTIImage image = graphs[i](), again = graphs[i]();
