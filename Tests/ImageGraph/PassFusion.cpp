@@ -263,6 +263,7 @@ TEST(PassFusion, ChangesNoPicture) {
         [] {
             return exposed(pass("MTIResize", {photo()}, {}, {17, 50}));
         },  // uniforms and selectors unset
+        [] { return faded(exposed(videoFrame())); },
     };
     const std::pair<bool, MTIPixelFormat> ways[] = {{false, MTIPixelFormat::rgba8Unorm},
                                                     {true, MTIPixelFormat::rgba8Unorm},
