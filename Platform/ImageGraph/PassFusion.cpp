@@ -40,7 +40,7 @@ bool isOutput(const RenderPlan& plan, int texture) {
 
 bool isCopy(const PlanPass& pass) {
     static const auto copy = ShaderLibrary::platform()->function("MTICopy");
-    return pass.function == copy || (copy && pass.function.get() == copy.get());
+    return copy && pass.function == copy;
 }
 
 void dropUnreadPasses(RenderPlan& plan) {

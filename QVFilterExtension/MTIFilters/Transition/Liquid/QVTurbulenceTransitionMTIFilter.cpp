@@ -1,12 +1,9 @@
 #include "QVFilterExtension/MTIFilters/Transition/Liquid/QVTurbulenceTransitionMTIFilter.h"
 
-#include <algorithm>
-#include <cstdint>
-#include <limits>
-
 #include "Platform/Foundation/Random.h"
 #include "QVFilterExtension/MTIFilters/Transition/Liquid/LiquidEasing.h"
 #include "QVFilterExtension/MTIFilters/Transition/Liquid/QVTurbulenceBlendMTIFilter.h"
+#include "QVFilterExtension/Private/RandomSeed.h"
 
 namespace qv {
 
@@ -14,11 +11,10 @@ namespace {
 
 constexpr HalvesEasing kEasing{{0.5, 0, 0.83, 0.83}, {0.17, 0.17, 0.5, 1}};
 
-/// The duration counts in units of its own time scale. Seeds outside the range of a seed end at its ends.
+/// The duration counts in units of its own time scale.
 float randomWarp(const CMTimeRange& timeRange) {
     const double seed = double(timeRange.duration.value) + 89.0 + 160.0;
-    const double largest = std::numeric_limits<std::uint32_t>::max();
-    return float(randomFromSeed(std::uint32_t(std::clamp(seed, 0.0, largest)))) / 9999999.0f;
+    return float(randomFromSeed(randomSeedFromDouble(seed))) / 9999999.0f;
 }
 
 }  // namespace
