@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "Host/CommandLine.h"
+#include "Host/CommandParser.h"
 #include "Host/CostMeter.h"
 #include "Host/Device.h"
 #include "Host/Diagnostics.h"
@@ -13,6 +14,8 @@
 #include "Host/Timeline.h"
 #include "Platform/ImageGraph/MTIKernel.h"
 #include "QVFilterExtension/QVFilterRegistry.h"
+
+#include <nlohmann/json.hpp>
 
 namespace qv::host {
 
@@ -264,22 +267,20 @@ ClassCost CostMeter::measure(const QVFilterClass& filterClass) {
     return {true, rounded(result.ratio()), rounded(result.filter.median()), result.filter.last.passes};
 }
 
-void addBenchCommand(CLI::App& tool) {
-    CLI::App* command = tool.add_subcommand("bench", "Measures classes against a plain copy pass");
+void addBenchCommand(CommandParser& tool) {
+    const Command command = tool.addCommand("bench", "Measures classes against a plain copy pass");
     auto options = std::make_shared<Options>();
-    command->add_option("class", options->effects,
-                        "Names of classes, or CLASS:name=value:...; all classes without");
-    command->add_option("--size", options->size, "Size of the frames")->capture_default_str();
-    command->add_option("--rounds", options->rounds, "Frames of each class")
-        ->capture_default_str()
-        ->check(CLI::Range(1, 10000));
-    command->add_option("--seconds", options->seconds, "Most seconds for the frames of a class")
-        ->capture_default_str()
-        ->check(CLI::PositiveNumber);
-    command->add_flag("--compare", options->compare, "Against the same passes drawn one by one");
-    addJSONFlag(*command, options->json);
-    options->device.add(*command);
-    command->callback([options] { bench(*options); });
+    command.option("class", options->effects,
+                   "Names of classes, or CLASS:name=value:...; all classes without");
+    command.option("--size", options->size, "Size of the frames").showDefault();
+    command.option("--rounds", options->rounds, "Frames of each class").showDefault().range(1, 10000);
+    command.option("--seconds", options->seconds, "Most seconds for the frames of a class")
+        .showDefault()
+        .aboveZero();
+    command.flag("--compare", options->compare, "Against the same passes drawn one by one");
+    addJSONFlag(command, options->json);
+    options->device.add(command);
+    command.setAction([options] { bench(*options); });
 }
 
 }  // namespace qv::host

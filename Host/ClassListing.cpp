@@ -6,6 +6,8 @@
 #include "Host/Timeline.h"
 #include "QVFilterCore/QVMTIFilter.h"
 
+#include <nlohmann/json.hpp>
+
 namespace qv::host {
 
 namespace {

@@ -11,8 +11,10 @@
 #include <cstdio>
 #include <cstring>
 #include <iostream>
+#include <optional>
 #include <system_error>
 
+#include "Host/CommandParser.h"
 #include "Platform/Media/Bitmap.h"
 
 namespace qv::host {
@@ -76,9 +78,9 @@ bool matchesPattern(std::string_view name, const std::string& pattern) {
     return ::fnmatch(lowered(pattern).c_str(), lowered(name).c_str(), 0) == 0;
 }
 
-void OverwriteOptions::add(CLI::App& command) {
-    CLI::Option* always = command.add_flag("-y,--yes", yes, "Replace an output that exists");
-    command.add_flag("-n,--no", no, "Leave an output that exists, and fail")->excludes(always);
+void OverwriteOptions::add(const Command& command) {
+    const CommandOption always = command.flag("-y,--yes", yes, "Replace an output that exists");
+    command.flag("-n,--no", no, "Leave an output that exists, and fail").excludes(always);
 }
 
 void checkOutput(const std::string& path, const OverwriteOptions& overwrite) {
@@ -108,8 +110,8 @@ void writeStandardOutput(std::string_view text) {
     }
 }
 
-CLI::Option* addJSONFlag(CLI::App& command, bool& json) {
-    return command.add_flag("--json", json, "Print JSON for programs");
+CommandOption addJSONFlag(const Command& command, bool& json) {
+    return command.flag("--json", json, "Print JSON for programs");
 }
 
 }  // namespace qv::host

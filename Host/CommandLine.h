@@ -1,28 +1,29 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 
 #include "Host/Failure.h"
 
-#include <CLI/CLI.hpp>
-
 /// What the commands' options share: how values are written, and what standard output and existing files
 /// allow.
 namespace qv::host {
 
+class Command;
+class CommandOption;
+class CommandParser;
+
 // Each adds one command to the tool; parsing the command line runs it.
-void addListCommand(CLI::App& tool);
-void addShowCommand(CLI::App& tool);
-void addGraphCommand(CLI::App& tool);
-void addStillCommand(CLI::App& tool);
-void addRenderCommand(CLI::App& tool);
-void addTransitionCommand(CLI::App& tool);
-void addBenchCommand(CLI::App& tool);
-void addSheetCommand(CLI::App& tool);
-void addGalleryCommand(CLI::App& tool);
-void addDevicesCommand(CLI::App& tool);
+void addListCommand(CommandParser& tool);
+void addShowCommand(CommandParser& tool);
+void addGraphCommand(CommandParser& tool);
+void addStillCommand(CommandParser& tool);
+void addRenderCommand(CommandParser& tool);
+void addTransitionCommand(CommandParser& tool);
+void addBenchCommand(CommandParser& tool);
+void addSheetCommand(CommandParser& tool);
+void addGalleryCommand(CommandParser& tool);
+void addDevicesCommand(CommandParser& tool);
 
 struct PixelSize {
     int width = 0, height = 0;
@@ -40,7 +41,7 @@ bool matchesPattern(std::string_view name, const std::string& pattern);
 /// -y and -n: what becomes of an output that exists.
 struct OverwriteOptions {
     bool yes = false, no = false;
-    void add(CLI::App& command);
+    void add(const Command& command);
 };
 
 /// Fails unless `path` may be written: it is new, a device, a pipe or "-", or overwriting it was allowed, by
@@ -51,6 +52,6 @@ void checkOutput(const std::string& path, const OverwriteOptions& overwrite);
 void writeStandardOutput(std::string_view text);
 
 /// The option for programs that listings share.
-CLI::Option* addJSONFlag(CLI::App& command, bool& json);
+CommandOption addJSONFlag(const Command& command, bool& json);
 
 }  // namespace qv::host

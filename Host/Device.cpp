@@ -1,5 +1,7 @@
 #include "Host/Device.h"
 
+#include "Host/CommandParser.h"
+#include "Host/Failure.h"
 #include "QVFilterCore/QVMTIFilter.h"
 
 namespace qv::host {
@@ -11,11 +13,11 @@ std::vector<GraphicsDevice> vulkanDevices() {
     return devices;
 }
 
-void DeviceOptions::add(CLI::App& command) {
-    command.add_option("--device", device,
-                       "Index of the Vulkan device (qvfilter devices); the most capable without");
-    command.add_flag("--no-fusion", noFusion, "Draw every pass by itself");
-    command.add_flag("--validate", validate, "Check every Vulkan call with the validation layer");
+void DeviceOptions::add(const Command& command) {
+    command.option("--device", device,
+                   "Index of the Vulkan device (qvfilter devices); the most capable without");
+    command.flag("--no-fusion", noFusion, "Draw every pass by itself");
+    command.flag("--validate", validate, "Check every Vulkan call with the validation layer");
 }
 
 std::shared_ptr<MTIContext> DeviceOptions::makeContext(MTIPixelFormat workingFormat) const {

@@ -3,10 +3,11 @@
 #include <memory>
 #include <vector>
 
-#include "Host/CommandLine.h"
 #include "Platform/ImageGraph/MTIContext.h"
 
 namespace qv::host {
+
+class Command;
 
 /// The machine's Vulkan devices. Fails as device when there is no driver.
 std::vector<GraphicsDevice> vulkanDevices();
@@ -15,7 +16,7 @@ std::vector<GraphicsDevice> vulkanDevices();
 struct DeviceOptions {
     int device = -1;
     bool validate = false, noFusion = false;
-    void add(CLI::App& command);
+    void add(const Command& command);
 
     /// A context, which filters that render by themselves share. Fails as device.
     std::shared_ptr<MTIContext> makeContext(MTIPixelFormat workingFormat = MTIPixelFormat::rgba8Unorm) const;

@@ -1,8 +1,11 @@
 #include <memory>
 
 #include "Host/CommandLine.h"
+#include "Host/CommandParser.h"
 #include "Host/Device.h"
 #include "Host/PropertyJSON.h"
+
+#include <nlohmann/json.hpp>
 
 namespace qv::host {
 
@@ -26,11 +29,11 @@ std::string deviceToText(const GraphicsDevice& device) {
 
 }  // namespace
 
-void addDevicesCommand(CLI::App& tool) {
-    CLI::App* command = tool.add_subcommand("devices", "Lists the Vulkan devices");
+void addDevicesCommand(CommandParser& tool) {
+    const Command command = tool.addCommand("devices", "Lists the Vulkan devices");
     auto json = std::make_shared<bool>(false);
-    addJSONFlag(*command, *json);
-    command->callback([json] {
+    addJSONFlag(command, *json);
+    command.setAction([json] {
         Json array = Json::array();
         std::string text;
         for (const GraphicsDevice& device : vulkanDevices()) {

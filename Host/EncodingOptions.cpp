@@ -3,6 +3,9 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "Host/CommandParser.h"
+#include "Host/Failure.h"
+
 namespace qv::host {
 
 std::int64_t parseBitRate(const std::string& option, const std::string& text) {
@@ -18,22 +21,20 @@ std::int64_t parseBitRate(const std::string& option, const std::string& text) {
     return std::int64_t(bits);
 }
 
-void EncodingOptions::add(CLI::App& command) {
-    command.add_option("--format", writer_.container,
-                       "Container, as mp4; by the output's name, matroska for -");
-    command.add_option("--codec", writer_.codec, "Encoder, as libx264; what suits the container");
-    CLI::Option* crf = command.add_option("--crf", crf_, "Constant quality of the encoder; 18 with libx264");
-    command.add_option("--bitrate", bitRate_, "Bits per second instead of constant quality, as 4M")
-        ->excludes(crf);
-    command.add_option("--preset", writer_.preset, "The encoder's speed; veryfast with libx264");
-    command.add_option("--pix-fmt", writer_.pixelFormat, "Stored pixel format, as yuv420p10le; the input's");
-    command.add_option("--threads", writer_.threads, "Threads of decoder and encoder, 0 for one per core")
-        ->check(CLI::Range(0, 256));
-    command.add_option("--option", options_, "name=value for the encoder or container; repeatable")
-        ->allow_extra_args(false);
-    command.add_flag("--no-audio", noAudio_, "Leave the sound out");
-    command.add_flag("--progress", lines_, "Progress as lines for programs, on standard error");
-    command.add_flag("--quiet", quiet_, "No progress bar and no notes");
+void EncodingOptions::add(const Command& command) {
+    command.option("--format", writer_.container, "Container, as mp4; by the output's name, matroska for -");
+    command.option("--codec", writer_.codec, "Encoder, as libx264; what suits the container");
+    const CommandOption crf =
+        command.option("--crf", crf_, "Constant quality of the encoder; 18 with libx264");
+    command.option("--bitrate", bitRate_, "Bits per second instead of constant quality, as 4M").excludes(crf);
+    command.option("--preset", writer_.preset, "The encoder's speed; veryfast with libx264");
+    command.option("--pix-fmt", writer_.pixelFormat, "Stored pixel format, as yuv420p10le; the input's");
+    command.option("--threads", writer_.threads, "Threads of decoder and encoder, 0 for one per core")
+        .range(0, 256);
+    command.option("--option", options_, "name=value for the encoder or container; repeatable");
+    command.flag("--no-audio", noAudio_, "Leave the sound out");
+    command.flag("--progress", lines_, "Progress as lines for programs, on standard error");
+    command.flag("--quiet", quiet_, "No progress bar and no notes");
 }
 
 ClipWriterOptions EncodingOptions::writerOptions(const std::string& output) const {

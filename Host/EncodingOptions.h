@@ -5,17 +5,18 @@
 #include <string>
 #include <vector>
 
-#include "Host/CommandLine.h"
 #include "Host/Progress.h"
 #include "Platform/ImageGraph/MTIImage.h"
 #include "Platform/Media/ClipWriter.h"
 
 namespace qv::host {
 
+class Command;
+
 /// The options of commands that write a clip, and what they make of them.
 class EncodingOptions {
   public:
-    void add(CLI::App& command);
+    void add(const Command& command);
 
     int threads() const { return writer_.threads; }
     bool audio() const { return !noAudio_; }

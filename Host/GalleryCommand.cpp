@@ -8,6 +8,8 @@
 #include <thread>
 
 #include "Host/ClassListing.h"
+#include "Host/CommandLine.h"
+#include "Host/CommandParser.h"
 #include "Host/CostMeter.h"
 #include "Host/Gallery/CardRenderer.h"
 #include "Host/Gallery/CardStore.h"
@@ -18,6 +20,8 @@
 #include "Host/Progress.h"
 #include "QVFilterCore/QVResourceBundle.h"
 #include "QVFilterExtension/QVFilterRegistry.h"
+
+#include <nlohmann/json.hpp>
 
 namespace qv::host {
 
@@ -235,25 +239,23 @@ void gallery(const Options& options) {
 
 }  // namespace
 
-void addGalleryCommand(CLI::App& tool) {
-    CLI::App* command =
-        tool.add_subcommand("gallery", "Renders every class into a page to choose from, for a browser");
+void addGalleryCommand(CommandParser& tool) {
+    const Command command =
+        tool.addCommand("gallery", "Renders every class into a page to choose from, for a browser");
     auto options = std::make_shared<Options>();
-    command->add_option("-o,--output", options->output, "Folder of the page, index.html")->required();
-    command
-        ->add_option("-i,--input", options->files.clips,
-                     "Video or picture to show the classes on; twice, transitions lead to the second")
-        ->allow_extra_args(false);
-    command->add_option("--mask", options->files.mask,
-                        "Picture or video that is white where the first input's subject is");
-    command->add_option("--only", options->only, "Only names that match (* and ?) or contain this");
-    command->add_option("--size", options->size, "Size of the previews")->capture_default_str();
-    command->add_flag("--sheet", options->sheet, "Contact sheets as PNG too");
-    command->add_flag("--quiet", options->quiet, "No progress bar");
-    command->add_flag("--progress", options->lines, "Progress as lines for programs, on standard error");
-    options->overwrite.add(*command);
-    options->device.add(*command);
-    command->callback([options] { gallery(*options); });
+    command.option("-o,--output", options->output, "Folder of the page, index.html").required();
+    command.option("-i,--input", options->files.clips,
+                   "Video or picture to show the classes on; twice, transitions lead to the second");
+    command.option("--mask", options->files.mask,
+                   "Picture or video that is white where the first input's subject is");
+    command.option("--only", options->only, "Only names that match (* and ?) or contain this");
+    command.option("--size", options->size, "Size of the previews").showDefault();
+    command.flag("--sheet", options->sheet, "Contact sheets as PNG too");
+    command.flag("--quiet", options->quiet, "No progress bar");
+    command.flag("--progress", options->lines, "Progress as lines for programs, on standard error");
+    options->overwrite.add(command);
+    options->device.add(command);
+    command.setAction([options] { gallery(*options); });
 }
 
 }  // namespace qv::host

@@ -1,9 +1,12 @@
 #include <memory>
 
 #include "Host/CommandLine.h"
+#include "Host/CommandParser.h"
 #include "Host/Diagnostics.h"
 #include "Host/PlanListing.h"
 #include "Host/Timeline.h"
+
+#include <nlohmann/json.hpp>
 
 namespace qv::host {
 
@@ -72,23 +75,22 @@ void graph(const Options& options) {
 
 }  // namespace
 
-void addGraphCommand(CLI::App& tool) {
-    CLI::App* command = tool.add_subcommand(
+void addGraphCommand(CommandParser& tool) {
+    const Command command = tool.addCommand(
         "graph", "Prints the image graph behind a class's picture of plain inputs; needs no device");
     auto options = std::make_shared<Options>();
-    command->add_option("class", options->effect, "Name of the class, or CLASS:name=value:...")->required();
-    command->add_option("--size", options->size, "Size of the inputs")->capture_default_str();
-    command->add_option("--time", options->time, "The effect's time (iTime), seconds");
-    command->add_option("--set", options->settings, "name=value of a property; in order, repeatable")
-        ->allow_extra_args(true);
-    CLI::Option* json = addJSONFlag(*command, options->json);
-    command->add_flag("--dot", options->dot, "Print a picture for dot")->excludes(json);
-    CLI::Option* plan =
-        command->add_flag("--plan", options->plan,
-                          "Print the passes that are drawn of video frames, and why they are not fewer");
-    command->add_flag("--gpu", options->gpuWays, "With --plan: as on a GPU, not as on a processor")
-        ->needs(plan);
-    command->callback([options] { graph(*options); });
+    command.option("class", options->effect, "Name of the class, or CLASS:name=value:...").required();
+    command.option("--size", options->size, "Size of the inputs").showDefault();
+    command.option("--time", options->time, "The effect's time (iTime), seconds");
+    command.option("--set", options->settings, "name=value of a property; in order, repeatable")
+        .severalValues();
+    const CommandOption json = addJSONFlag(command, options->json);
+    command.flag("--dot", options->dot, "Print a picture for dot").excludes(json);
+    const CommandOption plan =
+        command.flag("--plan", options->plan,
+                     "Print the passes that are drawn of video frames, and why they are not fewer");
+    command.flag("--gpu", options->gpuWays, "With --plan: as on a GPU, not as on a processor").needs(plan);
+    command.setAction([options] { graph(*options); });
 }
 
 }  // namespace qv::host

@@ -6,6 +6,7 @@
 #include "Platform/ImageGraph/ShaderLibrary.h"
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 namespace qv::host {
 

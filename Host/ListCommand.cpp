@@ -4,7 +4,10 @@
 #include "Host/ClassListing.h"
 #include "Host/ClassPages.h"
 #include "Host/CommandLine.h"
+#include "Host/CommandParser.h"
 #include "QVFilterExtension/QVFilterRegistry.h"
+
+#include <nlohmann/json.hpp>
 
 namespace qv::host {
 
@@ -39,17 +42,17 @@ void list(const Options& options) {
 
 }  // namespace
 
-void addListCommand(CLI::App& tool) {
-    CLI::App* command = tool.add_subcommand("list", "Lists the classes");
+void addListCommand(CommandParser& tool) {
+    const Command command = tool.addCommand("list", "Lists the classes");
     auto options = std::make_shared<Options>();
-    CLI::Option* json = addJSONFlag(*command, options->json);
-    CLI::Option* pattern =
-        command->add_option("pattern", options->pattern, "Only names that match (* and ?) or contain this");
-    command->add_option("--markdown", options->pages, "Write a page per category into this folder instead")
-        ->excludes(json)
-        ->excludes(pattern);
-    options->overwrite.add(*command);
-    command->callback([options] { list(*options); });
+    const CommandOption json = addJSONFlag(command, options->json);
+    const CommandOption pattern =
+        command.option("pattern", options->pattern, "Only names that match (* and ?) or contain this");
+    command.option("--markdown", options->pages, "Write a page per category into this folder instead")
+        .excludes(json)
+        .excludes(pattern);
+    options->overwrite.add(command);
+    command.setAction([options] { list(*options); });
 }
 
 }  // namespace qv::host

@@ -8,6 +8,8 @@
 #include "Platform/ImageGraph/ImageNode.h"
 #include "Platform/ImageGraph/PassFusion.h"
 
+#include <nlohmann/json.hpp>
+
 namespace qv::host {
 
 namespace {

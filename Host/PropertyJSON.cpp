@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include <fmt/format.h>
+#include <nlohmann/json.hpp>
 
 namespace qv::host {
 

@@ -5,7 +5,7 @@
 
 #include "QVFilterCore/QVFilterClass.h"
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 
 namespace qv::host {
 

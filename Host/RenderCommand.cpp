@@ -4,6 +4,7 @@
 
 #include "Host/ClipSource.h"
 #include "Host/CommandLine.h"
+#include "Host/CommandParser.h"
 #include "Host/Device.h"
 #include "Host/EncodingOptions.h"
 #include "Host/Interrupt.h"
@@ -78,22 +79,20 @@ void render(const Options& options) {
 
 }  // namespace
 
-void addRenderCommand(CLI::App& tool) {
-    CLI::App* command =
-        tool.add_subcommand("render", "Renders a clip through effects; sound and the rest are kept");
+void addRenderCommand(CommandParser& tool) {
+    const Command command =
+        tool.addCommand("render", "Renders a clip through effects; sound and the rest are kept");
     auto options = std::make_shared<Options>();
-    command->add_option("-i,--input", options->input, "Video or picture file, or - for standard input")
-        ->required();
-    command->add_option("-e,--effect", options->effects, "CLASS:name=value:name=value; repeatable, a chain")
-        ->allow_extra_args(false);
-    command->add_option("-o,--output", options->output, "Video file, or - for standard output")->required();
-    command->add_option("--duration", options->duration, "How long a picture is shown, seconds; 3 without");
-    command->add_option("--mask", options->mask, "Picture or video that is white where the subject is");
-    options->encoding.add(*command);
-    command->add_flag("--no-subtitles", options->noSubtitles, "Leave subtitles out");
-    options->overwrite.add(*command);
-    options->device.add(*command);
-    command->callback([options] { render(*options); });
+    command.option("-i,--input", options->input, "Video or picture file, or - for standard input").required();
+    command.option("-e,--effect", options->effects, "CLASS:name=value:name=value; repeatable, a chain");
+    command.option("-o,--output", options->output, "Video file, or - for standard output").required();
+    command.option("--duration", options->duration, "How long a picture is shown, seconds; 3 without");
+    command.option("--mask", options->mask, "Picture or video that is white where the subject is");
+    options->encoding.add(command);
+    command.flag("--no-subtitles", options->noSubtitles, "Leave subtitles out");
+    options->overwrite.add(command);
+    options->device.add(command);
+    command.setAction([options] { render(*options); });
 }
 
 }  // namespace qv::host

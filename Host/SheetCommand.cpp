@@ -4,6 +4,7 @@
 
 #include "Host/ClassPicture.h"
 #include "Host/CommandLine.h"
+#include "Host/CommandParser.h"
 #include "Host/Device.h"
 #include "Host/PictureFile.h"
 #include "Host/Progress.h"
@@ -74,23 +75,21 @@ void sheet(const Options& options) {
 
 }  // namespace
 
-void addSheetCommand(CLI::App& tool) {
-    CLI::App* command = tool.add_subcommand("sheet", "Draws every class's picture, labelled, on one sheet");
+void addSheetCommand(CommandParser& tool) {
+    const Command command = tool.addCommand("sheet", "Draws every class's picture, labelled, on one sheet");
     auto options = std::make_shared<Options>();
-    command->add_option("-o,--output", options->output, "PNG or JPEG file, or -")->required();
-    command->add_option("-i,--input", options->input, "Picture to show the classes on; a drawn one without");
-    command->add_option("--size", options->size, "Size of a cell")->capture_default_str();
-    command->add_option("--only", options->only, "Only names that match (* and ?) or contain this");
-    command->add_option("--time", options->time, "The effects' time, seconds; a telling one by default");
-    command->add_option("--columns", options->columns, "Cells in a row")
-        ->capture_default_str()
-        ->check(CLI::Range(1, 100));
-    command->add_flag("--all", options->all, "Auxiliary classes too");
-    command->add_flag("--quiet", options->quiet, "No progress bar");
-    command->add_flag("--progress", options->lines, "Progress as lines for programs, on standard error");
-    options->overwrite.add(*command);
-    options->device.add(*command);
-    command->callback([options] { sheet(*options); });
+    command.option("-o,--output", options->output, "PNG or JPEG file, or -").required();
+    command.option("-i,--input", options->input, "Picture to show the classes on; a drawn one without");
+    command.option("--size", options->size, "Size of a cell").showDefault();
+    command.option("--only", options->only, "Only names that match (* and ?) or contain this");
+    command.option("--time", options->time, "The effects' time, seconds; a telling one by default");
+    command.option("--columns", options->columns, "Cells in a row").showDefault().range(1, 100);
+    command.flag("--all", options->all, "Auxiliary classes too");
+    command.flag("--quiet", options->quiet, "No progress bar");
+    command.flag("--progress", options->lines, "Progress as lines for programs, on standard error");
+    options->overwrite.add(command);
+    options->device.add(command);
+    command.setAction([options] { sheet(*options); });
 }
 
 }  // namespace qv::host

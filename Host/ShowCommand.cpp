@@ -2,20 +2,23 @@
 
 #include "Host/ClassListing.h"
 #include "Host/CommandLine.h"
+#include "Host/CommandParser.h"
 #include "Host/EffectChoice.h"
+
+#include <nlohmann/json.hpp>
 
 namespace qv::host {
 
-void addShowCommand(CLI::App& tool) {
+void addShowCommand(CommandParser& tool) {
     struct Options {
         bool json = false;
         std::string className;
     };
-    CLI::App* command = tool.add_subcommand("show", "Tells what a class does and what can be set");
+    const Command command = tool.addCommand("show", "Tells what a class does and what can be set");
     auto options = std::make_shared<Options>();
-    addJSONFlag(*command, options->json);
-    command->add_option("class", options->className, "Name of the class")->required();
-    command->callback([options] {
+    addJSONFlag(command, options->json);
+    command.option("class", options->className, "Name of the class").required();
+    command.setAction([options] {
         const QVFilterClass& filterClass = findClass(options->className);
         writeStandardOutput(options->json ? dump(classToJSON(filterClass)) : classToText(filterClass));
     });

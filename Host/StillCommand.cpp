@@ -3,6 +3,7 @@
 
 #include "Host/Clip.h"
 #include "Host/CommandLine.h"
+#include "Host/CommandParser.h"
 #include "Host/Device.h"
 #include "Host/PictureFile.h"
 #include "Host/Timeline.h"
@@ -83,24 +84,21 @@ void still(const Options& options) {
 
 }  // namespace
 
-void addStillCommand(CLI::App& tool) {
-    CLI::App* command =
-        tool.add_subcommand("still", "Renders a picture, or one moment of a clip, through effects");
+void addStillCommand(CommandParser& tool) {
+    const Command command =
+        tool.addCommand("still", "Renders a picture, or one moment of a clip, through effects");
     auto options = std::make_shared<Options>();
-    command
-        ->add_option("-i,--input", options->input,
-                     "PNG, JPEG or video file; - is a picture on standard input")
-        ->required();
-    command->add_option("-e,--effect", options->effects, "CLASS:name=value:name=value; repeatable, a chain")
-        ->allow_extra_args(false);
-    command->add_option("-o,--output", options->output, "PNG or JPEG file, or - for PNG on standard output")
-        ->required();
-    command->add_option("--time", options->time, "Moment of the clip, and the effects' time, seconds");
-    command->add_option("--size", options->size, "Stretch the picture to WIDTHxHEIGHT before the effects");
-    command->add_option("--mask", options->mask, "Picture or video that is white where the subject is");
-    options->overwrite.add(*command);
-    options->device.add(*command);
-    command->callback([options] { still(*options); });
+    command.option("-i,--input", options->input, "PNG, JPEG or video file; - is a picture on standard input")
+        .required();
+    command.option("-e,--effect", options->effects, "CLASS:name=value:name=value; repeatable, a chain");
+    command.option("-o,--output", options->output, "PNG or JPEG file, or - for PNG on standard output")
+        .required();
+    command.option("--time", options->time, "Moment of the clip, and the effects' time, seconds");
+    command.option("--size", options->size, "Stretch the picture to WIDTHxHEIGHT before the effects");
+    command.option("--mask", options->mask, "Picture or video that is white where the subject is");
+    options->overwrite.add(command);
+    options->device.add(command);
+    command.setAction([options] { still(*options); });
 }
 
 }  // namespace qv::host

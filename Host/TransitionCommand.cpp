@@ -3,6 +3,8 @@
 #include <map>
 #include <memory>
 
+#include "Host/CommandParser.h"
+
 namespace qv::host {
 
 namespace {
@@ -18,39 +20,36 @@ void transition(const TransitionOptions& options) {
 
 }  // namespace
 
-void addTransitionCommand(CLI::App& tool) {
+void addTransitionCommand(CommandParser& tool) {
     static const std::map<std::string, Fit> kFits{
         {"cover", Fit::cover}, {"contain", Fit::contain}, {"stretch", Fit::stretch}};
-    CLI::App* command = tool.add_subcommand("transition", "Leads from one clip to another");
+    const Command command = tool.addCommand("transition", "Leads from one clip to another");
     auto options = std::make_shared<TransitionOptions>();
-    command->add_option("transition", options->transition, "CLASS, or CLASS:name=value:name=value")
-        ->required();
+    command.option("transition", options->transition, "CLASS, or CLASS:name=value:name=value").required();
     command
-        ->add_option("-i,--input", options->inputs,
-                     "Video or picture file; twice, the outgoing and the incoming one")
-        ->allow_extra_args(false)
-        ->required();
+        .option("-i,--input", options->inputs,
+                "Video or picture file; twice, the outgoing and the incoming one")
+        .required();
     command
-        ->add_option("-o,--output", options->output,
-                     "Video file; with --at and --strip PNG or JPEG file; - for standard output")
-        ->required();
-    CLI::Option* at = command->add_option("--at", options->at, "One moment as a picture: progress, 0 to 1")
-                          ->check(CLI::Range(0.0, 1.0));
-    command->add_option("--strip", options->strip, "Moments side by side as a picture, both ends included")
-        ->check(CLI::Range(2, 1000))
-        ->excludes(at);
-    command->add_option("--duration", options->duration, "Of the transition, seconds")->capture_default_str();
-    command->add_option("--size", options->size, "Fit both into frames of WIDTHxHEIGHT");
-    command->add_option("--fit", options->fit, "How another shape comes into the frame")
-        ->transform(CLI::CheckedTransformer(kFits, CLI::ignore_case));
-    command->add_option("--still-seconds", options->stillSeconds, "How long a picture is shown; 3 without");
-    command->add_option("--audio-codec", options->audioCodec,
-                        "Encoder of the sound, as aac; what suits the container");
-    command->add_option("--audio-bitrate", options->audioBitRate, "Bits per second of the sound, as 192k");
-    options->encoding.add(*command);
-    options->overwrite.add(*command);
-    options->device.add(*command);
-    command->callback([options] { transition(*options); });
+        .option("-o,--output", options->output,
+                "Video file; with --at and --strip PNG or JPEG file; - for standard output")
+        .required();
+    const CommandOption at =
+        command.option("--at", options->at, "One moment as a picture: progress, 0 to 1").range(0.0, 1.0);
+    command.option("--strip", options->strip, "Moments side by side as a picture, both ends included")
+        .range(2, 1000)
+        .excludes(at);
+    command.option("--duration", options->duration, "Of the transition, seconds").showDefault();
+    command.option("--size", options->size, "Fit both into frames of WIDTHxHEIGHT");
+    command.choice("--fit", options->fit, kFits, "How another shape comes into the frame");
+    command.option("--still-seconds", options->stillSeconds, "How long a picture is shown; 3 without");
+    command.option("--audio-codec", options->audioCodec,
+                   "Encoder of the sound, as aac; what suits the container");
+    command.option("--audio-bitrate", options->audioBitRate, "Bits per second of the sound, as 192k");
+    options->encoding.add(command);
+    options->overwrite.add(command);
+    options->device.add(command);
+    command.setAction([options] { transition(*options); });
 }
 
 }  // namespace qv::host

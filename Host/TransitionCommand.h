@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "Host/CommandLine.h"
 #include "Host/Device.h"
 #include "Host/EncodingOptions.h"
 #include "Host/FrameFit.h"

@@ -15,6 +15,8 @@
 #include "Platform/Media/ImageFile.h"
 #include "Platform/Media/OutputFile.h"
 
+#include <nlohmann/json.hpp>
+
 namespace qv::host {
 
 namespace fs = std::filesystem;
