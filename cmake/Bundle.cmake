@@ -11,6 +11,7 @@ add_dependencies(QVFilterExtension extension_shaders)
 function(qv_add_asset_program name directory)
     add_executable(draw_${name} ${PROJECT_SOURCE_DIR}/QVFilterExtension/Resources/Assets/${name}.cpp ${ARGN})
     target_link_libraries(draw_${name} PRIVATE qv_platform fmt::fmt Threads::Threads)
+    qv_share_precompiled_headers(draw_${name} asset_programs)
     set(stamp ${CMAKE_BINARY_DIR}/generated/${name}.stamp)
     add_custom_command(OUTPUT ${stamp}
         COMMAND ${CMAKE_COMMAND} -E make_directory ${directory}

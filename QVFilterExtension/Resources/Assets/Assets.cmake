@@ -19,6 +19,8 @@ if(QV_BUILD_ASSETS)
     file(GLOB LANDSCAPE_SOURCES CONFIGURE_DEPENDS ${QV_ASSET_SOURCES}/Landscape/*.cpp)
     add_library(qv_landscape OBJECT ${LANDSCAPE_SOURCES})
     target_include_directories(qv_landscape PUBLIC ${PROJECT_SOURCE_DIR})
+    target_link_libraries(qv_landscape PRIVATE fmt::fmt)  # as where the headers were precompiled
+    qv_reuse_precompiled_headers(qv_landscape qv_shaders)
 
     qv_add_asset_program(DemoPhoto ${CMAKE_BINARY_DIR}/demo-input)
     target_link_libraries(draw_DemoPhoto PRIVATE qv_landscape)

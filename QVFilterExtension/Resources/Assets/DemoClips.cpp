@@ -20,7 +20,7 @@ using namespace qv::assets;
 
 namespace {
 
-constexpr int kWidth = 1280, kHeight = 720, kFramesPerSecond = 30, kFrames = 180;
+constexpr int kWidth = 1280, kHeight = 720, kFramesPerSecond = 25, kFrames = 100;
 constexpr double kSeconds = double(kFrames) / kFramesPerSecond;
 
 using Pixels = std::vector<std::uint8_t>;
@@ -92,7 +92,7 @@ void drawDancer(const std::string& directory) {
     const StereoSound music = cityMusic(kSeconds);
     ClipFile clip(directory + "/demo_b.mp4", kWidth, kHeight, kFramesPerSecond, &music);
     ClipFile mask(directory + "/demo_b_mask.mp4", kWidth, kHeight, kFramesPerSecond, nullptr, 14);
-    constexpr int kBatch = 12, kStillEvery = 45;
+    constexpr int kBatch = 12, kStillEvery = 25;
     for (int first = 0; first < kFrames; first += kBatch) {
         std::vector<DancerFrame> frames(std::size_t(std::min(kBatch, kFrames - first)));
         parallelFor(
