@@ -2,10 +2,10 @@
 #include <exception>
 #include <string>
 
-#include "Host/CommandLine.h"
-#include "Host/CommandParser.h"
-#include "Host/Diagnostics.h"
-#include "Host/Interrupt.h"
+#include "Host/CommandLine/CommandLine.h"
+#include "Host/CommandLine/CommandParser.h"
+#include "Host/CommandLine/Diagnostics.h"
+#include "Host/CommandLine/Interrupt.h"
 
 namespace {
 

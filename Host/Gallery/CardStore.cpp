@@ -7,10 +7,10 @@
 #include <iterator>
 #include <system_error>
 
-#include "Host/ClassListing.h"
-#include "Host/Failure.h"
+#include "Host/Clips/PictureFile.h"
+#include "Host/CommandLine/Failure.h"
 #include "Host/Gallery/ClassUsage.h"
-#include "Host/PictureFile.h"
+#include "Host/Listing/ClassListing.h"
 #include "Platform/Media/ClipWriter.h"
 #include "Platform/Media/ImageFile.h"
 #include "Platform/Media/OutputFile.h"

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "Host/ClassPicture.h"
-#include "Host/PropertyJSON.h"
+#include "Host/Listing/PropertyJSON.h"
+#include "Host/Sheets/ClassPicture.h"
 #include "QVFilterCore/QVAIEffectMTIFilter.h"
 #include "QVFilterCore/QVProgressBasedEffectMTIFilter.h"
 #include "QVFilterCore/QVTransitionMTIFilter.h"
