@@ -7,7 +7,7 @@
 #include "Platform/Foundation/Random.h"
 #include "Platform/ImageGraph/MTIFilters.h"
 #include "QVFilterCore/QVExposureMTIFilter.h"
-#include "QVFilterExtension/MTIFilters/Effect/QVFlashWarpMTIFilter.h"
+#include "QVFilterExtension/MTIFilters/Effect/Distortion/QVFlashWarpMTIFilter.h"
 #include "QVFilterExtension/Private/QVAssetCache.h"
 #include "QVFilterExtension/Private/RandomSeed.h"
 
