@@ -1,6 +1,6 @@
 #include <vector>
 
-#include "QVFilterExtension/Resources/Assets/Landscape/World.h"
+#include "Examples/DemoFootage/Landscape/World.h"
 #include "QVFilterExtension/Resources/Assets/Support/Noise.h"
 #include "QVFilterExtension/Resources/Assets/Support/Parallel.h"
 

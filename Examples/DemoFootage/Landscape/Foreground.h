@@ -1,6 +1,6 @@
 #pragma once
 
-#include "QVFilterExtension/Resources/Assets/Landscape/World.h"
+#include "Examples/DemoFootage/Landscape/World.h"
 
 namespace qv::assets {
 

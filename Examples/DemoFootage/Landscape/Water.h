@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "QVFilterExtension/Resources/Assets/Landscape/World.h"
+#include "Examples/DemoFootage/Landscape/World.h"
 
 namespace qv::assets {
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "QVFilterExtension/Resources/Assets/Landscape/World.h"
+#include "Examples/DemoFootage/Landscape/World.h"
 
 namespace qv::assets {
 

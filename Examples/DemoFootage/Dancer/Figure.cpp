@@ -1,4 +1,4 @@
-#include "QVFilterExtension/Resources/Assets/Dancer/Figure.h"
+#include "Examples/DemoFootage/Dancer/Figure.h"
 
 #include <cmath>
 #include <vector>

@@ -1,6 +1,6 @@
 #include <functional>
 
-#include "QVFilterExtension/Resources/Assets/Landscape/Foreground.h"
+#include "Examples/DemoFootage/Landscape/Foreground.h"
 #include "QVFilterExtension/Resources/Assets/Support/Noise.h"
 #include "QVFilterExtension/Resources/Assets/Support/Parallel.h"
 

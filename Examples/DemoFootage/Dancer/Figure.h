@@ -1,6 +1,6 @@
 #pragma once
 
-#include "QVFilterExtension/Resources/Assets/Dancer/Pose.h"
+#include "Examples/DemoFootage/Dancer/Pose.h"
 #include "QVFilterExtension/Resources/Assets/Support/Raster.h"
 
 namespace qv::assets {

@@ -1,7 +1,7 @@
-#include "QVFilterExtension/Resources/Assets/Landscape/Landscape.h"
+#include "Examples/DemoFootage/Landscape/Landscape.h"
 
-#include "QVFilterExtension/Resources/Assets/Landscape/Foreground.h"
-#include "QVFilterExtension/Resources/Assets/Landscape/Water.h"
+#include "Examples/DemoFootage/Landscape/Foreground.h"
+#include "Examples/DemoFootage/Landscape/Water.h"
 #include "QVFilterExtension/Resources/Assets/Support/Noise.h"
 #include "QVFilterExtension/Resources/Assets/Support/Parallel.h"
 #include "QVFilterExtension/Resources/Assets/Support/Tone.h"

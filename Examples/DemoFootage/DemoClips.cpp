@@ -7,11 +7,11 @@
 
 #include <fmt/format.h>
 
+#include "Examples/DemoFootage/Clips/ClipFile.h"
+#include "Examples/DemoFootage/Clips/Music.h"
+#include "Examples/DemoFootage/Dancer/NightStreet.h"
+#include "Examples/DemoFootage/Landscape/Landscape.h"
 #include "Platform/Media/ImageFile.h"
-#include "QVFilterExtension/Resources/Assets/Clips/ClipFile.h"
-#include "QVFilterExtension/Resources/Assets/Clips/Music.h"
-#include "QVFilterExtension/Resources/Assets/Dancer/NightStreet.h"
-#include "QVFilterExtension/Resources/Assets/Landscape/Landscape.h"
 #include "QVFilterExtension/Resources/Assets/Support/Parallel.h"
 #include "QVFilterExtension/Resources/Assets/Support/Tone.h"
 

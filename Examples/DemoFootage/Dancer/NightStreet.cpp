@@ -1,4 +1,4 @@
-#include "QVFilterExtension/Resources/Assets/Dancer/NightStreet.h"
+#include "Examples/DemoFootage/Dancer/NightStreet.h"
 
 #include <cmath>
 

@@ -1,4 +1,4 @@
-#include "QVFilterExtension/Resources/Assets/Clips/Music.h"
+#include "Examples/DemoFootage/Clips/Music.h"
 
 #include <algorithm>
 #include <cmath>

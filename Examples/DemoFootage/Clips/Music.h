@@ -1,6 +1,6 @@
 #pragma once
 
-#include "QVFilterExtension/Resources/Assets/Clips/ClipFile.h"
+#include "Examples/DemoFootage/Clips/ClipFile.h"
 
 namespace qv::assets {
 

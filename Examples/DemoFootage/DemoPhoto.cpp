@@ -5,8 +5,8 @@
 
 #include <fmt/format.h>
 
+#include "Examples/DemoFootage/Landscape/Landscape.h"
 #include "Platform/Media/ImageFile.h"
-#include "QVFilterExtension/Resources/Assets/Landscape/Landscape.h"
 
 using namespace qv;
 using namespace qv::assets;

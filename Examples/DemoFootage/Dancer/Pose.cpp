@@ -1,4 +1,4 @@
-#include "QVFilterExtension/Resources/Assets/Dancer/Pose.h"
+#include "Examples/DemoFootage/Dancer/Pose.h"
 
 #include <cmath>
 

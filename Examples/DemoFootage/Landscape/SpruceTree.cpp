@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "QVFilterExtension/Resources/Assets/Landscape/Foreground.h"
+#include "Examples/DemoFootage/Landscape/Foreground.h"
 #include "QVFilterExtension/Resources/Assets/Support/Noise.h"
 #include "QVFilterExtension/Resources/Assets/Support/Stroke.h"
 

@@ -1,6 +1,6 @@
 #include <vector>
 
-#include "QVFilterExtension/Resources/Assets/Landscape/Foreground.h"
+#include "Examples/DemoFootage/Landscape/Foreground.h"
 #include "QVFilterExtension/Resources/Assets/Support/Noise.h"
 #include "QVFilterExtension/Resources/Assets/Support/Parallel.h"
 #include "QVFilterExtension/Resources/Assets/Support/Stroke.h"

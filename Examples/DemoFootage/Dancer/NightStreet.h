@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "QVFilterExtension/Resources/Assets/Dancer/Figure.h"
+#include "Examples/DemoFootage/Dancer/Figure.h"
 #include "QVFilterExtension/Resources/Assets/Support/Raster.h"
 
 namespace qv::assets {

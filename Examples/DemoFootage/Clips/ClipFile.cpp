@@ -1,4 +1,4 @@
-#include "QVFilterExtension/Resources/Assets/Clips/ClipFile.h"
+#include "Examples/DemoFootage/Clips/ClipFile.h"
 
 extern "C" {
 #include <libavcodec/avcodec.h>

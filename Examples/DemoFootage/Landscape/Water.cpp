@@ -1,4 +1,4 @@
-#include "QVFilterExtension/Resources/Assets/Landscape/Water.h"
+#include "Examples/DemoFootage/Landscape/Water.h"
 
 #include <vector>
 
