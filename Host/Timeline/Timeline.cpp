@@ -5,7 +5,7 @@
 #include "QVFilterCore/QVAIEffectMTIFilter.h"
 #include "QVFilterCore/QVMTITwoInputFilter.h"
 #include "QVFilterCore/QVTransitionMTIFilter.h"
-#include "QVFilterExtension/Private/QVInterlayerFilter.h"
+#include "QVFilterExtension/MTIFilters/QVInterlayerFilter.h"
 
 namespace qv::host {
 

@@ -1,10 +1,10 @@
-#include "Platform/Media/PixelRows.h"
+#include "Platform/Media/Private/PixelRows.h"
 
 #include <algorithm>
 #include <bit>
 #include <cmath>
 
-#include "Platform/Media/Vectorized.h"
+#include "Platform/Media/Private/Vectorized.h"
 
 namespace qv::rows {
 namespace {

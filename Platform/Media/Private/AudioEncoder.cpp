@@ -1,4 +1,4 @@
-#include "Platform/Media/AudioEncoder.h"
+#include "Platform/Media/Private/AudioEncoder.h"
 
 #include <algorithm>
 #include <string_view>
@@ -6,7 +6,7 @@
 
 #include <fmt/format.h>
 
-#include "Platform/Media/StreamCopier.h"
+#include "Platform/Media/Private/StreamCopier.h"
 
 namespace qv {
 namespace {

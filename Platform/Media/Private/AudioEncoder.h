@@ -8,9 +8,9 @@ extern "C" {
 #include <memory>
 #include <string>
 
-#include "Platform/Media/AudioSupport.h"
 #include "Platform/Media/ClipWriter.h"
-#include "Platform/Media/FFmpegSupport.h"
+#include "Platform/Media/Private/AudioSupport.h"
+#include "Platform/Media/Private/FFmpegSupport.h"
 
 namespace qv {
 

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "Platform/Media/ClipWriter.h"
-#include "Platform/Media/FFmpegSupport.h"
+#include "Platform/Media/Private/FFmpegSupport.h"
 
 namespace qv {
 

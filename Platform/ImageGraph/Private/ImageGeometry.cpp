@@ -1,4 +1,4 @@
-#include "Platform/ImageGraph/ImageGeometry.h"
+#include "Platform/ImageGraph/Private/ImageGeometry.h"
 
 #include <fmt/format.h>
 
@@ -6,7 +6,7 @@
 #include <array>
 #include <cmath>
 
-#include "Platform/ImageGraph/StockPass.h"
+#include "Platform/ImageGraph/Private/StockPass.h"
 
 namespace qv {
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "Platform/Media/FFmpegSupport.h"
+#include "Platform/Media/Private/FFmpegSupport.h"
 
 namespace qv {
 

@@ -1,4 +1,4 @@
-#include "Platform/ImageGraph/FusedShaderStore.h"
+#include "Platform/ImageGraph/Private/FusedShaderStore.h"
 
 #include <fmt/format.h>
 

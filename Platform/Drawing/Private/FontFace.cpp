@@ -1,4 +1,4 @@
-#include "Platform/Drawing/FontFace.h"
+#include "Platform/Drawing/Private/FontFace.h"
 
 #include <fmt/format.h>
 #include <fontconfig/fontconfig.h>

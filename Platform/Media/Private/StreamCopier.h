@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "Platform/Media/ClipWriter.h"
-#include "Platform/Media/SourceStreams.h"
+#include "Platform/Media/Private/SourceStreams.h"
 
 namespace qv {
 

@@ -1,4 +1,4 @@
-#include "Platform/Media/RowBands.h"
+#include "Platform/Media/Private/RowBands.h"
 
 #include <algorithm>
 #include <condition_variable>

@@ -1,4 +1,4 @@
-#include "Platform/Media/SourceStreams.h"
+#include "Platform/Media/Private/SourceStreams.h"
 
 #include <span>
 

@@ -1,4 +1,4 @@
-#include "Platform/Media/FFmpegSupport.h"
+#include "Platform/Media/Private/FFmpegSupport.h"
 
 extern "C" {
 #include <libavutil/log.h>

@@ -1,4 +1,4 @@
-#include "Platform/Drawing/ImageResampling.h"
+#include "Platform/Drawing/Private/ImageResampling.h"
 
 #include <algorithm>
 #include <array>

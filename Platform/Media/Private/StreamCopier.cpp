@@ -1,4 +1,4 @@
-#include "Platform/Media/StreamCopier.h"
+#include "Platform/Media/Private/StreamCopier.h"
 
 extern "C" {
 #include <libavutil/avstring.h>

@@ -1,4 +1,4 @@
-#include "Platform/Media/VideoEncoder.h"
+#include "Platform/Media/Private/VideoEncoder.h"
 
 #include <algorithm>
 #include <string_view>
