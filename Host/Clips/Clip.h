@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "Host/Timeline/Timeline.h"
+#include "Host/Clips/Timeline.h"
 #include "Platform/Media/ClipReader.h"
 
 /// Clips as the commands read them.

@@ -6,7 +6,7 @@
 
 #include "Host/Clips/Clip.h"
 #include "Host/Clips/FrameSource.h"
-#include "Host/Timeline/Timeline.h"
+#include "Host/Clips/Timeline.h"
 
 namespace qv::host {
 

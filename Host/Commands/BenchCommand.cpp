@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 
+#include "Host/Clips/Timeline.h"
 #include "Host/CommandLine/CommandLine.h"
 #include "Host/CommandLine/CommandParser.h"
 #include "Host/CommandLine/Device.h"
@@ -11,7 +12,6 @@
 #include "Host/Commands/CostMeter.h"
 #include "Host/Listing/PropertyJSON.h"
 #include "Host/Sheets/SamplePicture.h"
-#include "Host/Timeline/Timeline.h"
 #include "Platform/ImageGraph/MTIKernel.h"
 #include "QVFilterExtension/QVFilterRegistry.h"
 

@@ -1,10 +1,10 @@
 #include <memory>
 
+#include "Host/Clips/Timeline.h"
 #include "Host/CommandLine/CommandLine.h"
 #include "Host/CommandLine/CommandParser.h"
 #include "Host/CommandLine/Diagnostics.h"
 #include "Host/Listing/PlanListing.h"
-#include "Host/Timeline/Timeline.h"
 
 #include <nlohmann/json.hpp>
 

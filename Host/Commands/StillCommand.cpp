@@ -3,10 +3,10 @@
 
 #include "Host/Clips/Clip.h"
 #include "Host/Clips/PictureFile.h"
+#include "Host/Clips/Timeline.h"
 #include "Host/CommandLine/CommandLine.h"
 #include "Host/CommandLine/CommandParser.h"
 #include "Host/CommandLine/Device.h"
-#include "Host/Timeline/Timeline.h"
 
 namespace qv::host {
 

@@ -1,4 +1,4 @@
-#include "Host/Commands/TransitionCommand.h"
+#include "Host/Transition/TransitionOptions.h"
 
 #include <map>
 #include <memory>

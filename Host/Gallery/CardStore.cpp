@@ -9,8 +9,8 @@
 
 #include "Host/Clips/PictureFile.h"
 #include "Host/CommandLine/Failure.h"
-#include "Host/Gallery/ClassUsage.h"
 #include "Host/Listing/ClassListing.h"
+#include "Host/Listing/ClassUsage.h"
 #include "Platform/Media/ClipWriter.h"
 #include "Platform/Media/ImageFile.h"
 #include "Platform/Media/OutputFile.h"

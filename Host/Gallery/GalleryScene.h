@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "Host/Clips/Timeline.h"
 #include "Host/CommandLine/CommandLine.h"
-#include "Host/Timeline/Timeline.h"
 #include "Platform/ImageGraph/MTIContext.h"
 
 /// The clips that a gallery's previews are made of.

@@ -5,7 +5,7 @@
 #include "Host/Sheets/ClassPicture.h"
 #include "Host/Sheets/SheetDrawing.h"
 #include "Host/Sheets/SheetLayout.h"
-#include "Host/Timeline/TransitionFilter.h"
+#include "Host/Transition/TransitionFilter.h"
 
 namespace qv::host {
 

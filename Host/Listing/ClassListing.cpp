@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "Host/Clips/Timeline.h"
 #include "Host/CommandLine/Failure.h"
-#include "Host/Timeline/Timeline.h"
 #include "QVFilterCore/QVMTIFilter.h"
 
 #include <nlohmann/json.hpp>

@@ -10,10 +10,10 @@
 #include <memory>
 #include <vector>
 
+#include "Host/Clips/Timeline.h"
 #include "Host/CommandLine/Interrupt.h"
-#include "Host/Gallery/ClassUsage.h"
 #include "Host/Listing/ClassListing.h"
-#include "Host/Timeline/Timeline.h"
+#include "Host/Listing/ClassUsage.h"
 #include "QVFilterCore/QVMTIFilter.h"
 #include "QVFilterExtension/QVFilterRegistry.h"
 

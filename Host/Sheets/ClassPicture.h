@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "Host/Timeline/Timeline.h"
+#include "Host/Clips/Timeline.h"
 #include "Platform/ImageGraph/MTIContext.h"
 
 namespace qv::host {

@@ -1,9 +1,9 @@
-#include "Host/Timeline/TransitionTimeline.h"
+#include "Host/Transition/TransitionTimeline.h"
 
 #include <algorithm>
 
+#include "Host/Clips/Timeline.h"
 #include "Host/CommandLine/Failure.h"
-#include "Host/Timeline/Timeline.h"
 
 namespace qv::host {
 

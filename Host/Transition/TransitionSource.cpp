@@ -1,4 +1,4 @@
-#include "Host/Timeline/TransitionSource.h"
+#include "Host/Transition/TransitionSource.h"
 
 #include <algorithm>
 #include <cmath>

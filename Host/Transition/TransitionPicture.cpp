@@ -1,7 +1,7 @@
 #include "Host/Clips/PictureFile.h"
-#include "Host/Commands/TransitionCommand.h"
 #include "Host/Sheets/SheetDrawing.h"
-#include "Host/Timeline/TransitionTimeline.h"
+#include "Host/Transition/TransitionOptions.h"
+#include "Host/Transition/TransitionTimeline.h"
 
 namespace qv::host {
 

@@ -1,4 +1,4 @@
-#include "Host/Timeline/Timeline.h"
+#include "Host/Clips/Timeline.h"
 
 #include "Host/CommandLine/Diagnostics.h"
 #include "Host/CommandLine/Failure.h"

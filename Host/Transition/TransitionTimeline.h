@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Host/Clips/Footage.h"
-#include "Host/Commands/TransitionCommand.h"
-#include "Host/Timeline/TransitionFilter.h"
+#include "Host/Transition/TransitionFilter.h"
+#include "Host/Transition/TransitionOptions.h"
 
 namespace qv::host {
 

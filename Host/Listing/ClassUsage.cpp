@@ -1,4 +1,4 @@
-#include "Host/Gallery/ClassUsage.h"
+#include "Host/Listing/ClassUsage.h"
 
 #include <algorithm>
 #include <array>

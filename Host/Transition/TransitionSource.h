@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "Host/Clips/FrameSource.h"
-#include "Host/Timeline/TransitionTimeline.h"
+#include "Host/Transition/TransitionTimeline.h"
 #include "Platform/Media/AudioCrossfade.h"
 
 namespace qv::host {

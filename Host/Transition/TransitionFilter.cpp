@@ -1,10 +1,10 @@
-#include "Host/Timeline/TransitionFilter.h"
+#include "Host/Transition/TransitionFilter.h"
 
 #include <string>
 
+#include "Host/Clips/Timeline.h"
 #include "Host/CommandLine/Diagnostics.h"
 #include "Host/CommandLine/Failure.h"
-#include "Host/Timeline/Timeline.h"
 #include "QVFilterExtension/QVFilterRegistry.h"
 
 namespace qv::host {

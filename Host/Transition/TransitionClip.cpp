@@ -4,7 +4,7 @@
 #include "Host/Clips/RenderPipeline.h"
 #include "Host/CommandLine/Failure.h"
 #include "Host/CommandLine/Interrupt.h"
-#include "Host/Timeline/TransitionSource.h"
+#include "Host/Transition/TransitionSource.h"
 
 namespace qv::host {
 
