@@ -1,11 +1,17 @@
 # The shader compiler, and shader libraries made with it.
 
-file(GLOB SHADER_COMPILER_SOURCES CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/Platform/ImageGraph/ShaderCompiler/*.cpp)
-# The build compiles with glslc, which optimises; what is compiled at run time is compiled in the process.
-list(FILTER SHADER_COMPILER_SOURCES EXCLUDE REGEX "/GlslCompiler.cpp")
-add_executable(qvshaderc ${SHADER_COMPILER_SOURCES} ${PROJECT_SOURCE_DIR}/Platform/ImageGraph/ShaderLibrary.cpp)
+# What the compiler and the platform share. The build compiles with glslc, which optimises; what is compiled at run
+# time is compiled in the process.
+set(SHADER_SOURCES ShaderCompiler/ShaderSource.cpp ShaderCompiler/ShaderTokens.cpp ShaderCompiler/ShaderTranslator.cpp
+    ShaderLibrary.cpp)
+list(TRANSFORM SHADER_SOURCES PREPEND ${PROJECT_SOURCE_DIR}/Platform/ImageGraph/)
+add_library(qv_shaders OBJECT ${SHADER_SOURCES})
+target_include_directories(qv_shaders PRIVATE ${PROJECT_SOURCE_DIR})
+target_link_libraries(qv_shaders PUBLIC fmt::fmt)
+qv_precompile_headers(qv_shaders)
+add_executable(qvshaderc ${PROJECT_SOURCE_DIR}/Platform/ImageGraph/ShaderCompiler/qvshaderc.cpp)
 target_include_directories(qvshaderc PRIVATE ${PROJECT_SOURCE_DIR})
-target_link_libraries(qvshaderc PRIVATE fmt::fmt)
+target_link_libraries(qvshaderc PRIVATE qv_shaders)
 
 # Compiles every .glsl, .vert and .frag file of the given folders, each on its own, and packs them into one library file.
 function(qv_add_shader_library target output)

@@ -6,8 +6,8 @@
 #include <memory>
 #include <numbers>
 
-#include "Host/ClassPicture.h"
-#include "Host/Interrupt.h"
+#include "Host/CommandLine/Interrupt.h"
+#include "Host/Sheets/ClassPicture.h"
 #include "QVFilterCore/QVTransitionMTIFilter.h"
 
 namespace qv::host {

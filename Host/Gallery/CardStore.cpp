@@ -7,13 +7,15 @@
 #include <iterator>
 #include <system_error>
 
-#include "Host/ClassListing.h"
-#include "Host/Failure.h"
-#include "Host/Gallery/ClassUsage.h"
-#include "Host/PictureFile.h"
+#include "Host/Clips/PictureFile.h"
+#include "Host/CommandLine/Failure.h"
+#include "Host/Listing/ClassListing.h"
+#include "Host/Listing/ClassUsage.h"
 #include "Platform/Media/ClipWriter.h"
 #include "Platform/Media/ImageFile.h"
 #include "Platform/Media/OutputFile.h"
+
+#include <nlohmann/json.hpp>
 
 namespace qv::host {
 

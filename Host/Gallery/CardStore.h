@@ -6,7 +6,7 @@
 #include <string>
 
 #include "Host/Gallery/CardRenderer.h"
-#include "Host/PropertyJSON.h"
+#include "Host/Listing/PropertyJSON.h"
 
 namespace qv::host {
 

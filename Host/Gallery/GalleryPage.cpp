@@ -8,6 +8,8 @@
 
 #include "Host/Gallery/CardStore.h"
 
+#include <nlohmann/json.hpp>
+
 // The build embeds the files of these names.
 extern "C" {
 extern const char qvGallery_page_html[], qvGallery_page_css[], qvGallery_page_js[], qvGallery_stage_js[];

@@ -2,8 +2,8 @@
 
 #include <filesystem>
 
-#include "Host/CommandLine.h"
-#include "Host/PropertyJSON.h"
+#include "Host/CommandLine/CommandLine.h"
+#include "Host/Listing/PropertyJSON.h"
 
 /// The page of a gallery: files that are the same for every gallery, and gallery.js with the data.
 namespace qv::host {

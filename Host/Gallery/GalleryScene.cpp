@@ -7,9 +7,9 @@
 #include <numbers>
 #include <optional>
 
-#include "Host/Footage.h"
-#include "Host/PictureFile.h"
-#include "Host/SamplePicture.h"
+#include "Host/Clips/Footage.h"
+#include "Host/Clips/PictureFile.h"
+#include "Host/Sheets/SamplePicture.h"
 
 namespace qv::host {
 

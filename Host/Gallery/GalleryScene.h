@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "Host/CommandLine.h"
-#include "Host/Timeline.h"
+#include "Host/Clips/Timeline.h"
+#include "Host/CommandLine/CommandLine.h"
 #include "Platform/ImageGraph/MTIContext.h"
 
 /// The clips that a gallery's previews are made of.

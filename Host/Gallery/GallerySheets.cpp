@@ -1,11 +1,11 @@
 #include "Host/Gallery/GallerySheets.h"
 
-#include "Host/ClassPicture.h"
-#include "Host/Interrupt.h"
-#include "Host/PictureFile.h"
-#include "Host/SheetDrawing.h"
-#include "Host/SheetLayout.h"
-#include "Host/TransitionFilter.h"
+#include "Host/Clips/PictureFile.h"
+#include "Host/CommandLine/Interrupt.h"
+#include "Host/Sheets/ClassPicture.h"
+#include "Host/Sheets/SheetDrawing.h"
+#include "Host/Sheets/SheetLayout.h"
+#include "Host/Transition/TransitionFilter.h"
 
 namespace qv::host {
 

@@ -7,7 +7,7 @@
 #include <thread>
 #include <vector>
 
-#include "Host/BoundedQueue.h"
+#include "Host/Clips/BoundedQueue.h"
 
 namespace qv::host {
 

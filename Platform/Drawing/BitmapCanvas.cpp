@@ -9,8 +9,8 @@
 #include <numeric>
 #include <utility>
 
-#include "Platform/Drawing/FontFace.h"
-#include "Platform/Drawing/ImageResampling.h"
+#include "Platform/Drawing/Private/FontFace.h"
+#include "Platform/Drawing/Private/ImageResampling.h"
 
 namespace qv {
 

@@ -7,7 +7,7 @@
 #include <mutex>
 #include <set>
 
-#include "Platform/Drawing/FontFace.h"
+#include "Platform/Drawing/Private/FontFace.h"
 
 namespace qv {
 

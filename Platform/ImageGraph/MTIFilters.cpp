@@ -6,9 +6,9 @@
 #include <array>
 #include <cmath>
 
-#include "Platform/ImageGraph/ImageGeometry.h"
 #include "Platform/ImageGraph/ImageNode.h"
-#include "Platform/ImageGraph/StockPass.h"
+#include "Platform/ImageGraph/Private/ImageGeometry.h"
+#include "Platform/ImageGraph/Private/StockPass.h"
 
 namespace qv {
 

@@ -6,10 +6,10 @@
 #include <array>
 #include <cmath>
 
-#include "Platform/ImageGraph/ImageGeometry.h"
 #include "Platform/ImageGraph/ImageNode.h"
 #include "Platform/ImageGraph/Planner.h"
-#include "Platform/ImageGraph/StockPass.h"
+#include "Platform/ImageGraph/Private/ImageGeometry.h"
+#include "Platform/ImageGraph/Private/StockPass.h"
 #include "Platform/Media/ImageFile.h"
 
 namespace qv {

@@ -7,8 +7,8 @@
 
 #include "Platform/Foundation/Log.h"
 #include "Platform/ImageGraph/ImageNode.h"
+#include "Platform/ImageGraph/Private/StockPass.h"
 #include "Platform/ImageGraph/ShaderLibrary.h"
-#include "Platform/ImageGraph/StockPass.h"
 
 namespace qv {
 

@@ -7,7 +7,7 @@
 #include <unordered_map>
 #include <utility>
 
-#include "Platform/ImageGraph/GaussianBlur.h"
+#include "Platform/ImageGraph/Private/GaussianBlur.h"
 
 namespace qv {
 

@@ -9,9 +9,9 @@ extern "C" {
 #include <cmath>
 #include <span>
 
-#include "Platform/Media/AudioSupport.h"
-#include "Platform/Media/FFmpegSupport.h"
 #include "Platform/Media/OutputFile.h"
+#include "Platform/Media/Private/AudioSupport.h"
+#include "Platform/Media/Private/FFmpegSupport.h"
 
 namespace qv {
 namespace {

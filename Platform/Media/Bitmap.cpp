@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "Platform/Media/Vectorized.h"
+#include "Platform/Media/Private/Vectorized.h"
 
 namespace qv {
 

@@ -19,9 +19,9 @@ extern "C" {
 #include <fmt/format.h>
 
 #include "Platform/Media/Bitmap.h"
-#include "Platform/Media/FFmpegSupport.h"
 #include "Platform/Media/OutputFile.h"
-#include "Platform/Media/SourceStreams.h"
+#include "Platform/Media/Private/FFmpegSupport.h"
+#include "Platform/Media/Private/SourceStreams.h"
 
 namespace qv {
 namespace {

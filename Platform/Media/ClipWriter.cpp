@@ -9,11 +9,11 @@ extern "C" {
 
 #include <fmt/format.h>
 
-#include "Platform/Media/AudioEncoder.h"
 #include "Platform/Media/Bitmap.h"
 #include "Platform/Media/OutputFile.h"
-#include "Platform/Media/StreamCopier.h"
-#include "Platform/Media/VideoEncoder.h"
+#include "Platform/Media/Private/AudioEncoder.h"
+#include "Platform/Media/Private/StreamCopier.h"
+#include "Platform/Media/Private/VideoEncoder.h"
 
 namespace qv {
 namespace {

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "Platform/Media/Bitmap.h"
-#include "Platform/Media/PixelRows.h"
-#include "Platform/Media/RowBands.h"
+#include "Platform/Media/Private/PixelRows.h"
+#include "Platform/Media/Private/RowBands.h"
 
 namespace qv {
 namespace {

@@ -1,4 +1,4 @@
-#include "QVFilterExtension/Private/QVMTIFilterUtil.h"
+#include "QVFilterExtension/QVMTIFilterUtil.h"
 
 #include <fmt/format.h>
 #include <sys/utsname.h>

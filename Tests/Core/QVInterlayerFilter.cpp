@@ -1,4 +1,4 @@
-#include "QVFilterExtension/Private/QVInterlayerFilter.h"
+#include "QVFilterExtension/MTIFilters/QVInterlayerFilter.h"
 
 #include "Tests/Support/TestContext.h"
 

@@ -13,9 +13,9 @@
 #include "QVFilterCore/QVResourceBundle.h"
 #include "QVFilterExtension/Private/LightParam.h"
 #include "QVFilterExtension/Private/NSBundle+QVMTIFilter.h"
-#include "QVFilterExtension/Private/QVMTIFilterUtil.h"
 #include "QVFilterExtension/Private/UIFont+QVMTIFilter.h"
 #include "QVFilterExtension/Private/UIImage+QVMTIFilter.h"
+#include "QVFilterExtension/QVMTIFilterUtil.h"
 #include "Tests/Drawing/TestFont.h"
 #include "Tests/Media/TemporaryFolder.h"
 

@@ -7,7 +7,7 @@
 #include <functional>
 
 #include "Platform/Drawing/BitmapCanvas.h"
-#include "Platform/Drawing/ImageResampling.h"
+#include "Platform/Drawing/Private/ImageResampling.h"
 #include "Platform/Media/ImageFile.h"
 #include "Tests/Media/TemporaryFolder.h"
 

@@ -1,7 +1,7 @@
 // Zooms over a clip: how near they are when, and where they roll to.
 
-#include "QVFilterExtension/MTIFilters/Animation/QVJumpZoomInEffectMTIFilter.h"
-#include "QVFilterExtension/MTIFilters/Animation/QVRollZoomInEffectMTIFilter.h"
+#include "QVFilterExtension/MTIFilters/Animation/Zoom/QVJumpZoomInEffectMTIFilter.h"
+#include "QVFilterExtension/MTIFilters/Animation/Zoom/QVRollZoomInEffectMTIFilter.h"
 #include "Tests/Support/TestEffect.h"
 
 namespace qv::test {

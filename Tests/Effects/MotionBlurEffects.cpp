@@ -1,7 +1,7 @@
 // The motion blurs: how strength sets them, of which filters they are made, and what they do to plain light.
 
 #include "Platform/ImageGraph/ImageNode.h"
-#include "QVFilterExtension/MTIFilters/Effect/QVXMotionBlurEffectMTIFilter.h"
+#include "QVFilterExtension/MTIFilters/Effect/Blur/QVXMotionBlurEffectMTIFilter.h"
 #include "Tests/Support/TestEffect.h"
 
 namespace qv::test {

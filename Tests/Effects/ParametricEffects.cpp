@@ -6,7 +6,7 @@
 
 #include "Platform/ImageGraph/ImageNode.h"
 #include "QVFilterCore/QVEffectMTIFilter.h"
-#include "QVFilterExtension/MTIFilters/Effect/QVFlashWarpMTIFilter.h"
+#include "QVFilterExtension/MTIFilters/Effect/Distortion/QVFlashWarpMTIFilter.h"
 #include "QVFilterExtension/QVFilterRegistry.h"
 #include "Tests/Support/TestContext.h"
 

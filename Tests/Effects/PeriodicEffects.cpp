@@ -3,8 +3,8 @@
 #include <limits>
 
 #include "Platform/ImageGraph/ImageNode.h"
-#include "QVFilterExtension/MTIFilters/Animation/QVCreasePEMTIFilter.h"
-#include "QVFilterExtension/MTIFilters/Animation/QVWhiteCoverPEMTIFilter.h"
+#include "QVFilterExtension/MTIFilters/Animation/Periodic/QVCreasePEMTIFilter.h"
+#include "QVFilterExtension/MTIFilters/Animation/Periodic/QVWhiteCoverPEMTIFilter.h"
 #include "Tests/Support/TestEffect.h"
 
 namespace qv::test {

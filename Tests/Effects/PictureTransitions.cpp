@@ -11,8 +11,8 @@
 #include "Platform/ImageGraph/ImageNode.h"
 #include "Platform/Media/ImageFile.h"
 #include "QVFilterCore/QVResourceBundle.h"
-#include "QVFilterExtension/MTIFilters/Transition/QVFlashPicTransitionMTIFilter.h"
-#include "QVFilterExtension/MTIFilters/Transition/QVPhotoDissolveTransitionMTIFilter.h"
+#include "QVFilterExtension/MTIFilters/Transition/Dissolve/QVPhotoDissolveTransitionMTIFilter.h"
+#include "QVFilterExtension/MTIFilters/Transition/Flash/QVFlashPicTransitionMTIFilter.h"
 #include "Tests/Support/TestEffect.h"
 
 namespace qv::test {

@@ -4,8 +4,8 @@
 #include <limits>
 
 #include "Platform/ImageGraph/ImageNode.h"
-#include "QVFilterExtension/MTIFilters/Animation/QVBlurClassFilter.h"
-#include "QVFilterExtension/MTIFilters/Animation/QVRemainObscureMTIFilter.h"
+#include "QVFilterExtension/MTIFilters/Animation/Remain/QVBlurClassFilter.h"
+#include "QVFilterExtension/MTIFilters/Animation/Remain/QVRemainObscureMTIFilter.h"
 #include "Tests/Support/TestEffect.h"
 
 namespace qv::test {

@@ -7,9 +7,9 @@
 
 #include "Platform/ImageGraph/ImageNode.h"
 #include "QVFilterCore/QVResourceBundle.h"
-#include "QVFilterExtension/MTIFilters/Effect/QVBubbleMTIFilter.h"
-#include "QVFilterExtension/MTIFilters/Effect/QVRibbonMTIFilter.h"
-#include "QVFilterExtension/MTIFilters/Effect/QVStarmapMTIFilter.h"
+#include "QVFilterExtension/MTIFilters/Effect/Particle/QVBubbleMTIFilter.h"
+#include "QVFilterExtension/MTIFilters/Effect/Particle/QVRibbonMTIFilter.h"
+#include "QVFilterExtension/MTIFilters/Effect/Particle/QVStarmapMTIFilter.h"
 #include "QVFilterExtension/QVFilterRegistry.h"
 #include "Tests/Support/TestContext.h"
 

@@ -2,9 +2,9 @@
 
 #include <limits>
 
-#include "QVFilterExtension/MTIFilters/Animation/QVThrowZoomAnimFilter.h"
-#include "QVFilterExtension/MTIFilters/Animation/QVTwoStepsAnimFilter.h"
-#include "QVFilterExtension/MTIFilters/Animation/QVZoomThrowAnimFilter.h"
+#include "QVFilterExtension/MTIFilters/Animation/Steps/QVThrowZoomAnimFilter.h"
+#include "QVFilterExtension/MTIFilters/Animation/Steps/QVTwoStepsAnimFilter.h"
+#include "QVFilterExtension/MTIFilters/Animation/Steps/QVZoomThrowAnimFilter.h"
 #include "Tests/Support/TestEffect.h"
 
 namespace qv::test {

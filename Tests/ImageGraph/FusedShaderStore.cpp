@@ -1,6 +1,6 @@
 // Programs of fused passes in memory and on disk.
 
-#include "Platform/ImageGraph/FusedShaderStore.h"
+#include "Platform/ImageGraph/Private/FusedShaderStore.h"
 
 #include <gmock/gmock.h>
 

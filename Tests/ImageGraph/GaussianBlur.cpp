@@ -1,4 +1,4 @@
-#include "Platform/ImageGraph/GaussianBlur.h"
+#include "Platform/ImageGraph/Private/GaussianBlur.h"
 
 #include <fmt/format.h>
 

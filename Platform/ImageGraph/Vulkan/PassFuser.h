@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "Platform/Foundation/BackgroundQueue.h"
-#include "Platform/ImageGraph/FusedShaderStore.h"
+#include "Platform/ImageGraph/Private/FusedShaderStore.h"
 #include "Platform/ImageGraph/Vulkan/PipelineStore.h"
 
 namespace qv {

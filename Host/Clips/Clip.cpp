@@ -1,0 +1,183 @@
+#include "Host/Clips/Clip.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstring>
+
+#include "Host/Clips/PictureFile.h"
+#include "Host/CommandLine/Failure.h"
+
+namespace qv::host {
+
+namespace {
+
+/// Table from a luma code of 8 bits to a full-range grey.
+std::uint8_t expandedLuma(int code, bool fullRange) {
+    if (fullRange) return std::uint8_t(code);
+    return std::uint8_t(std::clamp(int(std::lround((code - 16) * 255.0 / 219.0)), 0, 255));
+}
+
+}  // namespace
+
+std::unique_ptr<ClipReader> openClip(const std::string& path, const ClipReaderOptions& options) {
+    std::string cause;
+    auto clip = ClipReader::open(path, options, &cause);
+    if (!clip) fail(ExitCode::input, "{}", cause);
+    return clip;
+}
+
+std::optional<ClipFrame> readFrame(ClipReader& clip) {
+    std::optional<ClipFrame> frame = clip.nextFrame();
+    if (!frame && !clip.error().empty()) fail(ExitCode::input, "{}", clip.error());
+    return frame;
+}
+
+double secondsOf(const ClipInfo& info, std::int64_t time) {
+    return double(time) * info.video.timeBase.value();
+}
+
+PixelBuffer blankFrame(const ClipVideoFormat& video) {
+    const PixelBuffer frame = PixelBuffer::create(video.pixelFormat, video.width, video.height, video.color);
+    if (!frame) fail(ExitCode::internal, "no memory for frames of {}x{}", video.width, video.height);
+    for (int i = 0; i < PixelBuffer::planeCount(video.pixelFormat); ++i) {
+        const PlaneLayout layout = PixelBuffer::planeLayout(video.pixelFormat, i, video.width, video.height);
+        std::memset(frame.plane(i).data, 0, frame.plane(i).rowBytes * std::size_t(layout.height));
+    }
+    return frame;
+}
+
+ClipMoment momentAt(ClipReader& clip, double seconds) {
+    const ClipInfo& info = clip.info();
+    std::optional<ClipFrame> first = readFrame(clip);
+    if (!first) fail(ExitCode::input, "there is no picture in '{}'", info.path);
+    if (seconds <= 0) return {std::move(*first), 0};
+    const double start = secondsOf(info, first->time);
+    if (!clip.seek(start - info.start + seconds)) fail(ExitCode::input, "{}", clip.error());
+    std::optional<ClipFrame> frame = readFrame(clip);
+    if (!frame) fail(ExitCode::input, "'{}' has nothing at {} s", info.path, seconds);
+    const double end = secondsOf(info, frame->time + frame->duration) - start;
+    if (end < seconds - kTimeTolerance && !info.isStillPicture) {
+        fail(ExitCode::input, "'{}' ends at {:.3f} s, before {} s", info.path, end, seconds);
+    }
+    const double at = secondsOf(info, frame->time) - start;
+    return {std::move(*frame), at};
+}
+
+ShownFrames::ShownFrames(std::unique_ptr<ClipReader> clip) : clip_(std::move(clip)) {
+    std::optional<ClipFrame> first = readFrame(*clip_);
+    if (!first) fail(ExitCode::input, "there is no picture in '{}'", info().path);
+    firstTime_ = first->time;
+    current_ = std::move(*first);
+    next_ = readFrame(*clip_);
+}
+
+bool ShownFrames::advance() {
+    if (!next_) return false;
+    current_ = std::move(*next_);
+    next_ = readFrame(*clip_);
+    return true;
+}
+
+const ClipFrame& ShownFrames::at(double seconds) {
+    while (next_ && secondsOf(info(), next_->time - firstTime_) <= seconds + kTimeTolerance) advance();
+    return current_;
+}
+
+void ShownFrames::goTo(double seconds) {
+    const double start = secondsOf(info(), firstTime_) - info().start;
+    if (!clip_->seek(start + seconds)) fail(ExitCode::input, "{}", clip_->error());
+    std::optional<ClipFrame> frame = readFrame(*clip_);
+    if (!frame) fail(ExitCode::input, "'{}' has nothing at {} s", info().path, seconds);
+    current_ = std::move(*frame);
+    next_ = readFrame(*clip_);
+}
+
+double ShownFrames::end() {
+    if (const auto end = clip_->endTime()) return secondsOf(info(), *end - firstTime_);
+    // Later than any clip lasts.
+    constexpr double kFarSeconds = 1e7;
+    goTo(kFarSeconds);
+    const double end = secondsOf(info(), at(kFarSeconds).time + current_.duration - firstTime_);
+    goTo(0);
+    return end;
+}
+
+MTIImage turned(const MTIImage& image, int degrees) {
+    // Clockwise with y up; written out, since a rotation by cosines would not be exact.
+    switch (degrees) {
+        case 90:
+            return image.imageByApplyingTransform({0, -1, 1, 0, 0, 0}, true);
+        case 180:
+            return image.imageByApplyingTransform({-1, 0, 0, -1, 0, 0}, true);
+        case 270:
+            return image.imageByApplyingTransform({0, 1, -1, 0, 0, 0}, true);
+        default:
+            return image;
+    }
+}
+
+PixelBuffer turnedGray(const PixelBuffer& gray, int degrees) {
+    if (degrees == 0) return gray;
+    const bool onSide = degrees != 180;
+    const int width = onSide ? gray.height() : gray.width(), height = onSide ? gray.width() : gray.height();
+    PixelBuffer result = PixelBuffer::create(PixelFormat::gray8, width, height);
+    const PixelBuffer::Plane &from = gray.plane(0), &to = result.plane(0);
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            const int sourceX = degrees == 90 ? y : degrees == 270 ? height - 1 - y : width - 1 - x;
+            const int sourceY = degrees == 90 ? width - 1 - x : degrees == 270 ? x : height - 1 - y;
+            to.data[std::size_t(y) * to.rowBytes + std::size_t(x)] =
+                from.data[std::size_t(sourceY) * from.rowBytes + std::size_t(sourceX)];
+        }
+    }
+    return result;
+}
+
+PixelBuffer grayFromFrame(const PixelBuffer& frame) {
+    const bool isGray = frame.format() == PixelFormat::gray8;
+    if (isGray) return frame;
+    const bool isRGBA = frame.format() == PixelFormat::rgba8;
+    const bool deep = PixelBuffer::bitDepth(frame.format()) > 8;
+    const bool fullRange = isRGBA || frame.color().fullRange;
+    std::array<std::uint8_t, 256> table{};
+    for (int code = 0; code < 256; ++code) table[std::size_t(code)] = expandedLuma(code, fullRange);
+
+    PixelBuffer gray = PixelBuffer::create(PixelFormat::gray8, frame.width(), frame.height());
+    const PixelBuffer::Plane &from = frame.plane(0), &to = gray.plane(0);
+    for (int y = 0; y < frame.height(); ++y) {
+        const std::uint8_t* source = from.data + std::size_t(y) * from.rowBytes;
+        std::uint8_t* target = to.data + std::size_t(y) * to.rowBytes;
+        for (int x = 0; x < frame.width(); ++x) {
+            const int code = deep     ? (source[2 * x] | source[2 * x + 1] << 8) >> 2
+                             : isRGBA ? source[4 * x]
+                                      : source[x];
+            target[x] = table[std::size_t(std::min(code, 255))];
+        }
+    }
+    return gray;
+}
+
+MaskSource::MaskSource(const std::string& path) {
+    if (path == "-" || isPictureFile(path)) {
+        current_ = SubjectMask::fromBuffer(grayFromPicture(readPicture(path)));
+        return;
+    }
+    frames_ = std::make_unique<ShownFrames>(openClip(path));
+    show(frames_->at(0));
+}
+
+void MaskSource::show(const ClipFrame& frame) {
+    current_ =
+        SubjectMask::fromBuffer(turnedGray(grayFromFrame(frame.pixels), frames_->info().video.rotation));
+    shownTime_ = frame.time;
+}
+
+const SubjectMask& MaskSource::at(double seconds) {
+    if (!frames_) return current_;
+    const ClipFrame& frame = frames_->at(seconds);
+    if (frame.time != shownTime_) show(frame);
+    return current_;
+}
+
+}  // namespace qv::host

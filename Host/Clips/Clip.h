@@ -1,0 +1,92 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "Host/Clips/Timeline.h"
+#include "Platform/Media/ClipReader.h"
+
+/// Clips as the commands read them.
+namespace qv::host {
+
+/// Seconds by which time stamps may be off and still count as reached: half of the coarsest time base in use.
+inline constexpr double kTimeTolerance = 0.0005;
+
+/// Fails as input.
+std::unique_ptr<ClipReader> openClip(const std::string& path, const ClipReaderOptions& options = {});
+
+/// The next frame, or nothing at the end. Fails as input when the clip is damaged.
+std::optional<ClipFrame> readFrame(ClipReader& clip);
+
+/// Seconds of a time stamp of the clip's video.
+double secondsOf(const ClipInfo& info, std::int64_t time);
+
+/// A frame of the clip's kind with nothing on it, for building a graph before there are pixels.
+PixelBuffer blankFrame(const ClipVideoFormat& video);
+
+/// One moment of a clip.
+struct ClipMoment {
+    ClipFrame frame;
+    double seconds = 0;  ///< of the frame, since the clip's first one
+};
+
+/// The frame that is shown `seconds` after the first one. Fails as input when the clip has ended by then.
+ClipMoment momentAt(ClipReader& clip, double seconds);
+
+/// The frames of a clip as they are shown, from its first one on. One thread at a time.
+class ShownFrames {
+  public:
+    /// Fails as input when there is no frame.
+    explicit ShownFrames(std::unique_ptr<ClipReader> clip);
+
+    const ClipInfo& info() const { return clip_->info(); }
+    /// The frame shown `seconds` after the first one; after the end the last. Times must not fall but for
+    /// goTo(). Fails as input.
+    const ClipFrame& at(double seconds);
+    /// The frame where at() stands, and seconds from the first one to it.
+    const ClipFrame& current() const { return current_; }
+    double seconds() const { return secondsOf(info(), current_.time - firstTime_); }
+    /// To the next frame; false at the end. Fails as input.
+    bool advance();
+    /// Makes at() begin there, by a jump. Fails as input.
+    void goTo(double seconds);
+    /// Seconds from the first frame to the end of the last. To be asked at the beginning: where the file does
+    /// not tell, the frames are read. Fails as input.
+    double end();
+    std::int64_t firstTime() const { return firstTime_; }
+    std::shared_ptr<const SourceStreams> streams() const { return clip_->streams(); }
+
+  private:
+    std::unique_ptr<ClipReader> clip_;
+    ClipFrame current_;
+    std::optional<ClipFrame> next_;
+    std::int64_t firstTime_ = 0;
+};
+
+/// The picture turned clockwise by 0, 90, 180 or 270 degrees, pixel for pixel.
+MTIImage turned(const MTIImage& image, int degrees);
+PixelBuffer turnedGray(const PixelBuffer& gray, int degrees);
+
+/// Luma, or red, of a frame as full-range gray8: how a frame is read as a mask.
+PixelBuffer grayFromFrame(const PixelBuffer& frame);
+
+/// The subject's mask along a clip: a picture, or a clip that begins with the masked one. One thread at a
+/// time.
+class MaskSource {
+  public:
+    explicit MaskSource(const std::string& path);
+
+    /// The mask shown `seconds` after the first one; after the end the last. Times must not fall. Fails as
+    /// input.
+    const SubjectMask& at(double seconds);
+
+  private:
+    void show(const ClipFrame& frame);
+
+    std::unique_ptr<ShownFrames> frames_;  ///< nil for a picture
+    std::int64_t shownTime_ = 0;
+    SubjectMask current_;
+};
+
+}  // namespace qv::host

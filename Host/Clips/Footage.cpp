@@ -1,0 +1,52 @@
+#include "Host/Clips/Footage.h"
+
+#include "Host/Clips/PictureFile.h"
+#include "Host/CommandLine/Failure.h"
+
+namespace qv::host {
+
+Footage::Footage(const std::string& path, double stillSeconds, const ClipReaderOptions& options)
+    : path_(path) {
+    if (path == "-" || isPictureFile(path)) {
+        const Bitmap bitmap = readPicture(path);
+        picture_ = MTIImage::imageWithBitmap(bitmap);
+        video_.width = bitmap.width;
+        video_.height = bitmap.height;
+        shape_ = uprightShape(video_);
+        seconds_ = stillSeconds;
+        return;
+    }
+    frames_ = std::make_unique<ShownFrames>(openClip(path, options));
+    const ClipInfo& info = frames_->info();
+    video_ = info.video;
+    shape_ = uprightShape(video_);
+    if (!info.isStillPicture) {
+        seconds_ = frames_->end();
+        return;
+    }
+    seconds_ = stillSeconds;
+    picture_ = turned(MTIImage::imageWithPixelBuffer(frames_->current().pixels), video_.rotation);
+    frames_.reset();
+}
+
+void Footage::goTo(double seconds) {
+    if (frames_) frames_->goTo(seconds);
+}
+
+MTIImage Footage::imageAt(double seconds, const FrameShape& frame, Fit fit) {
+    const MTIImage image =
+        frames_ ? turned(MTIImage::imageWithPixelBuffer(frames_->at(seconds).pixels), video_.rotation)
+                : picture_;
+    return fitted(image, shape_.pixelAspect, frame, fit);
+}
+
+void Footage::render(MTIContext& context, const FrameShape& frame, Fit fit) {
+    if (!picture_) return;
+    std::string cause;
+    const Bitmap bitmap = context.renderToBitmap(imageAt(0, frame, fit), &cause);
+    if (!bitmap) fail(ExitCode::device, "{}", cause);
+    picture_ = MTIImage::imageWithBitmap(bitmap);
+    shape_ = frame;
+}
+
+}  // namespace qv::host

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "Host/Clips/Clip.h"
+#include "Host/Clips/FrameFit.h"
+#include "Platform/ImageGraph/MTIContext.h"
+
+namespace qv::host {
+
+/// What lies on a timeline: a clip, or a picture that stands still. One thread at a time.
+class Footage {
+  public:
+    /// A picture lasts `stillSeconds`. Fails as input.
+    Footage(const std::string& path, double stillSeconds, const ClipReaderOptions& options = {});
+
+    const std::string& path() const { return path_; }
+    bool isPicture() const { return bool(picture_); }
+    const ClipVideoFormat& video() const { return video_; }
+    /// From the first frame to the end of the last.
+    double seconds() const { return seconds_; }
+    /// A clip's frames; nil for a picture.
+    ShownFrames* frames() { return frames_.get(); }
+
+    /// Goes to the frame that is shown `seconds` after the first one. Fails as input.
+    void goTo(double seconds);
+    /// The frame that is shown `seconds` after the first one, upright and fitted into `frame`; after the end
+    /// the last. Times must not fall but for goTo(). Fails as input.
+    MTIImage imageAt(double seconds, const FrameShape& frame, Fit fit);
+    /// Renders a picture into the frame once and for all.
+    void render(MTIContext& context, const FrameShape& frame, Fit fit);
+
+  private:
+    std::string path_;
+    ClipVideoFormat video_;
+    FrameShape shape_;  ///< of the upright images
+    double seconds_ = 0;
+    MTIImage picture_;                     ///< nil for a clip
+    std::unique_ptr<ShownFrames> frames_;  ///< nil for a picture
+};
+
+}  // namespace qv::host

@@ -1,0 +1,141 @@
+#include "Host/Clips/Timeline.h"
+
+#include "Host/CommandLine/Diagnostics.h"
+#include "Host/CommandLine/Failure.h"
+#include "QVFilterCore/QVAIEffectMTIFilter.h"
+#include "QVFilterCore/QVMTITwoInputFilter.h"
+#include "QVFilterCore/QVTransitionMTIFilter.h"
+#include "QVFilterExtension/MTIFilters/QVInterlayerFilter.h"
+
+namespace qv::host {
+
+namespace {
+
+/// One byte of every `step` bytes of each row.
+PixelBuffer grayOf(int width, int height, const std::uint8_t* first, std::size_t rowBytes, int step) {
+    PixelBuffer gray = PixelBuffer::create(PixelFormat::gray8, width, height);
+    for (int y = 0; y < height; ++y) {
+        const std::uint8_t* source = first + std::size_t(y) * rowBytes;
+        std::uint8_t* target = gray.plane(0).data + std::size_t(y) * gray.plane(0).rowBytes;
+        for (int x = 0; x < width; ++x) target[x] = source[x * step];
+    }
+    return gray;
+}
+
+}  // namespace
+
+SubjectMask SubjectMask::fromBuffer(const PixelBuffer& gray) {
+    return {MTIImage::imageWithPixelBuffer(gray, MTIAlphaType::alphaIsOne), gray};
+}
+
+SubjectMask SubjectMask::fromAlpha(const PixelBuffer& frame) {
+    if (frame.format() == PixelFormat::rgba8) {
+        const PixelBuffer::Plane& plane = frame.plane(0);
+        return fromBuffer(grayOf(frame.width(), frame.height(), plane.data + 3, plane.rowBytes, 4));
+    }
+    if (frame.format() == PixelFormat::i420Alpha) {
+        const PixelBuffer::Plane& plane = frame.plane(3);
+        return fromBuffer(grayOf(frame.width(), frame.height(), plane.data, plane.rowBytes, 1));
+    }
+    return {};
+}
+
+SubjectMask SubjectMask::fromAlpha(const Bitmap& picture) {
+    const std::vector<std::uint8_t>& rgba = *picture.pixels;
+    bool opaque = true;
+    for (std::size_t i = 3; i < rgba.size() && opaque; i += 4) opaque = rgba[i] == 255;
+    if (opaque) return {};
+    return fromBuffer(grayOf(picture.width, picture.height, rgba.data() + 3, picture.rowBytes(), 4));
+}
+
+std::vector<std::string_view> inputNames(const QVFilterClass& filterClass) {
+    const bool ofTransition = filterClass.isSubclassOf(QVTransitionMTIFilterClass);
+    std::vector<std::string_view> names{ofTransition ? "inputImage1" : "inputImage"};
+    const QVFilterInputs inputs = filterClass.inputsOrInherited();
+    if (inputs == QVFilterInputs::two) names.push_back("inputImage2");
+    if (inputs == QVFilterInputs::oneAndMask) names.push_back("maskImage");
+    return names;
+}
+
+void setInputs(QVMTIFilter& filter, const FilterInputs& inputs) {
+    if (auto* transition = dynamic_cast<QVTransitionMTIFilter*>(&filter)) {
+        transition->setInputImage1(inputs.first);
+        transition->setInputImage2(inputs.second);
+    }
+    if (auto* oneInput = dynamic_cast<QVMTIOneInputFilter*>(&filter)) oneInput->setInputImage(inputs.first);
+    if (auto* twoInputs = dynamic_cast<QVMTITwoInputFilter*>(&filter))
+        twoInputs->setInputImage2(inputs.second);
+    if (auto* subject = dynamic_cast<QVAIEffectMTIFilter*>(&filter)) {
+        subject->setMaskImage(inputs.mask.image);
+        subject->setMaskPixelBuffer(inputs.mask.buffer);
+        subject->setInputImageOriginalSize(inputs.originalSize);
+    }
+    if (auto* interlayer = dynamic_cast<QVInterlayerFilter*>(&filter)) {
+        interlayer->setMaskImage(inputs.mask.image);
+        interlayer->setInterlayerImage(inputs.second);
+    }
+}
+
+void setUnlessGiven(QVMTIFilter& filter, const EffectChoice& choice, std::string_view name,
+                    const QVPropertyValue& value) {
+    const QVProperty* property = filter.filterClass().property(name);
+    if (property && !choice.sets(name)) property->set(filter, value);
+}
+
+std::string_view timeProperty(const QVFilterClass& filterClass) {
+    return filterClass.property("iTime") ? "iTime" : "time";
+}
+
+std::unique_ptr<QVMTIFilter> makeFilterOnClip(const EffectChoice& choice, const ClipPosition& clip) {
+    const QVFilterClass& filterClass = *choice.filterClass;
+    std::unique_ptr<QVMTIFilter> filter = filterClass.create();
+    if (!filter) fail(ExitCode::internal, "{} cannot be created", filterClass.name);
+    setUnlessGiven(*filter, choice, "effectValue", double(filterClass.defaultStrength()));
+    setUnlessGiven(*filter, choice, "isPhoto", clip.isPhoto);
+    if (clip.startTime) setUnlessGiven(*filter, choice, "startTime", *clip.startTime);
+    if (clip.endTime) setUnlessGiven(*filter, choice, "endTime", *clip.endTime);
+    if (clip.time) setUnlessGiven(*filter, choice, timeProperty(filterClass), *clip.time);
+    for (const auto& [property, value] : choice.settings) property->set(*filter, value);
+    return filter;
+}
+
+EffectChain::EffectChain(std::vector<EffectChoice> choices, const ClipPosition& clip)
+    : isPhoto_(clip.isPhoto) {
+    for (EffectChoice& choice : choices) {
+        std::unique_ptr<QVMTIFilter> filter = makeFilterOnClip(choice, clip);
+        links_.push_back({std::move(choice), std::move(filter)});
+    }
+}
+
+bool EffectChain::needsMask() const {
+    for (const Link& link : links_) {
+        if (link.choice.filterClass->inputsOrInherited() == QVFilterInputs::oneAndMask) return true;
+    }
+    return false;
+}
+
+void EffectChain::moveTo(double seconds) {
+    for (const Link& link : links_) {
+        const QVFilterClass& filterClass = *link.choice.filterClass;
+        if (isPhoto_ && filterClass.photoTimeConst()) continue;
+        setUnlessGiven(*link.filter, link.choice, timeProperty(filterClass), seconds);
+    }
+}
+
+MTIImage EffectChain::outputImage(const FilterInputs& inputs) {
+    if (!inputs.mask && needsMask()) {
+        fail(ExitCode::usage, "a subject effect needs --mask FILE, or an input with an alpha channel");
+    }
+    FilterInputs next = inputs;
+    for (const Link& link : links_) {
+        setInputs(*link.filter, next);
+        next.first = link.filter->outputImage();
+        if (!next.first) {
+            fail(ExitCode::internal, "{} gave no picture{}", link.choice.filterClass->name,
+                 lastLogLineInBrackets());
+        }
+    }
+    return next.first;
+}
+
+}  // namespace qv::host

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "Host/CommandLine/EffectChoice.h"
+#include "Platform/ImageGraph/MTIImage.h"
+#include "Platform/Media/PixelBuffer.h"
+#include "QVFilterCore/QVMTIFilter.h"
+
+/// What an editor does with a filter on its timeline: inputs, strength, times and photo mode.
+namespace qv::host {
+
+/// How long a photo stays on the timeline, seconds: effects that know their clip pass over this.
+inline constexpr double kPhotoSeconds = 3;
+
+/// The clip that a filter lies on, in seconds of `iTime`. What is absent is left at the class's default.
+struct ClipPosition {
+    std::optional<double> time;
+    std::optional<double> startTime, endTime;
+    bool isPhoto = false;
+};
+
+/// The subject of a frame: the mask as an image, and the same in memory (gray8).
+struct SubjectMask {
+    MTIImage image;
+    PixelBuffer buffer;
+
+    explicit operator bool() const { return bool(image); }
+    static SubjectMask fromBuffer(const PixelBuffer& gray);
+    /// Of a frame's or a picture's own alpha; nil for a frame without alpha and an opaque picture.
+    static SubjectMask fromAlpha(const PixelBuffer& frame);
+    static SubjectMask fromAlpha(const Bitmap& picture);
+};
+
+/// Everything that a filter may be given to work on.
+struct FilterInputs {
+    MTIImage first;
+    MTIImage second;  ///< the incoming clip, or the layer that is laid over the first
+    SubjectMask mask;
+    CGSize originalSize;  ///< of the clip's frames
+};
+
+/// Names of the inputs that a class reads, in order: "inputImage", "maskImage" or "inputImage1",
+/// "inputImage2".
+std::vector<std::string_view> inputNames(const QVFilterClass& filterClass);
+/// Hands over the inputs that the filter has.
+void setInputs(QVMTIFilter& filter, const FilterInputs& inputs);
+
+/// Sets a property if the class has it and the user has not given it.
+void setUnlessGiven(QVMTIFilter& filter, const EffectChoice& choice, std::string_view name,
+                    const QVPropertyValue& value);
+/// The property that carries the time: an effect's is `iTime`, a plain filter may have a `time` of its own.
+std::string_view timeProperty(const QVFilterClass& filterClass);
+
+/// A new filter of the choice's class at the class's default strength and the clip's position, then with the
+/// choice's settings in their order.
+std::unique_ptr<QVMTIFilter> makeFilterOnClip(const EffectChoice& choice, const ClipPosition& clip);
+
+/// Effects over one clip, each fed by the one before. Used by one thread at a time.
+class EffectChain {
+  public:
+    EffectChain(std::vector<EffectChoice> choices, const ClipPosition& clip);
+
+    /// Whether a class in the chain cannot work without a mask.
+    bool needsMask() const;
+    /// Moves every filter's time, except where the user set it and where a class lets time stand still on a
+    /// photo.
+    void moveTo(double seconds);
+    /// The picture of the whole chain. Fails when a mask is missing or a filter gives nothing.
+    MTIImage outputImage(const FilterInputs& inputs);
+
+  private:
+    struct Link {
+        EffectChoice choice;
+        std::unique_ptr<QVMTIFilter> filter;
+    };
+    std::vector<Link> links_;
+    bool isPhoto_;
+};
+
+}  // namespace qv::host

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "Host/CommandLine/Failure.h"
+
+/// What the commands' options share: how values are written, and what standard output and existing files
+/// allow.
+namespace qv::host {
+
+class Command;
+class CommandOption;
+class CommandParser;
+
+// Each adds one command to the tool; parsing the command line runs it.
+void addListCommand(CommandParser& tool);
+void addShowCommand(CommandParser& tool);
+void addGraphCommand(CommandParser& tool);
+void addStillCommand(CommandParser& tool);
+void addRenderCommand(CommandParser& tool);
+void addTransitionCommand(CommandParser& tool);
+void addBenchCommand(CommandParser& tool);
+void addSheetCommand(CommandParser& tool);
+void addGalleryCommand(CommandParser& tool);
+void addDevicesCommand(CommandParser& tool);
+
+struct PixelSize {
+    int width = 0, height = 0;
+};
+
+/// "1280x720", sides 1 to kMaximumImageSide. Fails as usage.
+PixelSize parseSize(const std::string& text);
+
+/// Seconds, or [hours:]minutes:seconds. `option` names it in the error. Fails as usage.
+double parseTime(const std::string& option, const std::string& text);
+
+/// Whether `name` matches a pattern with * and ?, or contains it when it has neither; case is ignored.
+bool matchesPattern(std::string_view name, const std::string& pattern);
+
+/// -y and -n: what becomes of an output that exists.
+struct OverwriteOptions {
+    bool yes = false, no = false;
+    void add(const Command& command);
+};
+
+/// Fails unless `path` may be written: it is new, a device, a pipe or "-", or overwriting it was allowed, by
+/// option or by an answer on a terminal. Nothing is opened.
+void checkOutput(const std::string& path, const OverwriteOptions& overwrite);
+
+/// Writes all of `text` to standard output; fails as output when it does not take it.
+void writeStandardOutput(std::string_view text);
+
+/// The option for programs that listings share.
+CommandOption addJSONFlag(const Command& command, bool& json);
+
+}  // namespace qv::host

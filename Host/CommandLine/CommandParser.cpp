@@ -1,0 +1,119 @@
+#include "Host/CommandLine/CommandParser.h"
+
+#include <utility>
+
+#include "Host/CommandLine/Failure.h"
+
+#include <CLI/CLI.hpp>
+
+namespace qv::host {
+
+namespace {
+
+/// Names a mistyped command, which the parser would only call a missing one.
+void requireKnownCommand(const CLI::App& tool, int argc, char** argv) {
+    if (argc < 2 || argv[1][0] == '-') return;
+    const std::string name = argv[1];
+    const auto isCommand = [&](const CLI::App* command) { return command->get_name() == name; };
+    if (!tool.get_subcommands(isCommand).empty()) return;
+    fail(ExitCode::usage, "there is no command '{}'; see {} --help", name, tool.get_name());
+}
+
+}  // namespace
+
+CommandOption CommandOption::required() const {
+    return CommandOption(option_->required());
+}
+
+CommandOption CommandOption::showDefault() const {
+    return CommandOption(option_->capture_default_str());
+}
+
+CommandOption CommandOption::range(int lowest, int highest) const {
+    return CommandOption(option_->check(CLI::Range(lowest, highest)));
+}
+
+CommandOption CommandOption::range(double lowest, double highest) const {
+    return CommandOption(option_->check(CLI::Range(lowest, highest)));
+}
+
+CommandOption CommandOption::aboveZero() const {
+    return CommandOption(option_->check(CLI::PositiveNumber));
+}
+
+CommandOption CommandOption::excludes(CommandOption other) const {
+    return CommandOption(option_->excludes(other.option_));
+}
+
+CommandOption CommandOption::needs(CommandOption other) const {
+    return CommandOption(option_->needs(other.option_));
+}
+
+CommandOption CommandOption::severalValues() const {
+    return CommandOption(option_->allow_extra_args(true));
+}
+
+CommandOption Command::option(const char* names, std::string& value, const char* help) const {
+    return CommandOption(app_->add_option(names, value, help));
+}
+
+CommandOption Command::option(const char* names, int& value, const char* help) const {
+    return CommandOption(app_->add_option(names, value, help));
+}
+
+CommandOption Command::option(const char* names, double& value, const char* help) const {
+    return CommandOption(app_->add_option(names, value, help));
+}
+
+CommandOption Command::option(const char* names, std::optional<double>& value, const char* help) const {
+    return CommandOption(app_->add_option(names, value, help));
+}
+
+CommandOption Command::option(const char* names, std::vector<std::string>& values, const char* help) const {
+    CLI::Option* option = app_->add_option(names, values, help);
+    if (names[0] == '-') option->allow_extra_args(false);
+    return CommandOption(option);
+}
+
+CommandOption Command::flag(const char* names, bool& value, const char* help) const {
+    return CommandOption(app_->add_flag(names, value, help));
+}
+
+CommandOption Command::choice(const char* names, std::function<void(int)> take,
+                              const std::map<std::string, int>& words, const char* help) const {
+    return CommandOption(app_->add_option_function<int>(names, take, help)
+                             ->type_name("ENUM")
+                             ->transform(CLI::CheckedTransformer(words, CLI::ignore_case)));
+}
+
+void Command::setAction(std::function<void()> action) const {
+    app_->callback(std::move(action));
+}
+
+CommandParser::CommandParser(const char* name, const char* description, const char* version,
+                             const char* footer)
+    : app_(std::make_unique<CLI::App>(description, name)), footer_(footer) {
+    app_->set_version_flag("--version", fmt::format("{} {}", name, version));
+    app_->set_help_all_flag("--help-all", "Print the help of every command");
+    app_->require_subcommand(1);
+}
+
+CommandParser::~CommandParser() = default;
+
+Command CommandParser::addCommand(const char* name, const char* help) {
+    return Command(app_->add_subcommand(name, help));
+}
+
+void CommandParser::run(int argc, char** argv) {
+    requireKnownCommand(*app_, argc, argv);
+    app_->footer(footer_);  // now, or the commands would have taken it over
+    try {
+        app_->parse(argc, argv);
+    } catch (const CLI::Success& help) {
+        app_->exit(help);
+    } catch (const CLI::ParseError& error) {
+        fail(ExitCode::usage, "{}; see {} --help", error.what(), app_->get_name());
+    }
+}
+
+}  // namespace qv::host

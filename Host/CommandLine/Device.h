@@ -1,0 +1,28 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "Platform/ImageGraph/MTIContext.h"
+
+namespace qv::host {
+
+class Command;
+
+/// The machine's Vulkan devices. Fails as device when there is no driver.
+std::vector<GraphicsDevice> vulkanDevices();
+
+/// Which device renders, and how.
+struct DeviceOptions {
+    int device = -1;
+    bool validate = false, noFusion = false;
+    void add(const Command& command);
+
+    /// A context, which filters that render by themselves share. Fails as device.
+    std::shared_ptr<MTIContext> makeContext(MTIPixelFormat workingFormat = MTIPixelFormat::rgba8Unorm) const;
+};
+
+/// Fails as internal when the validation layer had anything to say; to be called when all rendering is done.
+void checkValidation(const MTIContext& context);
+
+}  // namespace qv::host

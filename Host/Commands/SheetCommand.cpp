@@ -1,0 +1,95 @@
+#include <algorithm>
+#include <memory>
+#include <optional>
+
+#include "Host/Clips/PictureFile.h"
+#include "Host/CommandLine/CommandLine.h"
+#include "Host/CommandLine/CommandParser.h"
+#include "Host/CommandLine/Device.h"
+#include "Host/CommandLine/Progress.h"
+#include "Host/Sheets/ClassPicture.h"
+#include "Host/Sheets/SamplePicture.h"
+#include "Host/Sheets/SheetLayout.h"
+#include "QVFilterExtension/QVFilterRegistry.h"
+
+namespace qv::host {
+
+namespace {
+
+struct Options {
+    std::string output, input, size = "320x180", only = "*", time;
+    int columns = 4;
+    bool all = false, quiet = false, lines = false;
+    OverwriteOptions overwrite;
+    DeviceOptions device;
+};
+
+/// Pictures are rendered at up to this width and shrunk into their cells, so that blocks and lines keep the
+/// size that they have in a clip.
+constexpr int kRenderWidth = 1280;
+
+/// The picture asked for, or a drawn one, with drawn ones for the other inputs.
+FilterInputs sheetInputs(const Options& options) {
+    const Bitmap picture = options.input.empty() ? Bitmap() : readPicture(options.input);
+    const int width = picture ? std::min(picture.width, kRenderWidth) : kRenderWidth;
+    const int height =
+        picture ? std::max(1, int(double(picture.height) * width / picture.width)) : width * 9 / 16;
+    const CGSize sides{double(width), double(height)};
+    FilterInputs inputs;
+    inputs.first =
+        MTIImage::imageWithBitmap(picture ? picture : samplePicture(width, height, SampleLight::day));
+    if (picture.width > kRenderWidth) inputs.first = inputs.first.resize(sides);
+    inputs.second = MTIImage::imageWithBitmap(samplePicture(width, height, SampleLight::dusk));
+    inputs.mask = SubjectMask::fromBuffer(sampleMask(width, height));
+    inputs.originalSize = sides;
+    return inputs;
+}
+
+void sheet(const Options& options) {
+    const PixelSize cell = parseSize(options.size);
+    const PictureType type = pictureTypeFor(options.output);
+    std::optional<double> time;
+    if (!options.time.empty()) time = parseTime("--time", options.time);
+    checkOutput(options.output, options.overwrite);
+    std::vector<const QVFilterClass*> classes;
+    for (const QVFilterClass* filterClass : allFilterClasses()) {
+        const bool wanted = options.all || filterClass->kindOrInherited() != QVFilterKind::auxiliary;
+        if (wanted && matchesPattern(filterClass->name, options.only)) classes.push_back(filterClass);
+    }
+    if (classes.empty()) fail(ExitCode::usage, "no class matches '{}'", options.only);
+
+    const auto context = options.device.makeContext();
+    const FilterInputs inputs = sheetInputs(options);
+    Progress progress(progressStyle(options.lines, options.quiet), std::int64_t(classes.size()), "classes");
+    SheetGroups groups;
+    std::int64_t done = 0;
+    for (const QVFilterClass* filterClass : classes) {
+        groups[filterClass->categoryOrInherited()].push_back(
+            {std::string(filterClass->name), UIImage(classPicture(*filterClass, inputs, time, *context))});
+        progress.advance(++done, 0);
+    }
+    writePicture(drawSheet(groups, cell, options.columns), options.output, type);
+    progress.finish();
+    checkValidation(*context);
+}
+
+}  // namespace
+
+void addSheetCommand(CommandParser& tool) {
+    const Command command = tool.addCommand("sheet", "Draws every class's picture, labelled, on one sheet");
+    auto options = std::make_shared<Options>();
+    command.option("-o,--output", options->output, "PNG or JPEG file, or -").required();
+    command.option("-i,--input", options->input, "Picture to show the classes on; a drawn one without");
+    command.option("--size", options->size, "Size of a cell").showDefault();
+    command.option("--only", options->only, "Only names that match (* and ?) or contain this");
+    command.option("--time", options->time, "The effects' time, seconds; a telling one by default");
+    command.option("--columns", options->columns, "Cells in a row").showDefault().range(1, 100);
+    command.flag("--all", options->all, "Auxiliary classes too");
+    command.flag("--quiet", options->quiet, "No progress bar");
+    command.flag("--progress", options->lines, "Progress as lines for programs, on standard error");
+    options->overwrite.add(command);
+    options->device.add(command);
+    command.setAction([options] { sheet(*options); });
+}
+
+}  // namespace qv::host

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include "Host/CommandLine/EffectChoice.h"
+#include "Platform/Foundation/CMTime.h"
+#include "QVFilterCore/QVTransitionMTIFilter.h"
+
+namespace qv::host {
+
+/// Reads CLASS:name=value:name=value of a passage from one clip to another. Fails as usage, naming the
+/// closest transitions.
+EffectChoice parseTransition(std::string_view text);
+
+/// A transition where it lies on the timeline. Used by one thread at a time.
+class TransitionFilter {
+  public:
+    /// `range` becomes the filter's time range, unless the user set it.
+    TransitionFilter(EffectChoice choice, CMTimeRange range);
+
+    /// The picture at 0..1 between two frames, with the size of the outgoing one. Fails when the class gives
+    /// none.
+    MTIImage outputImage(const MTIImage& outgoing, const MTIImage& incoming, double progress);
+
+  private:
+    EffectChoice choice_;
+    std::unique_ptr<QVMTIFilter> filter_;
+};
+
+}  // namespace qv::host

@@ -1,0 +1,313 @@
+#include "Platform/Media/Private/VideoEncoder.h"
+
+#include <algorithm>
+#include <string_view>
+
+extern "C" {
+#include <libavutil/opt.h>
+}
+
+#include <fmt/format.h>
+
+namespace qv {
+namespace {
+
+using ffmpeg::rational;
+
+bool isX26x(const AVCodec& codec) {
+    const std::string_view name = codec.name;
+    return name == "libx264" || name == "libx265" || name == "libx264rgb";
+}
+
+/// Asked first, since these encoders complain on the terminal.
+bool isX26xPreset(std::string_view name) {
+    for (std::string_view preset : {"ultrafast", "superfast", "veryfast", "faster", "fast", "medium", "slow",
+                                    "slower", "veryslow", "placebo"}) {
+        if (name == preset) return true;
+    }
+    return false;
+}
+
+/// Whether the encoder itself has an option of this name.
+bool hasOption(const AVCodec& codec, const char* name) {
+    const AVClass* type = codec.priv_class;
+    return type && av_opt_find(&type, name, nullptr, 0, AV_OPT_SEARCH_FAKE_OBJ);
+}
+
+bool takes(const AVCodec& codec, AVPixelFormat format) {
+    if (!codec.pix_fmts) return true;
+    for (const AVPixelFormat* each = codec.pix_fmts; *each != AV_PIX_FMT_NONE; ++each) {
+        if (*each == format) return true;
+    }
+    return false;
+}
+
+std::string namesOf(const AVPixelFormat* formats) {
+    std::string names;
+    for (; *formats != AV_PIX_FMT_NONE; ++formats) {
+        if (const char* name = av_get_pix_fmt_name(*formats)) names += fmt::format(" {}", name);
+    }
+    return names;
+}
+
+/// Times of frames in these can only be multiples of the frame's duration.
+bool countsFrames(const AVCodec& codec) {
+    return codec.supported_framerates || codec.id == AV_CODEC_ID_MPEG4;
+}
+
+}  // namespace
+
+bool VideoEncoder::chooseCodec(const ClipWriterOptions& settings, const AVOutputFormat& container,
+                               std::string& cause) {
+    const auto containerTakes = [&](AVCodecID id) {
+        return avformat_query_codec(&container, id, FF_COMPLIANCE_NORMAL) != 0;
+    };
+    if (!settings.codec.empty()) {
+        codec_ = avcodec_find_encoder_by_name(settings.codec.c_str());
+        if (!codec_ || codec_->type != AVMEDIA_TYPE_VIDEO) {
+            cause = fmt::format("there is no video encoder '{}'", settings.codec);
+            return false;
+        }
+    } else {
+        if (containerTakes(AV_CODEC_ID_H264)) codec_ = avcodec_find_encoder_by_name("libx264");
+        if (!codec_ && container.video_codec != AV_CODEC_ID_NONE) {
+            codec_ = avcodec_find_encoder(container.video_codec);
+        }
+    }
+    if (!codec_ || !containerTakes(codec_->id)) {
+        cause = fmt::format("the container '{}' takes no {} video", container.name,
+                            codec_ ? avcodec_get_name(codec_->id) : "such");
+        return false;
+    }
+    return true;
+}
+
+bool VideoEncoder::choosePixelFormat(const ClipVideoFormat& video, const std::string& wanted,
+                                     std::string& cause) {
+    if (!wanted.empty()) {
+        pixelFormat_ = av_get_pix_fmt(wanted.c_str());
+        if (pixelFormat_ == AV_PIX_FMT_NONE) {
+            cause = fmt::format("there is no pixel format '{}'", wanted);
+            return false;
+        }
+        if (!takes(*codec_, pixelFormat_)) {
+            cause =
+                fmt::format("{} does not take {}, but{}", codec_->name, wanted, namesOf(codec_->pix_fmts));
+            return false;
+        }
+        return true;
+    }
+    AVPixelFormat best = ffmpeg::storedFormat(video.pixelFormat);
+    // Opaque RGB has no format of its own that players like, and grey H.264 neither.
+    const bool awkward = best == AV_PIX_FMT_RGBA || (best == AV_PIX_FMT_GRAY8 && isX26x(*codec_));
+    if (awkward && !video.hasAlpha && takes(*codec_, AV_PIX_FMT_YUV420P)) best = AV_PIX_FMT_YUV420P;
+    if (video.hasAlpha && takes(*codec_, AV_PIX_FMT_YUVA420P)) best = AV_PIX_FMT_YUVA420P;
+    if (!takes(*codec_, best)) {
+        const bool plain = best == AV_PIX_FMT_RGBA && takes(*codec_, AV_PIX_FMT_YUV420P);
+        best = avcodec_find_best_pix_fmt_of_list(codec_->pix_fmts, best, video.hasAlpha, nullptr);
+        const AVPixFmtDescriptor* found = av_pix_fmt_desc_get(best);
+        if (plain && found && !(found->flags & AV_PIX_FMT_FLAG_ALPHA)) best = AV_PIX_FMT_YUV420P;
+    }
+    // These refuse a half chroma sample at the edge.
+    if (isX26x(*codec_) && (video.width % 2 || video.height % 2)) {
+        const AVPixFmtDescriptor* description = av_pix_fmt_desc_get(best);
+        const bool subsampled = description && (description->log2_chroma_w || description->log2_chroma_h);
+        if (subsampled) best = description->comp[0].depth > 8 ? AV_PIX_FMT_YUV444P10LE : AV_PIX_FMT_YUV444P;
+    }
+    pixelFormat_ = best;
+    return true;
+}
+
+void VideoEncoder::describe(const ClipVideoFormat& video, const AVOutputFormat& container) {
+    AVCodecContext& context = *context_;
+    const bool rgb = ffmpeg::isRGB(pixelFormat_);
+    const bool fromYUV = PixelBuffer::isYUV(video.pixelFormat);
+    frameFormat_ = ffmpeg::nearestFormat(pixelFormat_, true);
+    frameColor_ = {video.color.matrix, fromYUV ? video.color.fullRange : false};
+    if (codec_->id == AV_CODEC_ID_MJPEG || frameFormat_ == PixelFormat::gray8) frameColor_.fullRange = true;
+    if (rgb && PixelBuffer::isYUV(frameFormat_)) frameColor_.fullRange = false;
+
+    context.width = video.width;
+    context.height = video.height;
+    context.pix_fmt = pixelFormat_;
+    context.sample_aspect_ratio = rational(video.pixelAspect);
+    const Rational rate = video.averageFrameRate.numerator > 0 ? video.averageFrameRate : video.realFrameRate;
+    if (rate.numerator > 0) context.framerate = rational(rate);
+    timeBase_ = rational(video.timeBase);
+    context.time_base = timeBase_;
+    if (countsFrames(*codec_) && rate.numerator > 0) context.time_base = av_inv_q(rational(rate));
+
+    context.color_primaries = AVColorPrimaries(video.tags.primaries);
+    context.color_trc = AVColorTransferCharacteristic(video.tags.transfer);
+    context.chroma_sample_location = AVChromaLocation(video.tags.chromaLocation);
+    if (rgb) {
+        context.colorspace = AVCOL_SPC_RGB;
+        return;
+    }
+    // A tag stays as it is, also "unspecified", as long as it leads a reader to the matrix that was used.
+    const auto tag = AVColorSpace(video.tags.matrix);
+    const bool tagHolds =
+        fromYUV && tag != AVCOL_SPC_RGB && ffmpeg::matrixOf(tag, video.height) == video.color.matrix;
+    context.colorspace = tagHolds ? tag : ffmpeg::tagOf(video.color.matrix);
+    if (video.tags.rangeIsKnown || frameColor_.fullRange) {
+        context.color_range = frameColor_.fullRange ? AVCOL_RANGE_JPEG : AVCOL_RANGE_MPEG;
+    }
+    const std::string_view name = container.name;
+    // Some players know HEVC in these only by this name.
+    if (codec_->id == AV_CODEC_ID_HEVC && (name == "mp4" || name == "mov")) {
+        context.codec_tag = MKTAG('h', 'v', 'c', '1');
+    }
+}
+
+bool VideoEncoder::setQuality(const ClipWriterOptions& settings, ffmpeg::Dictionary& options,
+                              std::string& cause) {
+    const bool x26x = isX26x(*codec_);
+    const auto require = [&](const char* name) {
+        if (!hasOption(*codec_, name)) cause = fmt::format("{} has no {}", codec_->name, name);
+        return cause.empty();
+    };
+    if (settings.bitRate > 0) context_->bit_rate = settings.bitRate;
+    if (settings.crf) {
+        if (!require("crf")) return false;
+        options.set("crf", fmt::format("{}", *settings.crf));
+    } else if (x26x && settings.bitRate == 0 && !options.has("crf") && !options.has("qp")) {
+        options.set("crf", codec_->id == AV_CODEC_ID_HEVC ? "20" : "18");
+    }
+    if (!settings.preset.empty()) {
+        if (!require("preset")) return false;
+        if (x26x && !isX26xPreset(settings.preset)) {
+            cause = fmt::format("{} has no preset '{}'", codec_->name, settings.preset);
+            return false;
+        }
+        options.set("preset", settings.preset);
+    } else if (x26x && !options.has("preset")) {
+        options.set("preset", "veryfast");
+    }
+    // This one has a log of its own, on the terminal.
+    if (std::string_view(codec_->name) == "libx265") {
+        const AVDictionaryEntry* given = av_dict_get(options.get(), "x265-params", nullptr, 0);
+        options.set("x265-params",
+                    fmt::format("log-level=none{}{}", given ? ":" : "", given ? given->value : ""));
+    }
+    return true;
+}
+
+bool VideoEncoder::open(const ClipVideoFormat& video, const ClipWriterOptions& settings,
+                        const AVOutputFormat& container, ffmpeg::Dictionary& options, std::string& cause) {
+    if (!chooseCodec(settings, container, cause)) return false;
+    if (!choosePixelFormat(video, settings.pixelFormat, cause)) return false;
+    context_.reset(avcodec_alloc_context3(codec_));
+    if (!context_) {
+        cause = "out of memory";
+        return false;
+    }
+    context_->opaque = &messages_;
+    context_->thread_count = settings.threads;
+    if (container.flags & AVFMT_GLOBALHEADER) context_->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
+    describe(video, container);
+    if (!setQuality(settings, options, cause)) return false;
+    const int code = avcodec_open2(context_.get(), codec_, options.address());
+    if (code < 0) cause = fmt::format("{}: {}", codec_->name, messages_.cause(code));
+    return code >= 0 && openFilters(settings.bitstreamFilters, cause);
+}
+
+bool VideoEncoder::openFilters(const std::string& filters, std::string& cause) {
+    if (filters.empty()) return true;
+    AVBSFContext* made = nullptr;
+    int code = av_bsf_list_parse_str(filters.c_str(), &made);
+    filters_.reset(made);
+    if (code >= 0) code = avcodec_parameters_from_context(filters_->par_in, context_.get());
+    if (code >= 0) {
+        filters_->time_base_in = context_->time_base;
+        code = av_bsf_init(filters_.get());
+    }
+    if (code < 0) cause = fmt::format("'{}' cannot filter the bitstream: {}", filters, messages_.cause(code));
+    return code >= 0;
+}
+
+/// The frame as the encoder takes it: the buffer itself where it is of the right kind.
+ffmpeg::Frame VideoEncoder::stored(const PixelBuffer& pixels) {
+    const bool sameColor = !PixelBuffer::isYUV(pixels.format()) || pixels.color() == frameColor_;
+    if (sameColor && ffmpeg::sameLayout(pixelFormat_) == pixels.format()) {
+        ffmpeg::Frame frame = ffmpeg::frameOf(pixels);
+        if (frame) frame->format = pixelFormat_;
+        return frame;
+    }
+    ffmpeg::Frame frame(av_frame_alloc());
+    if (!frame) return nullptr;
+    frame->format = pixelFormat_;
+    frame->width = pixels.width();
+    frame->height = pixels.height();
+    if (av_frame_get_buffer(frame.get(), 0) < 0) return nullptr;
+    if (!scaler_.convert(ffmpeg::pictureOf(pixels), ffmpeg::pictureOf(*frame, frameColor_))) return nullptr;
+    return frame;
+}
+
+bool VideoEncoder::send(const ClipFrame& frame, std::string& cause) {
+    if (frame.pixels.width() != context_->width || frame.pixels.height() != context_->height) {
+        cause = fmt::format("a frame of {}x{} in a clip of {}x{}", frame.pixels.width(),
+                            frame.pixels.height(), context_->width, context_->height);
+        return false;
+    }
+    const std::int64_t time = av_rescale_q(frame.time, timeBase_, context_->time_base);
+    if (lastTime_ != AV_NOPTS_VALUE && time <= lastTime_) {
+        cause = fmt::format("the time stamps of frames do not grow ({} after {})", time, lastTime_);
+        return false;
+    }
+    const ffmpeg::Frame stored = this->stored(frame.pixels);
+    if (!stored) {
+        cause = "a frame cannot be converted for the encoder";
+        return false;
+    }
+    stored->pts = time;
+    stored->sample_aspect_ratio = context_->sample_aspect_ratio;
+    stored->color_range = context_->color_range;
+    stored->colorspace = context_->colorspace;
+    stored->color_primaries = context_->color_primaries;
+    stored->color_trc = context_->color_trc;
+    stored->chroma_location = context_->chroma_sample_location;
+    lastTime_ = time;
+    durations_[time] = av_rescale_q(frame.duration, timeBase_, context_->time_base);
+    messages_.clear();
+    const int code = avcodec_send_frame(context_.get(), stored.get());
+    if (code < 0) cause = fmt::format("{}: {}", codec_->name, messages_.cause(code));
+    return code >= 0;
+}
+
+bool VideoEncoder::sendEnd(std::string& cause) {
+    const int code = avcodec_send_frame(context_.get(), nullptr);
+    if (code < 0) cause = fmt::format("{}: {}", codec_->name, messages_.cause(code));
+    return code >= 0;
+}
+
+bool VideoEncoder::receive(AVPacket& packet, std::string& cause) {
+    if (!filters_) return receiveEncoded(packet, cause);
+    while (true) {
+        int code = av_bsf_receive_packet(filters_.get(), &packet);
+        if (code >= 0) return true;
+        if (code == AVERROR(EAGAIN)) {
+            if (!receiveEncoded(packet, cause)) return false;
+            code = av_bsf_send_packet(filters_.get(), &packet);
+        }
+        if (code < 0) {
+            cause = fmt::format("{}: {}", codec_->name, messages_.cause(code));
+            return false;
+        }
+    }
+}
+
+bool VideoEncoder::receiveEncoded(AVPacket& packet, std::string& cause) {
+    const int code = avcodec_receive_packet(context_.get(), &packet);
+    if (code < 0) {
+        const bool failed = code != AVERROR(EAGAIN) && code != AVERROR_EOF;
+        if (failed) cause = fmt::format("{}: {}", codec_->name, messages_.cause(code));
+        return false;
+    }
+    if (const auto found = durations_.find(packet.pts); found != durations_.end()) {
+        packet.duration = found->second;
+        durations_.erase(found);
+    }
+    return true;
+}
+
+}  // namespace qv

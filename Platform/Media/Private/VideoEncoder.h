@@ -1,0 +1,51 @@
+#pragma once
+
+#include <map>
+#include <string>
+
+#include "Platform/Media/ClipWriter.h"
+#include "Platform/Media/Private/FFmpegSupport.h"
+
+namespace qv {
+
+/// The encoder of a clip's frames.
+class VideoEncoder {
+  public:
+    /// `options` holds the user's further options; those that the encoder takes are removed from it. False
+    /// with the cause on failure.
+    bool open(const ClipVideoFormat& video, const ClipWriterOptions& settings,
+              const AVOutputFormat& container, ffmpeg::Dictionary& options, std::string& cause);
+
+    const AVCodecContext& context() const { return *context_; }
+    PixelFormat frameFormat() const { return frameFormat_; }
+    ColorDescription frameColor() const { return frameColor_; }
+
+    bool send(const ClipFrame& frame, std::string& cause);
+    bool sendEnd(std::string& cause);
+    /// The next packet, with times in the encoder's time base. False when more frames are needed or none are
+    /// left, and on failure, then with the cause.
+    bool receive(AVPacket& packet, std::string& cause);
+
+  private:
+    bool chooseCodec(const ClipWriterOptions& settings, const AVOutputFormat& container, std::string& cause);
+    bool choosePixelFormat(const ClipVideoFormat& video, const std::string& wanted, std::string& cause);
+    void describe(const ClipVideoFormat& video, const AVOutputFormat& container);
+    bool setQuality(const ClipWriterOptions& settings, ffmpeg::Dictionary& options, std::string& cause);
+    bool openFilters(const std::string& filters, std::string& cause);
+    bool receiveEncoded(AVPacket& packet, std::string& cause);
+    ffmpeg::Frame stored(const PixelBuffer& pixels);
+
+    ffmpeg::MessageSink messages_;  // outlives the context that reports to it
+    const AVCodec* codec_ = nullptr;
+    ffmpeg::CodecContext context_;
+    ffmpeg::BitstreamFilter filters_;  ///< nil without any
+    ffmpeg::FrameScaler scaler_;
+    AVRational timeBase_{};  ///< of the frames
+    PixelFormat frameFormat_ = PixelFormat::i420;
+    ColorDescription frameColor_;
+    AVPixelFormat pixelFormat_ = AV_PIX_FMT_NONE;
+    std::int64_t lastTime_ = AV_NOPTS_VALUE;
+    std::map<std::int64_t, std::int64_t> durations_;  ///< by time, of frames that are still in the encoder
+};
+
+}  // namespace qv

@@ -1,0 +1,12 @@
+#include "QVFilterExtension/MTIFilters/Animation/Remain/QVBaseRemainMTIFilter.h"
+
+namespace qv {
+
+extern const QVFilterClass QVRemainWhiteMTIFilterClass;
+const QVFilterClass QVRemainWhiteMTIFilterClass{
+    .name = "QVRemainWhiteMTIFilter",
+    .superclass = &QVBaseRemainMTIFilterClass,
+    .help = "The picture comes out of white, or burns out into it",
+};
+
+}  // namespace qv

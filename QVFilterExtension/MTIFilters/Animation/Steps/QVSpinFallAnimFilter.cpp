@@ -1,0 +1,12 @@
+#include "QVFilterExtension/MTIFilters/Animation/Steps/QVTwoStepsAnimFilter.h"
+
+namespace qv {
+
+extern const QVFilterClass QVSpinFallAnimFilterClass;
+const QVFilterClass QVSpinFallAnimFilterClass{
+    .name = "QVSpinFallAnimFilter",
+    .superclass = &QVTwoStepsAnimFilterClass,
+    .help = "Comes spinning to a rest, then falls out of the frame",
+};
+
+}  // namespace qv

@@ -1,0 +1,12 @@
+#include "QVFilterExtension/MTIFilters/Transition/Glitch/QVGlitchTransitionMTIFilter.h"
+
+namespace qv {
+
+extern const QVFilterClass QVGlitchPixelTransitionMTIFilterClass;
+const QVFilterClass QVGlitchPixelTransitionMTIFilterClass{
+    .name = "QVGlitchPixelTransitionMTIFilter",
+    .superclass = &QVGlitchTransitionMTIFilterClass,
+    .help = "Pixels grow to blocks, which are swapped one after another",
+};
+
+}  // namespace qv
