@@ -28,7 +28,7 @@ const std::shared_ptr<MTIContext>& context() {
 const std::shared_ptr<MTIContext>& plainContext() {
     static const auto shared = [] {
         MTIContextOptions options;
-        options.fusion = false;
+        options.fusion = MTIFusion::off;
         return MTIContext::create(options);
     }();
     return shared;

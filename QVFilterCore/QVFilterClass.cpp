@@ -3,6 +3,7 @@
 #include <array>
 #include <utility>
 
+#include "Platform/Foundation/Log.h"
 #include "QVFilterCore/QVMTIFilter.h"
 #include "QVFilterCore/QVResourceBundle.h"
 
@@ -36,9 +37,14 @@ std::string_view categoryName(QVFilterCategory category) {
     return kNames[std::size_t(category)];
 }
 
-const std::shared_ptr<const MTIRenderPipelineKernel>& QVFilterClass::kernel() const {
-    std::call_once(kernelOnce,
-                   [this] { kernelStore = MTIRenderPipelineKernel::make(fragmentFunctionDescriptor()); });
+std::shared_ptr<const MTIRenderPipelineKernel> QVFilterClass::kernel() const {
+    std::scoped_lock lock(kernelMutex);
+    if (kernelStore) return kernelStore;
+    const MTIFunctionDescriptor wanted = fragmentFunctionDescriptor();
+    if (wanted.libraryURL.empty())
+        logLineOnce("the resource bundle is missing: no effect can be drawn");
+    else
+        kernelStore = MTIRenderPipelineKernel::make(wanted);
     return kernelStore;
 }
 

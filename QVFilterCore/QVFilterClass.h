@@ -86,9 +86,9 @@ struct QVFilterClass {
     std::vector<QVProperty> properties = {};       ///< the class's own; bases add theirs
     std::optional<QVFilterKind> kind = {};         ///< effect, transition, or a part of them
 
-    /// The class's kernel, built on first request and kept: one per class, shared by its instances. Nil when
+    /// The class's kernel, built on first request and kept: one per class, shared by its instances. Nil while
     /// the shader library or the function is missing.
-    const std::shared_ptr<const MTIRenderPipelineKernel>& kernel() const;
+    std::shared_ptr<const MTIRenderPipelineKernel> kernel() const;
     /// The function and the library that the kernel is built from; it need not exist.
     MTIFunctionDescriptor fragmentFunctionDescriptor() const;
 
@@ -112,7 +112,7 @@ struct QVFilterClass {
     QVFilterKind kindOrInherited() const;
 
     /// What `kernel` keeps; of no use to others.
-    mutable std::once_flag kernelOnce = {};
+    mutable std::mutex kernelMutex = {};
     mutable std::shared_ptr<const MTIRenderPipelineKernel> kernelStore = {};
 };
 

@@ -19,7 +19,7 @@ MTIVector QVMTIFilter::rgbVectorFromUIColor(const UIColor& color) {
 
 MTIImage QVMTIFilter::applyKernel(std::vector<MTIImage> inputs, MTIParameters parameters) const {
     if (inputs.empty() || !inputs.front()) return {};
-    const auto& kernel = filterClass().kernel();
+    const auto kernel = filterClass().kernel();
     if (!kernel) return {};
     const CGSize size = inputs.front().size();
     return kernel->applyToInputImages(std::move(inputs), std::move(parameters), size, outputPixelFormat());

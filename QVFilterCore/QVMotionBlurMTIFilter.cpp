@@ -92,7 +92,7 @@ MTIImage QVMotionBlurMTIFilter::outputImage() {
 }
 
 MTIImage QVMotionBlurMTIFilter::applied(const MTIImage& image, CGSize size, MTIParameters parameters) const {
-    const auto& kernel = filterClass().kernel();
+    const auto kernel = filterClass().kernel();
     return kernel ? kernel->applyToInputImages({image}, std::move(parameters), size, outputPixelFormat())
                   : MTIImage();
 }

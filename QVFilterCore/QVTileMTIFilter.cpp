@@ -29,7 +29,7 @@ const QVFilterClass QVTileMTIFilterClass{
 MTIImage QVTileMTIFilter::outputImage() {
     if (!inputImage() || outSize_.width <= 0 || outSize_.height <= 0 || outSize_ == inputImage().size())
         return inputImage();
-    const auto& kernel = filterClass().kernel();
+    const auto kernel = filterClass().kernel();
     return kernel ? kernel->applyToInputImages({inputImage()}, parameters(), outSize_, outputPixelFormat())
                   : MTIImage();
 }

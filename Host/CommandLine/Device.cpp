@@ -25,7 +25,7 @@ std::shared_ptr<MTIContext> DeviceOptions::makeContext(MTIPixelFormat workingFor
     options.deviceIndex = device;
     options.workingPixelFormat = workingFormat;
     options.validation = validate;
-    options.fusion = !noFusion;
+    options.fusion = noFusion ? MTIFusion::off : MTIFusion::beforeFirstFrame;
     std::string cause;
     auto context = MTIContext::create(options, &cause);
     if (!context) fail(ExitCode::device, "{}", cause);

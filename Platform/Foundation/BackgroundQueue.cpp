@@ -4,24 +4,26 @@
 
 namespace qv {
 
-BackgroundQueue::BackgroundQueue() : thread_([this] { run(); }) {}
-
 BackgroundQueue::~BackgroundQueue() {
     {
         std::scoped_lock lock(mutex_);
         stop_ = true;
     }
     wake_.notify_one();
-    thread_.join();
+    if (thread_.joinable()) thread_.join();
 }
 
-void BackgroundQueue::async(std::function<void()> task) {
-    {
+bool BackgroundQueue::async(std::function<void()> task) noexcept {
+    try {
         std::scoped_lock lock(mutex_);
+        if (!thread_.joinable()) thread_ = std::thread([this] { run(); });
         tasks_.push_back(std::move(task));
         ++queued_;
+    } catch (const std::exception&) {
+        return false;
     }
     wake_.notify_one();
+    return true;
 }
 
 void BackgroundQueue::drain() {

@@ -9,17 +9,18 @@
 
 namespace qv {
 
-/// Runs tasks one after another on a thread of its own. Thread-safe; the destructor finishes what was queued.
+/// Runs tasks one after another on a thread of its own, which starts with the first. Thread-safe; the
+/// destructor finishes what was queued.
 class BackgroundQueue {
   public:
-    /// Starts the thread.
-    BackgroundQueue();
+    BackgroundQueue() = default;
     ~BackgroundQueue();
     BackgroundQueue(const BackgroundQueue&) = delete;
     BackgroundQueue& operator=(const BackgroundQueue&) = delete;
 
-    /// Queues a task and returns at once. A task must not throw.
-    void async(std::function<void()> task);
+    /// Queues a task and returns at once. A task must not throw. False, and the task never runs, when there
+    /// is no thread or no memory to be had for it.
+    bool async(std::function<void()> task) noexcept;
     /// Returns when every task queued before the call has run. Not to be called from a task.
     void drain();
 

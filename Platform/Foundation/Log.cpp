@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <mutex>
 #include <string>
+#include <unordered_set>
 #include <utility>
 
 namespace qv {
@@ -41,6 +42,16 @@ void logLine(std::string_view line) {
         text += '\n';
         std::fwrite(text.data(), 1, text.size(), stderr);
     }
+}
+
+void logLineOnce(std::string_view line) {
+    static auto& mutex = *new std::mutex;
+    static auto& sent = *new std::unordered_set<std::string>;
+    {
+        std::scoped_lock lock(mutex);
+        if (!sent.emplace(line).second) return;
+    }
+    logLine(line);
 }
 
 }  // namespace qv

@@ -15,5 +15,7 @@ void setLogSink(LogSink sink);
 /// Sends one line to the sink; line breaks within it become spaces. The library logs only what the host
 /// cannot learn otherwise.
 void logLine(std::string_view line);
+/// The same, unless this line has been sent in this way before: for what is tried again and again.
+void logLineOnce(std::string_view line);
 
 }  // namespace qv

@@ -1,9 +1,33 @@
 #include "Platform/ImageGraph/ImageNode.h"
 
+#include <algorithm>
 #include <cmath>
 #include <unordered_set>
 
 namespace qv {
+
+std::shared_ptr<void> Residence::find(std::uint64_t context, int plane) const {
+    std::scoped_lock lock(mutex_);
+    const auto found = std::ranges::find_if(
+        entries_, [&](const Entry& entry) { return entry.context == context && entry.plane == plane; });
+    return found == entries_.end() ? nullptr : found->texture;
+}
+
+void Residence::add(std::uint64_t context, int plane, std::shared_ptr<void> texture) {
+    std::scoped_lock lock(mutex_);
+    entries_.push_back({context, plane, std::move(texture)});
+}
+
+void Residence::remove(std::uint64_t context) noexcept {
+    for (;;) {
+        std::shared_ptr<void> released;  // without the lock
+        std::scoped_lock lock(mutex_);
+        const auto found = std::ranges::find(entries_, context, &Entry::context);
+        if (found == entries_.end()) return;
+        released = std::move(found->texture);
+        entries_.erase(found);
+    }
+}
 
 bool isVisible(const SpriteInstance& sprite, double frameAspect) {
     if (!sprite.texture || !sprite.texture->bitmap || !(sprite.alpha * sprite.tint.alpha > 0)) return false;

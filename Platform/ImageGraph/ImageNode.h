@@ -68,8 +68,29 @@ struct StockDescription {
     std::vector<std::pair<std::string, std::string>> settings;  ///< name and value
 };
 
+/// The textures that contexts made of a source: each lives as long as the node and the context. Of use to
+/// contexts only. Thread-safe; nothing is called and nothing let go under the lock.
+class Residence {
+  public:
+    /// What the context of this number made of the plane; nil when it has not.
+    std::shared_ptr<void> find(std::uint64_t context, int plane) const;
+    /// Keeps a texture until `remove`, or as long as the node.
+    void add(std::uint64_t context, int plane, std::shared_ptr<void> texture);
+    /// Lets go of all that the context made.
+    void remove(std::uint64_t context) noexcept;
+
+  private:
+    struct Entry {
+        std::uint64_t context;
+        int plane;
+        std::shared_ptr<void> texture;
+    };
+    mutable std::mutex mutex_;
+    std::vector<Entry> entries_;
+};
+
 /// An immutable node of an image graph.
-struct ImageNode {
+struct ImageNode : std::enable_shared_from_this<ImageNode> {
     /// What a node is: a source without inputs, or a pass over its inputs.
     using Operation = std::variant<BitmapSource, PixelBufferSource, VulkanImageSource, ColorSource,
                                    KernelPass, GaussianBlurPass, SpritePass>;
@@ -81,14 +102,7 @@ struct ImageNode {
     MTIAlphaType alphaType = MTIAlphaType::premultiplied;      ///< how its pixels are to be read
     StockDescription stock;                                    ///< empty kind: not made by a stock filter
 
-    /// The texture that a context made of a source, kept for as long as the node. Touched only by the
-    /// context, under the lock.
-    struct Residence {
-        std::mutex mutex;               ///< held while the others are touched
-        std::shared_ptr<void> texture;  ///< nil until a context has made it
-        std::uint64_t context = 0;      ///< number of the context that made it
-    };
-    /// The source's own.
+    /// A source's own.
     mutable Residence residence;
 };
 

@@ -27,6 +27,16 @@ struct GraphicsDevice {
 /// A folder of the library's in $XDG_CACHE_HOME, or in ~/.cache; empty when neither is known.
 std::string defaultShaderCacheDirectory();
 
+/// When passes whose programs can be joined are drawn as one. A joined pass agrees with its plain ones within
+/// one 8-bit step.
+enum class MTIFusion {
+    off,           ///< each pass is drawn by itself; for comparing
+    inBackground,  ///< programs are made beside the renders, from the second frame of a graph on, and its
+                   ///< passes are drawn one by one until then: no frame waits. For previews
+    beforeFirstFrame  ///< a graph's first frame waits for its programs, so that every run gives the same
+                      ///< codes. For exports
+};
+
 /// How a context is made. What stands here is what most hosts want.
 struct MTIContextOptions {
     int deviceIndex = -1;  ///< of `MTIContext::devices`; −1 takes the most capable
@@ -37,9 +47,7 @@ struct MTIContextOptions {
     bool gpuPaths = false;
     bool validation = false;                        ///< load the Khronos validation layer, if it is installed
     std::uint64_t textureBudgetBytes = 512u << 20;  ///< idle textures above this are freed
-    /// Draw several passes as one where their programs can be joined. Off draws each pass by itself; for
-    /// comparing.
-    bool fusion = true;
+    MTIFusion fusion = MTIFusion::inBackground;     ///< when several passes are drawn as one
     /// Where programs that are joined and compiled at run time are kept, for the next process too; any number
     /// of contexts and processes may share it. Empty: nowhere.
     std::string shaderCacheDirectory = defaultShaderCacheDirectory();
@@ -104,9 +112,11 @@ class MTIContext {
     virtual std::vector<float> renderToFloats(const MTIImage& image, std::string* error = nullptr) = 0;
 
     /// Compiles what `image` needs, joined programs included, so that its first render does not stutter:
-    /// takes up to some hundred milliseconds, or next to nothing when all is there. Without it programs are
-    /// joined in the background from the second frame of a graph on, and its passes are drawn one by one
-    /// until then, with the same result.
+    /// takes up to some hundred milliseconds, or next to nothing when all is there. The destination is what
+    /// `startRender` will be given, which decides the last passes; nothing is written into it.
+    virtual void prepare(const MTIImage& image, const PixelBuffer& destination) = 0;
+    virtual void prepare(const MTIImage& image, const MTIVulkanImage& destination) = 0;
+    /// The same for a render to a bitmap, and for one that stays on the device.
     virtual void prepare(const MTIImage& image) = 0;
 
     /// Messages of the validation layer so far; empty without `validation`.

@@ -34,13 +34,13 @@ std::shared_ptr<const MTIRenderPipelineKernel> MTIRenderPipelineKernel::make(
     const auto library = fragment.libraryURL.empty() ? ShaderLibrary::platform()
                                                      : ShaderLibrary::open(fragment.libraryURL, &error);
     if (!library) {
-        logLine(fmt::format("shader function \"{}\": {}", fragment.name, error));
+        logLineOnce(error);  // not each function of the library
         return nullptr;
     }
     auto function = library->function(fragment.name);
     if (!function) {
-        logLine(fmt::format("shader function \"{}\" is not in the library {}", fragment.name,
-                            fragment.libraryURL.empty() ? "of the platform" : fragment.libraryURL));
+        logLineOnce(fmt::format("shader function \"{}\" is not in the library {}", fragment.name,
+                                fragment.libraryURL.empty() ? "of the platform" : fragment.libraryURL));
         return nullptr;
     }
     return std::shared_ptr<const MTIRenderPipelineKernel>(

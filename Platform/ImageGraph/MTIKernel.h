@@ -24,7 +24,8 @@ struct MTIFunctionDescriptor {
 /// threads.
 class MTIRenderPipelineKernel : public std::enable_shared_from_this<MTIRenderPipelineKernel> {
   public:
-    /// Looks the function up. Nil when the library or the function is missing, with one log line naming it.
+    /// Looks the function up. Nil when the library or the function is missing, with one log line naming it,
+    /// the first time.
     static std::shared_ptr<const MTIRenderPipelineKernel> make(const MTIFunctionDescriptor& fragment);
 
     /// What it was made from.

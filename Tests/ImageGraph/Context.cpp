@@ -185,7 +185,7 @@ TEST(Context, ANodeWithTwoReadersRunsOnceAndANilInputIsTransparent) {
     blend.setInputBackgroundImage(copied(shared));
     blend.setInputImage(shared);
     MTIContextOptions options;
-    options.fusion = false;
+    options.fusion = MTIFusion::off;
     const auto context = MTIContext::create(options);
     const auto task = context->startRender(blend.outputImage());
     ASSERT_TRUE(task && task->wait());

@@ -217,7 +217,7 @@ MTIImage videoFrame() {
 }
 
 /// A context of its own that knows no program yet.
-std::shared_ptr<MTIContext> contextWith(bool fusion, bool gpuWays = false,
+std::shared_ptr<MTIContext> contextWith(MTIFusion fusion, bool gpuWays = false,
                                         MTIPixelFormat working = MTIPixelFormat::rgba8Unorm) {
     MTIContextOptions options;
     options.fusion = fusion;
@@ -269,8 +269,8 @@ TEST(PassFusion, ChangesNoPicture) {
                                                     {true, MTIPixelFormat::rgba8Unorm},
                                                     {true, MTIPixelFormat::rgba16Float}};
     for (const auto& [gpuWays, working] : ways) {
-        const auto plain = contextWith(false, gpuWays, working);
-        const auto fused = contextWith(true, gpuWays, working);
+        const auto plain = contextWith(MTIFusion::off, gpuWays, working);
+        const auto fused = contextWith(MTIFusion::inBackground, gpuWays, working);
         ASSERT_TRUE(plain && fused);
         for (std::size_t i = 0; i < graphs.size(); ++i) {
             const MTIImage image = graphs[i](), again = graphs[i]();
@@ -285,7 +285,7 @@ TEST(PassFusion, ChangesNoPicture) {
 }
 
 TEST(PassFusion, DrawsPlainlyUntilTheProgramIsThere) {
-    const auto context = contextWith(true);
+    const auto context = contextWith(MTIFusion::inBackground);
     ASSERT_TRUE(context);
     const auto draw = [&](float gain) { return exposed(faded(photo()), gain); };
     const Bitmap first = context->renderToBitmap(draw(1.5f));
@@ -301,8 +301,30 @@ TEST(PassFusion, DrawsPlainlyUntilTheProgramIsThere) {
         1.01 / 255);
 }
 
+TEST(PassFusion, IsThereBeforeTheFirstFrameWhereThatIsAskedFor) {
+    const auto context = contextWith(MTIFusion::beforeFirstFrame);
+    ASSERT_TRUE(context);
+    EXPECT_EQ(statisticsOf(*context, exposed(faded(photo()))).passes, 1);
+}
+
+TEST(PassFusion, PreparesForTheDestination) {
+    for (const auto& [format, passes] :
+         {std::pair(PixelFormat::i420Bits10, 4), {PixelFormat::nv12, 3}, {PixelFormat::rgba8, 1}}) {
+        const auto context = contextWith(MTIFusion::inBackground, true, MTIPixelFormat::rgba16Float);
+        ASSERT_TRUE(context);
+        const auto buffer = PixelBuffer::create(format, 40, 24);
+        *buffer.plane(0).data = 123;
+        context->prepare(exposed(faded(photo())), buffer);
+        EXPECT_EQ(*buffer.plane(0).data, 123);
+        const auto task = context->startRender(exposed(faded(photo(40, 24, 2))), buffer);
+        ASSERT_TRUE(task && task->wait());
+        EXPECT_EQ(task->statistics().madePipelines, 0) << int(format);
+        EXPECT_EQ(task->statistics().passes, passes) << int(format);
+    }
+}
+
 TEST(PassFusion, MakesNothingForAGraphThatIsKnown) {
-    const auto context = contextWith(true);
+    const auto context = contextWith(MTIFusion::inBackground);
     ASSERT_TRUE(context);
     const auto draw = [&](int i) {
         const float strength = 0.3f + 0.01f * float(i);
@@ -311,7 +333,7 @@ TEST(PassFusion, MakesNothingForAGraphThatIsKnown) {
             withSprite(faded(pass("MTIBrightness", {turned(image)}, {{"brightness", strength}}), strength));
         return pass("MTIBlendOverlay", {image, exposed(photo(40, 24, 1))}, {{"intensity", strength}});
     };
-    EXPECT_GE(statisticsOf(*contextWith(false), draw(0)).passes, 10);
+    EXPECT_GE(statisticsOf(*contextWith(MTIFusion::off), draw(0)).passes, 10);
     context->prepare(draw(0));
     for (int i = 1; i < 5; ++i) context->renderToBitmap(draw(i));  // as many as may be in flight
     const std::uint64_t bytes = context->allocatedBytes();

@@ -12,7 +12,7 @@ namespace {
 MTIContext& plainContext() {
     static const auto context = [] {
         MTIContextOptions options;
-        options.fusion = false;
+        options.fusion = MTIFusion::off;
         return MTIContext::create(options);
     }();
     return *context;

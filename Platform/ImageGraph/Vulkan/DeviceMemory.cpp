@@ -32,12 +32,15 @@ struct MemoryRange::Block {
     void take(VkDeviceSize offset, VkDeviceSize bytes) {
         const auto hole = std::prev(free.upper_bound(offset));
         const VkDeviceSize start = hole->first, end = hole->first + hole->second;
-        free.erase(hole);
-        if (start < offset) free.emplace(start, offset - start);
         if (offset + bytes < end) free.emplace(offset + bytes, end - offset - bytes);
+        if (start < offset)
+            hole->second = offset - start;
+        else
+            free.erase(hole);
     }
 
-    void give(VkDeviceSize offset, VkDeviceSize bytes) {
+    /// When the host's memory has run out, the range may be lost until the block goes.
+    void give(VkDeviceSize offset, VkDeviceSize bytes) noexcept {
         const auto next = free.lower_bound(offset);
         if (next != free.begin()) {
             const auto previous = std::prev(next);
@@ -51,7 +54,10 @@ struct MemoryRange::Block {
             bytes += next->second;
             free.erase(next);
         }
-        free.emplace(offset, bytes);
+        try {
+            free.emplace(offset, bytes);
+        } catch (const std::bad_alloc&) {
+        }
     }
 };
 
@@ -94,7 +100,7 @@ MemoryRange DeviceMemory::allocate(const VkMemoryRequirements& needs, VkMemoryPr
     return {block, block->memory, *offset, needs.size, block->mapped ? block->mapped + *offset : nullptr};
 }
 
-void DeviceMemory::free(const MemoryRange& range) {
+void DeviceMemory::free(const MemoryRange& range) noexcept {
     if (!range.block) return;
     std::scoped_lock lock(mutex_);
     range.block->give(range.offset, range.size);
@@ -107,7 +113,7 @@ void DeviceMemory::free(const MemoryRange& range) {
     if (!spare && range.block->size <= kBlockBytes) return;
     vkFreeMemory(device_.handle(), range.block->memory, nullptr);
     allocatedBytes_ -= range.block->size;
-    blocks_.remove_if([&](const auto& block) { return block.get() == range.block; });
+    std::erase_if(blocks_, [&](const auto& block) { return block.get() == range.block; });
 }
 
 std::uint64_t DeviceMemory::allocatedBytes() const {
@@ -120,11 +126,12 @@ MemoryRange::Block& DeviceMemory::addBlock(VkDeviceSize size, std::uint32_t type
     block->size = size;
     block->type = type;
     block->linear = linear;
+    block->free.emplace(0, size);
+    blocks_.reserve(blocks_.size() + 1);
     VkMemoryAllocateInfo info{VK_STRUCTURE_TYPE_MEMORY_ALLOCATE_INFO};
     info.allocationSize = size;
     info.memoryTypeIndex = type;
-    check(vkAllocateMemory(device_.handle(), &info, nullptr, &block->memory),
-          "cannot allocate texture memory");
+    block->memory = created(vkAllocateMemory, device_.handle(), info, "cannot allocate texture memory");
     if (device_.memoryTypeFlags(type) & VK_MEMORY_PROPERTY_HOST_VISIBLE_BIT) {
         void* mapped = nullptr;
         const VkResult result = vkMapMemory(device_.handle(), block->memory, 0, VK_WHOLE_SIZE, 0, &mapped);
@@ -134,7 +141,6 @@ MemoryRange::Block& DeviceMemory::addBlock(VkDeviceSize size, std::uint32_t type
         }
         block->mapped = static_cast<std::uint8_t*>(mapped);
     }
-    block->free.emplace(0, size);
     allocatedBytes_ += size;
     return *blocks_.emplace_back(std::move(block));
 }

@@ -3,10 +3,10 @@
 #include <vulkan/vulkan.h>
 
 #include <cstdint>
-#include <list>
 #include <map>
 #include <memory>
 #include <mutex>
+#include <vector>
 
 namespace qv {
 
@@ -33,7 +33,7 @@ class DeviceMemory {
     /// Linear and optimal resources never share a block, so that their granularity cannot collide. Throws
     /// VulkanError.
     MemoryRange allocate(const VkMemoryRequirements& needs, VkMemoryPropertyFlags wanted, bool linear);
-    void free(const MemoryRange& range);
+    void free(const MemoryRange& range) noexcept;
 
     /// Bytes taken from the device.
     std::uint64_t allocatedBytes() const;
@@ -43,7 +43,7 @@ class DeviceMemory {
 
     VulkanDevice& device_;
     mutable std::mutex mutex_;
-    std::list<std::unique_ptr<MemoryRange::Block>> blocks_;
+    std::vector<std::unique_ptr<MemoryRange::Block>> blocks_;
     std::uint64_t allocatedBytes_ = 0;
 };
 

@@ -24,20 +24,32 @@ class Frame {
     VkCommandBuffer begin();
     /// Ends the command buffer and submits it as `serial`. Throws VulkanError.
     void submit(std::uint64_t serial, const MTIVulkanSync& sync);
-    /// Gives up what was recorded since `begin`.
-    void abandon();
+    /// Gives up what was recorded since `begin`: it never runs.
+    void abandon() noexcept;
     /// Waits until submission `serial` of this frame has run; at once when the frame has moved on. Throws
-    /// VulkanError.
+    /// VulkanError as long as it has not.
     void wait(std::uint64_t serial);
 
     VkDescriptorSet allocateSet(VkDescriptorSetLayout layout);
+    /// Notes the layout that a texture has after what has been recorded.
+    void setLayout(Texture& texture, VkImageLayout layout);
     /// Milliseconds that the device spent on submission `serial`; 0 when unknown.
     double milliseconds(std::uint64_t serial);
 
+    /// Held until the frame has run.
     std::vector<std::shared_ptr<void>> keepAlive;
 
   private:
-    void finish();
+    /// A layout that a texture goes back to when the frame is given up.
+    struct LayoutBefore {
+        Texture* texture;
+        VkImageLayout layout;
+    };
+
+    void create();
+    void destroy();
+    /// Waits for what runs, under the lock, and returns what was kept alive for it.
+    std::vector<std::shared_ptr<void>> finish();
 
     DeviceResources& resources_;
     VkCommandPool commandPool_ = VK_NULL_HANDLE;
@@ -46,9 +58,10 @@ class Frame {
     VkQueryPool queries_ = VK_NULL_HANDLE;
     std::vector<VkDescriptorPool> descriptorPools_;
     std::size_t currentPool_ = 0;
+    std::vector<LayoutBefore> layoutsBefore_;
 
-    std::mutex mutex_;  ///< guards what follows, against waiters
-    std::uint64_t running_ = 0, finished_ = 0;
+    std::mutex mutex_;                          ///< guards what follows, against waiters
+    std::uint64_t running_ = 0, finished_ = 0;  ///< serials; a frame runs one at a time, in ascending order
     double finishedMilliseconds_ = 0;
 };
 

@@ -10,46 +10,65 @@
 namespace qv {
 
 /// Host-visible buffers for reuse. A buffer comes back when its last holder lets go; whoever lets the device
-/// use one holds it until the device is done.
+/// use one holds it until the device is done. Idle ones above the budget are freed, the longest unused first.
 class HostBufferPool : public std::enable_shared_from_this<HostBufferPool> {
   public:
-    explicit HostBufferPool(std::shared_ptr<DeviceResources> resources) : resources_(std::move(resources)) {}
+    HostBufferPool(std::shared_ptr<DeviceResources> resources, std::uint64_t budgetBytes)
+        : resources_(std::move(resources)), budgetBytes_(budgetBytes) {}
 
     /// At least `size` bytes.
     std::shared_ptr<HostBuffer> acquire(VkDeviceSize size, bool readBack = false) {
         size = (size + kGranularity - 1) / kGranularity * kGranularity;
-        auto& idle = readBack ? idleReadBacks_ : idle_;
-        std::unique_ptr<HostBuffer> buffer;
+        List one;
         {
             std::scoped_lock lock(mutex_);
-            const auto found =
-                std::find_if(idle.begin(), idle.end(), [&](auto& b) { return b->size() == size; });
-            if (found != idle.end()) {
-                buffer = std::move(*found);
-                idle.erase(found);
+            const auto found = std::find_if(idle_.begin(), idle_.end(), [&](const Entry& entry) {
+                return entry.buffer->size() == size && entry.readBack == readBack;
+            });
+            if (found != idle_.end()) {
+                one.splice(one.end(), idle_, found);
+                idleBytes_ -= size;
             }
         }
-        if (!buffer) {
-            buffer = std::make_unique<HostBuffer>(*resources_, size,
-                                                  VK_BUFFER_USAGE_TRANSFER_SRC_BIT |
-                                                      VK_BUFFER_USAGE_TRANSFER_DST_BIT |
-                                                      VK_BUFFER_USAGE_VERTEX_BUFFER_BIT,
-                                                  readBack);
+        if (one.empty()) {
+            one.push_back({std::make_unique<HostBuffer>(*resources_, size,
+                                                        VK_BUFFER_USAGE_TRANSFER_SRC_BIT |
+                                                            VK_BUFFER_USAGE_TRANSFER_DST_BIT |
+                                                            VK_BUFFER_USAGE_VERTEX_BUFFER_BIT,
+                                                        readBack),
+                           readBack});
         }
-        return {buffer.release(), [pool = shared_from_this(), &idle](HostBuffer* returned) {
-                    std::scoped_lock lock(pool->mutex_);
-                    idle.emplace_front(returned);
-                    if (idle.size() > kMostIdle) idle.pop_back();
+        HostBuffer* const buffer = one.front().buffer.get();
+        return {buffer, [pool = shared_from_this(), one = std::move(one)](HostBuffer*) mutable {
+                    pool->giveBack(one);
                 }};
     }
 
   private:
     static constexpr VkDeviceSize kGranularity = 4096;
-    static constexpr std::size_t kMostIdle = 12;
+
+    struct Entry {
+        std::unique_ptr<HostBuffer> buffer;
+        bool readBack;
+    };
+    /// A buffer keeps its place in a list while it is out, so that coming back takes no memory.
+    using List = std::list<Entry>;
+
+    void giveBack(List& one) noexcept {
+        std::scoped_lock lock(mutex_);
+        idleBytes_ += one.front().buffer->size();
+        idle_.splice(idle_.begin(), one);
+        while (idleBytes_ > budgetBytes_) {
+            idleBytes_ -= idle_.back().buffer->size();
+            idle_.pop_back();
+        }
+    }
 
     std::shared_ptr<DeviceResources> resources_;
+    const std::uint64_t budgetBytes_;
     std::mutex mutex_;
-    std::list<std::unique_ptr<HostBuffer>> idle_, idleReadBacks_;
+    List idle_;  ///< most recently returned first
+    std::uint64_t idleBytes_ = 0;
 };
 
 }  // namespace qv

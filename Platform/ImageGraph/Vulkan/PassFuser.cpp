@@ -36,10 +36,19 @@ std::optional<PlanPass> PassFuser::passFor(const RenderPlan& plan, const FusedPa
         return pass;
     }
     pass.sprites.clear();  // the graph's own
-    Request request{fused.shape, std::move(pass), format};
-    if (isWanted(request.hash()))
-        queue_.async([this, request = std::move(request)]() mutable { make(std::move(request)); });
+    ask({fused.shape, std::move(pass), format});
     return {};
+}
+
+void PassFuser::ask(Request request) {
+    const std::size_t hash = request.hash();
+    if (!isWanted(hash)) return;
+    try {
+        const auto shared = std::make_shared<const Request>(std::move(request));
+        if (queue_.async([this, shared] { make(*shared); })) return;
+    } catch (const std::bad_alloc&) {
+    }
+    forget(hash);  // so that a later frame asks again
 }
 
 bool PassFuser::isWanted(std::size_t hash) {
@@ -49,19 +58,25 @@ bool PassFuser::isWanted(std::size_t hash) {
     return making_.insert(hash).second;
 }
 
-void PassFuser::make(Request request) {
-    if (stop_) return;
-    const std::size_t hash = request.hash();
-    try {
-        request.pass.function = programs_.make(request.shape);
-        if (request.pass.function) pipelines_.fullScreen(request.pass, request.format);
-    } catch (const std::exception& failure) {
-        // The plain passes go on drawing, and it is not tried again.
-        logLine(request.shape.name() + ": " + failure.what());
-        return;
-    }
+void PassFuser::forget(std::size_t hash) noexcept {
     std::scoped_lock lock(mutex_);
     making_.erase(hash);
+}
+
+void PassFuser::make(const Request& request) noexcept {
+    if (stop_) return;
+    try {
+        PlanPass pass = request.pass;
+        pass.function = programs_.make(request.shape);
+        if (pass.function) pipelines_.fullScreen(pass, request.format);
+        forget(request.hash());
+    } catch (const std::exception& failure) {
+        // The plain passes go on drawing, and it is not tried again.
+        try {
+            logLine(request.shape.name() + ": " + failure.what());
+        } catch (const std::bad_alloc&) {
+        }
+    }
 }
 
 }  // namespace qv

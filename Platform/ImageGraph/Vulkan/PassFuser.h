@@ -15,8 +15,8 @@
 namespace qv {
 
 /// Fuses the passes of plans as far as their programs and pipelines are there, and makes those that are not,
-/// off the render thread. What is asked for once only is not worth it: making begins at the second frame of a
-/// shape. Thread-safe.
+/// at once or off the render thread. There what is asked for once only is not worth it: making begins at the
+/// second frame of a shape. Thread-safe.
 class PassFuser {
   public:
     PassFuser(PipelineStore& pipelines, std::string cacheDirectory)
@@ -43,9 +43,12 @@ class PassFuser {
 
     /// The pass that is ready to draw; nothing when it is not.
     std::optional<PlanPass> passFor(const RenderPlan& plan, const FusedPass& fused, Missing missing);
-    void make(Request request);
+    /// Puts the request on the queue when it is made often enough.
+    void ask(Request request);
+    void make(const Request& request) noexcept;
     /// Remembers the request; true from the second time on, until `make` has been asked for it.
     bool isWanted(std::size_t hash);
+    void forget(std::size_t hash) noexcept;
 
     static constexpr std::size_t kMostRemembered = 1024;
 
@@ -53,7 +56,7 @@ class PassFuser {
     FusedShaderStore programs_;
     std::mutex mutex_;                        ///< guards the sets
     std::unordered_set<std::size_t> seen_;    ///< hashes of requests, since it was last full
-    std::unordered_set<std::size_t> making_;  ///< hashes of requests on the queue
+    std::unordered_set<std::size_t> making_;  ///< hashes of requests on the queue, or that failed
     std::atomic<bool> stop_{false};
     BackgroundQueue queue_;  ///< last: its tasks use all that is above
 };

@@ -23,7 +23,7 @@ class Module {
         VkShaderModuleCreateInfo info{VK_STRUCTURE_TYPE_SHADER_MODULE_CREATE_INFO};
         info.codeSize = function.code.size() * sizeof(std::uint32_t);
         info.pCode = function.code.data();
-        check(vkCreateShaderModule(device, &info, nullptr, &handle_), "cannot load a shader");
+        handle_ = created(vkCreateShaderModule, device, info, "cannot load a shader");
     }
     ~Module() { vkDestroyShaderModule(device_, handle_, nullptr); }
     Module(const Module&) = delete;
@@ -61,9 +61,8 @@ VkDescriptorSetLayout PipelineStore::setLayout(std::size_t inputs) {
     VkDescriptorSetLayoutCreateInfo info{VK_STRUCTURE_TYPE_DESCRIPTOR_SET_LAYOUT_CREATE_INFO};
     info.bindingCount = std::uint32_t(inputs);
     info.pBindings = bindings.data();
-    check(vkCreateDescriptorSetLayout(resources_.device.handle(), &info, nullptr, &layout),
-          "cannot create a layout");
-    return layout;
+    return layout = created(vkCreateDescriptorSetLayout, resources_.device.handle(), info,
+                            "cannot create a layout");
 }
 
 VkPipelineLayout PipelineStore::pipelineLayout(std::size_t inputs, std::uint32_t slots) {
@@ -77,9 +76,8 @@ VkPipelineLayout PipelineStore::pipelineLayout(std::size_t inputs, std::uint32_t
     info.pSetLayouts = &set;
     info.pushConstantRangeCount = slots ? 1 : 0;
     info.pPushConstantRanges = &words;
-    check(vkCreatePipelineLayout(resources_.device.handle(), &info, nullptr, &layout),
-          "cannot create a layout");
-    return layout;
+    return layout =
+               created(vkCreatePipelineLayout, resources_.device.handle(), info, "cannot create a layout");
 }
 
 bool PipelineStore::hasFullScreen(const PlanPass& pass, TextureFormat format) {
@@ -87,19 +85,26 @@ bool PipelineStore::hasFullScreen(const PlanPass& pass, TextureFormat format) {
     return fullScreen_.contains(Key{pass.function.get(), pass.selectors, pass.resampled, format});
 }
 
-Pipeline& PipelineStore::fullScreen(const PlanPass& pass, TextureFormat format) {
-    Key key{pass.function.get(), pass.selectors, pass.resampled, format};
+template <typename Which, typename Make>
+Pipeline& PipelineStore::findOrMake(std::map<Which, Pipeline>& pipelines, const Which& which, Make make) {
     {
         std::scoped_lock lock(mutex_);
-        if (const auto found = fullScreen_.find(key); found != fullScreen_.end()) return found->second;
+        if (const auto found = pipelines.find(which); found != pipelines.end()) return found->second;
     }
-    Pipeline pipeline = make(pass, format);  // unlocked: it may take long
+    std::map<Which, Pipeline> made;  // its place comes first: putting it there then needs no memory
+    Pipeline& pipeline = made[which];
+    pipeline = make();  // unlocked: it may take long
     std::scoped_lock lock(mutex_);
     pipeline.lastUse = currentSerial_;
-    const auto [place, isNew] = fullScreen_.try_emplace(std::move(key), pipeline);
-    if (!isNew)
-        vkDestroyPipeline(resources_.device.handle(), pipeline.handle, nullptr);  // another was faster
-    return place->second;
+    const auto place = pipelines.insert(made.extract(made.begin()));
+    if (!place.inserted)  // another thread was faster
+        vkDestroyPipeline(resources_.device.handle(), place.node.mapped().handle, nullptr);
+    return place.position->second;
+}
+
+Pipeline& PipelineStore::fullScreen(const PlanPass& pass, TextureFormat format) {
+    return findOrMake(fullScreen_, Key{pass.function.get(), pass.selectors, pass.resampled, format},
+                      [&] { return make(pass, format); });
 }
 
 Pipeline PipelineStore::make(const PlanPass& pass, TextureFormat format) {
@@ -125,19 +130,14 @@ Pipeline PipelineStore::make(const PlanPass& pass, TextureFormat format) {
 }
 
 const Pipeline& PipelineStore::sprites(TextureFormat format) {
-    {
-        std::scoped_lock lock(mutex_);
-        if (const auto found = sprites_.find(format); found != sprites_.end()) return found->second;
-    }
-    Pipeline pipeline;
-    pipeline.layout = pipelineLayout(1, 0);
-    pipeline.setLayout = setLayout(1);
-    pipeline.handle = makePipeline({&stockStage("sprite.vert")}, {&stockStage("sprite.frag")},
-                                   pipeline.layout, format, true);
-    std::scoped_lock lock(mutex_);
-    const auto [place, isNew] = sprites_.try_emplace(format, pipeline);
-    if (!isNew) vkDestroyPipeline(resources_.device.handle(), pipeline.handle, nullptr);
-    return place->second;
+    return findOrMake(sprites_, format, [&] {
+        Pipeline pipeline;
+        pipeline.layout = pipelineLayout(1, 0);
+        pipeline.setLayout = setLayout(1);
+        pipeline.handle = makePipeline({&stockStage("sprite.vert")}, {&stockStage("sprite.frag")},
+                                       pipeline.layout, format, true);
+        return pipeline;
+    });
 }
 
 void PipelineStore::trim(std::uint64_t currentSerial) {

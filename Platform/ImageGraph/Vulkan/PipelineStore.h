@@ -59,6 +59,8 @@ class PipelineStore {
         const VkSpecializationInfo* specialization = nullptr;
     };
 
+    template <typename Which, typename Make>
+    Pipeline& findOrMake(std::map<Which, Pipeline>& pipelines, const Which& which, Make make);
     Pipeline make(const PlanPass& pass, TextureFormat format);
     VkDescriptorSetLayout setLayout(std::size_t inputs);
     VkPipelineLayout pipelineLayout(std::size_t inputs, std::uint32_t slots);

@@ -27,12 +27,15 @@ void barrier(VkCommandBuffer commands, VkImage image, VkImageLayout from, VkImag
 }
 
 /// Makes a page ready to be copied to; a new one becomes transparent.
-void beginWriting(Texture& page, VkCommandBuffer commands) {
+void beginWriting(Texture& page, VkCommandBuffer commands, Frame& frame) {
     const bool fresh = page.layout == VK_IMAGE_LAYOUT_UNDEFINED;
+    // A new page may have been another frame's target.
     barrier(commands, page.image(), page.layout, VK_IMAGE_LAYOUT_TRANSFER_DST_OPTIMAL,
-            VK_PIPELINE_STAGE_FRAGMENT_SHADER_BIT | VK_PIPELINE_STAGE_TRANSFER_BIT,
-            VK_ACCESS_TRANSFER_WRITE_BIT, VK_PIPELINE_STAGE_TRANSFER_BIT, VK_ACCESS_TRANSFER_WRITE_BIT);
-    page.layout = VK_IMAGE_LAYOUT_TRANSFER_DST_OPTIMAL;
+            VK_PIPELINE_STAGE_FRAGMENT_SHADER_BIT | VK_PIPELINE_STAGE_COLOR_ATTACHMENT_OUTPUT_BIT |
+                VK_PIPELINE_STAGE_TRANSFER_BIT,
+            VK_ACCESS_COLOR_ATTACHMENT_WRITE_BIT | VK_ACCESS_TRANSFER_WRITE_BIT,
+            VK_PIPELINE_STAGE_TRANSFER_BIT, VK_ACCESS_TRANSFER_WRITE_BIT);
+    frame.setLayout(page, VK_IMAGE_LAYOUT_TRANSFER_DST_OPTIMAL);
     if (!fresh) return;
     const VkClearColorValue clear{};
     const VkImageSubresourceRange all{VK_IMAGE_ASPECT_COLOR_BIT, 0, 1, 0, 1};
@@ -41,11 +44,11 @@ void beginWriting(Texture& page, VkCommandBuffer commands) {
             VK_ACCESS_TRANSFER_WRITE_BIT, VK_PIPELINE_STAGE_TRANSFER_BIT, VK_ACCESS_TRANSFER_WRITE_BIT);
 }
 
-void endWriting(Texture& page, VkCommandBuffer commands) {
+void endWriting(Texture& page, VkCommandBuffer commands, Frame& frame) {
     barrier(commands, page.image(), page.layout, VK_IMAGE_LAYOUT_SHADER_READ_ONLY_OPTIMAL,
             VK_PIPELINE_STAGE_TRANSFER_BIT, VK_ACCESS_TRANSFER_WRITE_BIT,
             VK_PIPELINE_STAGE_FRAGMENT_SHADER_BIT, VK_ACCESS_SHADER_READ_BIT);
-    page.layout = VK_IMAGE_LAYOUT_SHADER_READ_ONLY_OPTIMAL;
+    frame.setLayout(page, VK_IMAGE_LAYOUT_SHADER_READ_ONLY_OPTIMAL);
 }
 
 /// The outline as it is drawn: wider by the pixels of the frame and of the picture that its edge is spread
@@ -92,8 +95,13 @@ SpriteAtlas::Place SpriteAtlas::reserve(int width, int height) {
     return {0, 0};
 }
 
-const SpriteAtlas::Entry& SpriteAtlas::entry(const Bitmap& bitmap, VkCommandBuffer commands,
-                                             std::vector<std::shared_ptr<void>>& keepAlive) {
+void SpriteAtlas::abandon() noexcept {
+    if (!std::exchange(hasUploads_, false)) return;
+    pages_.clear();
+    entries_.clear();
+}
+
+const SpriteAtlas::Entry& SpriteAtlas::entry(const Bitmap& bitmap, VkCommandBuffer commands, Frame& frame) {
     const void* key = bitmap.pixels.get();
     if (const auto found = entries_.find(key); found != entries_.end()) {
         // The address of freed pixels may come back as another picture's.
@@ -117,6 +125,7 @@ const SpriteAtlas::Entry& SpriteAtlas::entry(const Bitmap& bitmap, VkCommandBuff
         const bool goDown = isWide == (i == 0);
         (goDown ? next.y : next.x) += (goDown ? level.height : level.width) + kGap;
     }
+    hasUploads_ = true;
     const Place place = reserve(cellWidth, cellHeight);
     entry.page = pages_.back().texture;
 
@@ -136,23 +145,23 @@ const SpriteAtlas::Entry& SpriteAtlas::entry(const Bitmap& bitmap, VkCommandBuff
         copies.push_back(copy);
         offset += level.bytes.size();
     }
-    beginWriting(*entry.page, commands);
+    frame.keepAlive.push_back(staging);
+    beginWriting(*entry.page, commands, frame);
     vkCmdCopyBufferToImage(commands, staging->handle(), entry.page->image(), entry.page->layout,
                            std::uint32_t(copies.size()), copies.data());
-    endWriting(*entry.page, commands);
-    keepAlive.push_back(staging);
+    endWriting(*entry.page, commands, frame);
     return entries_.emplace(key, std::move(entry)).first->second;
 }
 
 std::vector<SpriteRun> SpriteAtlas::layOut(std::span<const SpriteInstance> sprites, int width, int height,
                                            std::vector<SpriteVertexData>& vertices, VkCommandBuffer commands,
-                                           std::vector<std::shared_ptr<void>>& keepAlive) {
+                                           Frame& frame) {
     std::vector<SpriteRun> runs;
     const double ratio = double(width) / double(height);
     for (const SpriteInstance& sprite : sprites) {
         if (!isVisible(sprite, 1 / ratio)) continue;
         const CGAffineTransform& t = sprite.transform;
-        const Entry& source = entry(sprite.texture->bitmap, commands, keepAlive);
+        const Entry& source = entry(sprite.texture->bitmap, commands, frame);
         if (source.outline.isEmpty()) continue;
 
         const double aspect = double(source.height) / double(source.width);

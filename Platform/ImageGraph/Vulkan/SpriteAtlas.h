@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Platform/ImageGraph/ImageNode.h"
+#include "Platform/ImageGraph/Vulkan/Frame.h"
 #include "Platform/ImageGraph/Vulkan/SpritePicture.h"
 #include "Platform/ImageGraph/Vulkan/Texture.h"
 
@@ -42,11 +43,15 @@ class SpriteAtlas {
         : resources_(resources), pool_(std::move(pool)) {}
 
     /// Fills `vertices` for the sprites of a frame of the given size and returns the draws; sprites that
-    /// cannot be seen are left out. Uploads of new textures are recorded into `commands` and their staging
-    /// memory is added to `keepAlive`.
+    /// cannot be seen are left out. Uploads of new textures are recorded into `commands` of `frame`, which
+    /// keeps their staging memory alive; `keep` or `abandon` follows.
     std::vector<SpriteRun> layOut(std::span<const SpriteInstance> sprites, int width, int height,
                                   std::vector<SpriteVertexData>& vertices, VkCommandBuffer commands,
-                                  std::vector<std::shared_ptr<void>>& keepAlive);
+                                  Frame& frame);
+    /// The frame was submitted: what it uploaded is there for the next ones.
+    void keep() noexcept { hasUploads_ = false; }
+    /// The frame was given up; if it uploaded anything, the atlas begins anew.
+    void abandon() noexcept;
 
   private:
     struct Place {
@@ -64,8 +69,7 @@ class SpriteAtlas {
         SpriteOutline outline;
     };
 
-    const Entry& entry(const Bitmap& bitmap, VkCommandBuffer commands,
-                       std::vector<std::shared_ptr<void>>& keepAlive);
+    const Entry& entry(const Bitmap& bitmap, VkCommandBuffer commands, Frame& frame);
     /// Reserves a rectangle of pixels on the last page, or on a new one.
     Place reserve(int width, int height);
 
@@ -73,6 +77,7 @@ class SpriteAtlas {
     std::shared_ptr<TexturePool> pool_;
     std::vector<Page> pages_;
     std::unordered_map<const void*, Entry> entries_;
+    bool hasUploads_ = false;  ///< recorded, but not known to be submitted
 };
 
 }  // namespace qv

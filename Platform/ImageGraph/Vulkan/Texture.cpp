@@ -35,9 +35,7 @@ VkSampler makeSampler(VkDevice device) {
     VkSamplerCreateInfo info{VK_STRUCTURE_TYPE_SAMPLER_CREATE_INFO};
     info.magFilter = info.minFilter = VK_FILTER_LINEAR;
     info.addressModeU = info.addressModeV = info.addressModeW = VK_SAMPLER_ADDRESS_MODE_CLAMP_TO_EDGE;
-    VkSampler sampler = VK_NULL_HANDLE;
-    check(vkCreateSampler(device, &info, nullptr, &sampler), "cannot create a sampler");
-    return sampler;
+    return created(vkCreateSampler, device, info, "cannot create a sampler");
 }
 
 bool supportsHostTextures(VulkanDevice& device) {
@@ -141,19 +139,18 @@ VkRenderPass DeviceResources::renderPass(TextureFormat format, TargetUse use) {
     info.pSubpasses = &subpass;
     info.dependencyCount = 2;
     info.pDependencies = dependencies;
-    check(vkCreateRenderPass(device.handle(), &info, nullptr, &pass), "cannot create a render pass");
-    return pass;
+    return pass = created(vkCreateRenderPass, device.handle(), info, "cannot create a render pass");
 }
 
 Texture::Texture(DeviceResources& resources, const TextureKey& key) : resources_(resources), key_(key) {
     try {
         create();
         createView();
+        resources_.add(*this);
     } catch (...) {
         destroy();
         throw;
     }
-    resources_.add(*this);
 }
 
 Texture::Texture(DeviceResources& resources, const TextureKey& key, const MTIVulkanImage& host)
@@ -163,8 +160,13 @@ Texture::Texture(DeviceResources& resources, const TextureKey& key, const MTIVul
       hostOwner_(host.owner),
       isHosts_(true),
       image_(host.image) {
-    createView();
-    resources_.add(*this);
+    try {
+        createView();
+        resources_.add(*this);
+    } catch (...) {
+        destroy();
+        throw;
+    }
 }
 
 Texture::~Texture() {
@@ -190,7 +192,7 @@ void Texture::create() {
         throw VulkanError("the picture is larger than the device's limit of " + std::to_string(largest) +
                           " pixels a side");
     }
-    check(vkCreateImage(device, &info, nullptr, &image_), "cannot create a texture");
+    image_ = created(vkCreateImage, device, info, "cannot create a texture");
 
     VkMemoryRequirements needs;
     vkGetImageMemoryRequirements(device, image_, &needs);
@@ -213,8 +215,7 @@ void Texture::createView() {
     info.viewType = VK_IMAGE_VIEW_TYPE_2D;
     info.format = vulkanFormat(key_.format);
     info.subresourceRange = {VK_IMAGE_ASPECT_COLOR_BIT, 0, 1, 0, 1};
-    check(vkCreateImageView(resources_.device.handle(), &info, nullptr, &view_),
-          "cannot create a texture view");
+    view_ = created(vkCreateImageView, resources_.device.handle(), info, "cannot create a texture view");
 }
 
 VkFramebuffer Texture::framebuffer() {
@@ -227,8 +228,8 @@ VkFramebuffer Texture::framebuffer() {
     info.width = std::uint32_t(key_.width);
     info.height = std::uint32_t(key_.height);
     info.layers = 1;
-    check(vkCreateFramebuffer(resources_.device.handle(), &info, nullptr, &framebuffer_),
-          "cannot create a framebuffer");
+    framebuffer_ =
+        created(vkCreateFramebuffer, resources_.device.handle(), info, "cannot create a framebuffer");
     return framebuffer_;
 }
 
@@ -238,11 +239,10 @@ void Texture::destroy() {
     vkDestroyImageView(device, view_, nullptr);
     if (!isHosts_) vkDestroyImage(device, image_, nullptr);
     resources_.memory.free(memory_);
-    hostOwner_.reset();
 }
 
 std::shared_ptr<Texture> TexturePool::acquire(const TextureKey& key) {
-    std::unique_ptr<Texture> texture;
+    List one;
     {
         std::scoped_lock lock(mutex_);
         const std::uint64_t completed = resources_->completedSerial;
@@ -250,28 +250,28 @@ std::shared_ptr<Texture> TexturePool::acquire(const TextureKey& key) {
             return idle->key() == key && (!key.hostVisible || idle->lastUse <= completed);
         });
         if (found != idle_.end()) {
-            texture = std::move(*found);
-            idle_.erase(found);
-            idleBytes_ -= texture->bytes();
+            one.splice(one.end(), idle_, found);
+            idleBytes_ -= one.front()->bytes();
         }
     }
-    if (!texture) {
-        texture = std::make_unique<Texture>(*resources_, key);
+    if (one.empty()) {
+        one.push_back(std::make_unique<Texture>(*resources_, key));
         ++made_;
     }
-    return {texture.release(), [pool = shared_from_this()](Texture* returned) {
-                pool->giveBack(std::unique_ptr<Texture>(returned));
-            }};
+    Texture* const texture = one.front().get();
+    return {texture,
+            [pool = shared_from_this(), one = std::move(one)](Texture*) mutable { pool->giveBack(one); }};
 }
 
-void TexturePool::giveBack(std::unique_ptr<Texture> texture) {
+void TexturePool::giveBack(List& one) noexcept {
     std::scoped_lock lock(mutex_);
-    idleBytes_ += texture->bytes();
-    idle_.push_front(std::move(texture));
+    idleBytes_ += one.front()->bytes();
+    idle_.splice(idle_.begin(), one);
 }
 
 void TexturePool::trim(std::uint64_t currentSerial) {
-    // Frames. Textures of a new kind come with another size or graph: then the old ones are not kept for long.
+    // Frames. Textures of a new kind come with another size or graph: then the old ones are not kept for
+    // long.
     constexpr std::uint64_t kPatience = 120, kPatienceAfterChange = 8;
     std::scoped_lock lock(mutex_);
     if (const int made = made_; made != madeAtTrim_) {
@@ -297,7 +297,7 @@ HostBuffer::HostBuffer(DeviceResources& resources, VkDeviceSize size, VkBufferUs
     VkBufferCreateInfo info{VK_STRUCTURE_TYPE_BUFFER_CREATE_INFO};
     info.size = size;
     info.usage = usage;
-    check(vkCreateBuffer(device, &info, nullptr, &buffer_), "cannot create a buffer");
+    buffer_ = created(vkCreateBuffer, device, info, "cannot create a buffer");
     try {
         VkMemoryRequirements needs;
         vkGetBufferMemoryRequirements(device, buffer_, &needs);

@@ -122,13 +122,15 @@ class TexturePool : public std::enable_shared_from_this<TexturePool> {
     int madeCount() const { return made_; }
 
   private:
-    void giveBack(std::unique_ptr<Texture> texture);
+    /// A texture keeps its place in a list while it is out, so that coming back takes no memory.
+    using List = std::list<std::unique_ptr<Texture>>;
+    void giveBack(List& one) noexcept;
 
     std::shared_ptr<DeviceResources> resources_;
     std::uint64_t budgetBytes_;
     std::atomic<int> made_{0};
     std::mutex mutex_;
-    std::list<std::unique_ptr<Texture>> idle_;  ///< most recently returned first
+    List idle_;  ///< most recently returned first
     std::uint64_t idleBytes_ = 0;
     int madeAtTrim_ = 0;         ///< textures made before the last `trim`
     std::uint64_t changed_ = 0;  ///< serial at which `trim` last found new ones

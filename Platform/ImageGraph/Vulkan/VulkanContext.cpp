@@ -14,12 +14,7 @@ std::uint64_t nextContextNumber() {
     return ++last;
 }
 
-/// Textures that a source node keeps, by plane.
-struct ResidentTextures {
-    std::vector<std::shared_ptr<Texture>> planes;
-};
-
-void imageBarrier(VkCommandBuffer commands, Texture& texture, VkImageLayout layout,
+void imageBarrier(VkCommandBuffer commands, Frame& frame, Texture& texture, VkImageLayout layout,
                   VkPipelineStageFlags before, VkAccessFlags written, VkPipelineStageFlags after,
                   VkAccessFlags next) {
     VkImageMemoryBarrier info{VK_STRUCTURE_TYPE_IMAGE_MEMORY_BARRIER};
@@ -31,7 +26,7 @@ void imageBarrier(VkCommandBuffer commands, Texture& texture, VkImageLayout layo
     info.image = texture.image();
     info.subresourceRange = {VK_IMAGE_ASPECT_COLOR_BIT, 0, VK_REMAINING_MIP_LEVELS, 0, 1};
     vkCmdPipelineBarrier(commands, before, after, 0, 0, nullptr, 0, nullptr, 1, &info);
-    texture.layout = layout;
+    frame.setLayout(texture, layout);
 }
 
 VkBufferImageCopy wholeImage(const Texture& texture) {
@@ -53,6 +48,13 @@ struct VulkanContext::Recording {
     std::vector<std::shared_ptr<Texture>> textures;  ///< by the plan's index, while needed
     std::shared_ptr<Texture> destination;            ///< a host's image to render into
     std::shared_ptr<Texture> blank;                  ///< stands for nil inputs
+    /// Textures that this frame fills: not to be read by another before this one was submitted.
+    struct Filled {
+        const ImageNode* node;
+        int plane;
+        std::shared_ptr<Texture> texture;
+    };
+    std::vector<Filled> filled;
     RenderStatistics statistics;
 
     Texture& texture(int index) { return *textures[std::size_t(index)]; }
@@ -65,7 +67,7 @@ VulkanContext::VulkanContext(std::shared_ptr<DeviceResources> resources, const M
     : options_(options),
       resources_(std::move(resources)),
       textures_(std::make_shared<TexturePool>(resources_, options.textureBudgetBytes)),
-      buffers_(std::make_shared<HostBufferPool>(resources_)),
+      buffers_(std::make_shared<HostBufferPool>(resources_, options.textureBudgetBytes)),
       pipelines_(*resources_),
       fuser_(std::make_unique<PassFuser>(pipelines_, options.shaderCacheDirectory)),
       atlas_(*resources_, textures_),
@@ -78,6 +80,9 @@ VulkanContext::VulkanContext(std::shared_ptr<DeviceResources> resources, const M
 VulkanContext::~VulkanContext() {
     fuser_.reset();                             // waits for what is being compiled
     for (auto& frame : frames_) frame.reset();  // waits for what is running
+    for (const auto& resident : residents_) {
+        if (const auto node = resident.lock()) node->residence.remove(number_);
+    }
     buffers_.reset();
     pipelines_.clear();
     resources_->close();
@@ -90,7 +95,9 @@ RenderPlan VulkanContext::planned(const MTIImage& image, PlanTarget target, Pass
                                                                                 : TextureFormat::rgba8;
     RenderPlan plan = planRender(image, target);
     if (plan.passes.empty()) throw VulkanError("a stock shader is missing");
-    return options_.fusion ? fuser_->fuse(std::move(plan), missing) : plan;
+    if (options_.fusion == MTIFusion::off) return plan;
+    if (options_.fusion == MTIFusion::beforeFirstFrame) missing = PassFuser::Missing::madeNow;
+    return fuser_->fuse(std::move(plan), missing);
 }
 
 VulkanContext::Submission VulkanContext::submit(const MTIImage& image, const PlanTarget& target,
@@ -114,13 +121,16 @@ VulkanContext::Submission VulkanContext::submit(const MTIImage& image, const Pla
             finishHostImage(recording, destination);
         else
             handToHost(recording, submission);
-        frame.submit(serial, sync);
         submission.statistics = recording.statistics;
         submission.statistics.peakTextureBytes = peakTextureBytes(recording.plan);
         submission.statistics.madeTextures = textures_->madeCount() - texturesBefore;
         submission.statistics.madePipelines = pipelines_.madeCount() - pipelinesBefore;
+        frame.submit(serial, sync);
+        keepResident(recording);
+        atlas_.keep();
     } catch (...) {
         frame.abandon();
+        atlas_.abandon();
         throw;
     }
     textures_->trim(serial);
@@ -149,24 +159,16 @@ std::shared_ptr<Texture> VulkanContext::hostTexture(const PlanTexture& wanted, c
 }
 
 std::shared_ptr<Texture> VulkanContext::residentTexture(Recording& recording, const PlanTexture& wanted) {
-    ImageNode::Residence& residence = wanted.source->residence;
-    std::scoped_lock lock(residence.mutex);
-    if (residence.context != number_ || !residence.texture) {
-        residence.texture = std::make_shared<ResidentTextures>();
-        residence.context = number_;
-    }
-    auto& planes = static_cast<ResidentTextures*>(residence.texture.get())->planes;
-    planes.resize(std::max(planes.size(), std::size_t(wanted.plane) + 1));
-    std::shared_ptr<Texture>& texture = planes[std::size_t(wanted.plane)];
-    if (const auto* host = std::get_if<VulkanImageSource>(&wanted.source->operation)) {
-        if (!texture) {
+    auto texture = std::static_pointer_cast<Texture>(wanted.source->residence.find(number_, wanted.plane));
+    if (!texture) {
+        if (const auto* host = std::get_if<VulkanImageSource>(&wanted.source->operation)) {
             texture = hostTexture(wanted, host->image);
+        } else {
+            const bool inPlace = resources_->hostTextures && wanted.format == TextureFormat::rgba8;
+            texture = textures_->acquire({wanted.width, wanted.height, wanted.format, inPlace});
+            fill(recording, *texture, wanted);
         }
-    } else if (!texture) {
-        const bool inPlace = resources_->hostTextures && wanted.format == TextureFormat::rgba8;
-        auto filled = textures_->acquire({wanted.width, wanted.height, wanted.format, inPlace});
-        fill(recording, *filled, wanted);
-        texture = std::move(filled);
+        recording.filled.push_back({wanted.source, wanted.plane, texture});
     }
     texture->lastUse = recording.serial;
     // The node may let go of it while the device still reads it.
@@ -174,21 +176,38 @@ std::shared_ptr<Texture> VulkanContext::residentTexture(Recording& recording, co
     return texture;
 }
 
+void VulkanContext::keepResident(const Recording& recording) noexcept {
+    try {
+        for (const Recording::Filled& filled : recording.filled) {
+            // The node first: a texture that the context does not know of would stay when the context goes.
+            if (residents_.size() >= residentsToSweepAt_) {
+                std::erase_if(residents_, [](const auto& resident) { return resident.expired(); });
+                residentsToSweepAt_ = std::max<std::size_t>(64, 2 * residents_.size());
+            }
+            residents_.push_back(filled.node->weak_from_this());
+            filled.node->residence.add(number_, filled.plane, filled.texture);
+        }
+    } catch (const std::bad_alloc&) {
+        // What could not be noted is filled again when it is wanted next.
+    }
+}
+
 void VulkanContext::fill(Recording& recording, Texture& texture, const PlanTexture& wanted) {
     if (texture.key().hostVisible) {
         writeSourcePixels(wanted, texture.pixels(), texture.rowBytes());
         if (texture.layout != VK_IMAGE_LAYOUT_GENERAL) {
-            imageBarrier(recording.commands, texture, VK_IMAGE_LAYOUT_GENERAL, VK_PIPELINE_STAGE_HOST_BIT,
-                         VK_ACCESS_HOST_WRITE_BIT, VK_PIPELINE_STAGE_FRAGMENT_SHADER_BIT,
-                         VK_ACCESS_SHADER_READ_BIT);
+            imageBarrier(recording.commands, recording.frame, texture, VK_IMAGE_LAYOUT_GENERAL,
+                         VK_PIPELINE_STAGE_HOST_BIT, VK_ACCESS_HOST_WRITE_BIT,
+                         VK_PIPELINE_STAGE_FRAGMENT_SHADER_BIT, VK_ACCESS_SHADER_READ_BIT);
         }
         return;
     }
     const std::size_t rowBytes = std::size_t(wanted.width) * std::size_t(texelBytes(wanted.format));
     const auto staging = buffers_->acquire(rowBytes * std::size_t(wanted.height));
     writeSourcePixels(wanted, staging->data(), rowBytes);
-    texture.layout = VK_IMAGE_LAYOUT_UNDEFINED;
-    imageBarrier(recording.commands, texture, VK_IMAGE_LAYOUT_TRANSFER_DST_OPTIMAL,
+    recording.frame.keepAlive.push_back(staging);
+    recording.frame.setLayout(texture, VK_IMAGE_LAYOUT_UNDEFINED);
+    imageBarrier(recording.commands, recording.frame, texture, VK_IMAGE_LAYOUT_TRANSFER_DST_OPTIMAL,
                  VK_PIPELINE_STAGE_FRAGMENT_SHADER_BIT | VK_PIPELINE_STAGE_COLOR_ATTACHMENT_OUTPUT_BIT |
                      VK_PIPELINE_STAGE_TRANSFER_BIT,
                  VK_ACCESS_COLOR_ATTACHMENT_WRITE_BIT | VK_ACCESS_TRANSFER_WRITE_BIT,
@@ -196,10 +215,9 @@ void VulkanContext::fill(Recording& recording, Texture& texture, const PlanTextu
     const VkBufferImageCopy copy = wholeImage(texture);
     vkCmdCopyBufferToImage(recording.commands, staging->handle(), texture.image(),
                            VK_IMAGE_LAYOUT_TRANSFER_DST_OPTIMAL, 1, &copy);
-    imageBarrier(recording.commands, texture, VK_IMAGE_LAYOUT_SHADER_READ_ONLY_OPTIMAL,
+    imageBarrier(recording.commands, recording.frame, texture, VK_IMAGE_LAYOUT_SHADER_READ_ONLY_OPTIMAL,
                  VK_PIPELINE_STAGE_TRANSFER_BIT, VK_ACCESS_TRANSFER_WRITE_BIT,
                  VK_PIPELINE_STAGE_FRAGMENT_SHADER_BIT, VK_ACCESS_SHADER_READ_BIT);
-    recording.frame.keepAlive.push_back(staging);
 }
 
 void VulkanContext::recordPasses(Recording& recording) {
@@ -231,7 +249,7 @@ void VulkanContext::recordPass(Recording& recording, const PlanPass& pass) {
     std::vector<SpriteRun> runs;
     for (const auto* sprites : pass.sprites) {
         const auto more = atlas_.layOut(*sprites, wanted.width, wanted.height, vertices, recording.commands,
-                                        recording.frame.keepAlive);
+                                        recording.frame);
         runs.insert(runs.end(), more.begin(), more.end());
     }
 
@@ -281,7 +299,8 @@ void VulkanContext::recordPass(Recording& recording, const PlanPass& pass) {
         }
     }
     vkCmdEndRenderPass(commands);
-    texture->layout = inPlace ? VK_IMAGE_LAYOUT_GENERAL : VK_IMAGE_LAYOUT_SHADER_READ_ONLY_OPTIMAL;
+    recording.frame.setLayout(*texture,
+                              inPlace ? VK_IMAGE_LAYOUT_GENERAL : VK_IMAGE_LAYOUT_SHADER_READ_ONLY_OPTIMAL);
     ++recording.statistics.passes;
     recording.statistics.bytesWritten += texture->bytes();
 }
@@ -336,9 +355,10 @@ void VulkanContext::beginHostImages(Recording& recording, const MTIVulkanImage& 
 }
 
 void VulkanContext::finishHostImage(Recording& recording, const MTIVulkanImage& destination) {
-    imageBarrier(recording.commands, *recording.destination, VkImageLayout(destination.layout),
-                 VK_PIPELINE_STAGE_COLOR_ATTACHMENT_OUTPUT_BIT, VK_ACCESS_COLOR_ATTACHMENT_WRITE_BIT,
-                 VK_PIPELINE_STAGE_ALL_COMMANDS_BIT, VK_ACCESS_MEMORY_READ_BIT | VK_ACCESS_MEMORY_WRITE_BIT);
+    imageBarrier(recording.commands, recording.frame, *recording.destination,
+                 VkImageLayout(destination.layout), VK_PIPELINE_STAGE_COLOR_ATTACHMENT_OUTPUT_BIT,
+                 VK_ACCESS_COLOR_ATTACHMENT_WRITE_BIT, VK_PIPELINE_STAGE_ALL_COMMANDS_BIT,
+                 VK_ACCESS_MEMORY_READ_BIT | VK_ACCESS_MEMORY_WRITE_BIT);
 }
 
 void VulkanContext::handToHost(Recording& recording, Submission& submission) {
@@ -347,7 +367,8 @@ void VulkanContext::handToHost(Recording& recording, Submission& submission) {
         if (recording.delivery == Delivery::hostMemory && !output.texture->key().hostVisible) {
             Texture& texture = *output.texture;
             output.buffer = buffers_->acquire(texture.bytes(), true);
-            imageBarrier(recording.commands, texture, VK_IMAGE_LAYOUT_TRANSFER_SRC_OPTIMAL,
+            recording.frame.keepAlive.push_back(output.buffer);  // the task may go before it has run
+            imageBarrier(recording.commands, recording.frame, texture, VK_IMAGE_LAYOUT_TRANSFER_SRC_OPTIMAL,
                          VK_PIPELINE_STAGE_COLOR_ATTACHMENT_OUTPUT_BIT, VK_ACCESS_COLOR_ATTACHMENT_WRITE_BIT,
                          VK_PIPELINE_STAGE_TRANSFER_BIT, VK_ACCESS_TRANSFER_READ_BIT);
             const VkBufferImageCopy copy = wholeImage(texture);

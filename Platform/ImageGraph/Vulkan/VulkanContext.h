@@ -31,6 +31,8 @@ class VulkanContext final : public MTIContext, public std::enable_shared_from_th
                                             const MTIVulkanSync& sync, std::string* error) override;
     Bitmap renderToBitmap(const MTIImage& image, std::string* error) override;
     std::vector<float> renderToFloats(const MTIImage& image, std::string* error) override;
+    void prepare(const MTIImage& image, const PixelBuffer& destination) override;
+    void prepare(const MTIImage& image, const MTIVulkanImage& destination) override;
     void prepare(const MTIImage& image) override;
     std::vector<std::string> validationMessages() const override {
         return resources_->device.validationMessages();
@@ -60,6 +62,12 @@ class VulkanContext final : public MTIContext, public std::enable_shared_from_th
     /// Where the result of a render goes.
     enum class Delivery { stays, hostMemory, hostImage };
 
+    /// What a render into the destination is planned for. Throws VulkanError when the image does not fit it.
+    PlanTarget targetFor(const MTIImage& image, const PixelBuffer& destination) const;
+    PlanTarget targetFor(const MTIImage& image, const MTIVulkanImage& destination) const;
+    /// Makes what the plan needs and draws it once. Throws VulkanError.
+    void warmUp(const MTIImage& image, const PlanTarget& target, Delivery delivery);
+
     /// Runs the stages of a render: plan, take sources in, record the passes, deliver the outputs, submit.
     /// Throws VulkanError.
     Submission submit(const MTIImage& image, const PlanTarget& target, Delivery delivery,
@@ -77,6 +85,8 @@ class VulkanContext final : public MTIContext, public std::enable_shared_from_th
     void finishHostImage(Recording& recording, const MTIVulkanImage& destination);
     void handToHost(Recording& recording, Submission& submission);
     std::shared_ptr<Texture> residentTexture(Recording& recording, const PlanTexture& wanted);
+    /// Notes, once a frame was submitted, what it has filled.
+    void keepResident(const Recording& recording) noexcept;
     std::shared_ptr<Texture> hostTexture(const PlanTexture& wanted, const MTIVulkanImage& image);
     void fill(Recording& recording, Texture& texture, const PlanTexture& wanted);
 
@@ -95,6 +105,10 @@ class VulkanContext final : public MTIContext, public std::enable_shared_from_th
     const bool processor_;        ///< take the ways that are fast on a processor
     std::mutex mutex_;
     std::uint64_t serial_ = 0;
+    /// The nodes that hold a texture of this context, and others that have gone since there were half as
+    /// many.
+    std::vector<std::weak_ptr<const ImageNode>> residents_;
+    std::size_t residentsToSweepAt_ = 64;
 };
 
 }  // namespace qv

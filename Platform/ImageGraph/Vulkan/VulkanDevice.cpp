@@ -46,8 +46,8 @@ std::string versionText(std::uint32_t version) {
 }
 
 VkInstance makeInstance(const VkInstanceCreateInfo& info) {
-    std::uint32_t loaderVersion = VK_API_VERSION_1_0;
-    vkEnumerateInstanceVersion(&loaderVersion);
+    std::uint32_t loaderVersion = 0;
+    check(vkEnumerateInstanceVersion(&loaderVersion), "cannot use Vulkan");
     if (loaderVersion < VK_API_VERSION_1_1) throw VulkanError("the Vulkan loader is older than 1.1");
     VkInstance instance = VK_NULL_HANDLE;
     check(vkCreateInstance(&info, nullptr, &instance), "cannot use Vulkan");
@@ -142,9 +142,9 @@ VkApplicationInfo applicationInfo() {
 
 bool hasLayer(const char* name) {
     std::uint32_t count = 0;
-    vkEnumerateInstanceLayerProperties(&count, nullptr);
+    check(vkEnumerateInstanceLayerProperties(&count, nullptr), "cannot list Vulkan layers");
     std::vector<VkLayerProperties> layers(count);
-    vkEnumerateInstanceLayerProperties(&count, layers.data());
+    check(vkEnumerateInstanceLayerProperties(&count, layers.data()), "cannot list Vulkan layers");
     return std::any_of(layers.begin(), layers.end(),
                        [&](auto& layer) { return !std::strcmp(layer.layerName, name); });
 }
@@ -243,7 +243,9 @@ void VulkanDevice::createInstance(bool validation) {
     if (validation) {
         const auto create = PFN_vkCreateDebugUtilsMessengerEXT(
             vkGetInstanceProcAddr(instance_, "vkCreateDebugUtilsMessengerEXT"));
-        check(create(instance_, &messages, nullptr, &messenger_), "cannot watch the validation layer");
+        VkDebugUtilsMessengerEXT messenger = VK_NULL_HANDLE;
+        check(create(instance_, &messages, nullptr, &messenger), "cannot watch the validation layer");
+        messenger_ = messenger;
     }
 }
 
@@ -273,7 +275,9 @@ void VulkanDevice::createDevice(int index) {
     VkDeviceCreateInfo deviceInfo{VK_STRUCTURE_TYPE_DEVICE_CREATE_INFO};
     deviceInfo.queueCreateInfoCount = 1;
     deviceInfo.pQueueCreateInfos = &queueInfo;
-    check(vkCreateDevice(physicalDevice_, &deviceInfo, nullptr, &device_), "cannot open the Vulkan device");
+    VkDevice device = VK_NULL_HANDLE;
+    check(vkCreateDevice(physicalDevice_, &deviceInfo, nullptr, &device), "cannot open the Vulkan device");
+    device_ = device;
     vkGetDeviceQueue(device_, queueFamily_, 0, &queue_);
 }
 
@@ -304,7 +308,11 @@ VkBool32 VulkanDevice::onMessage(VkDebugUtilsMessageSeverityFlagBitsEXT, VkDebug
                                  const VkDebugUtilsMessengerCallbackDataEXT* data, void* user) {
     auto& messages = *static_cast<Messages*>(user);
     std::scoped_lock lock(messages.mutex);
-    messages.lines.emplace_back(data->pMessage);
+    try {
+        messages.lines.emplace_back(data->pMessage);
+    } catch (const std::bad_alloc&) {
+        // The layer calls from C: nothing may pass through it.
+    }
     return VK_FALSE;
 }
 

@@ -23,6 +23,16 @@ const char* vulkanResultName(VkResult result);
 /// Throws VulkanError naming `what` unless `result` is a success.
 void check(VkResult result, const char* what);
 
+/// What one of the device's `vkCreate…` functions makes. Throws VulkanError naming `what`; a failed call may
+/// leave anything where it would have put the handle.
+template <typename Info, typename Handle>
+Handle created(VkResult(VKAPI_PTR* create)(VkDevice, const Info*, const VkAllocationCallbacks*, Handle*),
+               VkDevice device, const Info& info, const char* what) {
+    Handle handle = VK_NULL_HANDLE;
+    check(create(device, &info, nullptr, &handle), what);
+    return handle;
+}
+
 /// An instance, a logical device and its one queue, our own or a host's. The queue is used under
 /// `queueMutex`.
 class VulkanDevice {

@@ -11,8 +11,15 @@ namespace qv {
 
 namespace {
 
-void setError(std::string* error, const std::exception& failure) {
-    if (error) *error = failure.what();
+/// The cause as one line, in words of the field.
+void setError(std::string* error, const std::exception& failure) noexcept {
+    if (!error) return;
+    const bool noMemory = dynamic_cast<const std::bad_alloc*>(&failure) != nullptr;
+    try {
+        *error = noMemory ? "out of memory" : failure.what();
+    } catch (const std::bad_alloc&) {
+        *error = "out of memory";  // short enough to need none
+    }
 }
 
 void copyRows(const VulkanContext::HostPixels& from, std::uint8_t* to, std::size_t toRowBytes) {
@@ -23,24 +30,38 @@ void copyRows(const VulkanContext::HostPixels& from, std::uint8_t* to, std::size
     }
 }
 
+void checkSize(const MTIImage& image, int width, int height) {
+    if (int(image.size().width) != width || int(image.size().height) != height)
+        throw VulkanError("the destination's size is not the image's");
+}
+
+/// For what fails again in the render that follows, which tells.
+template <typename Work>
+void quietly(Work&& work) {
+    try {
+        work();
+    } catch (const std::exception&) {
+    }
+}
+
 class VulkanTask final : public RenderTask {
   public:
-    VulkanTask(std::shared_ptr<VulkanContext> context, VulkanContext::Submission submission,
-               PixelBuffer destination)
-        : context_(std::move(context)),
-          submission_(std::move(submission)),
-          destination_(std::move(destination)) {}
+    VulkanTask(std::shared_ptr<VulkanContext> context, PixelBuffer destination)
+        : context_(std::move(context)), destination_(std::move(destination)) {}
+
+    /// A task is there before its render: one that was submitted is never without.
+    VulkanContext::Submission& submission() { return submission_; }
 
     bool wait(std::string* error) override {
         if (done_) return true;
         try {
             submission_.frame->wait(submission_.serial);
+            submission_.statistics.gpuMilliseconds = submission_.frame->milliseconds(submission_.serial);
+            if (destination_) deliver();
         } catch (const std::exception& failure) {
             setError(error, failure);
             return false;
         }
-        submission_.statistics.gpuMilliseconds = submission_.frame->milliseconds(submission_.serial);
-        if (destination_) deliver();
         submission_.outputs.clear();
         done_ = true;
         return true;
@@ -107,22 +128,33 @@ std::shared_ptr<MTIContext> MTIContext::create(const MTIVulkanDevice& device,
     }
 }
 
+PlanTarget VulkanContext::targetFor(const MTIImage& image, const PixelBuffer& destination) const {
+    if (!image) throw VulkanError("the image is nil");
+    if (!destination) throw VulkanError("there is no destination");
+    checkSize(image, destination.width(), destination.height());
+    PlanTarget target;
+    const bool deep = PixelBuffer::bitDepth(destination.format()) > 8;
+    if (deep || (!processor_ && PixelBuffer::isYUV(destination.format()))) target.planes = &destination;
+    return target;
+}
+
+PlanTarget VulkanContext::targetFor(const MTIImage& image, const MTIVulkanImage& destination) const {
+    if (!image) throw VulkanError("the image is nil");
+    if (!destination.image) throw VulkanError("there is no destination");
+    const auto format = textureFormatOfVulkan(destination.format);
+    if (!format) throw VulkanError("the destination has a format that cannot be rendered into");
+    checkSize(image, destination.width, destination.height);
+    PlanTarget target;
+    target.output = *format;
+    return target;
+}
+
 std::unique_ptr<RenderTask> VulkanContext::startRender(const MTIImage& image, const PixelBuffer& destination,
                                                        std::string* error) {
     try {
-        if (!image) throw VulkanError("the image is nil");
-        if (!destination) throw VulkanError("there is no destination");
-        const CGSize size = image.size();
-        if (int(size.width) != destination.width() || int(size.height) != destination.height()) {
-            throw VulkanError("the destination's size is not the image's");
-        }
-        const bool deep = PixelBuffer::bitDepth(destination.format()) > 8;
-        PlanTarget target;
-        if (deep || (!processor_ && PixelBuffer::isYUV(destination.format()))) {
-            target.planes = &destination;
-        }
-        return std::make_unique<VulkanTask>(shared_from_this(), submit(image, target, Delivery::hostMemory),
-                                            destination);
+        auto task = std::make_unique<VulkanTask>(shared_from_this(), destination);
+        task->submission() = submit(image, targetFor(image, destination), Delivery::hostMemory);
+        return task;
     } catch (const std::exception& failure) {
         setError(error, failure);
         return nullptr;
@@ -131,8 +163,9 @@ std::unique_ptr<RenderTask> VulkanContext::startRender(const MTIImage& image, co
 
 std::unique_ptr<RenderTask> VulkanContext::startRender(const MTIImage& image, std::string* error) {
     try {
-        return std::make_unique<VulkanTask>(shared_from_this(), submit(image, {}, Delivery::stays),
-                                            PixelBuffer());
+        auto task = std::make_unique<VulkanTask>(shared_from_this(), PixelBuffer());
+        task->submission() = submit(image, {}, Delivery::stays);
+        return task;
     } catch (const std::exception& failure) {
         setError(error, failure);
         return nullptr;
@@ -143,17 +176,10 @@ std::unique_ptr<RenderTask> VulkanContext::startRender(const MTIImage& image,
                                                        const MTIVulkanImage& destination,
                                                        const MTIVulkanSync& sync, std::string* error) {
     try {
-        if (!image) throw VulkanError("the image is nil");
-        if (!destination.image) throw VulkanError("there is no destination");
-        const auto format = textureFormatOfVulkan(destination.format);
-        if (!format) throw VulkanError("the destination has a format that cannot be rendered into");
-        const CGSize size = image.size();
-        if (int(size.width) != destination.width || int(size.height) != destination.height)
-            throw VulkanError("the destination's size is not the image's");
-        PlanTarget target;
-        target.output = *format;
-        return std::make_unique<VulkanTask>(
-            shared_from_this(), submit(image, target, Delivery::hostImage, destination, sync), PixelBuffer());
+        auto task = std::make_unique<VulkanTask>(shared_from_this(), PixelBuffer());
+        task->submission() =
+            submit(image, targetFor(image, destination), Delivery::hostImage, destination, sync);
+        return task;
     } catch (const std::exception& failure) {
         setError(error, failure);
         return nullptr;
@@ -194,14 +220,23 @@ std::vector<float> VulkanContext::renderToFloats(const MTIImage& image, std::str
     }
 }
 
-void VulkanContext::prepare(const MTIImage& image) {
-    try {
-        if (image) planned(image, {}, PassFuser::Missing::madeNow);
-    } catch (const std::exception&) {
-        return;  // the render that follows tells
-    }
+void VulkanContext::warmUp(const MTIImage& image, const PlanTarget& target, Delivery delivery) {
+    planned(image, target, PassFuser::Missing::madeNow);
     // Drivers compile at the first draw, so the way to warm a pipeline is to draw with it.
-    if (const auto task = startRender(image, nullptr)) task->wait();
+    const Submission submission = submit(image, target, delivery);
+    submission.frame->wait(submission.serial);
+}
+
+void VulkanContext::prepare(const MTIImage& image, const PixelBuffer& destination) {
+    quietly([&] { warmUp(image, targetFor(image, destination), Delivery::hostMemory); });
+}
+
+void VulkanContext::prepare(const MTIImage& image, const MTIVulkanImage& destination) {
+    quietly([&] { warmUp(image, targetFor(image, destination), Delivery::stays); });
+}
+
+void VulkanContext::prepare(const MTIImage& image) {
+    quietly([&] { warmUp(image, {}, Delivery::stays); });
 }
 
 }  // namespace qv

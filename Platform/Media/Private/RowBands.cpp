@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <condition_variable>
 #include <cstddef>
+#include <exception>
 #include <mutex>
 #include <thread>
 #include <vector>
@@ -16,8 +17,9 @@ constexpr std::size_t kSmallJob = std::size_t(512) << 10;
 struct Job {
     const std::function<void(int, int)>* work;
     int rows, bandRows;
-    int next = 0;     ///< first row that nobody has taken
-    int running = 0;  ///< bands being worked on
+    int next = 0;                ///< first row that nobody has taken
+    int running = 0;             ///< bands being worked on
+    std::exception_ptr failure;  ///< of the first band that failed
 };
 
 /// All members are guarded by the mutex; bands are coarse enough for that.
@@ -35,6 +37,7 @@ class Workers {
         while (runBand(job, lock)) {
         }
         done_.wait(lock, [&] { return job.running == 0; });
+        if (job.failure) std::rethrow_exception(job.failure);
     }
 
     int count() const { return int(threads_.size()) + 1; }
@@ -42,7 +45,11 @@ class Workers {
   private:
     Workers() {
         const unsigned cores = std::clamp(std::thread::hardware_concurrency(), 1u, 16u);
-        for (unsigned i = 1; i < cores; ++i) threads_.emplace_back([this] { serve(); });
+        try {
+            for (unsigned i = 1; i < cores; ++i) threads_.emplace_back([this] { serve(); });
+        } catch (const std::exception&) {
+            // No more threads or no memory: those that there are do the work, the caller's at least.
+        }
     }
 
     ~Workers() {
@@ -71,8 +78,14 @@ class Workers {
         if (end == job.rows) std::erase(jobs_, &job);
         ++job.running;
         lock.unlock();
-        (*job.work)(begin, end);
+        std::exception_ptr failure;
+        try {
+            (*job.work)(begin, end);
+        } catch (...) {
+            failure = std::current_exception();
+        }
         lock.lock();
+        if (failure && !job.failure) job.failure = failure;
         if (--job.running == 0 && job.next >= job.rows) done_.notify_all();
         return true;
     }

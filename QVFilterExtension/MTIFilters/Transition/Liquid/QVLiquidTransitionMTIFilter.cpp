@@ -16,7 +16,7 @@ MTIImage QVLiquidTransitionMTIFilter::outputImage() {
 }
 
 MTIImage QVLiquidTransitionMTIFilter::render(std::vector<MTIImage> inputs) const {
-    const auto& kernel = filterClass().kernel();
+    const auto kernel = filterClass().kernel();
     if (!kernel) return {};
     return kernel->applyToInputImages(std::move(inputs), parameters(), inputImage1().size(),
                                       outputPixelFormat());
