@@ -9,16 +9,38 @@ using Effect = QVAIEffectMTIFilter;
 const QVFilterClass QVAIEffectMTIFilterClass{
     .name = "QVAIEffectMTIFilter",
     .superclass = &QVEffectMTIFilterClass,
+    .title = "Subject effect",
     .help = "An effect that knows the subject by a mask",
     .factory = makeFilter<QVAIEffectMTIFilter>,
     .category = QVFilterCategory::subject,
-    .inputs = QVFilterInputs::oneAndMask,
+    .inputs = {{kInputImage,
+                qvInput<&Effect::setMaskImage>({.name = "maskImage",
+                                                .role = QVInputRole::mask,
+                                                .help = "white where the subject is",
+                                                .isRequired = false}),
+                qvInput<&Effect::setMaskPixelBuffer>({.name = "maskPixelBuffer",
+                                                      .role = QVInputRole::mask,
+                                                      .help = "the same mask in memory, a byte a pixel",
+                                                      .isRequired = false})}},
     .properties =
         {
-            qvProperty<&Effect::extraTransform, &Effect::setExtraTransform>("extraTransform",
-                                                                            "from mask space to the frame"),
-            qvProperty<&Effect::colors, &Effect::setColors>("colors",
-                                                            "colours of the effect, its own when empty"),
+            qvProperty<&Effect::extraTransform, &Effect::setExtraTransform>({
+                .name = "extraTransform",
+                .title = "Mask transform",
+                .help = "from mask space to the frame",
+                .driver = QVPropertyDriver::host,
+            }),
+            qvProperty<&Effect::inputImageOriginalSize, &Effect::setInputImageOriginalSize>(
+                {.name = "inputImageOriginalSize",
+                 .help = "size of the clip's own frames, from which the mask was made",
+                 .maximum = kMaximumImageSide,
+                 .unit = QVUnit::pixels,
+                 .driver = QVPropertyDriver::host}),
+            qvProperty<&Effect::colors, &Effect::setColors>({
+                .name = "colors",
+                .title = "Colours",
+                .help = "colours of the effect, its own when empty",
+            }),
         },
 };
 

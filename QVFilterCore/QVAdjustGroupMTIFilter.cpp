@@ -9,44 +9,40 @@ namespace {
 
 /// A setting deep inside the tool value as a property of the filter.
 template <auto Get, auto Set>
-QVProperty adjustment(std::string_view name, double minimum, double maximum, std::string_view help) {
-    return {
-        name,
-        QVPropertyType::real,
-        minimum,
-        maximum,
-        help,
-        [](const QVMTIFilter& filter) -> QVPropertyValue {
-            return double(
-                (static_cast<const QVAdjustGroupMTIFilter&>(filter).adjustToolValue().adjustValue().*Get)());
-        },
-        [](QVMTIFilter& filter, const QVPropertyValue& number) {
-            auto& group = static_cast<QVAdjustGroupMTIFilter&>(filter);
-            QVAdjustToolValue value = group.adjustToolValue();
-            (value.adjustValue().*Set)(float(std::get<double>(number)));
-            group.setAdjustToolValue(value);
-        }};
+QVProperty adjustment(QVProperty facts) {
+    facts.unit = QVUnit::fraction;
+    facts.type = QVPropertyType::real;
+    facts.get = [](const QVMTIFilter& filter) -> QVPropertyValue {
+        return double(
+            (static_cast<const QVAdjustGroupMTIFilter&>(filter).adjustToolValue().adjustValue().*Get)());
+    };
+    facts.set = [](QVMTIFilter& filter, const QVPropertyValue& number) {
+        auto& group = static_cast<QVAdjustGroupMTIFilter&>(filter);
+        QVAdjustToolValue value = group.adjustToolValue();
+        (value.adjustValue().*Set)(float(std::get<double>(number)));
+        group.setAdjustToolValue(value);
+    };
+    return facts;
 }
 
 template <auto Get, auto Set>
-QVProperty curveLevel(std::string_view name, std::string_view help) {
-    return {name,
-            QVPropertyType::real,
-            0,
-            100,
-            help,
-            [](const QVMTIFilter& filter) -> QVPropertyValue {
-                const auto& group = static_cast<const QVAdjustGroupMTIFilter&>(filter);
-                return (group.adjustToolValue().curvesToolValue().luminanceCurve().*Get)();
-            },
-            [](QVMTIFilter& filter, const QVPropertyValue& number) {
-                auto& group = static_cast<QVAdjustGroupMTIFilter&>(filter);
-                QVAdjustToolValue value = group.adjustToolValue();
-                PGCurvesToolValue curves = value.curvesToolValue();
-                (curves.luminanceCurve().*Set)(std::get<double>(number));
-                value.setCurvesToolValue(curves);
-                group.setAdjustToolValue(value);
-            }};
+QVProperty curveLevel(QVProperty facts) {
+    facts.maximum = 100;
+    facts.unit = QVUnit::percent;
+    facts.type = QVPropertyType::real;
+    facts.get = [](const QVMTIFilter& filter) -> QVPropertyValue {
+        const auto& group = static_cast<const QVAdjustGroupMTIFilter&>(filter);
+        return (group.adjustToolValue().curvesToolValue().luminanceCurve().*Get)();
+    };
+    facts.set = [](QVMTIFilter& filter, const QVPropertyValue& number) {
+        auto& group = static_cast<QVAdjustGroupMTIFilter&>(filter);
+        QVAdjustToolValue value = group.adjustToolValue();
+        PGCurvesToolValue curves = value.curvesToolValue();
+        (curves.luminanceCurve().*Set)(std::get<double>(number));
+        value.setCurvesToolValue(curves);
+        group.setAdjustToolValue(value);
+    };
+    return facts;
 }
 
 }  // namespace
@@ -54,27 +50,50 @@ QVProperty curveLevel(std::string_view name, std::string_view help) {
 const QVFilterClass QVAdjustGroupMTIFilterClass{
     .name = "QVAdjustGroupMTIFilter",
     .superclass = &QVMTIOneInputFilterClass,
-    .help = "adjusts tones by a luminance curve, warmth, brightness and sharpness",
+    .title = "Tone adjustment",
+    .help = "Adjusts tones by a luminance curve, warmth, brightness and sharpness",
+    .tags = {"curves", "levels", "colour correction", "grade", "contrast", "sharpen"},
     .factory = makeFilter<QVAdjustGroupMTIFilter>,
     .category = QVFilterCategory::adjustment,
     .properties =
         {
-            adjustment<&QVAdjustValue::warmth, &QVAdjustValue::setWarmth>("warmth", -1, 1,
-                                                                          "-1 cool to 1 warm"),
+            adjustment<&QVAdjustValue::warmth, &QVAdjustValue::setWarmth>(
+                {.name = "warmth", .help = "-1 cool to 1 warm", .minimum = -1, .maximum = 1}),
             adjustment<&QVAdjustValue::brightness, &QVAdjustValue::setBrightness>(
-                "brightness", -1, 1, "-1 dark to 1 bright; black and white stay"),
-            adjustment<&QVAdjustValue::sharpen, &QVAdjustValue::setSharpen>("sharpen", 0, 1,
-                                                                            "how much detail is added"),
-            curveLevel<&PGCurve::blacksLevel, &PGCurve::setBlacksLevel>("blacksLevel",
-                                                                        "what black becomes, percent"),
-            curveLevel<&PGCurve::shadowsLevel, &PGCurve::setShadowsLevel>("shadowsLevel",
-                                                                          "what 25 % becomes, percent"),
-            curveLevel<&PGCurve::midtonesLevel, &PGCurve::setMidtonesLevel>("midtonesLevel",
-                                                                            "what 50 % becomes, percent"),
-            curveLevel<&PGCurve::highlightsLevel, &PGCurve::setHighlightsLevel>("highlightsLevel",
-                                                                                "what 75 % becomes, percent"),
-            curveLevel<&PGCurve::whitesLevel, &PGCurve::setWhitesLevel>("whitesLevel",
-                                                                        "what white becomes, percent"),
+                {.name = "brightness",
+                 .help = "-1 dark to 1 bright; black and white stay",
+                 .minimum = -1,
+                 .maximum = 1}),
+            adjustment<&QVAdjustValue::sharpen, &QVAdjustValue::setSharpen>({
+                .name = "sharpen",
+                .title = "Sharpness",
+                .help = "how much detail is added",
+            }),
+            curveLevel<&PGCurve::blacksLevel, &PGCurve::setBlacksLevel>({
+                .name = "blacksLevel",
+                .title = "Blacks",
+                .help = "what black becomes",
+            }),
+            curveLevel<&PGCurve::shadowsLevel, &PGCurve::setShadowsLevel>({
+                .name = "shadowsLevel",
+                .title = "Shadows",
+                .help = "what a quarter of white becomes",
+            }),
+            curveLevel<&PGCurve::midtonesLevel, &PGCurve::setMidtonesLevel>({
+                .name = "midtonesLevel",
+                .title = "Midtones",
+                .help = "what half of white becomes",
+            }),
+            curveLevel<&PGCurve::highlightsLevel, &PGCurve::setHighlightsLevel>({
+                .name = "highlightsLevel",
+                .title = "Highlights",
+                .help = "what three quarters of white become",
+            }),
+            curveLevel<&PGCurve::whitesLevel, &PGCurve::setWhitesLevel>({
+                .name = "whitesLevel",
+                .title = "Whites",
+                .help = "what white becomes",
+            }),
         },
 };
 

@@ -11,14 +11,25 @@ using Adjust = QVAdjustMTIFilter;
 const QVFilterClass QVAdjustMTIFilterClass{
     .name = "QVAdjustMTIFilter",
     .superclass = &QVMTIOneInputFilterClass,
-    .help = "changes warmth and brightness",
+    .title = "Warmth and brightness",
+    .help = "Changes warmth and brightness",
+    .tags = {"temperature", "white balance", "colour correction", "grade"},
     .factory = makeFilter<QVAdjustMTIFilter>,
     .category = QVFilterCategory::adjustment,
     .properties =
         {
-            qvProperty<&Adjust::warmth, &Adjust::setWarmth>("warmth", -1, 1, "-1 cool to 1 warm"),
-            qvProperty<&Adjust::brightness, &Adjust::setBrightness>(
-                "brightness", -1, 1, "-1 dark to 1 bright; black and white stay"),
+            qvProperty<&Adjust::warmth, &Adjust::setWarmth>({
+                .name = "warmth",
+                .help = "-1 cool to 1 warm",
+                .minimum = -1,
+                .unit = QVUnit::fraction,
+            }),
+            qvProperty<&Adjust::brightness, &Adjust::setBrightness>({
+                .name = "brightness",
+                .help = "-1 dark to 1 bright; black and white stay",
+                .minimum = -1,
+                .unit = QVUnit::fraction,
+            }),
         },
 };
 

@@ -3,27 +3,50 @@
 namespace qv {
 
 namespace {
-constexpr double kLongestTime = 1e9;
 using Effect = QVEffectMTIFilter;
 }  // namespace
 
 const QVFilterClass QVEffectMTIFilterClass{
     .name = "QVEffectMTIFilter",
     .superclass = &QVMTIOneInputFilterClass,
+    .title = "Effect",
     .help = "An effect over one frame, by a strength, a level and the time",
     .factory = makeFilter<QVEffectMTIFilter>,
     .defaultEffectValue = kDefaultEffectValue,
     .isPhotoTimeConst = true,
     .properties =
         {
-            qvProperty<&Effect::effectValue, &Effect::setEffectValue>("effectValue", 0, 1, "strength"),
-            qvProperty<&Effect::level, &Effect::setLevel>("level", -1e9, 1e9, "index of a preset"),
-            qvProperty<&Effect::iTime, &Effect::setITime>("iTime", -kLongestTime, kLongestTime,
-                                                          "seconds since the effect started"),
-            qvProperty<&Effect::isPhoto, &Effect::setIsPhoto>("isPhoto", "the input is a still picture"),
-            qvProperty<&Effect::extractValues, &Effect::setExtractValues>("extractValues",
-                                                                          "extra settings of the effect"),
+            qvProperty<&Effect::effectValue, &Effect::setEffectValue>({
+                .name = "effectValue",
+                .title = "Strength",
+                .help = "how strong the effect is",
+                .unit = QVUnit::fraction,
+            }),
+            qvProperty<&Effect::iTime, &Effect::setITime>({
+                .name = "iTime",
+                .title = "Time",
+                .help = "time since the effect started",
+                .minimum = -kUnlimited,
+                .maximum = kUnlimited,
+                .unit = QVUnit::seconds,
+                .driver = QVPropertyDriver::host,
+            }),
+            qvProperty<&Effect::isPhoto, &Effect::setIsPhoto>({
+                .name = "isPhoto",
+                .title = "Photo",
+                .help = "the input is a still picture",
+                .driver = QVPropertyDriver::host,
+            }),
+            qvProperty<&Effect::extractValues, &Effect::setExtractValues>({
+                .name = "extractValues",
+                .title = "Extra settings",
+                .help = "read by the classes that say so",
+                .minimum = -kUnlimited,
+                .maximum = kUnlimited,
+                .driver = QVPropertyDriver::host,
+            }),
         },
+    .ignored = {"extractValues"},
     .kind = QVFilterKind::effect,
 };
 

@@ -50,4 +50,11 @@ class QVEffectMTIFilter : public QVMTIOneInputFilter {
     std::vector<double> extractValues_;
 };
 
+/// The property `level` of a class with presets, from the names of these as `variants`, and a title and a
+/// meaning. Classes without presets offer no level.
+constexpr QVProperty qvLevels(QVProperty facts) {
+    facts.name = "level";
+    return qvProperty<&QVEffectMTIFilter::level, &QVEffectMTIFilter::setLevel>(facts);
+}
+
 }  // namespace qv

@@ -5,11 +5,20 @@ namespace qv {
 const QVFilterClass QVExposureMTIFilterClass{
     .name = "QVExposureMTIFilter",
     .superclass = &QVMTIOneInputFilterClass,
-    .help = "brightens or darkens by stops",
+    .title = "Exposure",
+    .help = "Brightens or darkens by stops",
+    .tags = {"brightness", "stops", "light", "colour correction"},
     .factory = makeFilter<QVExposureMTIFilter>,
     .category = QVFilterCategory::adjustment,
-    .properties = {qvProperty<&QVExposureMTIFilter::exposure, &QVExposureMTIFilter::setExposure>(
-        "exposure", -10, 10, "stops: 1 doubles the colour, -1 halves it")},
+    .properties = {qvProperty<&QVExposureMTIFilter::exposure, &QVExposureMTIFilter::setExposure>({
+        .name = "exposure",
+        .title = "Exposure",
+        .help = "brighter above 0, darker below",
+        .minimum = -10,
+        .maximum = 10,
+        .unit = QVUnit::stops,
+        .step = 0.1,
+    })},
 };
 
 MTIImage QVExposureMTIFilter::outputImage() {

@@ -17,13 +17,27 @@ constexpr double kGrain = 1.5, kReferenceSide = 1080;
 const QVFilterClass QVFilmNoisyMTIFilterClass{
     .name = "QVFilmNoisyMTIFilter",
     .superclass = &QVMTIOneInputFilterClass,
-    .help = "a layer of film grain, to be overlaid on the picture",
+    .title = "Film grain",
+    .help = "A layer of film grain, to be overlaid on the picture",
+    .tags = {"noise", "texture", "analog", "overlay", "vintage"},
     .factory = makeFilter<QVFilmNoisyMTIFilter>,
     .category = QVFilterCategory::film,
     .properties =
         {
-            qvProperty<&Noisy::iTime, &Noisy::setITime>("iTime", -1e9, 1e9, "seconds"),
-            qvProperty<&Noisy::opacity, &Noisy::setOpacity>("opacity", 0, 1, "strength of the grain"),
+            qvProperty<&Noisy::iTime, &Noisy::setITime>({
+                .name = "iTime",
+                .title = "Time",
+                .help = "when; the same time gives the same grain",
+                .minimum = -kUnlimited,
+                .maximum = kUnlimited,
+                .unit = QVUnit::seconds,
+                .driver = QVPropertyDriver::host,
+            }),
+            qvProperty<&Noisy::opacity, &Noisy::setOpacity>({
+                .name = "opacity",
+                .help = "strength of the grain",
+                .unit = QVUnit::fraction,
+            }),
         },
 };
 

@@ -1,5 +1,6 @@
 #include "QVFilterCore/QVFilterClass.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -37,6 +38,11 @@ std::string_view categoryName(QVFilterCategory category) {
     return kNames[std::size_t(category)];
 }
 
+std::string_view kindName(QVFilterKind kind) {
+    static constexpr std::array<std::string_view, 3> kNames = {"effect", "transition", "auxiliary"};
+    return kNames[std::size_t(kind)];
+}
+
 std::shared_ptr<const MTIRenderPipelineKernel> QVFilterClass::kernel() const {
     std::scoped_lock lock(kernelMutex);
     if (kernelStore) return kernelStore;
@@ -56,7 +62,10 @@ MTIFunctionDescriptor QVFilterClass::fragmentFunctionDescriptor() const {
 
 std::unique_ptr<QVMTIFilter> QVFilterClass::create() const {
     const QVFilterClass* record = nearest(*this, [](const QVFilterClass& r) { return r.factory != nullptr; });
-    return record ? record->factory(*this) : nullptr;
+    std::unique_ptr<QVMTIFilter> filter = record ? record->factory(*this) : nullptr;
+    const QVProperty* strength = property("effectValue");
+    if (filter && strength) strength->set(*filter, double(defaultStrength()));
+    return filter;
 }
 
 bool QVFilterClass::isSubclassOf(const QVFilterClass& other) const {
@@ -82,8 +91,34 @@ const QVProperty* QVFilterClass::property(std::string_view propertyName) const {
     return nullptr;
 }
 
+bool QVFilterClass::ignores(std::string_view propertyName) const {
+    const auto named = [propertyName](const QVProperty& own) { return own.name == propertyName; };
+    for (const QVFilterClass* record = this; record; record = record->superclass) {
+        if (std::ranges::find(record->ignored, propertyName) != record->ignored.end()) return true;
+        if (std::ranges::any_of(record->properties, named)) return false;
+    }
+    return false;
+}
+
+const std::vector<QVInput>& QVFilterClass::allInputs() const {
+    static const std::vector<QVInput> kNone;
+    const QVFilterClass* record = nearest(*this, [](auto& r) { return r.inputs.has_value(); });
+    return record ? *record->inputs : kNone;
+}
+
+const QVInput* QVFilterClass::input(std::string_view inputName) const {
+    const auto found = std::ranges::find(allInputs(), inputName, &QVInput::name);
+    return found == allInputs().end() ? nullptr : &*found;
+}
+
+const QVInput* QVFilterClass::input(QVInputRole role) const {
+    const auto found = std::ranges::find(allInputs(), role, &QVInput::role);
+    return found == allInputs().end() ? nullptr : &*found;
+}
+
 int QVFilterClass::levels() const {
-    return inheritedOr(*this, &QVFilterClass::levelCount, 0);
+    const QVProperty* level = property("level");
+    return level ? int(level->variants.size()) : 0;
 }
 float QVFilterClass::defaultStrength() const {
     return inheritedOr(*this, &QVFilterClass::defaultEffectValue, kDefaultEffectValue);
@@ -101,11 +136,6 @@ QVFilterKind QVFilterClass::kindOrInherited() const {
 QVFilterCategory QVFilterClass::categoryOrInherited() const {
     const auto* record = nearest(*this, [](auto& r) { return r.category != QVFilterCategory::inherited; });
     return record ? record->category : QVFilterCategory::adjustment;
-}
-
-QVFilterInputs QVFilterClass::inputsOrInherited() const {
-    const auto* record = nearest(*this, [](auto& r) { return r.inputs != QVFilterInputs::inherited; });
-    return record ? record->inputs : QVFilterInputs::one;
 }
 
 std::string QV_DefaultMetalLibraryURLForClass(const QVFilterClass&) {

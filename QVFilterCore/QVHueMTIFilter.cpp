@@ -14,14 +14,27 @@ constexpr std::array<double, 3> kLuma = {0.2126, 0.7152, 0.0722};
 const QVFilterClass QVHueMTIFilterClass{
     .name = "QVHueMTIFilter",
     .superclass = &QVMTIOneInputFilterClass,
-    .help = "turns all hues round the colour wheel",
+    .title = "Hue",
+    .help = "Turns all hues round the colour wheel",
+    .tags = {"colour wheel", "recolour", "tint", "colour correction"},
     .factory = makeFilter<QVHueMTIFilter>,
     .category = QVFilterCategory::adjustment,
     .properties =
         {
-            qvProperty<&QVHueMTIFilter::hue, &QVHueMTIFilter::setHue>("hue", -1000, 1000, "angle, radians"),
-            qvProperty<&QVHueMTIFilter::keepsLuma, &QVHueMTIFilter::setKeepsLuma>(
-                "keepsLuma", "colours stay as bright as they were"),
+            qvProperty<&QVHueMTIFilter::hue, &QVHueMTIFilter::setHue>({
+                .name = "hue",
+                .title = "Angle",
+                .help = "how far the hues turn, from red towards green",
+                .minimum = -2 * std::numbers::pi,
+                .maximum = 2 * std::numbers::pi,
+                .unit = QVUnit::radians,
+                .step = 0.01,
+            }),
+            qvProperty<&QVHueMTIFilter::keepsLuma, &QVHueMTIFilter::setKeepsLuma>({
+                .name = "keepsLuma",
+                .title = "Keep brightness",
+                .help = "colours stay as bright as they were",
+            }),
         },
 };
 

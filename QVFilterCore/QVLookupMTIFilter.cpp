@@ -5,11 +5,23 @@ namespace qv {
 const QVFilterClass QVLookupMTIFilterClass{
     .name = "QVLookupMTIFilter",
     .superclass = &QVMTIOneInputFilterClass,
-    .help = "grades the colours by a look-up table",
+    .title = "Look-up table",
+    .help = "Grades the colours by a look-up table",
+    .tags = {"lut", "grade", "colour grading", "film look", "preset"},
     .factory = makeFilter<QVLookupMTIFilter>,
     .category = QVFilterCategory::adjustment,
-    .properties = {qvProperty<&QVLookupMTIFilter::intensity, &QVLookupMTIFilter::setIntensity>(
-        "intensity", 0, 1, "share of the graded picture")},
+    .inputs = {{kInputImage,
+                qvInput<&QVLookupMTIFilter::setInputColorLookupTable>(
+                    {.name = "inputColorLookupTable",
+                     .role = QVInputRole::table,
+                     .help = "64 levels of each colour as 512x512 pixels; without one nothing changes",
+                     .isRequired = false})}},
+    .properties = {qvProperty<&QVLookupMTIFilter::intensity, &QVLookupMTIFilter::setIntensity>({
+        .name = "intensity",
+        .title = "Intensity",
+        .help = "share of the graded picture",
+        .unit = QVUnit::fraction,
+    })},
 };
 
 MTIImage QVLookupMTIFilter::outputImage() {

@@ -7,7 +7,7 @@
 namespace qv {
 
 const QVFilterClass QVMTIFilterClass{
-    .name = "QVMTIFilter", .help = "Root of all filters", .kind = QVFilterKind::auxiliary};
+    .name = "QVMTIFilter", .title = "Filter", .help = "Root of all filters", .kind = QVFilterKind::auxiliary};
 
 MTIVector QVMTIFilter::rgbaVectorFromUIColor(const UIColor& color) {
     return {float(color.red()), float(color.green()), float(color.blue()), float(color.alpha())};

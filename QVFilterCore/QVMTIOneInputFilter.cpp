@@ -4,8 +4,9 @@ namespace qv {
 
 const QVFilterClass QVMTIOneInputFilterClass{.name = "QVMTIOneInputFilter",
                                              .superclass = &QVMTIFilterClass,
+                                             .title = "Filter over one picture",
                                              .help = "A filter over one picture",
                                              .factory = makeFilter<QVMTIOneInputFilter>,
-                                             .inputs = QVFilterInputs::one};
+                                             .inputs = {{kInputImage}}};
 
 }  // namespace qv

@@ -24,4 +24,8 @@ class QVMTIOneInputFilter : public QVMTIFilter {
     MTIImage inputImage_;
 };
 
+/// The input of every filter over a frame, for the records of those that have further ones.
+inline constexpr QVInput kInputImage = qvInput<&QVMTIOneInputFilter::setInputImage>(
+    {.name = "inputImage", .role = QVInputRole::frame, .help = "the frame to work on"});
+
 }  // namespace qv

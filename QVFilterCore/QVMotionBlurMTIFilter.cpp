@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <numbers>
 
 namespace qv {
 
@@ -67,15 +68,30 @@ struct QVMotionBlurMTIFilter::Line {
 const QVFilterClass QVMotionBlurMTIFilterClass{
     .name = "QVMotionBlurMTIFilter",
     .superclass = &QVMTIOneInputFilterClass,
-    .help = "smears the picture along a direction",
+    .title = "Directional blur",
+    .help = "Smears the picture along a direction",
+    .tags = {"motion blur", "smear", "speed"},
     .factory = makeFilter<QVMotionBlurMTIFilter>,
     .category = QVFilterCategory::blur,
     .properties =
         {
-            qvProperty<&Blur::blurSize, &Blur::setBlurSize>("blurSize", 0, 4096,
-                                                            "whole length of the smear, pixels"),
-            qvProperty<&Blur::blurAngle, &Blur::setBlurAngle>(
-                "blurAngle", -1000, 1000, "direction, radians anticlockwise from the horizontal"),
+            qvProperty<&Blur::blurSize, &Blur::setBlurSize>({
+                .name = "blurSize",
+                .title = "Length",
+                .help = "whole length of the smear",
+                .maximum = 4096,
+                .unit = QVUnit::pixels,
+                .step = 1,
+            }),
+            qvProperty<&Blur::blurAngle, &Blur::setBlurAngle>({
+                .name = "blurAngle",
+                .title = "Direction",
+                .help = "anticlockwise from the horizontal",
+                .minimum = -2 * std::numbers::pi,
+                .maximum = 2 * std::numbers::pi,
+                .unit = QVUnit::radians,
+                .step = 0.01,
+            }),
         },
 };
 

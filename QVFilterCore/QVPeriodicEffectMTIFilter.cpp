@@ -14,14 +14,22 @@ using Effect = QVPeriodicEffectMTIFilter;
 const QVFilterClass QVPeriodicEffectMTIFilterClass{
     .name = "QVPeriodicEffectMTIFilter",
     .superclass = &QVEffectMTIFilterClass,
+    .title = "Beat effect",
     .help = "An effect that beats and leaves the picture as it is in between",
     .factory = makeFilter<QVPeriodicEffectMTIFilter>,
     .category = QVFilterCategory::animation,
     .isPhotoTimeConst = false,
     .properties =
         {
-            qvProperty<&Effect::period, &Effect::setPeriod>("period", 0.05, 3600,
-                                                            "time from one beat to the next, seconds"),
+            qvProperty<&Effect::period, &Effect::setPeriod>({
+                .name = "period",
+                .title = "Beat",
+                .help = "time from one beat to the next",
+                .minimum = 0.05,
+                .maximum = 60,
+                .unit = QVUnit::seconds,
+                .step = 0.05,
+            }),
         },
 };
 

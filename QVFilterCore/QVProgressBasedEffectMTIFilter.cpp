@@ -11,16 +11,29 @@ using Effect = QVProgressBasedEffectMTIFilter;
 const QVFilterClass QVProgressBasedEffectMTIFilterClass{
     .name = "QVProgressBasedEffectMTIFilter",
     .superclass = &QVEffectMTIFilterClass,
+    .title = "Effect over a clip",
     .help = "An effect that knows where its clip begins and ends",
     .factory = makeFilter<QVProgressBasedEffectMTIFilter>,
     .category = QVFilterCategory::animation,
     .isPhotoTimeConst = false,
     .properties =
         {
-            qvProperty<&Effect::startTime, &Effect::setStartTime>("startTime", -1e9, 1e9,
-                                                                  "start of the clip, seconds"),
-            qvProperty<&Effect::endTime, &Effect::setEndTime>("endTime", -1e9, 1e9,
-                                                              "end of the clip, seconds"),
+            qvProperty<&Effect::startTime, &Effect::setStartTime>({
+                .name = "startTime",
+                .help = "start of the clip",
+                .minimum = -kUnlimited,
+                .maximum = kUnlimited,
+                .unit = QVUnit::seconds,
+                .driver = QVPropertyDriver::host,
+            }),
+            qvProperty<&Effect::endTime, &Effect::setEndTime>({
+                .name = "endTime",
+                .help = "end of the clip",
+                .minimum = -kUnlimited,
+                .maximum = kUnlimited,
+                .unit = QVUnit::seconds,
+                .driver = QVPropertyDriver::host,
+            }),
         },
 };
 

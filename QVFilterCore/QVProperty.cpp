@@ -1,8 +1,12 @@
+#include "QVFilterCore/QVProperty.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <optional>
 
-#include "QVFilterCore/QVFilterClass.h"
 #include "QVFilterCore/QVMTIFilter.h"
 
 #include <fmt/format.h>
@@ -56,8 +60,10 @@ std::string_view expectation(QVPropertyType type) {
             return "a whole number";
         case QVPropertyType::real:
             return "a number";
-        case QVPropertyType::vector:
-            return "one to four numbers, as 0.1,0.2";
+        case QVPropertyType::point:
+            return "a place x,y, as 0.1,0.2";
+        case QVPropertyType::size:
+            return "width,height, as 640,360";
         case QVPropertyType::color:
             return "a colour, as #ff00fc";
         case QVPropertyType::colors:
@@ -103,11 +109,10 @@ std::optional<QVPropertyValue> read(const QVProperty& property, std::string_view
     if (!numbers) return std::nullopt;
     const std::vector<double>& n = *numbers;
     switch (property.type) {
-        case QVPropertyType::vector: {
-            if (n.empty() || n.size() > 4) return std::nullopt;
-            const std::vector<float> narrowed(n.begin(), n.end());
-            return MTIVector(std::span<const float>(narrowed));
-        }
+        case QVPropertyType::point:
+        case QVPropertyType::size:
+            if (n.size() != 2) return std::nullopt;
+            return MTIVector{float(n[0]), float(n[1])};
         case QVPropertyType::numbers:
             return n;
         case QVPropertyType::transform:
@@ -124,23 +129,94 @@ std::optional<QVPropertyValue> read(const QVProperty& property, std::string_view
     }
 }
 
+/// The numbers of a value that a range bounds.
+std::vector<double> numbersOf(const QVPropertyValue& value) {
+    if (const auto* real = std::get_if<double>(&value)) return {*real};
+    if (const auto* integer = std::get_if<std::int64_t>(&value)) return {double(*integer)};
+    if (const auto* list = std::get_if<std::vector<double>>(&value)) return *list;
+    if (const auto* vector = std::get_if<MTIVector>(&value))
+        return {vector->values().begin(), vector->values().end()};
+    return {};
+}
+
 bool checkRange(const QVProperty& property, const QVPropertyValue& value, std::string* error) {
-    double number = 0;
-    if (const auto* real = std::get_if<double>(&value))
-        number = *real;
-    else if (const auto* integer = std::get_if<std::int64_t>(&value))
-        number = double(*integer);
-    else
-        return true;
-    if (number >= property.minimum && number <= property.maximum) return true;
-    if (error) {
-        *error = fmt::format("{} is {}, outside {} to {}", property.name, number, property.minimum,
-                             property.maximum);
+    for (double number : numbersOf(value)) {
+        if (number >= property.minimum && number <= property.maximum) continue;
+        if (error) {
+            *error = fmt::format("{} is {}, outside {} to {}", property.name, number, property.minimum,
+                                 property.maximum);
+        }
+        return false;
     }
-    return false;
+    return true;
+}
+
+/// Whether a value of the right alternative has as many elements as the type asks for.
+bool hasFittingCount(QVPropertyType type, const QVPropertyValue& value) {
+    if (type == QVPropertyType::color) return std::get<std::vector<UIColor>>(value).size() == 1;
+    const bool isPair = type == QVPropertyType::point || type == QVPropertyType::size;
+    return !isPair || std::get<MTIVector>(value).count() == 2;
+}
+
+/// The closest of 1, 2 and 5 times a power of ten that is not above `value`.
+double roundStep(double value) {
+    const double power = std::pow(10.0, std::floor(std::log10(value)));
+    const double digit = value / power;
+    return power * (digit < 2 ? 1 : digit < 5 ? 2 : 5);
 }
 
 }  // namespace
+
+std::string_view unitName(QVUnit unit) {
+    static constexpr std::array<std::string_view, 13> kNames = {"",
+                                                                "fraction",
+                                                                "factor",
+                                                                "count",
+                                                                "seconds",
+                                                                "pixels",
+                                                                "pixels at 1080",
+                                                                "frame sides",
+                                                                "half frame sides",
+                                                                "radians",
+                                                                "turns",
+                                                                "percent",
+                                                                "stops"};
+    return kNames[std::size_t(unit)];
+}
+
+std::string QVProperty::displayTitle() const {
+    if (!title.empty()) return std::string(title);
+    std::string words;
+    for (char c : name) {
+        const bool begins = std::isupper(static_cast<unsigned char>(c));
+        if (begins && !words.empty()) words += ' ';
+        const auto letter = static_cast<unsigned char>(c);
+        words += char(words.empty() ? std::toupper(letter) : std::tolower(letter));
+    }
+    return words;
+}
+
+bool QVProperty::hasNumbers() const {
+    switch (type) {
+        case QVPropertyType::integer:
+            return variants.empty();
+        case QVPropertyType::real:
+        case QVPropertyType::point:
+        case QVPropertyType::size:
+        case QVPropertyType::numbers:
+            return true;
+        default:
+            return false;
+    }
+}
+
+double QVProperty::controlStep() const {
+    if (!hasNumbers()) return 0;
+    if (type == QVPropertyType::integer) return 1;
+    if (step > 0) return step;
+    constexpr double kSteps = 100, kUsual = 0.01;
+    return maximum >= kUnlimited ? kUsual : roundStep((maximum - minimum) / kSteps);
+}
 
 std::optional<QVPropertyValue> parseProperty(const QVProperty& property, std::string_view text,
                                              std::string* error) {
@@ -161,9 +237,7 @@ bool setProperty(QVMTIFilter& filter, std::string_view name, const QVPropertyVal
         if (error) *error = fmt::format("{} has no property '{}'", filter.filterClass().name, name);
         return false;
     }
-    const auto* colors = std::get_if<std::vector<UIColor>>(&value);
-    const bool fits = property->type != QVPropertyType::color || (colors && colors->size() == 1);
-    if (value.index() != property->get(filter).index() || !fits) {
+    if (value.index() != property->get(filter).index() || !hasFittingCount(property->type, value)) {
         if (error) *error = fmt::format("{} takes {}", name, expectation(property->type));
         return false;
     }

@@ -9,7 +9,9 @@ namespace qv {
 const QVFilterClass QVSpiritFilterClass{
     .name = "QVSpiritFilter",
     .superclass = &QVMTIOneInputFilterClass,
-    .help = "draws sprites over the picture",
+    .title = "Sprites",
+    .help = "Draws sprites over the picture",
+    .tags = {"overlay", "stickers", "particles"},
     .factory = makeFilter<QVSpiritFilter>,
     .category = QVFilterCategory::particle,
 };

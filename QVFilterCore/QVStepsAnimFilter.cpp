@@ -12,16 +12,29 @@ using Animation = QVStepsAnimFilter;
 const QVFilterClass QVStepsAnimFilterClass{
     .name = "QVStepsAnimFilter",
     .superclass = &QVEffectMTIFilterClass,
+    .title = "Animation in steps",
     .help = "An animation in eased steps",
     .factory = makeFilter<QVStepsAnimFilter>,
     .category = QVFilterCategory::animation,
     .isPhotoTimeConst = false,
     .properties =
         {
-            qvProperty<&Animation::startTime, &Animation::setStartTime>("startTime", -1e9, 1e9,
-                                                                        "start of the animation, seconds"),
-            qvProperty<&Animation::endTime, &Animation::setEndTime>("endTime", -1e9, 1e9,
-                                                                    "end of the animation, seconds"),
+            qvProperty<&Animation::startTime, &Animation::setStartTime>({
+                .name = "startTime",
+                .help = "start of the animation",
+                .minimum = -kUnlimited,
+                .maximum = kUnlimited,
+                .unit = QVUnit::seconds,
+                .driver = QVPropertyDriver::host,
+            }),
+            qvProperty<&Animation::endTime, &Animation::setEndTime>({
+                .name = "endTime",
+                .help = "end of the animation",
+                .minimum = -kUnlimited,
+                .maximum = kUnlimited,
+                .unit = QVUnit::seconds,
+                .driver = QVPropertyDriver::host,
+            }),
         },
 };
 

@@ -2,28 +2,24 @@
 
 namespace qv {
 
-namespace {
-
-QVPropertyValue outSizeValue(const QVMTIFilter& filter) {
-    return MTIVector::vectorWithCGSize(static_cast<const QVTileMTIFilter&>(filter).outSize());
-}
-
-void setOutSizeValue(QVMTIFilter& filter, const QVPropertyValue& value) {
-    const auto& size = std::get<MTIVector>(value);
-    static_cast<QVTileMTIFilter&>(filter).setOutSize({size[0], size[1]});
-}
-
-}  // namespace
-
 const QVFilterClass QVTileMTIFilterClass{
     .name = "QVTileMTIFilter",
     .superclass = &QVMTIOneInputFilterClass,
-    .help = "repeats the picture over an area",
+    .title = "Tiles",
+    .help = "Repeats the picture over an area",
+    .tags = {"repeat", "pattern", "wallpaper"},
     .factory = makeFilter<QVTileMTIFilter>,
     .category = QVFilterCategory::mirror,
-    .properties = {{"outSize", QVPropertyType::vector, 0, kMaximumImageSide,
-                    "width,height of the area in pixels; 0,0 is the picture's own", outSizeValue,
-                    setOutSizeValue}},
+    .properties =
+        {
+            qvProperty<&QVTileMTIFilter::outSize, &QVTileMTIFilter::setOutSize>({
+                .name = "outSize",
+                .title = "Area",
+                .help = "width and height of the area; 0,0 is the picture's own",
+                .maximum = kMaximumImageSide,
+                .unit = QVUnit::pixels,
+            }),
+        },
 };
 
 MTIImage QVTileMTIFilter::outputImage() {

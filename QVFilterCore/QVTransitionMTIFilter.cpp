@@ -11,16 +11,24 @@ using Transition = QVTransitionMTIFilter;
 const QVFilterClass QVTransitionMTIFilterClass{
     .name = "QVTransitionMTIFilter",
     .superclass = &QVMTIFilterClass,
-    .help = "A passage from an outgoing clip to an incoming one",
+    .title = "Transition",
+    .help = "A transition from an outgoing clip to an incoming one",
     .factory = makeFilter<QVTransitionMTIFilter>,
     .category = QVFilterCategory::transition,
-    .inputs = QVFilterInputs::two,
+    .inputs = {{kInputImage1, kInputImage2}},
     .properties =
         {
-            qvProperty<&Transition::progress, &Transition::setProgress>("progress", 0, 1,
-                                                                        "position in the transition"),
-            qvProperty<&Transition::timeRange, &Transition::setTimeRange>("timeRange",
-                                                                          "span on the timeline, seconds"),
+            qvProperty<&Transition::progress, &Transition::setProgress>({
+                .name = "progress",
+                .help = "position in the transition",
+                .unit = QVUnit::fraction,
+                .driver = QVPropertyDriver::host,
+            }),
+            qvProperty<&Transition::timeRange, &Transition::setTimeRange>({
+                .name = "timeRange",
+                .help = "start and duration on the timeline",
+                .driver = QVPropertyDriver::host,
+            }),
         },
     .kind = QVFilterKind::transition,
 };

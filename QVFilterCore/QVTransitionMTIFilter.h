@@ -7,7 +7,7 @@ namespace qv {
 
 extern const QVFilterClass QVTransitionMTIFilterClass;
 
-/// A passage from an outgoing clip (`inputImage1`, whose size the result has) to an incoming one
+/// A transition from an outgoing clip (`inputImage1`, whose size the result has) to an incoming one
 /// (`inputImage2`).
 class QVTransitionMTIFilter : public QVMTIFilter {
   public:
@@ -52,5 +52,11 @@ class QVTransitionMTIFilter : public QVMTIFilter {
     float progress_ = 0;
     CMTimeRange timeRange_{{0, 600}, {600, 600}};
 };
+
+/// The inputs of a transition, for the records of its parts that read the first alone.
+inline constexpr QVInput kInputImage1 = qvInput<&QVTransitionMTIFilter::setInputImage1>(
+    {.name = "inputImage1", .role = QVInputRole::frame, .help = "the frame of the outgoing clip"});
+inline constexpr QVInput kInputImage2 = qvInput<&QVTransitionMTIFilter::setInputImage2>(
+    {.name = "inputImage2", .role = QVInputRole::incoming, .help = "the frame of the incoming clip"});
 
 }  // namespace qv

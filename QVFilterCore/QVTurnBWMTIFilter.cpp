@@ -5,11 +5,16 @@ namespace qv {
 const QVFilterClass QVTurnBWMTIFilterClass{
     .name = "QVTurnBWMTIFilter",
     .superclass = &QVMTIOneInputFilterClass,
-    .help = "turns the picture to black and white",
+    .title = "Black and white",
+    .help = "Turns the picture to black and white",
+    .tags = {"monochrome", "grayscale", "greyscale", "desaturate"},
     .factory = makeFilter<QVTurnBWMTIFilter>,
     .category = QVFilterCategory::adjustment,
-    .properties = {qvProperty<&QVTurnBWMTIFilter::strength, &QVTurnBWMTIFilter::setStrength>(
-        "strength", 0, 1, "share of the black-and-white picture")},
+    .properties = {qvProperty<&QVTurnBWMTIFilter::strength, &QVTurnBWMTIFilter::setStrength>({
+        .name = "strength",
+        .help = "share of the black-and-white picture",
+        .unit = QVUnit::fraction,
+    })},
 };
 
 MTIImage QVTurnBWMTIFilter::outputImage() {

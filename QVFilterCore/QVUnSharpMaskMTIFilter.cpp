@@ -9,15 +9,27 @@ using UnSharp = QVUnSharpMaskMTIFilter;
 const QVFilterClass QVUnSharpMaskMTIFilterClass{
     .name = "QVUnSharpMaskMTIFilter",
     .superclass = &QVMTIOneInputFilterClass,
-    .help = "sharpens by an unsharp mask",
+    .title = "Sharpen",
+    .help = "Sharpens by an unsharp mask",
+    .tags = {"unsharp mask", "detail", "clarity", "crisp"},
     .factory = makeFilter<QVUnSharpMaskMTIFilter>,
     .category = QVFilterCategory::adjustment,
     .properties =
         {
-            qvProperty<&UnSharp::intensity, &UnSharp::setIntensity>("intensity", 0, 5,
-                                                                    "how much of the detail is added"),
-            qvProperty<&UnSharp::radius, &UnSharp::setRadius>(
-                "radius", 0, 200, "size of the detail: standard deviation of the blur, pixels"),
+            qvProperty<&UnSharp::intensity, &UnSharp::setIntensity>({
+                .name = "intensity",
+                .help = "how much of the detail is added",
+                .maximum = 5,
+                .unit = QVUnit::factor,
+                .step = 0.05,
+            }),
+            qvProperty<&UnSharp::radius, &UnSharp::setRadius>({
+                .name = "radius",
+                .help = "size of the detail: standard deviation of the blur",
+                .maximum = 200,
+                .unit = QVUnit::pixels,
+                .step = 0.5,
+            }),
         },
 };
 

@@ -3,10 +3,14 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <iterator>
+#include <sstream>
 #include <string>
 #include <unordered_map>
 
 #include "QVFilterCore/QVMTIFilter.h"
+
+#include <fmt/format.h>
 
 namespace qv {
 
@@ -22,16 +26,34 @@ const std::array kClasses = std::to_array<const QVFilterClass*>({
 #undef QV_FILTER_CLASS
 });
 
-/// What is left of a name when case and the affixes that most classes share are ignored.
-std::string stem(std::string_view name) {
-    std::string text(name);
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](unsigned char c) { return char(std::tolower(c)); });
+std::string lowercase(std::string_view text) {
+    std::string result(text);
+    std::ranges::transform(result, result.begin(), [](unsigned char c) { return char(std::tolower(c)); });
+    return result;
+}
+
+/// A name without case and without the affixes that most classes share, each form shorter than the one
+/// before. A number at the end stays.
+std::vector<std::string> shortForms(std::string_view name) {
+    std::string text = lowercase(name);
+    std::erase_if(text, [](char c) { return c == ' ' || c == '-' || c == '_'; });
     if (text.starts_with("qv")) text.erase(0, 2);
-    for (std::string_view suffix : {"filter", "mti", "effect", "transition"}) {
-        if (text.ends_with(suffix)) text.resize(text.size() - suffix.size());
+    const std::size_t digits = text.size() - (text.find_last_not_of("0123456789") + 1);
+    const std::string number = text.substr(text.size() - digits);
+    text.resize(text.size() - digits);
+    std::vector<std::string> forms{text + number};
+    // One class lacks the last letter.
+    for (std::string_view suffix : {"filter", "filte", "mti", "effect", "transition"}) {
+        if (!text.ends_with(suffix) || text.size() == suffix.size()) continue;
+        text.resize(text.size() - suffix.size());
+        forms.push_back(text + number);
     }
-    return text;
+    return forms;
+}
+
+/// What is left of a name when all of that is ignored.
+std::string stem(std::string_view name) {
+    return shortForms(name).back();
 }
 
 /// Levenshtein distance.
@@ -64,6 +86,33 @@ const QVFilterClass* filterClassNamed(std::string_view name) {
     }();
     const auto found = byName.find(name);
     return found == byName.end() ? nullptr : found->second;
+}
+
+std::vector<const QVFilterClass*> filterClassesCalled(std::string_view name) {
+    if (const QVFilterClass* filterClass = filterClassNamed(name)) return {filterClass};
+    const std::string wanted = shortForms(name).front();
+    std::vector<const QVFilterClass*> called;
+    std::ranges::copy_if(kClasses, std::back_inserter(called), [&](const QVFilterClass* filterClass) {
+        const std::vector<std::string> forms = shortForms(filterClass->name);
+        return std::ranges::find(forms, wanted) != forms.end();
+    });
+    return called;
+}
+
+std::vector<const QVFilterClass*> filterClassesMatching(std::string_view words) {
+    std::istringstream stream{lowercase(words)};
+    const std::vector<std::string> wanted{std::istream_iterator<std::string>(stream), {}};
+    std::vector<const QVFilterClass*> matching;
+    for (const QVFilterClass* filterClass : kClasses) {
+        std::string text = fmt::format("{} {} {} {} {}", filterClass->name, filterClass->title,
+                                       filterClass->help, categoryName(filterClass->categoryOrInherited()),
+                                       kindName(filterClass->kindOrInherited()));
+        for (std::string_view tag : filterClass->tags) text += fmt::format(" {}", tag);
+        text = lowercase(text);
+        const auto occurs = [&text](const std::string& word) { return text.find(word) != std::string::npos; };
+        if (std::ranges::all_of(wanted, occurs)) matching.push_back(filterClass);
+    }
+    return matching;
 }
 
 std::unique_ptr<QVMTIFilter> createFilter(std::string_view className) {

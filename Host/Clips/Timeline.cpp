@@ -2,10 +2,6 @@
 
 #include "Host/CommandLine/Diagnostics.h"
 #include "Host/CommandLine/Failure.h"
-#include "QVFilterCore/QVAIEffectMTIFilter.h"
-#include "QVFilterCore/QVMTITwoInputFilter.h"
-#include "QVFilterCore/QVTransitionMTIFilter.h"
-#include "QVFilterExtension/MTIFilters/QVInterlayerFilter.h"
 
 namespace qv::host {
 
@@ -48,32 +44,32 @@ SubjectMask SubjectMask::fromAlpha(const Bitmap& picture) {
     return fromBuffer(grayOf(picture.width, picture.height, rgba.data() + 3, picture.rowBytes(), 4));
 }
 
-std::vector<std::string_view> inputNames(const QVFilterClass& filterClass) {
-    const bool ofTransition = filterClass.isSubclassOf(QVTransitionMTIFilterClass);
-    std::vector<std::string_view> names{ofTransition ? "inputImage1" : "inputImage"};
-    const QVFilterInputs inputs = filterClass.inputsOrInherited();
-    if (inputs == QVFilterInputs::two) names.push_back("inputImage2");
-    if (inputs == QVFilterInputs::oneAndMask) names.push_back("maskImage");
-    return names;
+QVInputValue FilterInputs::valueFor(const QVInput& input) const {
+    if (input.role == QVInputRole::mask && input.isBuffer) return mask.buffer;
+    if (input.isBuffer) return PixelBuffer();
+    switch (input.role) {
+        case QVInputRole::frame:
+            return first;
+        case QVInputRole::incoming:
+        case QVInputRole::layer:
+            return second;
+        case QVInputRole::mask:
+            return mask.image;
+        case QVInputRole::table:
+        case QVInputRole::texture:
+            break;
+    }
+    return MTIImage();
 }
 
 void setInputs(QVMTIFilter& filter, const FilterInputs& inputs) {
-    if (auto* transition = dynamic_cast<QVTransitionMTIFilter*>(&filter)) {
-        transition->setInputImage1(inputs.first);
-        transition->setInputImage2(inputs.second);
+    const QVFilterClass& filterClass = filter.filterClass();
+    for (const QVInput& input : filterClass.allInputs()) {
+        // A texture is the class's own.
+        if (input.role != QVInputRole::texture) input.set(filter, inputs.valueFor(input));
     }
-    if (auto* oneInput = dynamic_cast<QVMTIOneInputFilter*>(&filter)) oneInput->setInputImage(inputs.first);
-    if (auto* twoInputs = dynamic_cast<QVMTITwoInputFilter*>(&filter))
-        twoInputs->setInputImage2(inputs.second);
-    if (auto* subject = dynamic_cast<QVAIEffectMTIFilter*>(&filter)) {
-        subject->setMaskImage(inputs.mask.image);
-        subject->setMaskPixelBuffer(inputs.mask.buffer);
-        subject->setInputImageOriginalSize(inputs.originalSize);
-    }
-    if (auto* interlayer = dynamic_cast<QVInterlayerFilter*>(&filter)) {
-        interlayer->setMaskImage(inputs.mask.image);
-        interlayer->setInterlayerImage(inputs.second);
-    }
+    if (const QVProperty* size = filterClass.property("inputImageOriginalSize"))
+        size->set(filter, MTIVector::vectorWithCGSize(inputs.originalSize));
 }
 
 void setUnlessGiven(QVMTIFilter& filter, const EffectChoice& choice, std::string_view name,
@@ -90,7 +86,6 @@ std::unique_ptr<QVMTIFilter> makeFilterOnClip(const EffectChoice& choice, const 
     const QVFilterClass& filterClass = *choice.filterClass;
     std::unique_ptr<QVMTIFilter> filter = filterClass.create();
     if (!filter) fail(ExitCode::internal, "{} cannot be created", filterClass.name);
-    setUnlessGiven(*filter, choice, "effectValue", double(filterClass.defaultStrength()));
     setUnlessGiven(*filter, choice, "isPhoto", clip.isPhoto);
     if (clip.startTime) setUnlessGiven(*filter, choice, "startTime", *clip.startTime);
     if (clip.endTime) setUnlessGiven(*filter, choice, "endTime", *clip.endTime);
@@ -109,7 +104,7 @@ EffectChain::EffectChain(std::vector<EffectChoice> choices, const ClipPosition& 
 
 bool EffectChain::needsMask() const {
     for (const Link& link : links_) {
-        if (link.choice.filterClass->inputsOrInherited() == QVFilterInputs::oneAndMask) return true;
+        if (link.choice.filterClass->input(QVInputRole::mask)) return true;
     }
     return false;
 }

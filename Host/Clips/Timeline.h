@@ -41,12 +41,12 @@ struct FilterInputs {
     MTIImage second;  ///< the incoming clip, or the layer that is laid over the first
     SubjectMask mask;
     CGSize originalSize;  ///< of the clip's frames
+
+    /// What an input of this kind is given; nil when there is nothing for it.
+    QVInputValue valueFor(const QVInput& input) const;
 };
 
-/// Names of the inputs that a class reads, in order: "inputImage", "maskImage" or "inputImage1",
-/// "inputImage2".
-std::vector<std::string_view> inputNames(const QVFilterClass& filterClass);
-/// Hands over the inputs that the filter has.
+/// Hands over what the filter's class takes, each picture by its role.
 void setInputs(QVMTIFilter& filter, const FilterInputs& inputs);
 
 /// Sets a property if the class has it and the user has not given it.
@@ -64,7 +64,7 @@ class EffectChain {
   public:
     EffectChain(std::vector<EffectChoice> choices, const ClipPosition& clip);
 
-    /// Whether a class in the chain cannot work without a mask.
+    /// Whether a class in the chain works on the subject, and so needs a mask.
     bool needsMask() const;
     /// Moves every filter's time, except where the user set it and where a class lets time stand still on a
     /// photo.

@@ -41,6 +41,10 @@ CommandOption CommandOption::aboveZero() const {
     return CommandOption(option_->check(CLI::PositiveNumber));
 }
 
+CommandOption CommandOption::oneOf(const std::vector<std::string>& words) const {
+    return CommandOption(option_->check(CLI::IsMember(words)));
+}
+
 CommandOption CommandOption::excludes(CommandOption other) const {
     return CommandOption(option_->excludes(other.option_));
 }

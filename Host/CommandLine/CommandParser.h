@@ -26,6 +26,8 @@ class CommandOption {
     CommandOption range(int lowest, int highest) const;
     CommandOption range(double lowest, double highest) const;
     CommandOption aboveZero() const;
+    /// Only one of these words.
+    CommandOption oneOf(const std::vector<std::string>& words) const;
     /// The two are not given together.
     CommandOption excludes(CommandOption other) const;
     /// Only together with the other one.

@@ -34,6 +34,27 @@ std::string propertyNames(const QVFilterClass& filterClass) {
     return names.empty() ? "nothing to set" : fmt::format("{}", fmt::join(names, ", "));
 }
 
+bool fits(const QVFilterClass& filterClass, ClassUse use) {
+    if (use == ClassUse::overClip) return !filterClass.input(QVInputRole::incoming);
+    return use == ClassUse::any || filterClass.isTransition();
+}
+
+/// "did you mean …", or where all of them stand.
+std::string suggestion(std::string_view name, ClassUse use) {
+    std::vector<std::string_view> names;
+    for (std::string_view close : closestClassNames(name, allFilterClasses().size())) {
+        if (names.size() < kSuggestions && fits(*filterClassNamed(close), use)) names.push_back(close);
+    }
+    if (!names.empty()) return fmt::format("did you mean {}?", fmt::join(names, ", "));
+    return use == ClassUse::transition ? "qvfilter list --kind transition names them"
+                                       : "qvfilter list names them";
+}
+
+std::string_view whatItIs(const QVFilterClass& filterClass) {
+    if (filterClass.kindOrInherited() == QVFilterKind::effect) return "an effect over one clip";
+    return filterClass.input(QVInputRole::incoming) ? "a part of transitions" : "a filter over one clip";
+}
+
 }  // namespace
 
 bool EffectChoice::sets(std::string_view propertyName) const {
@@ -58,29 +79,34 @@ void EffectChoice::addSetting(std::string_view text) {
     settings.emplace_back(property, *value);
 }
 
-const QVFilterClass& findClass(std::string_view name) {
-    if (const QVFilterClass* filterClass = filterClassNamed(name)) return *filterClass;
-    const auto closest = closestClassNames(name, kSuggestions);
-    if (closest.empty()) fail(ExitCode::usage, "there is no class '{}'; qvfilter list names them", name);
-    fail(ExitCode::usage, "there is no class '{}'; did you mean {}?", name, fmt::join(closest, ", "));
+const QVFilterClass& findClass(std::string_view name, ClassUse use) {
+    const auto called = filterClassesCalled(name);
+    std::vector<std::string_view> fitting;
+    for (const QVFilterClass* filterClass : called) {
+        if (fits(*filterClass, use)) fitting.push_back(filterClass->name);
+    }
+    if (fitting.size() == 1) return *filterClassNamed(fitting.front());
+    if (fitting.size() > 1)
+        fail(ExitCode::usage, "'{}' may be {}; give one of these names", name, fmt::join(fitting, " or "));
+    if (called.empty()) fail(ExitCode::usage, "there is no class '{}'; {}", name, suggestion(name, use));
+    const QVFilterClass& other = *called.front();
+    if (use == ClassUse::transition) {
+        fail(ExitCode::usage, "{} is not a transition but {}; {}", other.name, whatItIs(other),
+             suggestion(name, use));
+    }
+    fail(ExitCode::usage, "{} takes two clips; a chain has one", other.name);
 }
 
-EffectChoice parseEffect(std::string_view text) {
+EffectChoice parseEffect(std::string_view text, ClassUse use) {
     const std::vector<std::string> parts = splitAtColons(text);
-    EffectChoice choice{&findClass(parts[0])};
+    EffectChoice choice{&findClass(parts[0], use)};
     for (std::size_t i = 1; i < parts.size(); ++i) choice.addSetting(parts[i]);
     return choice;
 }
 
 std::vector<EffectChoice> parseChain(const std::vector<std::string>& texts) {
     std::vector<EffectChoice> chain;
-    for (const std::string& text : texts) {
-        chain.push_back(parseEffect(text));
-        const QVFilterClass& filterClass = *chain.back().filterClass;
-        if (filterClass.inputsOrInherited() == QVFilterInputs::two) {
-            fail(ExitCode::usage, "{} takes two clips; a chain has one", filterClass.name);
-        }
-    }
+    for (const std::string& text : texts) chain.push_back(parseEffect(text, ClassUse::overClip));
     return chain;
 }
 

@@ -21,14 +21,18 @@ struct EffectChoice {
     void addSetting(std::string_view text);
 };
 
-/// The class of that name. Fails as usage, naming the closest ones.
-const QVFilterClass& findClass(std::string_view name);
+/// Where a class is wanted: anywhere, over one clip, or between two.
+enum class ClassUse { any, overClip, transition };
+
+/// The class of that name, or the only one of those that fit the use which is called so for short, see
+/// `filterClassesCalled`. Fails as usage: names what it may mean, or the closest ones.
+const QVFilterClass& findClass(std::string_view name, ClassUse use = ClassUse::any);
 
 /// Reads CLASS:name=value:name=value. A value may hold commas and '#'; "\:" stands for a colon and "\\" for a
 /// backslash. Fails as usage.
-EffectChoice parseEffect(std::string_view text);
+EffectChoice parseEffect(std::string_view text, ClassUse use = ClassUse::any);
 
-/// The choices of a chain over one clip. Fails as usage for a class that takes two clips.
+/// The choices of a chain over one clip. Fails as usage, also for a class that takes two clips.
 std::vector<EffectChoice> parseChain(const std::vector<std::string>& texts);
 
 }  // namespace qv::host

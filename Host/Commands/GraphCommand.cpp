@@ -40,11 +40,12 @@ FilterInputs plainInputs(PixelSize size, bool asFrames) {
 
 /// Names for the inputs that a class may show in its graph.
 NamedImages namedInputs(const QVFilterClass& filterClass, const FilterInputs& inputs) {
-    const std::vector<std::string_view> names = inputNames(filterClass);
-    const bool two = filterClass.inputsOrInherited() == QVFilterInputs::two;
-    return {{std::string(names[0]), inputs.first},
-            {two ? std::string(names[1]) : "secondImage", inputs.second},
-            {"maskImage", inputs.mask.image}};
+    NamedImages images;
+    for (const QVInput& input : filterClass.allInputs()) {
+        if (!input.isBuffer)
+            images.emplace_back(std::string(input.name), std::get<MTIImage>(inputs.valueFor(input)));
+    }
+    return images;
 }
 
 void graph(const Options& options) {

@@ -65,7 +65,8 @@ void sheet(const Options& options) {
     std::int64_t done = 0;
     for (const QVFilterClass* filterClass : classes) {
         groups[filterClass->categoryOrInherited()].push_back(
-            {std::string(filterClass->name), UIImage(classPicture(*filterClass, inputs, time, *context))});
+            {std::string(filterClass->title), std::string(filterClass->name),
+             UIImage(classPicture(*filterClass, inputs, time, *context))});
         progress.advance(++done, 0);
     }
     writePicture(drawSheet(groups, cell, options.columns), options.output, type);

@@ -8,7 +8,6 @@
 
 #include "Host/CommandLine/Interrupt.h"
 #include "Host/Sheets/ClassPicture.h"
-#include "QVFilterCore/QVTransitionMTIFilter.h"
 
 namespace qv::host {
 
@@ -22,7 +21,7 @@ constexpr double kTellingShare = 0.8;
 /// Codes by which a frame differs that is not its source again.
 constexpr double kSeenChange = 0.5;
 /// Of a range wider than 1, the share that a sweep covers: such ranges go far beyond what looks well.
-constexpr double kSweptShare = 0.1, kAsGoodAsUnlimited = 1e9;
+constexpr double kSweptShare = 0.1;
 
 CGSize sidesOf(PixelSize size) {
     return {double(size.width), double(size.height)};
@@ -43,10 +42,6 @@ int passageFrame(double progress) {
     return frame;
 }
 
-bool isPassage(const QVFilterClass& filterClass) {
-    return filterClass.isSubclassOf(QVTransitionMTIFilterClass);
-}
-
 /// A filter on the preview's timeline.
 class PreviewFilter {
   public:
@@ -64,8 +59,7 @@ class PreviewFilter {
         const QVFilterClass& filterClass = *choice_.filterClass;
         const double time = previewTime(frame);
         setUnlessGiven(*filter_, choice_, timeProperty(filterClass), time);
-        setUnlessGiven(*filter_, choice_, "progress",
-                       isPassage(filterClass) ? passageProgress(time) : time / kPreviewSeconds);
+        setUnlessGiven(*filter_, choice_, "progress", passageProgress(time));
         if (sweep_) {
             const double there = 0.5 - 0.5 * std::cos(2 * std::numbers::pi * time / kPreviewSeconds);
             sweep_->property->set(*filter_, sweep_->from + (sweep_->to - sweep_->from) * there);
@@ -101,13 +95,11 @@ int telling(std::vector<std::pair<double, int>> changes) {
     return found->second;
 }
 
-/// The class's first number that can grow and is neither its time nor its place in a passage.
+/// The class's first number that can grow and is the user's.
 std::optional<CardSweep> sweepFor(const QVFilterClass& filterClass) {
     const auto fresh = filterClass.create();
     for (const QVProperty* property : filterClass.allProperties()) {
-        const bool isPlace = property->name == "progress" || property->name == timeProperty(filterClass);
-        if (isPlace || property->type != QVPropertyType::real || property->maximum >= kAsGoodAsUnlimited)
-            continue;
+        if (property->driver == QVPropertyDriver::host || property->type != QVPropertyType::real) continue;
         const double from = std::get<double>(property->get(*fresh)), range = property->maximum - from;
         if (range <= 0) continue;
         return CardSweep{property, from, from + (range > 1 ? range * kSweptShare : range)};
@@ -115,12 +107,9 @@ std::optional<CardSweep> sweepFor(const QVFilterClass& filterClass) {
     return std::nullopt;
 }
 
-/// The choices that a card shows beside the class's defaults: every level, every value of a selector.
+/// The choices that a card shows beside the class's defaults: every value of a selector, levels among them.
 std::vector<CardStill> stillsOf(const QVFilterClass& filterClass) {
     std::vector<CardStill> stills;
-    const bool hasLevels = filterClass.levels() > 1 && filterClass.property("level");
-    for (int level = 0; hasLevels && level < filterClass.levels(); ++level)
-        stills.push_back({"level", fmt::format("level {}", level), level, {}});
     for (const QVProperty* property : filterClass.allProperties()) {
         for (std::size_t i = 0; i < property->variants.size(); ++i)
             stills.push_back({std::string(property->name), std::string(property->variants[i]), int(i), {}});
@@ -139,7 +128,7 @@ CardRenderer::CardRenderer(const GalleryFiles& files, const CardSizes& sizes, MT
     : sizes_(sizes), context_(context), scene_(files, sizes.render, context) {}
 
 const GalleryScene& CardRenderer::sceneFor(const QVFilterClass& filterClass) {
-    const bool usable = scene_.hasMask() || filterClass.inputsOrInherited() != QVFilterInputs::oneAndMask;
+    const bool usable = scene_.hasMask() || !filterClass.input(QVInputRole::mask);
     if (usable) return scene_;
     if (!sampleScene_) sampleScene_.emplace(GalleryFiles{}, sizes_.render, context_);
     return *sampleScene_;
@@ -157,14 +146,13 @@ std::optional<CardPictures> CardRenderer::render(const QVFilterClass& filterClas
         if (pictures.sweep) pictures.frames = play(filterClass, pictures.sweep);
         changed = changes(pictures.frames, scene);
     }
-    const int frame = filterClass.inputsOrInherited() == QVFilterInputs::two ? passageFrame(kPassageProgress)
-                                                                             : telling(changed);
+    const bool hasIncoming = filterClass.input(QVInputRole::incoming);
+    const int frame = hasIncoming ? passageFrame(kPassageProgress) : telling(changed);
     pictures.moment = previewTime(frame);
     const EffectChoice plain{&filterClass};
     pictures.after = still(PreviewFilter(plain, pictures.sweep).at(frame, scene), sizes_.render);
     pictures.before = still(scene.frame(frame).first, sizes_.render);
-    if (filterClass.inputsOrInherited() == QVFilterInputs::two)
-        pictures.incoming = still(scene.frame(frame).second, sizes_.render);
+    if (hasIncoming) pictures.incoming = still(scene.frame(frame).second, sizes_.render);
     pictures.stills = stillsOf(filterClass);
     for (CardStill& each : pictures.stills) {
         EffectChoice choice = plain;

@@ -47,12 +47,12 @@ void writeSheets(const std::filesystem::path& directory, const std::vector<const
     const PixelSize frame{cell.width * kStripFrame / 100, cell.height * kStripFrame / 100};
     for (const QVFilterClass* filterClass : classes) {
         checkInterrupt();
-        const std::string name(filterClass->name);
+        const std::string name(filterClass->name), title(filterClass->title);
         const QVFilterCategory category = filterClass->categoryOrInherited();
         pictures[category].push_back(
-            {name, UIImage(classPicture(*filterClass, scene.frame(kFrame), std::nullopt, context))});
-        if (filterClass->inputsOrInherited() != QVFilterInputs::two) continue;
-        strips[category].push_back({name, strip(*filterClass, scene, frame, context)});
+            {title, name, UIImage(classPicture(*filterClass, scene.frame(kFrame), std::nullopt, context))});
+        if (!filterClass->isTransition()) continue;
+        strips[category].push_back({title, name, strip(*filterClass, scene, frame, context)});
         const CGSize size = strips[category].back().picture.size();
         stripSize = {int(size.width), int(size.height)};
     }

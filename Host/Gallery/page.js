@@ -60,8 +60,9 @@
     mask: { label: "Clip and mask", needs: "a clip and its subject's mask" },
   };
   function inputsOf(entry) {
-    if (entry.inputs.includes("maskImage")) return "mask";
-    return entry.inputs.length > 1 ? "two" : "one";
+    const takes = (role) => entry.inputs.some((input) => input.role === role);
+    if (takes("mask")) return "mask";
+    return takes("incoming") ? "two" : "one";
   }
   const round = (number) => Math.round(number * 100) / 100;
   const copies = (cost) => plural(cost.copies < 10 ? Math.round(cost.copies * 10) / 10 : Math.round(cost.copies), "copy pass", "copy passes");
@@ -84,10 +85,10 @@
       this.entry = entry;
       this.stage = new Stage(entry, () => openDetails(entry));
       this.button = make("button", { type: "button", class: "open", tabindex: "-1", onclick: () => openDetails(entry) },
-        make("h3", {}, ...breakable(entry.name)), make("p", { class: "help" }, sentence(entry.help)), make("p", { class: "tags" }, ...tags(entry)));
+        make("h3", {}, entry.title), make("p", { class: "name" }, ...breakable(entry.name)), make("p", { class: "help" }, sentence(entry.help)), make("p", { class: "tags" }, ...tags(entry)));
       this.root = make("article", { class: "card", role: "listitem", "data-name": entry.name }, this.stage.root, this.button);
       const words = entry.properties.flatMap((property) => [property.name, property.help, ...(property.variants ?? [])]);
-      this.text = [entry.name, entry.help, entry.category, entry.kind, entry.fragmentFunction, ...words].join(" ").toLowerCase();
+      this.text = [entry.name, entry.title, ...entry.tags, entry.help, entry.category, entry.kind, entry.fragmentFunction, ...words].join(" ").toLowerCase();
     }
   }
   /** A name that may be broken between its words. */
@@ -275,18 +276,18 @@
   function rangeOf(property) {
     if (property.variants) return property.variants.map((name, value) => `${value} ${name}`).join(", ");
     if (property.min === null || property.max >= kAsGoodAsUnlimited) return "";
-    return `${property.min} to ${property.max}`;
+    return [`${property.min} to ${property.max}`, property.unit].filter(Boolean).join(" ");
   }
   const valueOf = (value) => (Array.isArray(value) ? value.join(", ") || "none" : String(value));
 
   function propertyTable(entry) {
     if (!entry.properties.length) return null;
-    const rows = entry.properties.map((property) => make("tr", {},
-      make("td", {}, property.name), make("td", {}, property.type), make("td", { class: property.variants ? null : "number" }, rangeOf(property)),
+    const rows = entry.properties.filter(({ driver }) => driver !== "none").map((property) => make("tr", {},
+      make("td", {}, property.title), make("td", {}, property.name), make("td", {}, property.type), make("td", { class: property.variants ? null : "number" }, rangeOf(property)),
       make("td", { class: "number" }, valueOf(property.default)), make("td", {}, sentence(property.help))));
     return make("section", {}, make("h3", {}, "Properties"), make("div", { class: "scroll", tabindex: "0", role: "group", "aria-label": "Properties" },
       make("table", {},
-        make("thead", {}, make("tr", {}, ...["Name", "Type", "Range", "Default", "Meaning"].map((name) => make("th", { scope: "col" }, name)))),
+        make("thead", {}, make("tr", {}, ...["Title", "Name", "Type", "Range", "Default", "Meaning"].map((name) => make("th", { scope: "col" }, name)))),
         make("tbody", {}, ...rows))));
   }
 
@@ -299,7 +300,7 @@
       ["Shader function", make("code", {}, entry.fragmentFunction || "–")],
       ["Superclass", entry.superclass ? make("code", {}, entry.superclass) : "–"],
       entry.levelCount > 1 ? ["Levels", String(entry.levelCount)] : null,
-      entry.properties.some(({ name }) => name === "effectValue") ? ["Strength", String(entry.defaultEffectValue)] : null,
+      entry.properties.some(({ name, driver }) => name === "effectValue" && driver === "user") ? ["Strength", String(entry.defaultEffectValue)] : null,
       entry.isVideoOnly ? ["For", "Video only"] : null,
       entry.card.sweep ? ["Shown with", `${entry.card.sweep.property} from ${entry.card.sweep.from} to ${round(entry.card.sweep.to)} and back`] : null,
       preview ? ["Preview", `${(preview.bytes / 1000).toFixed(0)} kB`] : null,
@@ -333,7 +334,7 @@
     opened?.stage.end();
     const stage = new Stage(entry, null);
     opened = { entry, stage };
-    byId("details-name").replaceChildren(...breakable(entry.name));
+    byId("details-name").replaceChildren(entry.title, " ", make("small", {}, ...breakable(entry.name)));
     byId("details-tags").replaceChildren(...tags(entry).filter(Boolean));
     const command = copyable("Command line", entry.card.command), snippet = copyable("C++", entry.card.snippet);
     byId("details-body").replaceChildren(...[

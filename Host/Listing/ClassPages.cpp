@@ -85,13 +85,17 @@ std::string valueText(const QVProperty& property, const QVMTIFilter& filter) {
 
 /// `filter` is nil for a base, of which there are no instances.
 std::string propertyTable(const std::vector<const QVProperty*>& properties, const QVMTIFilter* filter) {
-    std::string text = filter ? "| property | type | range | default | meaning |\n|---|---|---|---|---|\n"
-                              : "| property | type | range | meaning |\n|---|---|---|---|\n";
+    std::string text = filter ? "| property | title | type | range | default | set by | meaning |\n"
+                                "|---|---|---|---|---|---|---|\n"
+                              : "| property | title | type | range | set by | meaning |\n"
+                                "|---|---|---|---|---|---|\n";
     for (const QVProperty* property : properties) {
-        text += fmt::format("| {} | {} | {} |", code(property->name), typeName(property->type),
+        text += fmt::format("| {} | {} | {} | {} |", code(property->name), property->displayTitle(),
+                            typeName(property->type),
                             property->variants.empty() ? rangeText(*property) : variantNames(*property));
         if (filter) text += fmt::format(" {} |", valueText(*property, *filter));
-        text += fmt::format(" {} |\n", cell(property->help));
+        text += fmt::format(" {} | {} |\n", property->driver == QVPropertyDriver::host ? "host" : "user",
+                            cell(property->help));
     }
     return text;
 }
@@ -130,8 +134,10 @@ std::string facts(const QVFilterClass& filterClass) {
         text += fmt::format("- {}: {}\n", label, value);
     };
     std::string inputs;
-    for (std::string_view name : inputNames(filterClass))
-        inputs += fmt::format("{}{}", inputs.empty() ? "" : ", ", code(name));
+    for (const QVInput& input : filterClass.allInputs()) {
+        inputs += fmt::format("{}{}{}", inputs.empty() ? "" : ", ", code(input.name),
+                              input.isRequired ? "" : " (optional)");
+    }
     fact("Kind", kindName(filterClass.kindOrInherited()));
     fact("Inputs", inputs);
     if (filterClass.superclass) fact("Superclass", linkTo(*filterClass.superclass));
@@ -139,6 +145,14 @@ std::string facts(const QVFilterClass& filterClass) {
     if (filterClass.levels() > 0)
         fact("Levels", fmt::format("{} (`level` 0 to {})", filterClass.levels(), filterClass.levels() - 1));
     if (filterClass.videoOnly()) fact("For", "video only");
+    std::string tags, ignored;
+    for (std::string_view tag : filterClass.tags) tags += fmt::format("{}{}", tags.empty() ? "" : ", ", tag);
+    for (const QVProperty* property : filterClass.allProperties()) {
+        if (property->driver == QVPropertyDriver::user && filterClass.ignores(property->name))
+            ignored += fmt::format("{}{}", ignored.empty() ? "" : ", ", code(property->name));
+    }
+    if (!tags.empty()) fact("Tags", tags);
+    if (!ignored.empty()) fact("Changes nothing", ignored);
     return text;
 }
 
@@ -153,7 +167,7 @@ std::string exampleSetting(const QVFilterClass& filterClass) {
     }
     if (filterClass.property("effectValue")) return {};
     for (const QVProperty& property : filterClass.properties) {
-        if (property.type != QVPropertyType::real || rangeText(property).empty()) continue;
+        if (property.type != QVPropertyType::real || property.driver == QVPropertyDriver::host) continue;
         const double standing = std::get<double>(property.get(*fresh));
         const double end = standing < property.maximum ? property.maximum : property.minimum;
         return fmt::format("{}={}", property.name, std::round((standing + end) * 50) / 100);
@@ -163,8 +177,8 @@ std::string exampleSetting(const QVFilterClass& filterClass) {
 
 std::string classSection(const QVFilterClass& filterClass) {
     const std::unique_ptr<QVMTIFilter> fresh = newInstance(filterClass);
-    std::string text = fmt::format("## {}\n\n{}.\n\n{}\n", filterClass.name, capitalized(filterClass.help),
-                                   facts(filterClass));
+    std::string text = fmt::format("## {}\n\n**{}.** {}.\n\n{}\n", filterClass.name, filterClass.title,
+                                   filterClass.help, facts(filterClass));
     std::vector<const QVProperty*> own = filterClass.allProperties();
     std::erase_if(own, [&](const QVProperty* p) { return !isListed(declarer(filterClass, *p)); });
     if (!own.empty()) text += propertyTable(own, fresh.get()) + "\n";
@@ -173,10 +187,12 @@ std::string classSection(const QVFilterClass& filterClass) {
 }
 
 std::string categoryPage(QVFilterCategory category, const std::vector<const QVFilterClass*>& classes) {
-    std::string text = fmt::format("# {}\n\n[All families]({})\n\n| class | what it does |\n|---|---|\n",
-                                   capitalized(categoryName(category)), kIndex);
+    std::string text =
+        fmt::format("# {}\n\n[All families]({})\n\n| class | title | what it does |\n|---|---|---|\n",
+                    capitalized(categoryName(category)), kIndex);
     for (const QVFilterClass* filterClass : classes)
-        text += fmt::format("| {} | {} |\n", linkTo(*filterClass), cell(capitalized(filterClass->help)));
+        text += fmt::format("| {} | {} | {} |\n", linkTo(*filterClass), filterClass->title,
+                            cell(filterClass->help));
     text += "\n";
     for (const QVFilterClass* filterClass : classes) text += classSection(*filterClass);
     text.pop_back();
@@ -206,7 +222,7 @@ std::vector<const QVFilterClass*> basesOf(const Families& families) {
 
 std::string baseSection(const QVFilterClass& base) {
     std::string text = fmt::format("### {}\n\n", base.name);
-    text += capitalized(base.help) + ".";
+    text += fmt::format("{}.", base.help);
     if (base.superclass) text += fmt::format(" Superclass: {}.", linkTo(*base.superclass));
     text += "\n\n";
     std::vector<const QVProperty*> own;

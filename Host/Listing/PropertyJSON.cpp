@@ -53,8 +53,10 @@ std::string_view typeName(QVPropertyType type) {
             return "int";
         case QVPropertyType::real:
             return "float";
-        case QVPropertyType::vector:
-            return "vector";
+        case QVPropertyType::point:
+            return "point";
+        case QVPropertyType::size:
+            return "size";
         case QVPropertyType::color:
             return "color";
         case QVPropertyType::colors:
@@ -67,10 +69,6 @@ std::string_view typeName(QVPropertyType type) {
             return "timeRange";
     }
     return "";
-}
-
-bool hasRange(QVPropertyType type) {
-    return type == QVPropertyType::integer || type == QVPropertyType::real;
 }
 
 double shortestNumber(double value) {

@@ -11,11 +11,8 @@ namespace qv::host {
 
 using Json = nlohmann::ordered_json;
 
-/// "bool", "int", "float", "vector", "colors", "numbers", "transform" or "timeRange".
+/// "bool", "int", "float", "point", "size", "color", "colors", "numbers", "transform" or "timeRange".
 std::string_view typeName(QVPropertyType type);
-
-/// Whether minimum and maximum mean something.
-bool hasRange(QVPropertyType type);
 
 /// A number with no more digits than it has: what was a float prints as one.
 double shortestNumber(double value);

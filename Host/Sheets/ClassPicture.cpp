@@ -1,16 +1,13 @@
 #include "Host/Sheets/ClassPicture.h"
 
 #include "Host/CommandLine/Failure.h"
-#include "QVFilterCore/QVTransitionMTIFilter.h"
 
 namespace qv::host {
 
 Bitmap classPicture(const QVFilterClass& filterClass, const FilterInputs& inputs, std::optional<double> time,
                     MTIContext& context) {
     EffectChoice choice{&filterClass};
-    const bool passage = filterClass.isSubclassOf(QVTransitionMTIFilterClass);
-    if (filterClass.property("progress"))
-        choice.addSetting(fmt::format("progress={}", passage ? kPassageProgress : 0.5));
+    if (filterClass.property("progress")) choice.addSetting(fmt::format("progress={}", kPassageProgress));
     // Animations rest for much of their clip; early on they all show.
     const bool animation = filterClass.categoryOrInherited() == QVFilterCategory::animation;
     const auto filter = makeFilterOnClip(

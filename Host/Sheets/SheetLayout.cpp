@@ -9,7 +9,7 @@ namespace qv::host {
 
 namespace {
 
-constexpr double kMargin = 24, kGap = 14, kLabelHeight = 26, kHeadingHeight = 46;
+constexpr double kMargin = 24, kGap = 14, kLabelHeight = 42, kHeadingHeight = 46;
 
 /// `content` scaled to lie within `cell`, centred.
 CGRect fitted(CGSize content, const CGRect& cell) {
@@ -65,8 +65,10 @@ class SheetLayout {
         } else {
             canvas.drawText("needs more inputs", {frame.minX() + 8, frame.minY() + 8}, labelFont(14), kInk);
         }
-        canvas.drawText(cell.label, {origin.x, frame.maxY() + 4}, fittingFont(cell.label, 15, cell_.width),
+        canvas.drawText(cell.title, {origin.x, frame.maxY() + 4}, fittingFont(cell.title, 15, cell_.width),
                         kInk);
+        canvas.drawText(cell.name, {origin.x, frame.maxY() + 23}, fittingFont(cell.name, 12, cell_.width),
+                        kAccent);
     }
 
     const SheetGroups& groups_;

@@ -12,7 +12,7 @@
 namespace qv::host {
 
 struct SheetCell {
-    std::string label;
+    std::string title, name;
     UIImage picture;  ///< scaled into the cell, centred; nil where the class gives none of the inputs
 };
 

@@ -1,43 +1,10 @@
 #include "Host/Transition/TransitionFilter.h"
 
-#include <string>
-
 #include "Host/Clips/Timeline.h"
 #include "Host/CommandLine/Diagnostics.h"
 #include "Host/CommandLine/Failure.h"
-#include "QVFilterExtension/QVFilterRegistry.h"
 
 namespace qv::host {
-
-namespace {
-
-constexpr std::size_t kSuggestions = 3;
-
-bool isTransition(const QVFilterClass& filterClass) {
-    return filterClass.isSubclassOf(QVTransitionMTIFilterClass);
-}
-
-/// "did you mean …", or where all of them stand.
-std::string suggestion(std::string_view name) {
-    std::vector<std::string_view> names;
-    for (std::string_view close : closestClassNames(name, allFilterClasses().size())) {
-        if (isTransition(*filterClassNamed(close)) && names.size() < kSuggestions) names.push_back(close);
-    }
-    if (names.empty()) return "qvfilter list names the transitions";
-    return fmt::format("did you mean {}?", fmt::join(names, ", "));
-}
-
-}  // namespace
-
-EffectChoice parseTransition(std::string_view text) {
-    const std::string_view name = text.substr(0, text.find(':'));
-    const QVFilterClass* filterClass = filterClassNamed(name);
-    if (!filterClass) fail(ExitCode::usage, "there is no class '{}'; {}", name, suggestion(name));
-    if (!isTransition(*filterClass)) {
-        fail(ExitCode::usage, "{} is no transition; {}", name, suggestion(name));
-    }
-    return parseEffect(text);
-}
 
 TransitionFilter::TransitionFilter(EffectChoice choice, CMTimeRange range) : choice_(std::move(choice)) {
     filter_ = makeFilterOnClip(choice_, {});

@@ -1,17 +1,12 @@
 #pragma once
 
 #include <memory>
-#include <string_view>
 
 #include "Host/CommandLine/EffectChoice.h"
 #include "Platform/Foundation/CMTime.h"
-#include "QVFilterCore/QVTransitionMTIFilter.h"
+#include "QVFilterCore/QVMTIFilter.h"
 
 namespace qv::host {
-
-/// Reads CLASS:name=value:name=value of a passage from one clip to another. Fails as usage, naming the
-/// closest transitions.
-EffectChoice parseTransition(std::string_view text);
 
 /// A transition where it lies on the timeline. Used by one thread at a time.
 class TransitionFilter {

@@ -49,7 +49,7 @@ TransitionTimeline::TransitionTimeline(const TransitionOptions& options)
       second_(options.inputs[1], stillSeconds_, reading(options)),
       fit_(options.fit),
       frame_(shapeOf(options, first_)),
-      filter_(parseTransition(options.transition),
+      filter_(parseEffect(options.transition, ClassUse::transition),
               {CMTimeMakeWithSeconds(start(), kTimescale), CMTimeMakeWithSeconds(seconds_, kTimescale)}) {
     checkLength(first_, seconds_);
     checkLength(second_, seconds_);

@@ -7,10 +7,20 @@ namespace qv {
 const QVFilterClass QVInterlayerFilterClass{
     .name = "QVInterlayerFilter",
     .superclass = &QVMTIOneInputFilterClass,
-    .help = "puts a layer between the subject and the background",
+    .title = "Layer behind the subject",
+    .help = "Puts a layer between the subject and the background",
+    .tags = {"mask", "matte", "cutout", "background", "compositing"},
     .factory = makeFilter<QVInterlayerFilter>,
     .category = QVFilterCategory::subject,
-    .inputs = QVFilterInputs::oneAndMask,
+    .inputs = {{kInputImage,
+                qvInput<&QVInterlayerFilter::setMaskImage>({.name = "maskImage",
+                                                            .role = QVInputRole::mask,
+                                                            .help = "white where the subject is",
+                                                            .isRequired = false}),
+                qvInput<&QVInterlayerFilter::setInterlayerImage>({.name = "interlayerImage",
+                                                                  .role = QVInputRole::layer,
+                                                                  .help = "the layer behind the subject",
+                                                                  .isRequired = false})}},
 };
 
 MTIImage QVInterlayerFilter::outputImage() {

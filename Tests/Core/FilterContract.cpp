@@ -15,21 +15,30 @@ namespace {
 using testing::HasSubstr;
 
 constexpr std::array<std::string_view, 2> kShapes = {"round", "square"};
+constexpr std::array<std::string_view, 4> kLevels = {"a", "b", "c", "d"};
 
 class Probe : public QVEffectMTIFilter {
   public:
     explicit Probe(const QVFilterClass& filterClass) : QVEffectMTIFilter(filterClass) {}
     int count() const { return count_; }
     void setCount(int count) { count_ = count; }
+    int shape() const { return shape_; }
+    void setShape(int shape) { shape_ = shape; }
+    void setMask(MTIImage mask) { mask_ = std::move(mask); }
+    const MTIImage& mask() const { return mask_; }
+    void setMaskBuffer(PixelBuffer mask) { maskBuffer_ = std::move(mask); }
+    const PixelBuffer& maskBuffer() const { return maskBuffer_; }
     UIColor tint() const { return tint_; }
     void setTint(UIColor tint) { tint_ = tint; }
     MTIVector point() const { return point_; }
     void setPoint(MTIVector point) { point_ = point; }
 
   private:
-    int count_ = 3;
+    int count_ = 3, shape_ = 0;
     UIColor tint_;
     MTIVector point_{0, 0};
+    MTIImage mask_;
+    PixelBuffer maskBuffer_;
 };
 
 const QVFilterClass kProbe{
@@ -37,26 +46,40 @@ const QVFilterClass kProbe{
     .superclass = &QVEffectMTIFilterClass,
     .factory = makeFilter<Probe>,
     .category = QVFilterCategory::light,
-    .levelCount = 4,
     .isVideoOnly = true,
-    .properties = {
-        qvProperty<&Probe::count, &Probe::setCount>("count", 0, 9, "how many", kShapes),
-        qvProperty<&Probe::tint, &Probe::setTint>("tint", "a colour"),
-        qvProperty<&Probe::point, &Probe::setPoint>("point", "a place"),
-    }};
+    .properties =
+        {
+            qvLevels({.help = "which", .variants = kLevels}),
+            qvProperty<&Probe::count, &Probe::setCount>({.name = "count", .help = "how many", .maximum = 9}),
+            qvProperty<&Probe::shape, &Probe::setShape>(
+                {.name = "shapeOfAll", .help = "of each", .variants = kShapes}),
+            qvProperty<&Probe::tint, &Probe::setTint>({.name = "tint", .help = "a colour"}),
+            qvProperty<&Probe::point, &Probe::setPoint>({.name = "point", .help = "a place", .minimum = -4}),
+        },
+    .ignored = {"effectValue"}};
 /// A class that is its record alone, with a function of its superclass's.
 const QVFilterClass kBare{
     .name = "Bare", .superclass = &kProbe, .fragmentFunction = "Probe", .defaultEffectValue = 0.25f};
-const QVFilterClass kBareBelow{.name = "BareBelow", .superclass = &kBare, .levelCount = 1};
+const QVFilterClass kBareBelow{
+    .name = "BareBelow",
+    .superclass = &kBare,
+    .inputs = {{kInputImage,
+                qvInput<&Probe::setMask>({.name = "mask", .role = QVInputRole::mask, .isRequired = false}),
+                qvInput<&Probe::setMaskBuffer>({.name = "maskBuffer", .role = QVInputRole::mask})}},
+    .properties = {qvLevels({.help = "which", .variants = kShapes})}};
 
 TEST(FilterClass, WhatARecordLeavesOutIsItsSuperclasss) {
-    EXPECT_EQ(kBareBelow.levels(), 1);
+    EXPECT_EQ(kBareBelow.levels(), 2);
     EXPECT_EQ(kBare.levels(), 4);
     EXPECT_TRUE(kBareBelow.videoOnly());
     EXPECT_EQ(kBareBelow.defaultStrength(), 0.25f);
     EXPECT_EQ(kProbe.defaultStrength(), kDefaultEffectValue);
     EXPECT_EQ(kBareBelow.categoryOrInherited(), QVFilterCategory::light);
     EXPECT_EQ(kBareBelow.kindOrInherited(), QVFilterKind::effect);
+    EXPECT_FALSE(kBareBelow.isTransition());
+    EXPECT_TRUE(kBareBelow.ignores("effectValue"));
+    EXPECT_FALSE(QVEffectMTIFilterClass.ignores("effectValue"));
+    EXPECT_EQ(QVEffectMTIFilterClass.levels(), 0);
     EXPECT_TRUE(kBareBelow.photoTimeConst());
     EXPECT_TRUE(kBareBelow.isSubclassOf(QVEffectMTIFilterClass));
     EXPECT_FALSE(kProbe.isSubclassOf(kBare));
@@ -85,9 +108,52 @@ TEST(FilterClass, PropertiesAreSetByNameAndChecked) {
     EXPECT_FALSE(setProperty(filter, "size", 1.0, &error));
     EXPECT_THAT(error, HasSubstr("no property 'size'"));
     EXPECT_EQ(filter.count(), 7) << "a refused value changes nothing";
+    EXPECT_FALSE(setProperty(filter, "point", MTIVector{0, -5}, &error)) << "each number of a point";
+    EXPECT_FALSE(setProperty(filter, "point", MTIVector{0, 0, 0}, &error)) << "a point has two";
+    EXPECT_FALSE(setProperty(filter, "level", std::int64_t(4), &error));
+    EXPECT_FALSE(setProperty(filter, "shapeOfAll", std::int64_t(2), &error));
     // A base's property through a subclass's record.
     EXPECT_TRUE(setProperty(filter, "effectValue", 0.75, &error)) << error;
     EXPECT_EQ(filter.effectValue(), 0.75f);
+}
+
+TEST(FilterClass, WhatAPropertyLeavesOutIsDerived) {
+    const auto step = [](double minimum, double maximum, double given) {
+        QVProperty facts{.name = "x", .minimum = minimum, .maximum = maximum, .step = given};
+        facts.type = QVPropertyType::real;
+        return facts.controlStep();
+    };
+    EXPECT_DOUBLE_EQ(step(0, 1, 0), 0.01);
+    EXPECT_DOUBLE_EQ(step(-1, 2, 0), 0.02);
+    EXPECT_DOUBLE_EQ(step(0, 60, 0), 0.5);
+    EXPECT_DOUBLE_EQ(step(0, 1, 0.25), 0.25);
+    EXPECT_DOUBLE_EQ(step(-kUnlimited, kUnlimited, 0), 0.01);
+    EXPECT_EQ(kProbe.property("count")->controlStep(), 1);
+    EXPECT_EQ(kProbe.property("shapeOfAll")->controlStep(), 0);
+    EXPECT_EQ(kProbe.property("shapeOfAll")->displayTitle(), "Shape of all");
+    EXPECT_EQ(kProbe.property("effectValue")->displayTitle(), "Strength");
+}
+
+TEST(FilterClass, InputsAreSetByName) {
+    Probe filter(kBareBelow);
+    const MTIImage picture = MTIImage::initWithColor({1, 1, 1, 1}, false, {2, 2});
+    const PixelBuffer buffer = PixelBuffer::create(PixelFormat::gray8, 2, 2);
+    std::string error;
+    EXPECT_TRUE(setInput(filter, "inputImage", picture, &error)) << error;
+    EXPECT_EQ(filter.inputImage(), picture);
+    EXPECT_TRUE(setInput(filter, "mask", picture, &error)) << error;
+    EXPECT_EQ(filter.mask(), picture);
+    EXPECT_TRUE(setInput(filter, "maskBuffer", buffer, &error)) << error;
+    EXPECT_TRUE(filter.maskBuffer());
+    EXPECT_TRUE(setInput(filter, "mask", MTIImage(), &error));
+    EXPECT_FALSE(filter.mask());
+    EXPECT_FALSE(setInput(filter, "maskBuffer", picture, &error));
+    EXPECT_THAT(error, HasSubstr("maskBuffer takes a pixel buffer"));
+    EXPECT_FALSE(setInput(filter, "layer", picture, &error));
+    EXPECT_THAT(error, HasSubstr("BareBelow has no input 'layer'"));
+    EXPECT_EQ(kBareBelow.input(QVInputRole::mask)->name, "mask");
+    EXPECT_EQ(kBareBelow.input(QVInputRole::incoming), nullptr);
+    EXPECT_EQ(kBare.allInputs().size(), 1u);
 }
 
 TEST(FilterClass, PropertiesAreReadFromText) {
@@ -96,6 +162,7 @@ TEST(FilterClass, PropertiesAreReadFromText) {
     for (auto [name, text] : {std::pair{"count", "8"},
                               {"tint", "#ff8000"},
                               {"point", "0.25,-3"},
+                              {"shapeOfAll", "square"},
                               {"isPhoto", "true"},
                               {"extractValues", "0.3,0.5"},
                               {"iTime", "1e-3"}}) {
@@ -107,8 +174,7 @@ TEST(FilterClass, PropertiesAreReadFromText) {
     EXPECT_TRUE(filter.isPhoto());
     EXPECT_EQ(filter.extractValues(), (std::vector<double>{0.3, 0.5}));
     EXPECT_EQ(filter.iTime(), 1e-3);
-    EXPECT_TRUE(setPropertyFromText(filter, "count", "square", &error)) << "variants go by name too";
-    EXPECT_EQ(filter.count(), 1);
+    EXPECT_EQ(filter.shape(), 1) << "variants go by name too";
     for (auto [name, text] : {std::pair{"count", "8x"},
                               {"count", "2.5"},
                               {"count", ""},
@@ -116,7 +182,7 @@ TEST(FilterClass, PropertiesAreReadFromText) {
                               {"effectValue", "inf"},
                               {"effectValue", "0,5"},
                               {"tint", "#12"},
-                              {"point", "1,2,3,4,5"},
+                              {"point", "1,0,0"},
                               {"point", ""},
                               {"isPhoto", "maybe"},
                               {"extractValues", "0.3,"}}) {

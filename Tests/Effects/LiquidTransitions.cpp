@@ -217,33 +217,6 @@ constexpr const char* kPassages[] = {"QVTurbulenceBlendMTIFilter", "QVTurbulence
                                      "QVRotationWarpFilter",       "QVFishEyeLensFilter",
                                      "QVFishEyeRollFilter",        "QVKaleidoscopeChangeFilter",
                                      "QVKaleidoscopeMoveFilter"};
-constexpr const char* kSteps[] = {"QVLiquidStretchFlipFilter", "QVRotationBlurFilter",
-                                  "QVFishEyeMirrorFilter", "QVFishEyeBlurFilter",
-                                  "QVKaleidoscopeRotateFilter"};
-
-TEST(LiquidTransitions, NeedTheInputsThatTheyRead) {
-    for (const char* name : kPassages) {
-        SCOPED_TRACE(name);
-        EXPECT_EQ(filterClassNamed(name)->kindOrInherited(), QVFilterKind::transition);
-        for (float progress : {0.2f, 0.7f}) {
-            auto filter = transition(name, progress);
-            filter->setInputImage2({});
-            EXPECT_FALSE(filter->outputImage());
-            filter->setInputImage2(incoming());
-            filter->setInputImage1({});
-            EXPECT_FALSE(filter->outputImage());
-        }
-    }
-    for (const char* name : kSteps) {
-        SCOPED_TRACE(name);
-        EXPECT_EQ(filterClassNamed(name)->kindOrInherited(), QVFilterKind::auxiliary);
-        auto filter = transition(name, 0.2f);
-        filter->setInputImage2({});
-        EXPECT_TRUE(filter->outputImage());
-        filter->setInputImage1({});
-        EXPECT_FALSE(filter->outputImage());
-    }
-}
 
 TEST(LiquidTransitions, StartFromRestAndComeToRest) {
     for (const char* name : kPassages) {

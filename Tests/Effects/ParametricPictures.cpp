@@ -241,7 +241,7 @@ TEST(ParametricPictures, ColoursPartByTheOffset) {
     const Picture source = test::render(cutOut(w, h));
     // A twentieth of the width, at level 0: ten pixels.
     const Picture picture =
-        rendered("QVRGBMTIFilter", cutOut(w, h), {{"effectValue", "0"}, {"xOff", "0.05"}, {"level", "0"}});
+        rendered("QVRGBMTIFilter", cutOut(w, h), {{"effectValue", "0"}, {"xOff", "0.05"}});
     for (int x = 12; x < w - 12; x += 5) {
         EXPECT_NEAR(picture.at(x, 10)[0], source.at(x - 10, 10)[0], 1e-5);
         EXPECT_NEAR(picture.at(x, 10)[1], source.at(x, 10)[1], 1e-5);
@@ -251,8 +251,8 @@ TEST(ParametricPictures, ColoursPartByTheOffset) {
 
 TEST(ParametricPictures, ScanLinesDarkenEverySecondLineOfASmallFrame) {
     const MTIImage grey = MTIImage::initWithColor({0.5f, 0.5f, 0.5f, 1}, false, {640, 360});
-    const Picture lines = rendered("QVScanlineMTIFilter", grey, {{"effectValue", "0.25"}, {"level", "0"}});
-    const Picture stripes = rendered("QVScanlineMTIFilter2", grey, {{"effectValue", "0.5"}, {"level", "1"}});
+    const Picture lines = rendered("QVScanlineMTIFilter", grey, {{"effectValue", "0.25"}});
+    const Picture stripes = rendered("QVScanlineMTIFilter2", grey, {{"effectValue", "0.5"}});
     EXPECT_LT(lines.at(100, 101)[0], 0.8f * lines.at(100, 100)[0]);
     EXPECT_LE(difference(lines.at(100, 100), lines.at(307, 102)), 1e-5);
     // Three neighbours side by side: red, green and blue lead in turn.

@@ -245,7 +245,13 @@ TEST_F(Transition, WhatCannotBeIsNamed) {
     expectFailure({kClass, "-i", a, "-i", path("none.mp4")}, 3, "none.mp4");
     for (const char* duration : {"0", "-1", "soon"})
         expectFailure({kClass, "-i", a, "-i", b, "--duration", duration}, 2, "--duration");
-    expectFailure({"QVMosaicMTIFilter", "-i", a, "-i", b}, 2, "QVMosaicMTIFilter is no transition");
+    expectFailure({"QVMosaicMTIFilter", "-i", a, "-i", b}, 2,
+                  "QVMosaicMTIFilter is not a transition but an effect");
+    for (auto [name, what] : {std::pair{"QVFilmTransitionRotationBlurFilter", "a filter over one clip"},
+                              {"QVFilmBoxBlurFilter", "a part of transitions"},
+                              {"fisheyemirror", "a filter over one clip"}}) {
+        expectFailure({name, "-i", a, "-i", b}, 2, std::string("is not a transition but ") + what);
+    }
     expectFailure({"ScrolTransition", "-i", a, "-i", b}, 2, "did you mean QVScrollTransitionMTIFilter");
     expectFailure({std::string(kClass) + ":speed=3", "-i", a, "-i", b}, 2, "speed");
     expectFailure({kClass, "-i", a, "-i", b, "--at", "1.5", "PNG"}, 2, "--at");

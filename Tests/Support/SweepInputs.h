@@ -4,9 +4,7 @@
 #include <cmath>
 #include <string_view>
 
-#include "QVFilterCore/QVAIEffectMTIFilter.h"
-#include "QVFilterCore/QVMTITwoInputFilter.h"
-#include "QVFilterCore/QVTransitionMTIFilter.h"
+#include "QVFilterCore/QVMTIFilter.h"
 #include "Tests/Support/TestContext.h"
 
 /// What sweeps over all classes drive them with.
@@ -22,22 +20,41 @@ inline MTIImage photo(int width, int height, int seed = 0) {
     }));
 }
 
-inline MTIImage disc(int width, int height) {
-    return MTIImage::imageWithBitmap(makeBitmap(width, height, [&](int x, int y) {
+inline Bitmap discBitmap(int width, int height) {
+    return makeBitmap(width, height, [&](int x, int y) {
         const float r = std::hypot(float(x) / float(width) - 0.5f, float(y) / float(height) - 0.5f);
         const float inside = std::clamp((0.35f - r) * 20, 0.0f, 1.0f);
         return Pixel{inside, inside, inside, 1};
-    }));
+    });
+}
+inline MTIImage disc(int width, int height) {
+    return MTIImage::imageWithBitmap(discBitmap(width, height));
+}
+
+/// The disc in memory.
+inline PixelBuffer discBuffer(int width, int height) {
+    const Bitmap picture = discBitmap(width, height);
+    PixelBuffer buffer = PixelBuffer::create(PixelFormat::gray8, width, height);
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x)
+            buffer.plane(0).data[std::size_t(y) * buffer.plane(0).rowBytes + std::size_t(x)] =
+                (*picture.pixels)[(std::size_t(y) * std::size_t(width) + std::size_t(x)) * 4];
+    }
+    return buffer;
+}
+
+/// A picture for an input: for every class alike, and another one for every role.
+inline QVInputValue pictureFor(const QVInput& input, int width, int height) {
+    if (input.isBuffer) return discBuffer(width, height);
+    if (input.role == QVInputRole::mask) return disc(width, height);
+    if (input.role == QVInputRole::table) return photo(512, 512);
+    return photo(width, height, int(input.role));
 }
 
 inline void setInputs(QVMTIFilter& filter, int width, int height) {
-    if (auto* one = dynamic_cast<QVMTIOneInputFilter*>(&filter)) one->setInputImage(photo(width, height));
-    if (auto* two = dynamic_cast<QVMTITwoInputFilter*>(&filter)) two->setInputImage2(photo(width, height, 1));
-    if (auto* subject = dynamic_cast<QVAIEffectMTIFilter*>(&filter))
-        subject->setMaskImage(disc(width, height));
-    if (auto* transition = dynamic_cast<QVTransitionMTIFilter*>(&filter)) {
-        transition->setInputImage1(photo(width, height));
-        transition->setInputImage2(photo(width, height, 1));
+    for (const QVInput& input : filter.filterClass().allInputs()) {
+        std::string error;
+        EXPECT_TRUE(setInput(filter, input.name, pictureFor(input, width, height), &error)) << error;
     }
 }
 
@@ -51,12 +68,12 @@ inline void setNumber(QVMTIFilter& filter, std::string_view name, double value) 
     EXPECT_TRUE(setProperty(filter, name, typed, &error)) << error;
 }
 
-/// A moment: seconds for effects, a fraction of the passage for transitions.
+/// A moment: seconds for effects, a fraction of the way for transitions.
 inline void setMoment(QVMTIFilter& filter, double fraction) {
     setNumber(filter, "iTime", fraction * 3);
     setNumber(filter, "startTime", 0);
     setNumber(filter, "endTime", 3);
-    if (dynamic_cast<QVTransitionMTIFilter*>(&filter)) setNumber(filter, "progress", fraction);
+    setNumber(filter, "progress", fraction);
 }
 
 }  // namespace qv::test

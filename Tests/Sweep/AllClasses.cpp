@@ -42,14 +42,19 @@ TEST_P(EveryClass, HasARecordThatAHostCanUse) {
     ASSERT_NE(filter, nullptr);
     EXPECT_EQ(&filter->filterClass(), &record);
     EXPECT_EQ(filterClassNamed(record.name), &record);
+    EXPECT_FALSE(record.title.empty());
+    EXPECT_FALSE(record.tags.empty());
     EXPECT_FALSE(record.help.empty());
     EXPECT_FALSE(categoryName(record.categoryOrInherited()).empty());
-    EXPECT_GE(record.levels(), 0);
     std::set<std::string_view> names;
     for (const QVProperty* property : record.allProperties()) {
         EXPECT_TRUE(names.insert(property->name).second) << property->name;
         EXPECT_FALSE(property->help.empty()) << property->name;
-        EXPECT_LE(property->minimum, property->maximum) << property->name;
+        EXPECT_LT(property->minimum, property->maximum) << property->name;
+        EXPECT_FALSE(property->displayTitle().empty()) << property->name;
+        EXPECT_EQ(property->controlStep() > 0, property->hasNumbers()) << property->name;
+        const bool counts = property->hasNumbers() && property->type != QVPropertyType::numbers;
+        EXPECT_TRUE(!counts || property->unit != QVUnit::none) << property->name << " has no unit";
         // A default that its own range refuses could not be set back by a host.
         std::string error;
         const bool empty = std::holds_alternative<MTIVector>(property->get(*filter)) &&
@@ -60,8 +65,104 @@ TEST_P(EveryClass, HasARecordThatAHostCanUse) {
     }
 }
 
-TEST_P(EveryClass, GivesNilWithoutInputs) {
+TEST_P(EveryClass, NeedsTheInputsThatItsRecordRequires) {
     EXPECT_FALSE(filter->outputImage());
+    std::set<std::string_view> names;
+    const auto shows = [this] {
+        int moments = 0;
+        for (double moment : {0.27, 0.81}) {
+            setMoment(*filter, moment);
+            moments += bool(filter->outputImage());
+        }
+        return moments == 2;
+    };
+    setInputs(*filter, 48, 27);
+    EXPECT_TRUE(shows());
+    for (const QVInput& input : record.allInputs()) {
+        EXPECT_TRUE(names.insert(input.name).second && !input.help.empty()) << input.name;
+        const auto none = input.isBuffer ? QVInputValue(PixelBuffer()) : QVInputValue(MTIImage());
+        EXPECT_TRUE(setInput(*filter, input.name, none));
+        EXPECT_EQ(shows(), !input.isRequired) << "without " << input.name;
+        EXPECT_TRUE(setInput(*filter, input.name, test::pictureFor(input, 48, 27)));
+    }
+}
+
+/// A filter's pictures at some moments.
+std::vector<float> lookOf(QVMTIFilter& filter) {
+    std::vector<float> look;
+    for (double moment : {0.1, 0.4, 0.77}) {
+        setMoment(filter, moment);
+        const test::Picture picture = test::render(filter.outputImage());
+        look.insert(look.end(), picture.values.begin(), picture.values.end());
+    }
+    return look;
+}
+
+/// Filters whose fields are to stand otherwise until their strength is first set.
+constexpr std::string_view kStrengthless[] = {"QVBubbleMTIFilter", "QVStarmapMTIFilter",
+                                              "QVMotionBlurEffectMTIFilter", "QVVMotionBlurEffectMTIFilter",
+                                              "QVXMotionBlurEffectMTIFilter"};
+
+TEST_P(EveryClass, StartsAtItsDefaultsHoweverItIsMade) {
+    const QVFilterClass* maker = &record;
+    while (!maker->factory) maker = maker->superclass;
+    const auto constructed = maker->factory(record);
+    const bool agree = std::ranges::find(kStrengthless, record.name) == std::end(kStrengthless);
+    if (!agree) setNumber(*constructed, "effectValue", record.defaultStrength());
+    for (const QVProperty* property : record.allProperties())
+        EXPECT_EQ(property->get(*constructed), property->get(*filter)) << property->name;
+    for (QVMTIFilter* one : {filter.get(), constructed.get()}) setInputs(*one, 48, 27);
+    EXPECT_EQ(lookOf(*constructed), lookOf(*filter));
+}
+
+/// Values of a property besides its own.
+std::vector<QVPropertyValue> othersThanNow(const QVProperty& property, const QVMTIFilter& filter) {
+    const double from = property.minimum, to = property.maximum, between = from + 0.3 * (to - from);
+    switch (property.type) {
+        case QVPropertyType::boolean:
+            return {!std::get<bool>(property.get(filter))};
+        case QVPropertyType::integer:
+            return {std::int64_t(from), std::int64_t(to), std::int64_t(between)};
+        case QVPropertyType::real:
+            return {from, to, between};
+        case QVPropertyType::point:
+            return {MTIVector{float(between), float(0.5 * (from + to))}};
+        case QVPropertyType::size:
+            return {MTIVector{30, 20}};
+        case QVPropertyType::color:
+        case QVPropertyType::colors:
+            return {std::vector<UIColor>{{1, 0, 0}}};
+        default:
+            return {};
+    }
+}
+
+/// Moves every other number that a user sets, so that none keeps this one from mattering.
+void moveOthers(QVMTIFilter& filter, const QVProperty& property) {
+    for (const QVProperty* other : filter.filterClass().allProperties()) {
+        if (other->type != QVPropertyType::real || other->driver != QVPropertyDriver::user) continue;
+        const double now = std::get<double>(other->get(filter));
+        if (other->name != property.name) other->set(filter, now + 0.4 * (other->maximum - now));
+    }
+}
+
+TEST_P(EveryClass, ChangesWithWhatAUserSetsUnlessItsRecordSaysOtherwise) {
+    for (const QVProperty* property : record.allProperties()) {
+        if (property->driver != QVPropertyDriver::user) continue;
+        bool changes = false;
+        for (bool moved : {false, true}) {
+            const auto one = record.create();
+            setInputs(*one, 64, 36);
+            if (moved) moveOthers(*one, *property);
+            const std::vector<float> before = lookOf(*one);
+            for (const QVPropertyValue& value : othersThanNow(*property, *one)) {
+                if (changes) break;
+                property->set(*one, value);
+                changes = lookOf(*one) != before;
+            }
+        }
+        EXPECT_EQ(changes, !record.ignores(property->name)) << property->name;
+    }
 }
 
 TEST_P(EveryClass, RendersSoundPicturesAtEveryShapeStrengthAndTime) {
@@ -138,9 +239,11 @@ INSTANTIATE_TEST_SUITE_P(, EveryClass,
                          [](const auto& info) { return std::string(info.param->name); });
 
 TEST(Registry, FindsClassesAndGuessesAtMistypedOnes) {
-    std::set<std::string_view> names;
-    for (const QVFilterClass* record : allFilterClasses())
+    std::set<std::string_view> names, titles;
+    for (const QVFilterClass* record : allFilterClasses()) {
         EXPECT_TRUE(names.insert(record->name).second) << record->name;
+        EXPECT_TRUE(titles.insert(record->title).second) << record->title;
+    }
     EXPECT_EQ(createFilter("QVNoSuchFilter"), nullptr);
     EXPECT_EQ(createFilter(""), nullptr);
     EXPECT_EQ(closestClassNames("QVMosiacMTIFilter", 1), std::vector<std::string_view>{"QVMosaicMTIFilter"});

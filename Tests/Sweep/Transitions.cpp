@@ -1,4 +1,4 @@
-// What holds for every passage from one clip to another, in every variant.
+// What holds for every transition from one clip to another, in every variant.
 
 #include <gtest/gtest.h>
 
@@ -48,14 +48,14 @@ test::Picture stretched(const test::Picture& picture, int width, int height) {
     return result;
 }
 
-std::vector<const QVFilterClass*> passages() {
+std::vector<const QVFilterClass*> transitions() {
     std::vector<const QVFilterClass*> classes;
     for (const QVFilterClass* record : allFilterClasses())
-        if (record->kindOrInherited() == QVFilterKind::transition) classes.push_back(record);
+        if (record->isTransition()) classes.push_back(record);
     return classes;
 }
 
-class EveryPassage : public testing::TestWithParam<const QVFilterClass*> {
+class EveryTransition : public testing::TestWithParam<const QVFilterClass*> {
   protected:
     /// Calls `body` with a filter of every value of every selector, and one beyond the last.
     template <typename Body>
@@ -78,7 +78,7 @@ class EveryPassage : public testing::TestWithParam<const QVFilterClass*> {
     }
 };
 
-TEST_P(EveryPassage, ShowsOneClipAloneAtEachEnd) {
+TEST_P(EveryTransition, ShowsOneClipAloneAtEachEnd) {
     const std::pair<CGSize, CGSize> sizes[] = {
         {{96, 54}, {96, 54}}, {{54, 96}, {54, 96}}, {{64, 64}, {64, 64}}, {{96, 54}, {64, 48}}};
     forEveryVariant([&](QVTransitionMTIFilter& filter, const std::string& variant) {
@@ -103,7 +103,7 @@ TEST_P(EveryPassage, ShowsOneClipAloneAtEachEnd) {
     });
 }
 
-TEST_P(EveryPassage, IsFiniteAndWithinRangeAllTheWay) {
+TEST_P(EveryTransition, IsFiniteAndWithinRangeAllTheWay) {
     forEveryVariant([&](QVTransitionMTIFilter& filter, const std::string& variant) {
         filter.setInputImage1(MTIImage::imageWithBitmap(clip(32, 18, false)));
         filter.setInputImage2(MTIImage::imageWithBitmap(clip(32, 18, true)));
@@ -123,9 +123,9 @@ TEST_P(EveryPassage, IsFiniteAndWithinRangeAllTheWay) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(, EveryPassage, testing::ValuesIn(passages()),
+INSTANTIATE_TEST_SUITE_P(, EveryTransition, testing::ValuesIn(transitions()),
                          [](const auto& info) { return std::string(info.param->name); });
-GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(EveryPassage);
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(EveryTransition);
 
 }  // namespace
 }  // namespace qv

@@ -9,9 +9,15 @@ using Effect = QVColCoverPEMTIFilter;
 const QVFilterClass QVColCoverPEMTIFilterClass{
     .name = "QVColCoverPEMTIFilter",
     .superclass = &QVPeriodicEffectMTIFilterClass,
+    .title = "Colour beat",
     .help = "A colour closes over the picture on the beat",
+    .tags = {"flash", "strobe", "cover", "tint", "music"},
     .factory = makeFilter<QVColCoverPEMTIFilter>,
-    .properties = {qvProperty<&Effect::coverCol, &Effect::setCoverCol>("coverCol", "the colour that covers")},
+    .properties = {qvProperty<&Effect::coverCol, &Effect::setCoverCol>({
+        .name = "coverCol",
+        .title = "Colour",
+        .help = "the colour that covers",
+    })},
 };
 
 MTIParameters QVColCoverPEMTIFilter::parameters() const {

@@ -7,7 +7,9 @@ namespace qv {
 const QVFilterClass QVCreasePEMTIFilterClass{
     .name = "QVCreasePEMTIFilter",
     .superclass = &QVPeriodicEffectMTIFilterClass,
+    .title = "Crumple beat",
     .help = "The picture crumples like paper on the beat",
+    .tags = {"paper", "wrinkle", "crease", "warp", "music"},
     .factory = makeFilter<QVCreasePEMTIFilter>,
 };
 

@@ -1,20 +1,31 @@
 #include "QVFilterExtension/MTIFilters/Animation/Remain/QVBaseRemainMTIFilter.h"
 
+#include <array>
 #include <cmath>
 
 namespace qv {
 
+namespace {
+constexpr std::array<std::string_view, 2> kEnds = {"start", "end"};
+}  // namespace
+
 const QVFilterClass QVBaseRemainMTIFilterClass{
     .name = "QVBaseRemainMTIFilter",
     .superclass = &QVProgressBasedEffectMTIFilterClass,
-    .help =
-        "An effect over one end of a clip that leaves the rest clear: its start at level 0, its end at level "
-        "1",
+    .title = "Effect at an end of a clip",
+    .help = "An effect over one end of a clip that leaves the rest clear",
     .factory = makeFilter<QVBaseRemainMTIFilter>,
-    .levelCount = 2,
     .defaultEffectValue = 0.0f,
-    .properties = {qvProperty<&QVEffectMTIFilter::extractValues, &QVEffectMTIFilter::setExtractValues>(
-        "extractValues", "the first, 0 to 1: how long the effect holds before it goes; 0.5 without")},
+    .properties =
+        {qvLevels({.title = "End of the clip", .help = "which end of the clip it is at", .variants = kEnds}),
+         qvProperty<&QVEffectMTIFilter::extractValues, &QVEffectMTIFilter::setExtractValues>({
+             .name = "extractValues",
+             .title = "Hold",
+             .help = "the first: how long the effect holds before it goes; 0.5 without",
+             .unit = QVUnit::fraction,
+             .driver = QVPropertyDriver::host,
+         })},
+    .ignored = {"effectValue"},
 };
 
 double QVBaseRemainMTIFilter::getMixStrength() const {

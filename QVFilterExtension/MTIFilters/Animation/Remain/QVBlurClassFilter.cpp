@@ -5,7 +5,8 @@ namespace qv {
 const QVFilterClass QVBlurClassFilterClass{
     .name = "QVBlurClassFilter",
     .superclass = &QVBaseRemainMTIFilterClass,
-    .help = "The same with a shorter hold and a longer clear part",
+    .title = "Clearing at an end of a clip",
+    .help = "An effect over one end of a clip that holds for a shorter time and stays clear for longer",
     .factory = makeFilter<QVBlurClassFilter>,
 };
 

@@ -6,7 +6,9 @@ extern const QVFilterClass QVRemainBlackMTIFilterClass;
 const QVFilterClass QVRemainBlackMTIFilterClass{
     .name = "QVRemainBlackMTIFilter",
     .superclass = &QVBaseRemainMTIFilterClass,
+    .title = "Black fade",
     .help = "The picture comes out of black, or fades into it",
+    .tags = {"fade in", "fade out", "fade to black"},
 };
 
 }  // namespace qv

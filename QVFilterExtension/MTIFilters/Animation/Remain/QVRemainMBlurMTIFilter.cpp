@@ -5,7 +5,9 @@ namespace qv {
 const QVFilterClass QVRemainMBlurMTIFilterClass{
     .name = "QVRemainMBlurMTIFilter",
     .superclass = &QVBlurClassFilterClass,
+    .title = "Smear fade",
     .help = "The picture comes to rest out of a smear, or is swept away",
+    .tags = {"motion blur", "fade in", "fade out", "whip"},
     .factory = makeFilter<QVRemainMBlurMTIFilter>,
 };
 

@@ -5,7 +5,9 @@ namespace qv {
 const QVFilterClass QVRemainMosaicMTIFilterClass{
     .name = "QVRemainMosaicMTIFilter",
     .superclass = &QVBlurClassFilterClass,
+    .title = "Mosaic fade",
     .help = "The picture comes out of a mosaic, or breaks up into it",
+    .tags = {"pixelate", "blocks", "fade in", "fade out"},
     .factory = makeFilter<QVRemainMosaicMTIFilter>,
 };
 

@@ -7,7 +7,9 @@ namespace qv {
 const QVFilterClass QVRemainObscureMTIFilterClass{
     .name = "QVRemainObscureMTIFilter",
     .superclass = &QVBlurClassFilterClass,
+    .title = "Blur fade",
     .help = "The picture clears up out of a blur, or blurs away",
+    .tags = {"defocus", "soft", "fade in", "fade out", "dreamy"},
     .factory = makeFilter<QVRemainObscureMTIFilter>,
 };
 

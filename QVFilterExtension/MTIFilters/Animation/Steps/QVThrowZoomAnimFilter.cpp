@@ -5,7 +5,9 @@ namespace qv {
 const QVFilterClass QVThrowZoomAnimFilterClass{
     .name = "QVThrowZoomAnimFilter",
     .superclass = &QVStepsAnimFilterClass,
+    .title = "Throw, then zoom",
     .help = "Thrown in from outside, bounces into place, then zooms in",
+    .tags = {"bounce", "entrance", "exit"},
     .factory = makeFilter<QVThrowZoomAnimFilter>,
 };
 

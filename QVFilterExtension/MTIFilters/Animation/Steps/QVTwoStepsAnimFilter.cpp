@@ -5,7 +5,9 @@ namespace qv {
 const QVFilterClass QVTwoStepsAnimFilterClass{
     .name = "QVTwoStepsAnimFilter",
     .superclass = &QVStepsAnimFilterClass,
+    .title = "Settle and lean in",
     .help = "Settles from a close view, and leans in again at the end",
+    .tags = {"zoom", "entrance", "exit"},
     .factory = makeFilter<QVTwoStepsAnimFilter>,
 };
 

@@ -5,7 +5,9 @@ namespace qv {
 const QVFilterClass QVZoomThrowAnimFilterClass{
     .name = "QVZoomThrowAnimFilter",
     .superclass = &QVStepsAnimFilterClass,
+    .title = "Zoom, then throw",
     .help = "Bounces in and out until it has its size, then is thrown past the viewer",
+    .tags = {"bounce", "entrance", "exit"},
     .factory = makeFilter<QVZoomThrowAnimFilter>,
 };
 

@@ -5,7 +5,9 @@ namespace qv {
 const QVFilterClass QVJumpZoomInEffectMTIFilterClass{
     .name = "QVJumpZoomInEffectMTIFilter",
     .superclass = &QVSlowZoomInEffectMTIFilterClass,
+    .title = "Jump zoom in",
     .help = "A jump cut to where the slow zoom in ends",
+    .tags = {"jump cut", "punch in", "crop"},
     .factory = makeFilter<QVJumpZoomInEffectMTIFilter>,
     .fragmentFunction = "QVSlowZoomInEffectMTIFilter",
 };

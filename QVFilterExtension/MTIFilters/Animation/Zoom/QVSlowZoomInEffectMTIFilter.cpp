@@ -6,7 +6,9 @@ extern const QVFilterClass QVSlowZoomInEffectMTIFilterClass;
 const QVFilterClass QVSlowZoomInEffectMTIFilterClass{
     .name = "QVSlowZoomInEffectMTIFilter",
     .superclass = &QVProgressBasedEffectMTIFilterClass,
+    .title = "Slow zoom in",
     .help = "A slow push into the middle of the frame over the clip",
+    .tags = {"ken burns", "push in", "dolly", "photo", "camera move"},
 };
 
 }  // namespace qv

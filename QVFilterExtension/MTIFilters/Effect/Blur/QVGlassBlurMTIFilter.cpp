@@ -5,7 +5,9 @@ namespace qv {
 const QVFilterClass QVGlassBlurMTIFilterClass{
     .name = "QVGlassBlurMTIFilter",
     .superclass = &QVEffectMTIFilterClass,
+    .title = "Frosted glass",
     .help = "The picture behind frosted glass",
+    .tags = {"blur", "privacy", "bathroom window", "noise"},
     .factory = makeFilter<QVGlassBlurMTIFilter>,
     .category = QVFilterCategory::blur,
 };

@@ -1,5 +1,6 @@
 #include "QVFilterExtension/MTIFilters/Effect/Blur/QVMotionBlurEffectMTIFilter.h"
 
+#include <numbers>
 #include <utility>
 
 namespace qv {
@@ -11,16 +12,36 @@ using Effect = QVMotionBlurEffectMTIFilter;
 const QVFilterClass QVMotionBlurEffectMTIFilterClass{
     .name = "QVMotionBlurEffectMTIFilter",
     .superclass = &QVEffectMTIFilterClass,
+    .title = "Sideways light smear",
     .help = "A sideways smear of light over the sharp picture",
+    .tags = {"motion blur", "glow", "speed", "streaks"},
     .factory = makeFilter<QVMotionBlurEffectMTIFilter>,
     .category = QVFilterCategory::blur,
     .properties =
         {
-            qvProperty<&Effect::blurAngle, &Effect::setBlurAngle>(
-                "blurAngle", -1000, 1000,
-                "direction of the smear, radians anticlockwise from the horizontal"),
-            qvProperty<&Effect::scale, &Effect::setScale>("scale", 0.1, 10, "enlargement of the smear"),
-            qvProperty<&Effect::opacity, &Effect::setOpacity>("opacity", 0, 1, "opacity of the smear"),
+            qvProperty<&Effect::blurAngle, &Effect::setBlurAngle>({
+                .name = "blurAngle",
+                .title = "Direction",
+                .help = "of the smear, anticlockwise from the horizontal",
+                .minimum = -2 * std::numbers::pi,
+                .maximum = 2 * std::numbers::pi,
+                .unit = QVUnit::radians,
+                .step = 0.01,
+            }),
+            qvProperty<&Effect::scale, &Effect::setScale>({
+                .name = "scale",
+                .title = "Enlargement",
+                .help = "enlargement of the smear",
+                .minimum = 0.1,
+                .maximum = 10,
+                .unit = QVUnit::factor,
+                .step = 0.05,
+            }),
+            qvProperty<&Effect::opacity, &Effect::setOpacity>({
+                .name = "opacity",
+                .help = "opacity of the smear",
+                .unit = QVUnit::fraction,
+            }),
         },
 };
 

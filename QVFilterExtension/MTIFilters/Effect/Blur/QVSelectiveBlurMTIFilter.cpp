@@ -11,15 +11,26 @@ using Effect = QVSelectiveBlurMTIFilter;
 const QVFilterClass QVSelectiveBlurMTIFilterClass{
     .name = "QVSelectiveBlurMTIFilter",
     .superclass = &QVEffectMTIFilterClass,
+    .title = "Circle focus",
     .help = "A blur around a sharp circle in the middle of the frame",
+    .tags = {"bokeh", "depth of field", "portrait", "defocus"},
     .factory = makeFilter<QVSelectiveBlurMTIFilter>,
     .category = QVFilterCategory::blur,
     .properties =
         {
-            qvProperty<&Effect::excludeCircleRadius, &Effect::setExcludeCircleRadius>(
-                "excludeCircleRadius", 0, 1, "where the blur is full, 5/8 of the frame's diagonal"),
-            qvProperty<&QVEffectMTIFilter::extractValues, &QVEffectMTIFilter::setExtractValues>(
-                "extractValues", "the first, 0 to 1: strength of the blur; 0.5 without"),
+            qvProperty<&Effect::excludeCircleRadius, &Effect::setExcludeCircleRadius>({
+                .name = "excludeCircleRadius",
+                .title = "Sharp circle",
+                .help = "where the blur is full: of 5/8 of the frame's diagonal",
+                .unit = QVUnit::fraction,
+            }),
+            qvProperty<&QVEffectMTIFilter::extractValues, &QVEffectMTIFilter::setExtractValues>({
+                .name = "extractValues",
+                .title = "Blur",
+                .help = "the first: strength of the blur; 0.5 without",
+                .unit = QVUnit::fraction,
+                .driver = QVPropertyDriver::host,
+            }),
         },
 };
 

@@ -11,17 +11,38 @@ using Effect = QVTiltMTIFilter;
 const QVFilterClass QVTiltMTIFilterClass{
     .name = "QVTiltMTIFilter",
     .superclass = &QVEffectMTIFilterClass,
+    .title = "Tilt-shift",
     .help = "A blur above and below a sharp band, as a tilted lens gives",
+    .tags = {"bokeh", "miniature", "toy", "focus", "depth of field"},
     .factory = makeFilter<QVTiltMTIFilter>,
     .category = QVFilterCategory::blur,
     .properties =
         {
-            qvProperty<&Effect::topFocusLevel, &Effect::setTopFocusLevel>(
-                "topFocusLevel", -1, 2, "upper edge of the sharp band, fraction of the frame's height"),
-            qvProperty<&Effect::bottomFocusLevel, &Effect::setBottomFocusLevel>(
-                "bottomFocusLevel", -1, 2, "lower edge of the sharp band, fraction of the frame's height"),
-            qvProperty<&QVEffectMTIFilter::extractValues, &QVEffectMTIFilter::setExtractValues>(
-                "extractValues", "the first, 0 to 1: strength of the blur; 0.5 without"),
+            qvProperty<&Effect::topFocusLevel, &Effect::setTopFocusLevel>({
+                .name = "topFocusLevel",
+                .title = "Upper edge",
+                .help = "of the sharp band, from the top of the frame",
+                .minimum = -1,
+                .maximum = 2,
+                .unit = QVUnit::frameSides,
+                .step = 0.01,
+            }),
+            qvProperty<&Effect::bottomFocusLevel, &Effect::setBottomFocusLevel>({
+                .name = "bottomFocusLevel",
+                .title = "Lower edge",
+                .help = "of the sharp band, from the top of the frame",
+                .minimum = -1,
+                .maximum = 2,
+                .unit = QVUnit::frameSides,
+                .step = 0.01,
+            }),
+            qvProperty<&QVEffectMTIFilter::extractValues, &QVEffectMTIFilter::setExtractValues>({
+                .name = "extractValues",
+                .title = "Blur",
+                .help = "the first: strength of the blur; 0.5 without",
+                .unit = QVUnit::fraction,
+                .driver = QVPropertyDriver::host,
+            }),
         },
 };
 

@@ -7,7 +7,9 @@ namespace qv {
 const QVFilterClass QVVMotionBlurEffectMTIFilterClass{
     .name = "QVVMotionBlurEffectMTIFilter",
     .superclass = &QVMotionBlurEffectMTIFilterClass,
+    .title = "Upright light smear",
     .help = "An upright smear of light over the sharp picture",
+    .tags = {"motion blur", "glow", "streaks", "rain"},
     .factory = makeFilter<QVVMotionBlurEffectMTIFilter>,
 };
 

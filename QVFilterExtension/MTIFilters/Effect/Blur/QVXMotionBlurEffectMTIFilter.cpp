@@ -7,8 +7,11 @@ namespace qv {
 const QVFilterClass QVXMotionBlurEffectMTIFilterClass{
     .name = "QVXMotionBlurEffectMTIFilter",
     .superclass = &QVMotionBlurEffectMTIFilterClass,
+    .title = "Crossed light smear",
     .help = "Two crossed diagonal smears of light over the sharp picture",
+    .tags = {"motion blur", "glow", "star filter", "streaks"},
     .factory = makeFilter<QVXMotionBlurEffectMTIFilter>,
+    .ignored = {"blurAngle", "scale"},
 };
 
 void QVXMotionBlurEffectMTIFilter::setEffectValue(float value) {

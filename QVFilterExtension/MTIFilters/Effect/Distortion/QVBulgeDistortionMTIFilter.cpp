@@ -6,7 +6,9 @@ extern const QVFilterClass QVBulgeDistortionMTIFilterClass;
 const QVFilterClass QVBulgeDistortionMTIFilterClass{
     .name = "QVBulgeDistortionMTIFilter",
     .superclass = &QVEffectMTIFilterClass,
+    .title = "Bulge",
     .help = "Swells the middle of the picture",
+    .tags = {"fisheye", "swell", "balloon", "warp"},
     .category = QVFilterCategory::distortion,
 };
 

@@ -9,16 +9,28 @@ using Effect = QVCenterMagnifyMTIFilter;
 const QVFilterClass QVCenterMagnifyMTIFilterClass{
     .name = "QVCenterMagnifyMTIFilter",
     .superclass = &QVEffectMTIFilterClass,
+    .title = "Magnifying lens",
     .help = "A lens over the whole frame",
+    .tags = {"zoom", "fisheye", "loupe", "lens"},
     .factory = makeFilter<QVCenterMagnifyMTIFilter>,
     .category = QVFilterCategory::distortion,
     .properties =
         {
-            qvProperty<&Effect::magnificationNum, &Effect::setMagnificationNum>(
-                "magnificationNum", 1, 20, "magnification at the centre of the lens, times"),
-            qvProperty<&Effect::magnifyCenter, &Effect::setMagnifyCenter>(
-                "magnifyCenter",
-                "centre of the lens: from the middle of the frame in half frames, x right, y up"),
+            qvProperty<&Effect::magnificationNum, &Effect::setMagnificationNum>({
+                .name = "magnificationNum",
+                .title = "Magnification",
+                .help = "at the centre of the lens",
+                .minimum = 1,
+                .maximum = 20,
+                .unit = QVUnit::factor,
+            }),
+            qvProperty<&Effect::magnifyCenter, &Effect::setMagnifyCenter>({
+                .name = "magnifyCenter",
+                .title = "Centre",
+                .help = "centre of the lens, from the middle of the frame: x right, y up",
+                .minimum = -1,
+                .unit = QVUnit::halfFrameSides,
+            }),
         },
 };
 

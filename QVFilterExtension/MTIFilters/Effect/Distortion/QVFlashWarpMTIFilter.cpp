@@ -9,13 +9,22 @@ using Effect = QVFlashWarpMTIFilter;
 const QVFilterClass QVFlashWarpMTIFilterClass{
     .name = "QVFlashWarpMTIFilter",
     .superclass = &QVMTIOneInputFilterClass,
+    .title = "Flickering glass",
     .help = "The picture flows in waves and flickers, like light through moving glass",
+    .tags = {"wave", "ripple", "refraction", "light"},
     .factory = makeFilter<QVFlashWarpMTIFilter>,
     .category = QVFilterCategory::distortion,
     .properties =
         {
-            qvProperty<&Effect::time, &Effect::setTime>("time", -1e9, 1e9,
-                                                        "seconds; the same time gives the same waves"),
+            qvProperty<&Effect::time, &Effect::setTime>({
+                .name = "time",
+                .title = "Time",
+                .help = "when; the same time gives the same waves",
+                .minimum = -kUnlimited,
+                .maximum = kUnlimited,
+                .unit = QVUnit::seconds,
+                .driver = QVPropertyDriver::host,
+            }),
         },
 };
 

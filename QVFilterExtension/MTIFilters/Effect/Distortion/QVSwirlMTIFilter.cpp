@@ -9,13 +9,22 @@ using Effect = QVSwirlMTIFilter;
 const QVFilterClass QVSwirlMTIFilterClass{
     .name = "QVSwirlMTIFilter",
     .superclass = &QVEffectMTIFilterClass,
+    .title = "Swirl",
     .help = "A whirl around the middle of the frame",
+    .tags = {"twirl", "vortex", "whirl", "spiral"},
     .factory = makeFilter<QVSwirlMTIFilter>,
     .category = QVFilterCategory::distortion,
     .properties =
         {
-            qvProperty<&Effect::angle, &Effect::setAngle>("angle", -2, 2,
-                                                          "how far the very middle is turned, turns"),
+            qvProperty<&Effect::angle, &Effect::setAngle>({
+                .name = "angle",
+                .title = "Turn",
+                .help = "how far the very middle is turned",
+                .minimum = -2,
+                .maximum = 2,
+                .unit = QVUnit::turns,
+                .step = 0.01,
+            }),
         },
 };
 

@@ -9,13 +9,21 @@ using Effect = QVAIRGBFilter;
 const QVFilterClass QVAIRGBFilterClass{
     .name = "QVAIRGBFilter",
     .superclass = &QVEffectMTIFilterClass,
+    .title = "Swinging colours",
     .help = "Copies of one colour each swing around the picture",
+    .tags = {"chromatic", "rgb", "aberration", "colour shift", "glitch", "ghost"},
     .factory = makeFilter<QVAIRGBFilter>,
     .category = QVFilterCategory::glitch,
     .properties =
         {
-            qvProperty<&Effect::filterNumber, &Effect::setFilterNumber>("filterNumber", 1, 8,
-                                                                        "number of copies"),
+            qvProperty<&Effect::filterNumber, &Effect::setFilterNumber>({
+                .name = "filterNumber",
+                .title = "Copies",
+                .help = "number of copies",
+                .minimum = 1,
+                .maximum = 8,
+                .unit = QVUnit::count,
+            }),
         },
 };
 

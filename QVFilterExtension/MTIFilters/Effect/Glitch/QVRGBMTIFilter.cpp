@@ -11,13 +11,22 @@ using Effect = QVRGBMTIFilter;
 const QVFilterClass QVRGBMTIFilterClass{
     .name = "QVRGBMTIFilter",
     .superclass = &QVEffectMTIFilterClass,
+    .title = "RGB split",
     .help = "Red and blue part from green",
+    .tags = {"chromatic", "aberration", "colour shift", "glitch", "3d", "vhs"},
     .factory = makeFilter<QVRGBMTIFilter>,
     .category = QVFilterCategory::glitch,
     .properties =
         {
-            qvProperty<&Effect::xOff, &Effect::setXOff>("xOff", -0.25, 0.25,
-                                                        "how far the colours part, widths of the frame"),
+            qvProperty<&Effect::xOff, &Effect::setXOff>({
+                .name = "xOff",
+                .title = "Offset",
+                .help = "how far red and blue part",
+                .minimum = -0.25,
+                .maximum = 0.25,
+                .unit = QVUnit::frameSides,
+                .step = 0.005,
+            }),
         },
 };
 

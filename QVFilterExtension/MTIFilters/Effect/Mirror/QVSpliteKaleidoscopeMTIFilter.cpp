@@ -9,13 +9,22 @@ using Effect = QVSpliteKaleidoscopeMTIFilter;
 const QVFilterClass QVSpliteKaleidoscopeMTIFilterClass{
     .name = "QVSpliteKaleidoscopeMTIFilter",
     .superclass = &QVEffectMTIFilterClass,
+    .title = "Kaleidoscope",
     .help = "Sectors around the middle, each the reflection of its neighbours",
+    .tags = {"mirror", "sectors", "psychedelic", "pattern"},
     .factory = makeFilter<QVSpliteKaleidoscopeMTIFilter>,
     .category = QVFilterCategory::mirror,
     .properties =
         {
-            qvProperty<&Effect::splitNumber, &Effect::setSplitNumber>("splitNumber", 1, 64,
-                                                                      "number of sectors around the circle"),
+            qvProperty<&Effect::splitNumber, &Effect::setSplitNumber>({
+                .name = "splitNumber",
+                .title = "Sectors",
+                .help = "number of sectors around the circle",
+                .minimum = 1,
+                .maximum = 64,
+                .unit = QVUnit::count,
+                .step = 1,
+            }),
         },
 };
 

@@ -9,13 +9,22 @@ using Effect = QVCircleMosaicMTIFilter;
 const QVFilterClass QVCircleMosaicMTIFilterClass{
     .name = "QVCircleMosaicMTIFilter",
     .superclass = &QVEffectMTIFilterClass,
+    .title = "Dot mosaic",
     .help = "Round dots of one colour each on a darker ground",
+    .tags = {"pixelate", "dots", "halftone", "led", "pop art"},
     .factory = makeFilter<QVCircleMosaicMTIFilter>,
     .category = QVFilterCategory::mosaic,
     .properties =
         {
-            qvProperty<&Effect::factor, &Effect::setFactor>(
-                "factor", 2, 1080, "distance of two dots, 1/1080 of the frame's shorter side"),
+            qvProperty<&Effect::factor, &Effect::setFactor>({
+                .name = "factor",
+                .title = "Dot distance",
+                .help = "from one dot to the next",
+                .minimum = 2,
+                .maximum = 1080,
+                .unit = QVUnit::pixels1080,
+                .step = 1,
+            }),
         },
 };
 

@@ -9,13 +9,22 @@ using Effect = QVMosaicMTIFilter;
 const QVFilterClass QVMosaicMTIFilterClass{
     .name = "QVMosaicMTIFilter",
     .superclass = &QVEffectMTIFilterClass,
+    .title = "Mosaic",
     .help = "Square blocks of one colour",
+    .tags = {"pixelate", "blocks", "censor", "privacy", "8 bit", "retro game"},
     .factory = makeFilter<QVMosaicMTIFilter>,
     .category = QVFilterCategory::mosaic,
     .properties =
         {
-            qvProperty<&Effect::factor, &Effect::setFactor>(
-                "factor", 1, 1080, "side of a block, 1/1080 of the frame's shorter side"),
+            qvProperty<&Effect::factor, &Effect::setFactor>({
+                .name = "factor",
+                .title = "Block size",
+                .help = "side of a block",
+                .minimum = 1,
+                .maximum = 1080,
+                .unit = QVUnit::pixels1080,
+                .step = 1,
+            }),
         },
 };
 

@@ -9,13 +9,22 @@ using Effect = QVTriangleMosaicMTIFilter;
 const QVFilterClass QVTriangleMosaicMTIFilterClass{
     .name = "QVTriangleMosaicMTIFilter",
     .superclass = &QVEffectMTIFilterClass,
+    .title = "Triangle mosaic",
     .help = "Equilateral triangles of one colour",
+    .tags = {"pixelate", "low poly", "facets", "geometric"},
     .factory = makeFilter<QVTriangleMosaicMTIFilter>,
     .category = QVFilterCategory::mosaic,
     .properties =
         {
-            qvProperty<&Effect::factor, &Effect::setFactor>(
-                "factor", 3, 1080, "height of a triangle, 1/1080 of the frame's shorter side"),
+            qvProperty<&Effect::factor, &Effect::setFactor>({
+                .name = "factor",
+                .title = "Triangle height",
+                .help = "height of a triangle",
+                .minimum = 3,
+                .maximum = 1080,
+                .unit = QVUnit::pixels1080,
+                .step = 1,
+            }),
         },
 };
 

@@ -11,13 +11,20 @@ using Effect = QVAIShockFilter;
 const QVFilterClass QVAIShockFilterClass{
     .name = "QVAIShockFilter",
     .superclass = &QVEffectMTIFilterClass,
+    .title = "Shock copies",
     .help = "Translucent copies punch out of the picture",
+    .tags = {"shock", "punch", "pulse", "zoom", "ghost", "bass"},
     .factory = makeFilter<QVAIShockFilter>,
     .category = QVFilterCategory::motion,
     .properties =
         {
-            qvProperty<&Effect::filterNumber, &Effect::setFilterNumber>("filterNumber", 0, 8,
-                                                                        "number of copies"),
+            qvProperty<&Effect::filterNumber, &Effect::setFilterNumber>({
+                .name = "filterNumber",
+                .title = "Copies",
+                .help = "number of copies",
+                .maximum = 8,
+                .unit = QVUnit::count,
+            }),
         },
 };
 

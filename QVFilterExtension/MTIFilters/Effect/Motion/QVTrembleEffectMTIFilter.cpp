@@ -6,7 +6,9 @@ extern const QVFilterClass QVTrembleEffectMTIFilterClass;
 const QVFilterClass QVTrembleEffectMTIFilterClass{
     .name = "QVTrembleEffectMTIFilter",
     .superclass = &QVEffectMTIFilterClass,
+    .title = "Camera shake",
     .help = "A camera in a nervous hand: shakes, jerks, smears",
+    .tags = {"handheld", "earthquake", "jitter", "nervous"},
     .category = QVFilterCategory::motion,
     .isVideoOnly = true,
 };

@@ -7,7 +7,9 @@ namespace qv {
 const QVFilterClass QVBubbleMTIFilterClass{
     .name = "QVBubbleMTIFilter",
     .superclass = &QVEffectMTIFilterClass,
+    .title = "Soap bubbles",
     .help = "Soap bubbles drift over the frame",
+    .tags = {"overlay", "sprites", "party", "children", "dreamy"},
     .factory = makeFilter<QVBubbleMTIFilter>,
     .category = QVFilterCategory::particle,
     .isPhotoTimeConst = false,

@@ -7,7 +7,9 @@ namespace qv {
 const QVFilterClass QVRibbonMTIFilterClass{
     .name = "QVRibbonMTIFilter",
     .superclass = &QVEffectMTIFilterClass,
+    .title = "Confetti ribbons",
     .help = "Pieces of coloured ribbon fall and spin",
+    .tags = {"party", "celebration", "birthday", "paper", "sprites"},
     .factory = makeFilter<QVRibbonMTIFilter>,
     .category = QVFilterCategory::particle,
 };

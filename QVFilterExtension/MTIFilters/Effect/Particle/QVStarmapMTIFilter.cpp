@@ -12,7 +12,9 @@ constexpr float kSmallestRadius = 0.1f, kLargestRadius = 0.8f;
 const QVFilterClass QVStarmapMTIFilterClass{
     .name = "QVStarmapMTIFilter",
     .superclass = &QVEffectMTIFilterClass,
+    .title = "Star flight",
     .help = "Stars fly outward from the frame's centre",
+    .tags = {"space", "warp speed", "galaxy", "hyperspace"},
     .factory = makeFilter<QVStarmapMTIFilter>,
     .category = QVFilterCategory::particle,
 };

@@ -11,12 +11,19 @@ using Effect = QVScanlineMTIFilter;
 const QVFilterClass QVScanlineMTIFilterClass{
     .name = "QVScanlineMTIFilter",
     .superclass = &QVEffectMTIFilterClass,
+    .title = "Scan lines",
     .help = "The lines of a television tube",
+    .tags = {"crt", "vhs", "tv", "interlace", "monitor"},
     .factory = makeFilter<QVScanlineMTIFilter>,
     .category = QVFilterCategory::retro,
     .properties =
         {
-            qvProperty<&Effect::value, &Effect::setValue>("value", 0, 1, "strength of the pattern"),
+            qvProperty<&Effect::value, &Effect::setValue>({
+                .name = "value",
+                .title = "Pattern strength",
+                .help = "strength of the pattern",
+                .unit = QVUnit::fraction,
+            }),
         },
 };
 

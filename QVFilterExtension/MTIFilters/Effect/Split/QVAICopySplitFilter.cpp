@@ -5,7 +5,9 @@ namespace qv {
 const QVFilterClass QVAICopySplitFilterClass{
     .name = "QVAICopySplitFilter",
     .superclass = &QVEffectMTIFilterClass,
+    .title = "Copies around",
     .help = "Small copies of the frame around one in its middle",
+    .tags = {"split screen", "grid", "clone", "multiply", "picture in picture"},
     .factory = makeFilter<QVAICopySplitFilter>,
     .category = QVFilterCategory::split,
 };

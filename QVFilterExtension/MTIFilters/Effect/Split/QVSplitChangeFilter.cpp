@@ -9,15 +9,22 @@ using Effect = QVSplitChangeFilter;
 const QVFilterClass QVSplitChangeFilterClass{
     .name = "QVSplitChangeFilter",
     .superclass = &QVEffectMTIFilterClass,
+    .title = "Split screen grid",
     .help = "A grid of small frames, four to twelve each way",
+    .tags = {"multi screen", "repeat", "tiles"},
     .factory = makeFilter<QVSplitChangeFilter>,
     .category = QVFilterCategory::split,
     .fragmentFunction = "QVSplitFilter",
-    .levelCount = 0,
     .properties =
         {
-            qvProperty<&Effect::sliceNumber, &Effect::setSliceNumber>(
-                "sliceNumber", 1, 64, "number of small frames along each side"),
+            qvProperty<&Effect::sliceNumber, &Effect::setSliceNumber>({
+                .name = "sliceNumber",
+                .title = "Frames along a side",
+                .help = "number of small frames along each side",
+                .minimum = 1,
+                .maximum = 64,
+                .unit = QVUnit::count,
+            }),
         },
 };
 

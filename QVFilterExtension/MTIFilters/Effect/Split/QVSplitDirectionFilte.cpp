@@ -12,15 +12,24 @@ constexpr std::array<std::string_view, 2> kDirections = {"horizontal", "vertical
 const QVFilterClass QVSplitDirectionFilteClass{
     .name = "QVSplitDirectionFilte",
     .superclass = &QVEffectMTIFilterClass,
+    .title = "Split screen in two",
     .help = "Two panels, each the middle of the frame",
+    .tags = {"multi screen", "side by side", "repeat"},
     .factory = makeFilter<QVSplitDirectionFilte>,
     .category = QVFilterCategory::split,
-    .levelCount = int(kDirections.size()),
     .properties =
         {
-            qvProperty<&Effect::direction, &Effect::setDirection>(
-                "direction", 0, 1, "0 side by side, 1 one above the other", kDirections),
+            qvLevels({.title = "Direction",
+                      .help = "side by side, or one above the other",
+                      .variants = kDirections}),
+            qvProperty<&Effect::direction, &Effect::setDirection>({
+                .name = "direction",
+                .title = "Panels",
+                .help = "side by side, or one above the other",
+                .variants = kDirections,
+            }),
         },
+    .ignored = {"effectValue"},
 };
 
 void QVSplitDirectionFilte::setLevel(std::int64_t level) {

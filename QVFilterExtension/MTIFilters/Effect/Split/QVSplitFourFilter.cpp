@@ -5,11 +5,13 @@ namespace qv {
 const QVFilterClass QVSplitFourFilterClass{
     .name = "QVSplitFourFilter",
     .superclass = &QVEffectMTIFilterClass,
+    .title = "Split screen in four",
     .help = "Two by two small frames",
+    .tags = {"multi screen", "grid", "repeat"},
     .factory = makeFilter<QVSplitFourFilter>,
     .category = QVFilterCategory::split,
     .fragmentFunction = "QVSplitFilter",
-    .levelCount = 0,
+    .ignored = {"effectValue"},
 };
 
 MTIParameters QVSplitFourFilter::parameters() const {

@@ -5,11 +5,13 @@ namespace qv {
 const QVFilterClass QVSplitNineFilterClass{
     .name = "QVSplitNineFilter",
     .superclass = &QVEffectMTIFilterClass,
+    .title = "Split screen in nine",
     .help = "Three by three small frames",
+    .tags = {"multi screen", "grid", "repeat"},
     .factory = makeFilter<QVSplitNineFilter>,
     .category = QVFilterCategory::split,
     .fragmentFunction = "QVSplitFilter",
-    .levelCount = 0,
+    .ignored = {"effectValue"},
 };
 
 MTIParameters QVSplitNineFilter::parameters() const {

@@ -9,13 +9,19 @@ using Effect = QVAIReputationFilter;
 const QVFilterClass QVAIReputationFilterClass{
     .name = "QVAIReputationFilter",
     .superclass = &QVEffectMTIFilterClass,
+    .title = "Echoes in a row",
     .help = "The picture repeated along a line, fainter each time",
+    .tags = {"echo", "trail", "repeat", "repetition", "clone", "step and repeat"},
     .factory = makeFilter<QVAIReputationFilter>,
     .category = QVFilterCategory::stylize,
     .properties =
         {
-            qvProperty<&Effect::distanceValue, &Effect::setDistanceValue>(
-                "distanceValue", 0, 1, "distance of two repetitions, half shorter sides of the frame"),
+            qvProperty<&Effect::distanceValue, &Effect::setDistanceValue>({
+                .name = "distanceValue",
+                .title = "Distance",
+                .help = "of two repetitions: of half the frame's shorter side",
+                .unit = QVUnit::fraction,
+            }),
         },
 };
 

@@ -8,7 +8,9 @@ namespace qv {
 const QVFilterClass QVBWDissolveTransitionMTIFilterClass{
     .name = "QVBWDissolveTransitionMTIFilter",
     .superclass = &QVTransitionMTIFilterClass,
+    .title = "Dissolve through grey",
     .help = "The other clip comes in grey through the shadows, then gains its colour",
+    .tags = {"black and white", "crossfade", "fade", "monochrome"},
     .factory = makeFilter<QVBWDissolveTransitionMTIFilter>,
 };
 

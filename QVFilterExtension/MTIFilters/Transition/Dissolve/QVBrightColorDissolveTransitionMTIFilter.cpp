@@ -7,7 +7,9 @@ namespace qv {
 const QVFilterClass QVBrightColorDissolveTransitionMTIFilterClass{
     .name = "QVBrightColorDissolveTransitionMTIFilter",
     .superclass = &QVTransitionMTIFilterClass,
+    .title = "Additive dissolve",
     .help = "Adds the clips' light: brightest in the middle",
+    .tags = {"crossfade", "add", "glow", "light"},
     .factory = makeFilter<QVBrightColorDissolveTransitionMTIFilter>,
 };
 

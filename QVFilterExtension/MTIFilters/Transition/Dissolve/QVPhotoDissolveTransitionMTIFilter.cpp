@@ -62,16 +62,25 @@ MTIImage croppedTo(const MTIImage& image, CGSize frame) {
 const QVFilterClass QVPhotoDissolveTransitionMTIFilterClass{
     .name = "QVPhotoDissolveTransitionMTIFilter",
     .superclass = &QVTransitionMTIFilterClass,
+    .title = "Picture dissolve",
     .help =
         "The incoming clip spreads along the grey levels of a picture: ink, soft wipes, spots of light, "
         "brush strokes or irises",
+    .tags = {"luma wipe", "ink", "watercolour", "bokeh", "brush", "iris"},
     .factory = makeFilter<QVPhotoDissolveTransitionMTIFilter>,
     .properties =
         {
-            qvProperty<&Transition::type, &Transition::setType>("type", 0, double(kStyles.size() - 1),
-                                                                "style of the pictures", kStyleNames),
-            qvProperty<&Transition::fromBrightToDark, &Transition::setFromBrightToDark>(
-                "fromBrightToDark", "begin where the picture is bright; set by the type"),
+            qvProperty<&Transition::type, &Transition::setType>({
+                .name = "type",
+                .title = "Style",
+                .help = "style of the pictures",
+                .variants = kStyleNames,
+            }),
+            qvProperty<&Transition::fromBrightToDark, &Transition::setFromBrightToDark>({
+                .name = "fromBrightToDark",
+                .title = "Bright parts first",
+                .help = "begin where the picture is bright; set by the type",
+            }),
         },
 };
 

@@ -5,7 +5,9 @@ namespace qv {
 const QVFilterClass QVFilmBoxBlurFilterClass{
     .name = "QVFilmBoxBlurFilter",
     .superclass = &QVTransitionMTIFilterClass,
+    .title = "Blurred cross-fade",
     .help = "A cross-fade under a wide box blur",
+    .tags = {"box blur", "crossfade", "dissolve"},
     .factory = makeFilter<QVFilmBoxBlurFilter>,
     .kind = QVFilterKind::auxiliary,
 };

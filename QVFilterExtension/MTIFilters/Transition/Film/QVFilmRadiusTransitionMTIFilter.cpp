@@ -26,7 +26,9 @@ UIImage fittedFrame(const UIImage& asset, CGSize size) {
 const QVFilterClass QVFilmRadiusTransitionMTIFilterClass{
     .name = "QVFilmRadiusTransitionMTIFilter",
     .superclass = &QVTransitionMTIFilterClass,
+    .title = "Jammed projector",
     .help = "A splice jams in the projector's gate: the light flares, the film jumps and settles",
+    .tags = {"old film", "splice", "burn", "jump", "vintage"},
     .factory = makeFilter<QVFilmRadiusTransitionMTIFilter>,
 };
 

@@ -5,8 +5,9 @@ namespace qv {
 const QVFilterClass QVFilmTransitionAssistFilterClass{
     .name = "QVFilmTransitionAssistFilter",
     .superclass = &QVTransitionMTIFilterClass,
+    .title = "Part of a film transition",
     .help = "One pass over one frame, a part of the film transitions",
-    .inputs = QVFilterInputs::one,
+    .inputs = {{kInputImage1}},
     .kind = QVFilterKind::auxiliary,
 };
 

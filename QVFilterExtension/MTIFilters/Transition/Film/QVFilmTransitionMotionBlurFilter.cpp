@@ -5,11 +5,19 @@ namespace qv {
 const QVFilterClass QVFilmTransitionMotionBlurFilterClass{
     .name = "QVFilmTransitionMotionBlurFilter",
     .superclass = &QVFilmTransitionAssistFilterClass,
+    .title = "Running film blur",
     .help = "A vertical blur, as film runs through the gate",
+    .tags = {"vertical blur", "motion blur", "smear"},
     .factory = makeFilter<QVFilmTransitionMotionBlurFilter>,
     .properties = {qvProperty<&QVFilmTransitionMotionBlurFilter::blurRadius,
-                              &QVFilmTransitionMotionBlurFilter::setBlurRadius>(
-        "blurRadius", 0, 1080, "reach upwards and downwards, 1/1080 of the frame's shorter side")},
+                              &QVFilmTransitionMotionBlurFilter::setBlurRadius>({
+        .name = "blurRadius",
+        .title = "Reach",
+        .help = "upwards and downwards",
+        .maximum = 1080,
+        .unit = QVUnit::pixels1080,
+        .step = 1,
+    })},
 };
 
 }  // namespace qv

@@ -5,11 +5,19 @@ namespace qv {
 const QVFilterClass QVFilmTransitionRotationBlurFilterClass{
     .name = "QVFilmTransitionRotationBlurFilter",
     .superclass = &QVFilmTransitionAssistFilterClass,
+    .title = "Turning film blur",
     .help = "A blur around the middle",
+    .tags = {"spin blur", "radial blur", "motion blur"},
     .factory = makeFilter<QVFilmTransitionRotationBlurFilter>,
     .properties = {qvProperty<&QVFilmTransitionRotationBlurFilter::blurFilterValue,
-                              &QVFilmTransitionRotationBlurFilter::setBlurFilterValue>(
-        "blurFilterValue", -1, 1, "angle swept while the shutter is open, radians")},
+                              &QVFilmTransitionRotationBlurFilter::setBlurFilterValue>({
+        .name = "blurFilterValue",
+        .title = "Swept angle",
+        .help = "while the shutter is open",
+        .minimum = -1,
+        .unit = QVUnit::radians,
+        .step = 0.01,
+    })},
 };
 
 }  // namespace qv

@@ -5,7 +5,9 @@ namespace qv {
 const QVFilterClass QVColorFlashTransitionMTIFilterClass{
     .name = "QVColorFlashTransitionMTIFilter",
     .superclass = &QVTransitionMTIFilterClass,
+    .title = "Light leak",
     .help = "Coloured light leaks in and sweeps the picture away",
+    .tags = {"flash", "film burn", "flare", "colour", "glow"},
     .factory = makeFilter<QVColorFlashTransitionMTIFilter>,
 };
 

@@ -25,8 +25,16 @@ QVAssetCache& assets() {
 const QVFilterClass QVFlashPicTransitionMTIFilterClass{
     .name = "QVFlashPicTransitionMTIFilter",
     .superclass = &QVTransitionMTIFilterClass,
+    .title = "Flickering light",
     .help = "Warm light flickers over a cut, ever more often towards the middle, where the picture flares",
+    .tags = {"flash", "strobe", "light leak", "film burn", "warm"},
     .factory = makeFilter<QVFlashPicTransitionMTIFilter>,
+    .inputs = {{kInputImage1, kInputImage2,
+                qvInput<&QVFlashPicTransitionMTIFilter::setSrcLightPic>(
+                    {.name = "srcLightPic",
+                     .role = QVInputRole::texture,
+                     .help = "light on black; without it the picture only flares",
+                     .isRequired = false})}},
 };
 
 QVFlashPicTransitionMTIFilter::QVFlashPicTransitionMTIFilter(const QVFilterClass& filterClass)

@@ -5,7 +5,9 @@ namespace qv {
 const QVFilterClass QVWhiteFlashTransitionMTIFilterClass{
     .name = "QVWhiteFlashTransitionMTIFilter",
     .superclass = &QVTransitionMTIFilterClass,
+    .title = "White flash",
     .help = "A white flash: overexposed in an instant, then the light falls off",
+    .tags = {"camera flash", "photo", "overexposed", "strobe"},
     .factory = makeFilter<QVWhiteFlashTransitionMTIFilter>,
 };
 

@@ -5,7 +5,9 @@ namespace qv {
 const QVFilterClass QVGlitchTransitionMTIFilterClass{
     .name = "QVGlitchTransitionMTIFilter",
     .superclass = &QVTransitionMTIFilterClass,
+    .title = "Digital glitch",
     .help = "A broken digital signal: displaced blocks and slices, parted colours",
+    .tags = {"chromatic", "rgb", "blocks", "datamosh", "signal"},
     .factory = makeFilter<QVGlitchTransitionMTIFilter>,
 };
 

@@ -12,12 +12,18 @@ constexpr std::array<std::string_view, 6> kScanTypes = {"down", "up", "right", "
 const QVFilterClass QVScanTransitionMTIFilterClass{
     .name = "QVScanTransitionMTIFilter",
     .superclass = &QVTransitionMTIFilterClass,
+    .title = "Scanning line",
     .help = "A bright line scans the picture and leaves the incoming clip",
+    .tags = {"wipe", "laser", "scanner", "light"},
     .factory = makeFilter<QVScanTransitionMTIFilter>,
     .properties =
         {
-            qvProperty<&Transition::scanType, &Transition::setScanType>(
-                "scanType", 0, kScanTypes.size() - 1, "where the line moves to", kScanTypes),
+            qvProperty<&Transition::scanType, &Transition::setScanType>({
+                .name = "scanType",
+                .title = "Direction",
+                .help = "where the line moves to",
+                .variants = kScanTypes,
+            }),
         },
 };
 

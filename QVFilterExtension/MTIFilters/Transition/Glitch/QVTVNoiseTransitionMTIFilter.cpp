@@ -5,7 +5,9 @@ namespace qv {
 const QVFilterClass QVTVNoiseTransitionMTIFilterClass{
     .name = "QVTVNoiseTransitionMTIFilter",
     .superclass = &QVTransitionMTIFilterClass,
+    .title = "Television noise",
     .help = "A television set between two stations: snow, rolling, torn lines",
+    .tags = {"vhs", "static", "snow", "channel change", "analog"},
     .factory = makeFilter<QVTVNoiseTransitionMTIFilter>,
 };
 

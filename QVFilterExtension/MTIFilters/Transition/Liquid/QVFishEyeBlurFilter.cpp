@@ -5,9 +5,11 @@ namespace qv {
 const QVFilterClass QVFishEyeBlurFilterClass{
     .name = "QVFishEyeBlurFilter",
     .superclass = &QVLiquidTransitionMTIFilterClass,
+    .title = "Fisheye blur",
     .help = "A blur sideways and out of the middle of the frame",
+    .tags = {"zoom blur", "radial blur", "lens"},
     .factory = makeFilter<QVFishEyeBlurFilter>,
-    .inputs = QVFilterInputs::one,
+    .inputs = {{kInputImage1}},
     .kind = QVFilterKind::auxiliary,
 };
 

@@ -7,7 +7,9 @@ namespace qv {
 const QVFilterClass QVFishEyeLensFilterClass{
     .name = "QVFishEyeLensFilter",
     .superclass = &QVLiquidTransitionMTIFilterClass,
+    .title = "Fisheye lens",
     .help = "The next clip grows out of the middle of the frame in a bulging lens",
+    .tags = {"bulge", "zoom", "chromatic", "warp"},
     .factory = makeFilter<QVFishEyeLensFilter>,
 };
 

@@ -9,15 +9,30 @@ using Transition = QVFishEyeMirrorFilter;
 const QVFilterClass QVFishEyeMirrorFilterClass{
     .name = "QVFishEyeMirrorFilter",
     .superclass = &QVLiquidTransitionMTIFilterClass,
+    .title = "Sliding mirror copies",
     .help = "Copies of the picture, every other one mirrored, that move sideways",
+    .tags = {"tiles", "repeat", "reflection"},
     .factory = makeFilter<QVFishEyeMirrorFilter>,
-    .inputs = QVFilterInputs::one,
+    .inputs = {{kInputImage1}},
     .properties =
         {
-            qvProperty<&Transition::mirrorNumber, &Transition::setMirrorNumber>(
-                "mirrorNumber", 0, 100, "copies along each side of the frame"),
-            qvProperty<&Transition::moveDistance, &Transition::setMoveDistance>(
-                "moveDistance", -1000, 1000, "how far the frame moves to the right, widths of a copy"),
+            qvProperty<&Transition::mirrorNumber, &Transition::setMirrorNumber>({
+                .name = "mirrorNumber",
+                .title = "Copies",
+                .help = "copies along each side of the frame",
+                .maximum = 16,
+                .unit = QVUnit::count,
+                .step = 0.1,
+            }),
+            qvProperty<&Transition::moveDistance, &Transition::setMoveDistance>({
+                .name = "moveDistance",
+                .title = "Distance",
+                .help = "how far the frame moves to the right: of the width of a copy",
+                .minimum = -10,
+                .maximum = 10,
+                .unit = QVUnit::factor,
+                .step = 0.05,
+            }),
         },
     .kind = QVFilterKind::auxiliary,
 };

@@ -11,7 +11,9 @@ constexpr HalvesEasing kEasing;
 const QVFilterClass QVFishEyeRollFilterClass{
     .name = "QVFishEyeRollFilter",
     .superclass = &QVLiquidTransitionMTIFilterClass,
+    .title = "Fisheye roll",
     .help = "Mirrored copies roll by behind a fisheye lens up to the next clip",
+    .tags = {"mirror", "roll", "whip pan", "warp"},
     .factory = makeFilter<QVFishEyeRollFilter>,
 };
 

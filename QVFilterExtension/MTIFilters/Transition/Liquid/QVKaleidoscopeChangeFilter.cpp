@@ -7,7 +7,9 @@ namespace qv {
 const QVFilterClass QVKaleidoscopeChangeFilterClass{
     .name = "QVKaleidoscopeChangeFilter",
     .superclass = &QVLiquidTransitionMTIFilterClass,
+    .title = "Turning kaleidoscope",
     .help = "A turning kaleidoscope opens over the picture and closes over the next clip",
+    .tags = {"mirror", "psychedelic", "pattern"},
     .factory = makeFilter<QVKaleidoscopeChangeFilter>,
 };
 

@@ -11,7 +11,9 @@ constexpr HalvesEasing kEasing;
 const QVFilterClass QVKaleidoscopeMoveFilterClass{
     .name = "QVKaleidoscopeMoveFilter",
     .superclass = &QVLiquidTransitionMTIFilterClass,
+    .title = "Gliding kaleidoscope",
     .help = "The picture folds into a gliding kaleidoscope and unfolds as the next clip",
+    .tags = {"mirror", "psychedelic", "chromatic", "pattern"},
     .factory = makeFilter<QVKaleidoscopeMoveFilter>,
 };
 

@@ -12,7 +12,9 @@ constexpr HalvesEasing kEasing{{0.8, 0, 1, 1}, {0, 0, 0.2, 1}};
 const QVFilterClass QVLiquidStretchFilterClass{
     .name = "QVLiquidStretchFilter",
     .superclass = &QVLiquidTransitionMTIFilterClass,
+    .title = "Liquid stretch",
     .help = "The picture flows off to one side and the next clip flows in",
+    .tags = {"smear", "whip pan", "chromatic", "flow"},
     .factory = makeFilter<QVLiquidStretchFilter>,
 };
 

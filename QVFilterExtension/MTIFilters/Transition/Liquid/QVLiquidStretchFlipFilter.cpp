@@ -5,9 +5,11 @@ namespace qv {
 const QVFilterClass QVLiquidStretchFlipFilterClass{
     .name = "QVLiquidStretchFlipFilter",
     .superclass = &QVLiquidTransitionMTIFilterClass,
+    .title = "Flip left to right",
     .help = "The picture mirrored left to right",
+    .tags = {"mirror", "reflect", "horizontal"},
     .factory = makeFilter<QVLiquidStretchFlipFilter>,
-    .inputs = QVFilterInputs::one,
+    .inputs = {{kInputImage1}},
     .kind = QVFilterKind::auxiliary,
 };
 

@@ -5,13 +5,14 @@ namespace qv {
 const QVFilterClass QVLiquidTransitionMTIFilterClass{
     .name = "QVLiquidTransitionMTIFilter",
     .superclass = &QVTransitionMTIFilterClass,
-    .help = "A passage that distorts the picture and cuts at the height of the distortion",
+    .title = "Liquid transition",
+    .help = "A transition that distorts the picture and cuts at the height of the distortion",
     .factory = makeFilter<QVLiquidTransitionMTIFilter>,
 };
 
 MTIImage QVLiquidTransitionMTIFilter::outputImage() {
     if (!inputImage1()) return {};
-    if (filterClass().inputsOrInherited() == QVFilterInputs::one) return render({inputImage1()});
+    if (!filterClass().input(QVInputRole::incoming)) return render({inputImage1()});
     return inputImage2() ? render({inputImage1(), inputImage2()}) : MTIImage();
 }
 

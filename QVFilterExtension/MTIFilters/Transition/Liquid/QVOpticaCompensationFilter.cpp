@@ -7,7 +7,9 @@ namespace qv {
 const QVFilterClass QVOpticaCompensationFilterClass{
     .name = "QVOpticaCompensationFilter",
     .superclass = &QVLiquidTransitionMTIFilterClass,
+    .title = "Lens punch",
     .help = "A punch through a swelling lens into the next clip",
+    .tags = {"zoom", "bulge", "fisheye", "warp"},
     .factory = makeFilter<QVOpticaCompensationFilter>,
 };
 

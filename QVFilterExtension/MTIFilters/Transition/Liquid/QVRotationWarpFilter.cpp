@@ -7,7 +7,9 @@ namespace qv {
 const QVFilterClass QVRotationWarpFilterClass{
     .name = "QVRotationWarpFilter",
     .superclass = &QVLiquidTransitionMTIFilterClass,
+    .title = "Wind-up warp",
     .help = "The picture winds up around its middle and unwinds as the next clip",
+    .tags = {"swirl", "twirl", "spin", "vortex"},
     .factory = makeFilter<QVRotationWarpFilter>,
 };
 

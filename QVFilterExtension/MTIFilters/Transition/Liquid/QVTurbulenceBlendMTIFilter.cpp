@@ -11,7 +11,9 @@ constexpr HalvesEasing kAlphaEasing{{0.5, 0, 0.83, 0.83}, {0.17, 0.17, 0.5, 1}};
 const QVFilterClass QVTurbulenceBlendMTIFilterClass{
     .name = "QVTurbulenceBlendMTIFilter",
     .superclass = &QVLiquidTransitionMTIFilterClass,
+    .title = "Liquid front",
     .help = "A dissolve along the front of a swirling liquid",
+    .tags = {"dissolve", "swirl", "ink", "flow"},
     .factory = makeFilter<QVTurbulenceBlendMTIFilter>,
 };
 

@@ -22,7 +22,9 @@ float randomWarp(const CMTimeRange& timeRange) {
 const QVFilterClass QVTurbulenceTransitionMTIFilterClass{
     .name = "QVTurbulenceTransitionMTIFilter",
     .superclass = &QVLiquidTransitionMTIFilterClass,
+    .title = "Turbulence",
     .help = "The picture is torn apart by turbulent currents and settles as the next clip",
+    .tags = {"warp", "swirl", "smoke", "flow"},
     .factory = makeFilter<QVTurbulenceTransitionMTIFilter>,
 };
 

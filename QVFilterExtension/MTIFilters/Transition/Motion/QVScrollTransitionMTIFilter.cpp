@@ -13,13 +13,18 @@ constexpr std::array<std::string_view, 8> kScrollTypes = {
 const QVFilterClass QVScrollTransitionMTIFilterClass{
     .name = "QVScrollTransitionMTIFilter",
     .superclass = &QVTransitionMTIFilterClass,
+    .title = "Film strip push",
     .help = "The clips are pushed through the frame like a strip of film",
+    .tags = {"slide", "scroll", "whip pan"},
     .factory = makeFilter<QVScrollTransitionMTIFilter>,
     .properties =
         {
-            qvProperty<&Transition::scrollType, &Transition::setScrollType>(
-                "scrollType", 0, kScrollTypes.size() - 1,
-                "where the picture moves to, and whether several turns pass", kScrollTypes),
+            qvProperty<&Transition::scrollType, &Transition::setScrollType>({
+                .name = "scrollType",
+                .title = "Direction",
+                .help = "where the picture moves to, and whether several turns pass",
+                .variants = kScrollTypes,
+            }),
         },
 };
 

@@ -12,12 +12,18 @@ constexpr std::array<std::string_view, 4> kDirections = {"left", "right", "up", 
 const QVFilterClass QVSmoothRadialTransitionMTIFilterClass{
     .name = "QVSmoothRadialTransitionMTIFilter",
     .superclass = &QVTransitionMTIFilterClass,
+    .title = "Smooth swing",
     .help = "One fast swing through both clips about a point beyond the frame",
+    .tags = {"whip pan", "rotate", "radial", "motion blur"},
     .factory = makeFilter<QVSmoothRadialTransitionMTIFilter>,
     .properties =
         {
-            qvProperty<&Transition::direction, &Transition::setDirection>(
-                "direction", 0, kDirections.size() - 1, "where the picture swings to", kDirections),
+            qvProperty<&Transition::direction, &Transition::setDirection>({
+                .name = "direction",
+                .title = "Direction",
+                .help = "where the picture swings to",
+                .variants = kDirections,
+            }),
         },
 };
 

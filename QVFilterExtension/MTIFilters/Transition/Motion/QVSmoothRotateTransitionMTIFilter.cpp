@@ -13,12 +13,18 @@ constexpr std::array<std::string_view, 4> kTypes = {"clockwise", "anticlockwise"
 const QVFilterClass QVSmoothRotateTransitionMTIFilterClass{
     .name = "QVSmoothRotateTransitionMTIFilter",
     .superclass = &QVTransitionMTIFilterClass,
+    .title = "Smooth turn",
     .help = "One fast turn through both clips",
+    .tags = {"rotate", "spin", "whip", "motion blur"},
     .factory = makeFilter<QVSmoothRotateTransitionMTIFilter>,
     .properties =
         {
-            qvProperty<&Transition::type, &Transition::setType>("type", 0, kTypes.size() - 1,
-                                                                "which way it turns", kTypes),
+            qvProperty<&Transition::type, &Transition::setType>({
+                .name = "type",
+                .title = "Turn",
+                .help = "which way it turns",
+                .variants = kTypes,
+            }),
         },
 };
 

@@ -12,12 +12,18 @@ constexpr std::array<std::string_view, 4> kTypes = {"in", "out", "in and back", 
 const QVFilterClass QVSmoothZoomTransitionMTIFilterClass{
     .name = "QVSmoothZoomTransitionMTIFilter",
     .superclass = &QVTransitionMTIFilterClass,
+    .title = "Smooth zoom",
     .help = "One fast zoom through both clips",
+    .tags = {"zoom in", "zoom out", "whip", "motion blur"},
     .factory = makeFilter<QVSmoothZoomTransitionMTIFilter>,
     .properties =
         {
-            qvProperty<&Transition::type, &Transition::setType>("type", 0, kTypes.size() - 1,
-                                                                "which way it zooms", kTypes),
+            qvProperty<&Transition::type, &Transition::setType>({
+                .name = "type",
+                .title = "Zoom",
+                .help = "which way it zooms",
+                .variants = kTypes,
+            }),
         },
 };
 

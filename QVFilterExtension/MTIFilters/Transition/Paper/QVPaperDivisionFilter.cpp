@@ -9,14 +9,28 @@ using Filter = QVPaperDivisionFilter;
 const QVFilterClass QVPaperDivisionFilterClass{
     .name = "QVPaperDivisionFilter",
     .superclass = &QVTransitionMTIFilterClass,
+    .title = "Paper torn in two",
     .help = "Paper torn in two along a line, a clip on each piece",
+    .tags = {"rip", "tear", "split", "collage"},
     .factory = makeFilter<QVPaperDivisionFilter>,
     .properties =
         {
-            qvProperty<&Filter::pointTopVector, &Filter::setPointTopVector>(
-                "pointTopVector", "where the tear begins, fractions of the frame from its top left"),
-            qvProperty<&Filter::pointBotVector, &Filter::setPointBotVector>(
-                "pointBotVector", "where the tear ends, fractions of the frame from its top left"),
+            qvProperty<&Filter::pointTopVector, &Filter::setPointTopVector>({
+                .name = "pointTopVector",
+                .title = "Start of the tear",
+                .help = "from the top left of the frame",
+                .minimum = -1,
+                .maximum = 2,
+                .unit = QVUnit::frameSides,
+            }),
+            qvProperty<&Filter::pointBotVector, &Filter::setPointBotVector>({
+                .name = "pointBotVector",
+                .title = "End of the tear",
+                .help = "from the top left of the frame",
+                .minimum = -1,
+                .maximum = 2,
+                .unit = QVUnit::frameSides,
+            }),
         },
     .kind = QVFilterKind::auxiliary,
 };

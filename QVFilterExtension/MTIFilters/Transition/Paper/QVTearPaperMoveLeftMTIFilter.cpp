@@ -12,7 +12,9 @@ namespace qv {
 const QVFilterClass QVTearPaperMoveLeftMTIFilterClass{
     .name = "QVTearPaperMoveLeftMTIFilter",
     .superclass = &QVTearPaperTransitionMTIFilterClass,
+    .title = "Torn paper, move left",
     .help = "A collage of torn paper in stop motion; a large sheet enters from the right",
+    .tags = {"rip", "tear", "collage", "stop motion", "scrapbook"},
     .factory = makeFilter<QVTearPaperMoveLeftMTIFilter>,
 };
 

@@ -10,7 +10,8 @@ namespace qv {
 const QVFilterClass QVTearPaperTransitionMTIFilterClass{
     .name = "QVTearPaperTransitionMTIFilter",
     .superclass = &QVTransitionMTIFilterClass,
-    .help = "A passage that shows clips on pieces of torn paper",
+    .title = "Torn paper",
+    .help = "A transition that shows clips on pieces of torn paper",
 };
 
 namespace {

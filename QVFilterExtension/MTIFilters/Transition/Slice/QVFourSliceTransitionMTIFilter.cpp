@@ -5,7 +5,9 @@ namespace qv {
 const QVFilterClass QVFourSliceTransitionMTIFilterClass{
     .name = "QVFourSliceTransitionMTIFilter",
     .superclass = &QVTransitionMTIFilterClass,
+    .title = "Four quarters",
     .help = "Four quarters in which the clips pass by in four directions",
+    .tags = {"slice", "split", "push", "slide"},
     .factory = makeFilter<QVFourSliceTransitionMTIFilter>,
 };
 

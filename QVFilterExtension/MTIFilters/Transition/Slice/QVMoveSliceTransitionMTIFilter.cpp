@@ -13,13 +13,26 @@ constexpr std::array<std::string_view, 5> kTypes = {"columns", "rows", "columns 
 const QVFilterClass QVMoveSliceTransitionMTIFilterClass{
     .name = "QVMoveSliceTransitionMTIFilter",
     .superclass = &QVTransitionMTIFilterClass,
+    .title = "Opposing strips",
     .help = "Strips that move opposite ways push one clip out and pull the other in",
+    .tags = {"slice", "slide", "push", "shutters"},
     .factory = makeFilter<QVMoveSliceTransitionMTIFilter>,
     .properties =
         {
-            qvProperty<&Transition::count, &Transition::setCount>("count", 1, 24, "number of strips"),
-            qvProperty<&Transition::type, &Transition::setType>(
-                "type", 0, kTypes.size() - 1, "how the strips lie and in which order they move", kTypes),
+            qvProperty<&Transition::count, &Transition::setCount>({
+                .name = "count",
+                .title = "Number of strips",
+                .help = "number of strips",
+                .minimum = 1,
+                .maximum = 24,
+                .unit = QVUnit::count,
+            }),
+            qvProperty<&Transition::type, &Transition::setType>({
+                .name = "type",
+                .title = "Strips",
+                .help = "how the strips lie and in which order they move",
+                .variants = kTypes,
+            }),
         },
 };
 

@@ -14,12 +14,18 @@ constexpr std::array<std::string_view, 5> kTypes = {"left and right halves", "up
 const QVFilterClass QVRotateSliceTransitionMTIFilterClass{
     .name = "QVRotateSliceTransitionMTIFilter",
     .superclass = &QVTransitionMTIFilterClass,
+    .title = "Turning pieces",
     .help = "Pieces of the outgoing clip turn away and leave the incoming one",
+    .tags = {"slice", "rotate", "spin", "wipe"},
     .factory = makeFilter<QVRotateSliceTransitionMTIFilter>,
     .properties =
         {
-            qvProperty<&Transition::type, &Transition::setType>("type", 0, kTypes.size() - 1,
-                                                                "what the pieces are", kTypes),
+            qvProperty<&Transition::type, &Transition::setType>({
+                .name = "type",
+                .title = "Pieces",
+                .help = "what the pieces are",
+                .variants = kTypes,
+            }),
         },
 };
 

@@ -13,15 +13,35 @@ constexpr std::array<std::string_view, 5> kTypes = {
 const QVFilterClass QVSliceTransitionMTIFilterClass{
     .name = "QVSliceTransitionMTIFilter",
     .superclass = &QVTransitionMTIFilterClass,
+    .title = "Sliding strips",
     .help = "Strips of the incoming clip slide over the outgoing one, one after the other",
+    .tags = {"slice", "wipe", "blinds", "push"},
     .factory = makeFilter<QVSliceTransitionMTIFilter>,
     .properties =
         {
-            qvProperty<&Transition::count, &Transition::setCount>("count", 1, 24, "number of strips"),
-            qvProperty<&Transition::slope, &Transition::setSlope>(
-                "slope", -2, 2, "lean of the cuts, pixels sideways for each pixel along them"),
-            qvProperty<&Transition::type, &Transition::setType>("type", 0, kTypes.size() - 1,
-                                                                "where the strips come from", kTypes),
+            qvProperty<&Transition::count, &Transition::setCount>({
+                .name = "count",
+                .title = "Number of strips",
+                .help = "number of strips",
+                .minimum = 1,
+                .maximum = 24,
+                .unit = QVUnit::count,
+            }),
+            qvProperty<&Transition::slope, &Transition::setSlope>({
+                .name = "slope",
+                .title = "Slant",
+                .help = "of the cuts: sideways for each step along them",
+                .minimum = -2,
+                .maximum = 2,
+                .unit = QVUnit::factor,
+                .step = 0.05,
+            }),
+            qvProperty<&Transition::type, &Transition::setType>({
+                .name = "type",
+                .title = "Strips",
+                .help = "where the strips come from",
+                .variants = kTypes,
+            }),
         },
 };
 

@@ -15,12 +15,18 @@ constexpr std::array<std::string_view, 5> kTypes = {"columns in", "rows in", "co
 const QVFilterClass QVZoomSliceTransitionMTIFilterClass{
     .name = "QVZoomSliceTransitionMTIFilter",
     .superclass = &QVTransitionMTIFilterClass,
+    .title = "Zooming strips",
     .help = "Strips zoom one after the other and change clips at their fastest",
+    .tags = {"slice", "zoom", "split"},
     .factory = makeFilter<QVZoomSliceTransitionMTIFilter>,
     .properties =
         {
-            qvProperty<&Transition::type, &Transition::setType>(
-                "type", 0, kTypes.size() - 1, "how the strips lie and which way they zoom", kTypes),
+            qvProperty<&Transition::type, &Transition::setType>({
+                .name = "type",
+                .title = "Strips",
+                .help = "how the strips lie and which way they zoom",
+                .variants = kTypes,
+            }),
         },
 };
 
