@@ -8,8 +8,6 @@
 #include <cctype>
 #include <charconv>
 #include <cmath>
-#include <cstdio>
-#include <cstring>
 #include <iostream>
 #include <system_error>
 
@@ -82,7 +80,6 @@ void OverwriteOptions::add(CLI::App& command) {
 }
 
 void checkOutput(const std::string& path, const OverwriteOptions& overwrite) {
-    if (path.empty()) fail(ExitCode::usage, "the output has no name");
     if (path == "-") {
         if (::isatty(STDOUT_FILENO))
             fail(ExitCode::output, "standard output is a terminal; redirect it or name a file");
@@ -93,7 +90,7 @@ void checkOutput(const std::string& path, const OverwriteOptions& overwrite) {
     if (S_ISDIR(status.st_mode)) fail(ExitCode::output, "cannot write '{}': Is a directory", path);
     if (!S_ISREG(status.st_mode) || overwrite.yes) return;
     if (!overwrite.no && ::isatty(STDIN_FILENO) && ::isatty(STDERR_FILENO)) {
-        fmt::print(stderr, "'{}' exists. Replace it? [y/N] ", path);
+        writeStandardError(fmt::format("'{}' exists. Replace it? [y/N] ", path));
         std::string answer;
         std::getline(std::cin, answer);
         if (!answer.empty() && (answer[0] == 'y' || answer[0] == 'Y')) return;
@@ -102,9 +99,14 @@ void checkOutput(const std::string& path, const OverwriteOptions& overwrite) {
     fail(ExitCode::output, "'{}' exists{}", path, overwrite.no ? "" : "; -y replaces it");
 }
 
-void writeStandardOutput(std::string_view text) {
-    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0) {
-        fail(ExitCode::output, "cannot write standard output: {}", std::generic_category().message(errno));
+void refuseEmptyValues(CLI::App& tool) {
+    const auto check = [](const std::string& value) {
+        return value.empty() ? std::string("the value is empty") : std::string();
+    };
+    for (CLI::App* command : tool.get_subcommands([](const CLI::App*) { return true; })) {
+        for (CLI::Option* option : command->get_options()) {
+            if (option->get_items_expected_max() > 0) option->check(check);
+        }
     }
 }
 

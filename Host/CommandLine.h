@@ -5,11 +5,11 @@
 #include <string_view>
 
 #include "Host/Failure.h"
+#include "Host/StandardStreams.h"
 
 #include <CLI/CLI.hpp>
 
-/// What the commands' options share: how values are written, and what standard output and existing files
-/// allow.
+/// What the commands' options share: how values are written, and what existing files allow.
 namespace qv::host {
 
 // Each adds one command to the tool; parsing the command line runs it.
@@ -47,8 +47,9 @@ struct OverwriteOptions {
 /// option or by an answer on a terminal. Nothing is opened.
 void checkOutput(const std::string& path, const OverwriteOptions& overwrite);
 
-/// Writes all of `text` to standard output; fails as output when it does not take it.
-void writeStandardOutput(std::string_view text);
+/// Has every command refuse an option or argument whose value is empty, as a script's unset variable is. To
+/// be called when all commands are there.
+void refuseEmptyValues(CLI::App& tool);
 
 /// The option for programs that listings share.
 CLI::Option* addJSONFlag(CLI::App& command, bool& json);

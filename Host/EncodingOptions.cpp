@@ -64,7 +64,7 @@ std::unique_ptr<ClipWriter> EncodingOptions::makeWriter(const std::string& outpu
 }
 
 void EncodingOptions::note(const std::string& line) const {
-    if (!quiet_) fmt::print(stderr, "qvfilter: note: {}\n", line);
+    if (!quiet_) writeStandardError(fmt::format("qvfilter: note: {}\n", line));
 }
 
 MTIPixelFormat workingFormat(const ClipVideoFormat& video, const ClipWriter& writer) {

@@ -1,7 +1,6 @@
 #include <memory>
 
 #include "Host/CommandLine.h"
-#include "Host/Diagnostics.h"
 #include "Host/PlanListing.h"
 #include "Host/Timeline.h"
 
@@ -53,10 +52,7 @@ void graph(const Options& options) {
     const FilterInputs inputs = plainInputs(parseSize(options.size), options.plan);
     const auto filter = makeFilterOnClip(choice, clip);
     setInputs(*filter, inputs);
-    const MTIImage output = filter->outputImage();
-    if (!output) {
-        fail(ExitCode::internal, "{} gives no picture{}", choice.filterClass->name, lastLogLineInBrackets());
-    }
+    const MTIImage output = outputImageOf(*filter);
     const NamedImages names = namedInputs(*choice.filterClass, inputs);
     const std::string title(choice.filterClass->name);
     const Json listing =

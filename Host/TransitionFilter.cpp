@@ -2,7 +2,6 @@
 
 #include <string>
 
-#include "Host/Diagnostics.h"
 #include "Host/Failure.h"
 #include "Host/Timeline.h"
 #include "QVFilterExtension/QVFilterRegistry.h"
@@ -51,11 +50,7 @@ MTIImage TransitionFilter::outputImage(const MTIImage& outgoing, const MTIImage&
     inputs.second = incoming;
     inputs.originalSize = outgoing.size();
     setInputs(*filter_, inputs);
-    const MTIImage image = filter_->outputImage();
-    if (!image) {
-        fail(ExitCode::internal, "{} gave no picture{}", choice_.filterClass->name, lastLogLineInBrackets());
-    }
-    return image;
+    return outputImageOf(*filter_);
 }
 
 }  // namespace qv::host

@@ -1,10 +1,14 @@
-#include <cstdio>
+#include <cctype>
 #include <exception>
+#include <sstream>
 #include <string>
 
 #include "Host/CommandLine.h"
 #include "Host/Diagnostics.h"
 #include "Host/Interrupt.h"
+#include "QVFilterExtension/QVFilterVersion.h"
+
+#include <fmt/ranges.h>
 
 namespace {
 
@@ -22,11 +26,27 @@ void requireKnownCommand(const CLI::App& tool, int argc, char** argv) {
     qv::host::fail(qv::host::ExitCode::usage, "there is no command '{}'; see qvfilter --help", name);
 }
 
+/// Parses and runs, with what the parser throws told as the tool's own failures.
+void runTool(CLI::App& tool, int argc, char** argv) {
+    using namespace qv::host;
+    try {
+        tool.parse(argc, argv);
+    } catch (const CLI::Success& answer) {  // help or version
+        std::ostringstream text;
+        tool.exit(answer, text);
+        writeStandardOutput(text.str());
+    } catch (const CLI::ExtrasError&) {
+        fail(ExitCode::usage, "not expected: {}; see qvfilter --help", fmt::join(tool.remaining(true), " "));
+    } catch (const CLI::ParseError& error) {
+        fail(ExitCode::usage, "{}; see qvfilter --help", error.what());
+    }
+}
+
 int report(qv::host::ExitCode code, std::string line) {
     for (char& c : line) {
-        if (c == '\n') c = ' ';
+        if (std::iscntrl(static_cast<unsigned char>(c))) c = ' ';
     }
-    fmt::print(stderr, "qvfilter: {}\n", line);
+    qv::host::writeStandardError(fmt::format("qvfilter: {}\n", line));
     return int(code);
 }
 
@@ -36,9 +56,10 @@ int main(int argc, char** argv) {
     using namespace qv::host;
     CLI::App tool("Renders pictures and video through GPU effects.", "qvfilter");
     try {
+        keepStandardStreams();
         prepareSignals();
         keepLogLines();
-        tool.set_version_flag("--version", "qvfilter " QV_VERSION);
+        tool.set_version_flag("--version", fmt::format("qvfilter {}", qv::filterLibraryVersion()));
         tool.set_help_all_flag("--help-all", "Print the help of every command");
         tool.require_subcommand(1);
         addListCommand(tool);
@@ -51,14 +72,11 @@ int main(int argc, char** argv) {
         addGalleryCommand(tool);
         addBenchCommand(tool);
         addDevicesCommand(tool);
+        refuseEmptyValues(tool);
         tool.footer(kFooter);
         requireKnownCommand(tool, argc, argv);
-        tool.parse(argc, argv);
+        runTool(tool, argc, argv);
         return int(ExitCode::success);
-    } catch (const CLI::Success& help) {
-        return tool.exit(help);
-    } catch (const CLI::ParseError& error) {
-        return report(ExitCode::usage, std::string(error.what()) + "; see qvfilter --help");
     } catch (const Failure& failure) {
         return report(failure.code(), failure.what());
     } catch (const std::exception& error) {

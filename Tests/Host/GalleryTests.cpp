@@ -267,6 +267,7 @@ TEST(GalleryRun, BadInputIsOneLine) {
     const std::string folder = files / "gallery", text = files / "text.mp4";
     writeBytes(text, "no clip");
     fs::create_directory(files / "site");
+    fs::create_directories(files / "taken/index.html");
     writeBytes(files / "site/index.html", "<p>somebody's</p>");
     struct {
         Arguments options;
@@ -276,6 +277,7 @@ TEST(GalleryRun, BadInputIsOneLine) {
         {{"-o", "/dev/null/gallery"}, 5, "Not a directory"},
         {{"-o", text}, 5, "Not a directory"},
         {{"-o", files / "site"}, 5, "exists"},
+        {{"-o", files / "taken"}, 5, "index.html': Is a directory"},
         {{"-o", folder, "--only", "QVMosaicFilter"}, 2, "QVMosaicMTIFilter"},
         {{"-o", folder, "--size", "321x180"}, 2, "even"},
         {{"-o", folder, "--size", "4000x2000"}, 2, "1280"},
