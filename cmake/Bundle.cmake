@@ -6,19 +6,19 @@ qv_add_shader_library(extension_shaders ${QV_BUNDLE}/default.shaderlib
                       ${PROJECT_SOURCE_DIR}/QVFilterExtension/Resources/Shaders)
 add_dependencies(QVFilterExtension extension_shaders)
 
-# Each program in Resources/Assets draws one family of assets: `draw_NAME DIRECTORY` writes its files there. It is
-# run again only when it, or what it links, changed.
+# Each program in Resources/Assets draws one family of assets: `draw_NAME DIRECTORY` writes its files there. Every build
+# compares them with the list of what was drawn, and draws again what is missing or altered, or when the program, or
+# what it links, changed.
 function(qv_add_asset_program name directory)
     add_executable(draw_${name} ${PROJECT_SOURCE_DIR}/QVFilterExtension/Resources/Assets/${name}.cpp ${ARGN})
     target_link_libraries(draw_${name} PRIVATE qv_platform fmt::fmt Threads::Threads)
-    set(stamp ${CMAKE_BINARY_DIR}/generated/${name}.stamp)
-    add_custom_command(OUTPUT ${stamp}
-        COMMAND ${CMAKE_COMMAND} -E make_directory ${directory}
-        COMMAND draw_${name} ${directory}
-        COMMAND ${CMAKE_COMMAND} -E touch ${stamp}
-        DEPENDS draw_${name} COMMENT "Drawing ${name}" VERBATIM)
-    add_custom_target(${name}_assets ALL DEPENDS ${stamp})
+    set(list ${CMAKE_BINARY_DIR}/generated/assets/${name}.sha256)
+    add_custom_target(${name}_assets ALL
+        COMMAND ${CMAKE_COMMAND} -DPROGRAM=$<TARGET_FILE:draw_${name}> -DDIRECTORY=${directory} -DLIST=${list}
+                -P ${PROJECT_SOURCE_DIR}/cmake/scripts/DrawAssets.cmake
+        DEPENDS draw_${name} COMMENT "Checking ${name}" VERBATIM)
     set_property(GLOBAL APPEND PROPERTY QV_ASSET_TARGETS ${name}_assets)
+    set_property(GLOBAL APPEND PROPERTY QV_ASSET_LISTS ${list})
 endfunction()
 
 include(${PROJECT_SOURCE_DIR}/QVFilterExtension/Resources/Assets/Assets.cmake)
