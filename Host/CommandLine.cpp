@@ -8,6 +8,7 @@
 #include <cctype>
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
 #include <iostream>
 #include <system_error>
 
@@ -99,13 +100,19 @@ void checkOutput(const std::string& path, const OverwriteOptions& overwrite) {
     fail(ExitCode::output, "'{}' exists{}", path, overwrite.no ? "" : "; -y replaces it");
 }
 
-void refuseEmptyValues(CLI::App& tool) {
-    const auto check = [](const std::string& value) {
+void checkValues(CLI::App& tool) {
+    const auto isGiven = [](const std::string& value) {
         return value.empty() ? std::string("the value is empty") : std::string();
+    };
+    const auto isFinite = [](const std::string& value) {
+        return std::isfinite(std::strtod(value.c_str(), nullptr))
+                   ? std::string()
+                   : fmt::format("'{}' is not a number", value);
     };
     for (CLI::App* command : tool.get_subcommands([](const CLI::App*) { return true; })) {
         for (CLI::Option* option : command->get_options()) {
-            if (option->get_items_expected_max() > 0) option->check(check);
+            if (option->get_items_expected_max() > 0) option->check(isGiven);
+            if (option->get_type_name().starts_with("FLOAT")) option->check(isFinite);
         }
     }
 }

@@ -47,9 +47,9 @@ struct OverwriteOptions {
 /// option or by an answer on a terminal. Nothing is opened.
 void checkOutput(const std::string& path, const OverwriteOptions& overwrite);
 
-/// Has every command refuse an option or argument whose value is empty, as a script's unset variable is. To
-/// be called when all commands are there.
-void refuseEmptyValues(CLI::App& tool);
+/// Has every command refuse values that the parser lets pass: empty ones, as a script's unset variable is,
+/// and numbers that are not finite. To be called when all commands are there.
+void checkValues(CLI::App& tool);
 
 /// The option for programs that listings share.
 CLI::Option* addJSONFlag(CLI::App& command, bool& json);

@@ -22,7 +22,8 @@ void EncodingOptions::add(CLI::App& command) {
     command.add_option("--format", writer_.container,
                        "Container, as mp4; by the output's name, matroska for -");
     command.add_option("--codec", writer_.codec, "Encoder, as libx264; what suits the container");
-    CLI::Option* crf = command.add_option("--crf", crf_, "Constant quality of the encoder; 18 with libx264");
+    CLI::Option* crf = command.add_option("--crf", crf_, "Constant quality of the encoder; 18 with libx264")
+                           ->check(CLI::Range(0.0, 63.0));
     command.add_option("--bitrate", bitRate_, "Bits per second instead of constant quality, as 4M")
         ->excludes(crf);
     command.add_option("--preset", writer_.preset, "The encoder's speed; veryfast with libx264");

@@ -72,7 +72,7 @@ int main(int argc, char** argv) {
         addGalleryCommand(tool);
         addBenchCommand(tool);
         addDevicesCommand(tool);
-        refuseEmptyValues(tool);
+        checkValues(tool);
         tool.footer(kFooter);
         requireKnownCommand(tool, argc, argv);
         runTool(tool, argc, argv);

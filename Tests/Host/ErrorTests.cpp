@@ -64,6 +64,8 @@ TEST_F(Errors, WrongUsage) {
     expectFailure({"list", "one", "two", "three\nfour"}, 2, "not expected: two three four");
     expectFailure({"list", "--markdown", ""}, 2, "--markdown: the value is empty");
     expectFailure({"sheet", "--time", "", "--device", "", "-o", "OUT/x.png"}, 2, "the value is empty");
+    expectFailure({"bench", "--seconds", "nan"}, 2, "--seconds: 'nan' is not a number");
+    expectFailure({"render", "-i", path("clip.mkv"), "--crf", "-1", "-o", "OUT/x.mp4"}, 2, "-1 not in range");
     expectFailure({"graph", "QVMosaicMTIFilter", "--size", "12x"}, 2, "WIDTHxHEIGHT");
     expectFailure({"graph", "QVMosaicMTIFilter", "--size", "0x9"}, 2, "'0x9'");
     expectFailure({"graph", "QVMosaicMTIFilter", "--time", "soon"}, 2, "'soon'");
