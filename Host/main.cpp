@@ -1,4 +1,4 @@
-#include <cstdio>
+#include <cctype>
 #include <exception>
 #include <string>
 
@@ -6,6 +6,8 @@
 #include "Host/CommandLine/CommandParser.h"
 #include "Host/CommandLine/Diagnostics.h"
 #include "Host/CommandLine/Interrupt.h"
+#include "Host/CommandLine/StandardStreams.h"
+#include "QVFilterExtension/QVFilterVersion.h"
 
 namespace {
 
@@ -16,9 +18,9 @@ constexpr const char* kFooter =
 
 int report(qv::host::ExitCode code, std::string line) {
     for (char& c : line) {
-        if (c == '\n') c = ' ';
+        if (std::iscntrl(static_cast<unsigned char>(c))) c = ' ';
     }
-    fmt::print(stderr, "qvfilter: {}\n", line);
+    qv::host::writeStandardError(fmt::format("qvfilter: {}\n", line));
     return int(code);
 }
 
@@ -27,10 +29,11 @@ int report(qv::host::ExitCode code, std::string line) {
 int main(int argc, char** argv) {
     using namespace qv::host;
     try {
+        keepStandardStreams();
         prepareSignals();
         keepLogLines();
-        CommandParser tool("qvfilter", "Renders pictures and video through GPU effects.", QV_VERSION,
-                           kFooter);
+        CommandParser tool("qvfilter", "Renders pictures and video through GPU effects.",
+                           QV_FILTER_VERSION, kFooter);
         addListCommand(tool);
         addShowCommand(tool);
         addGraphCommand(tool);

@@ -118,12 +118,9 @@ std::optional<QVPropertyValue> read(const QVProperty& property, std::string_view
         case QVPropertyType::transform:
             if (n.size() != 6) return std::nullopt;
             return CGAffineTransform{n[0], n[1], n[2], n[3], n[4], n[5]};
-        case QVPropertyType::timeRange: {
-            // Microseconds: exact for the fractions people type, fine enough for frame times.
-            constexpr std::int32_t kScale = 1000000;
+        case QVPropertyType::timeRange:
             if (n.size() != 2 || n[1] < 0 || std::abs(n[0]) > 1e9 || n[1] > 1e9) return std::nullopt;
-            return CMTimeRange{CMTimeMakeWithSeconds(n[0], kScale), CMTimeMakeWithSeconds(n[1], kScale)};
-        }
+            return CMTimeRangeMakeWithSeconds(n[0], n[1]);
         default:
             return std::nullopt;
     }

@@ -50,7 +50,7 @@ class QVTransitionMTIFilter : public QVMTIFilter {
   private:
     MTIImage inputImage1_, inputImage2_;
     float progress_ = 0;
-    CMTimeRange timeRange_{{0, 600}, {600, 600}};
+    CMTimeRange timeRange_ = CMTimeRangeMakeWithSeconds(0, 1);
 };
 
 /// The inputs of a transition, for the records of its parts that read the first alone.

@@ -11,6 +11,7 @@ foreach(header IN LISTS QV_PUBLIC_HEADERS)
     get_filename_component(folder ${header} DIRECTORY)
     install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/QVFilterExtension/${folder})
 endforeach()
+install(DIRECTORY ${QV_GENERATED_INCLUDES}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/QVFilterExtension)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/QVFilterExtension)
 install(EXPORT QVFilterExtensionTargets NAMESPACE QVFilterExtension:: DESTINATION ${package_dir})
@@ -18,6 +19,11 @@ configure_package_config_file(cmake/QVFilterExtensionConfig.cmake.in
     ${CMAKE_BINARY_DIR}/generated/QVFilterExtensionConfig.cmake INSTALL_DESTINATION ${package_dir})
 write_basic_package_version_file(${CMAKE_BINARY_DIR}/generated/QVFilterExtensionConfigVersion.cmake
     COMPATIBILITY SameMinorVersion)
+# The file finds its prefix from where it lies, so that an installation may be anywhere and be moved.
+file(RELATIVE_PATH QV_PC_PREFIX ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+string(REGEX REPLACE "/$" "" QV_PC_PREFIX ${QV_PC_PREFIX})
+file(RELATIVE_PATH QV_PC_LIBDIR ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_LIBDIR})
+file(RELATIVE_PATH QV_PC_INCLUDEDIR ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_INCLUDEDIR})
 configure_file(cmake/QVFilterExtension.pc.in ${CMAKE_BINARY_DIR}/generated/QVFilterExtension.pc @ONLY)
 install(FILES ${CMAKE_BINARY_DIR}/generated/QVFilterExtensionConfig.cmake
     ${CMAKE_BINARY_DIR}/generated/QVFilterExtensionConfigVersion.cmake DESTINATION ${package_dir})

@@ -9,3 +9,11 @@ list(FILTER QV_PUBLIC_HEADERS EXCLUDE REGEX "/Audio(Encoder|Support)\\.h$")
 list(FILTER QV_PUBLIC_HEADERS EXCLUDE REGEX "/(Vulkan|ShaderCompiler|Resources)/")
 list(FILTER QV_PUBLIC_HEADERS EXCLUDE REGEX
      "/(FFmpegSupport|OutputFile|Planner|PassFusion|FusedShaderStore|GaussianBlur|StockPass|ImageGeometry|SourceStreams|StreamCopier|VideoEncoder|ImageResampling|FontFace|RowBands|Vectorized|PixelRows)\\.h$")
+
+# Headers that the configuration writes, named like the others but below a folder of their own.
+set(QV_GENERATED_INCLUDES ${CMAKE_BINARY_DIR}/generated/include)
+set(QV_GENERATED_HEADERS QVFilterExtension/QVFilterVersion.h)
+foreach(header IN LISTS QV_GENERATED_HEADERS)
+    configure_file(${PROJECT_SOURCE_DIR}/${header}.in ${QV_GENERATED_INCLUDES}/${header} @ONLY)
+endforeach()
+target_include_directories(QVFilterExtension PUBLIC $<BUILD_INTERFACE:${QV_GENERATED_INCLUDES}>)

@@ -94,6 +94,14 @@ std::unique_ptr<QVMTIFilter> makeFilterOnClip(const EffectChoice& choice, const 
     return filter;
 }
 
+MTIImage outputImageOf(QVMTIFilter& filter) {
+    MTIImage image = filter.outputImage();
+    if (!image) {
+        fail(ExitCode::internal, "{} gives no picture{}", filter.filterClass().name, lastLogLineInBrackets());
+    }
+    return image;
+}
+
 EffectChain::EffectChain(std::vector<EffectChoice> choices, const ClipPosition& clip)
     : isPhoto_(clip.isPhoto) {
     for (EffectChoice& choice : choices) {
@@ -124,11 +132,7 @@ MTIImage EffectChain::outputImage(const FilterInputs& inputs) {
     FilterInputs next = inputs;
     for (const Link& link : links_) {
         setInputs(*link.filter, next);
-        next.first = link.filter->outputImage();
-        if (!next.first) {
-            fail(ExitCode::internal, "{} gave no picture{}", link.choice.filterClass->name,
-                 lastLogLineInBrackets());
-        }
+        next.first = outputImageOf(*link.filter);
     }
     return next.first;
 }

@@ -59,6 +59,9 @@ std::string_view timeProperty(const QVFilterClass& filterClass);
 /// choice's settings in their order.
 std::unique_ptr<QVMTIFilter> makeFilterOnClip(const EffectChoice& choice, const ClipPosition& clip);
 
+/// What the filter gives. Fails as internal when that is nothing: then the library's own resources are amiss.
+MTIImage outputImageOf(QVMTIFilter& filter);
+
 /// Effects over one clip, each fed by the one before. Used by one thread at a time.
 class EffectChain {
   public:

@@ -8,8 +8,7 @@
 #include <cctype>
 #include <charconv>
 #include <cmath>
-#include <cstdio>
-#include <cstring>
+#include <cstdlib>
 #include <iostream>
 #include <optional>
 #include <system_error>
@@ -84,7 +83,6 @@ void OverwriteOptions::add(const Command& command) {
 }
 
 void checkOutput(const std::string& path, const OverwriteOptions& overwrite) {
-    if (path.empty()) fail(ExitCode::usage, "the output has no name");
     if (path == "-") {
         if (::isatty(STDOUT_FILENO))
             fail(ExitCode::output, "standard output is a terminal; redirect it or name a file");
@@ -95,19 +93,13 @@ void checkOutput(const std::string& path, const OverwriteOptions& overwrite) {
     if (S_ISDIR(status.st_mode)) fail(ExitCode::output, "cannot write '{}': Is a directory", path);
     if (!S_ISREG(status.st_mode) || overwrite.yes) return;
     if (!overwrite.no && ::isatty(STDIN_FILENO) && ::isatty(STDERR_FILENO)) {
-        fmt::print(stderr, "'{}' exists. Replace it? [y/N] ", path);
+        writeStandardError(fmt::format("'{}' exists. Replace it? [y/N] ", path));
         std::string answer;
         std::getline(std::cin, answer);
         if (!answer.empty() && (answer[0] == 'y' || answer[0] == 'Y')) return;
         fail(ExitCode::output, "'{}' was left as it is", path);
     }
     fail(ExitCode::output, "'{}' exists{}", path, overwrite.no ? "" : "; -y replaces it");
-}
-
-void writeStandardOutput(std::string_view text) {
-    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0) {
-        fail(ExitCode::output, "cannot write standard output: {}", std::generic_category().message(errno));
-    }
 }
 
 CommandOption addJSONFlag(const Command& command, bool& json) {

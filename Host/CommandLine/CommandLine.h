@@ -4,9 +4,9 @@
 #include <string_view>
 
 #include "Host/CommandLine/Failure.h"
+#include "Host/CommandLine/StandardStreams.h"
 
-/// What the commands' options share: how values are written, and what standard output and existing files
-/// allow.
+/// What the commands' options share: how values are written, and what existing files allow.
 namespace qv::host {
 
 class Command;
@@ -47,9 +47,6 @@ struct OverwriteOptions {
 /// Fails unless `path` may be written: it is new, a device, a pipe or "-", or overwriting it was allowed, by
 /// option or by an answer on a terminal. Nothing is opened.
 void checkOutput(const std::string& path, const OverwriteOptions& overwrite);
-
-/// Writes all of `text` to standard output; fails as output when it does not take it.
-void writeStandardOutput(std::string_view text);
 
 /// The option for programs that listings share.
 CommandOption addJSONFlag(const Command& command, bool& json);

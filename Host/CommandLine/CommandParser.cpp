@@ -1,10 +1,15 @@
 #include "Host/CommandLine/CommandParser.h"
 
+#include <cmath>
+#include <cstdlib>
+#include <sstream>
 #include <utility>
 
 #include "Host/CommandLine/Failure.h"
+#include "Host/CommandLine/StandardStreams.h"
 
 #include <CLI/CLI.hpp>
+#include <fmt/ranges.h>
 
 namespace qv::host {
 
@@ -17,6 +22,25 @@ void requireKnownCommand(const CLI::App& tool, int argc, char** argv) {
     const auto isCommand = [&](const CLI::App* command) { return command->get_name() == name; };
     if (!tool.get_subcommands(isCommand).empty()) return;
     fail(ExitCode::usage, "there is no command '{}'; see {} --help", name, tool.get_name());
+}
+
+/// Has every command refuse values that the parser lets pass: empty ones, as a script's unset variable is, and
+/// numbers that are not finite.
+void checkValues(CLI::App& tool) {
+    const auto isGiven = [](const std::string& value) {
+        return value.empty() ? std::string("the value is empty") : std::string();
+    };
+    const auto isFinite = [](const std::string& value) {
+        return std::isfinite(std::strtod(value.c_str(), nullptr))
+                   ? std::string()
+                   : fmt::format("'{}' is not a number", value);
+    };
+    for (CLI::App* command : tool.get_subcommands([](const CLI::App*) { return true; })) {
+        for (CLI::Option* option : command->get_options()) {
+            if (option->get_items_expected_max() > 0) option->check(isGiven);
+            if (option->get_type_name().starts_with("FLOAT")) option->check(isFinite);
+        }
+    }
 }
 
 }  // namespace
@@ -110,11 +134,17 @@ Command CommandParser::addCommand(const char* name, const char* help) {
 
 void CommandParser::run(int argc, char** argv) {
     requireKnownCommand(*app_, argc, argv);
+    checkValues(*app_);
     app_->footer(footer_);  // now, or the commands would have taken it over
     try {
         app_->parse(argc, argv);
-    } catch (const CLI::Success& help) {
-        app_->exit(help);
+    } catch (const CLI::Success& answer) {  // help or version
+        std::ostringstream text;
+        app_->exit(answer, text);
+        writeStandardOutput(text.str());
+    } catch (const CLI::ExtrasError&) {
+        fail(ExitCode::usage, "not expected: {}; see {} --help", fmt::join(app_->remaining(true), " "),
+             app_->get_name());
     } catch (const CLI::ParseError& error) {
         fail(ExitCode::usage, "{}; see {} --help", error.what(), app_->get_name());
     }

@@ -22,7 +22,9 @@ void DeviceOptions::add(const Command& command) {
 
 std::shared_ptr<MTIContext> DeviceOptions::makeContext(MTIPixelFormat workingFormat) const {
     MTIContextOptions options;
-    options.deviceIndex = device;
+    if (device && *device < 0)
+        fail(ExitCode::usage, "--device takes a number that qvfilter devices lists, not '{}'", *device);
+    options.deviceIndex = device.value_or(-1);
     options.workingPixelFormat = workingFormat;
     options.validation = validate;
     options.fusion = noFusion ? MTIFusion::off : MTIFusion::beforeFirstFrame;

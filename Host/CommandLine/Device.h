@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "Platform/ImageGraph/MTIContext.h"
@@ -14,11 +15,11 @@ std::vector<GraphicsDevice> vulkanDevices();
 
 /// Which device renders, and how.
 struct DeviceOptions {
-    int device = -1;
+    std::optional<int> device;  ///< the most capable without
     bool validate = false, noFusion = false;
     void add(const Command& command);
 
-    /// A context, which filters that render by themselves share. Fails as device.
+    /// A context, which filters that render by themselves share. Fails as usage or device.
     std::shared_ptr<MTIContext> makeContext(MTIPixelFormat workingFormat = MTIPixelFormat::rgba8Unorm) const;
 };
 

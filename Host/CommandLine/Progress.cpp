@@ -4,7 +4,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
+
+#include "Host/CommandLine/StandardStreams.h"
 
 #include <fmt/format.h>
 
@@ -30,7 +31,7 @@ Progress::Progress(ProgressStyle style, std::int64_t total, std::string unit)
     : style_(style), total_(std::max<std::int64_t>(total, 0)), unit_(std::move(unit)) {}
 
 Progress::~Progress() {
-    if (shown_ && style_ == ProgressStyle::bar) fmt::print(stderr, "\r\033[K");
+    if (shown_ && style_ == ProgressStyle::bar) writeStandardError("\r\033[K");
 }
 
 void Progress::advance(std::int64_t done, double seconds) {
@@ -54,9 +55,10 @@ void Progress::print(bool last) {
     const bool known = total > 0 && rate > 0;
     const double left = known ? double(std::max<std::int64_t>(total - done_, 0)) / rate : 0;
     if (style_ == ProgressStyle::lines) {
-        fmt::print(stderr, "frame={} total={} fps={:.2f} time={:.3f} eta={} progress={}\n", done_,
-                   total > 0 ? fmt::format("{}", total) : "unknown", rate, seconds_,
-                   known ? fmt::format("{:.1f}", left) : "unknown", last ? "end" : "continue");
+        writeStandardError(fmt::format("frame={} total={} fps={:.2f} time={:.3f} eta={} progress={}\n", done_,
+                                       total > 0 ? fmt::format("{}", total) : "unknown", rate, seconds_,
+                                       known ? fmt::format("{:.1f}", left) : "unknown",
+                                       last ? "end" : "continue"));
         return;
     }
     std::string line = fmt::format("{} {}  {:.1f} a second", done_, unit_, rate);
@@ -69,8 +71,7 @@ void Progress::print(bool last) {
                            kBarCells - full, share * 100, done_, total, unit_, rate,
                            unit_ == "frames" ? "fps" : "a second", clockText(left));
     }
-    fmt::print(stderr, "\r\033[K{}{}", line, last ? "\n" : "");
-    std::fflush(stderr);
+    writeStandardError(fmt::format("\r\033[K{}{}", line, last ? "\n" : ""));
     shown_ = !last;
 }
 

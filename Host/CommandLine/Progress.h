@@ -15,7 +15,8 @@ enum class ProgressStyle {
 /// The style for what was asked: `lines` with --progress, none with --quiet or without a terminal.
 ProgressStyle progressStyle(bool lines, bool quiet);
 
-/// Tells on standard error how far a command is. Used by one thread at a time.
+/// Tells on standard error how far a command is; what that does not take is lost. Used by one thread at a
+/// time.
 class Progress {
   public:
     /// `total` counts the same things as `advance`; 0 when it is not known. `unit` names them.

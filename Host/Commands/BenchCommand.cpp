@@ -60,8 +60,7 @@ void takeFrame(MTIContext& context, const std::function<MTIImage()>& makeImage, 
 }
 
 struct Result {
-    std::string effect;     ///< as asked for: a class's name, with settings if there are any
-    bool measured = false;  ///< false: the class gives no picture of plain inputs
+    std::string effect;  ///< as asked for: a class's name, with settings if there are any
     Samples copy, filter;
     Samples plain;  ///< pass by pass; empty unless compared
 
@@ -105,7 +104,6 @@ class Bench {
         Result result{effect};
         const EffectChoice choice = parseEffect(effect);
         const auto filter = warmedUp(choice, *fused_);
-        if (!filter) return result;
         const auto plainFilter = plain_ ? warmedUp(choice, *plain_) : nullptr;
         const auto start = std::chrono::steady_clock::now();
         for (int round = 0; round < options_.rounds; ++round) {
@@ -119,7 +117,6 @@ class Bench {
             takeFrame(
                 *plain_->context, [&] { return frame(*plainFilter, choice, round); }, &result.plain);
         }
-        result.measured = true;
         return result;
     }
 
@@ -136,11 +133,10 @@ class Bench {
                                                MTIPixelFormat::unspecified);
     }
 
-    /// A filter whose programs are compiled; null when the class gives no picture of plain inputs.
+    /// A filter whose programs are compiled.
     std::unique_ptr<QVMTIFilter> warmedUp(const EffectChoice& choice, Stage& stage) const {
         auto filter = makeFilterOnClip(choice, {.time = 0.0});
         setInputs(*filter, stage.inputs);
-        if (!filter->outputImage()) return nullptr;
         // The graph may be another one in the middle of the effect.
         for (int round : {0, options_.rounds / 2}) stage.context->prepare(frame(*filter, choice, round));
         for (int i = 0; i < kWarmUpFrames; ++i)
@@ -156,7 +152,7 @@ class Bench {
         };
         move("iTime", round * kFrameSeconds);
         move("progress", (round + 0.5) / options_.rounds);
-        return filter.outputImage();
+        return outputImageOf(filter);
     }
 
     const Options& options_;
@@ -176,23 +172,21 @@ Json toJSON(const Bench& bench, int rounds, const std::vector<Result>& results) 
     json["rounds"] = rounds;
     json["classes"] = Json::array();
     for (const Result& result : results) {
-        Json entry = {{"name", result.effect}, {"measured", result.measured}};
-        if (result.measured) {
-            entry["medianMilliseconds"] = rounded(result.filter.median());
-            entry["minimumMilliseconds"] = rounded(result.filter.minimum());
-            entry["copyMedianMilliseconds"] = rounded(result.copy.median());
-            entry["ratio"] = rounded(result.ratio());
-            entry["passes"] = result.filter.last.passes;
-            entry["bytesRead"] = result.filter.last.bytesRead;
-            entry["bytesWritten"] = result.filter.last.bytesWritten;
-            entry["peakTextureBytes"] = result.filter.last.peakTextureBytes;
-            if (!result.plain.milliseconds.empty()) {
-                entry["plain"] = {{"medianMilliseconds", rounded(result.plain.median())},
-                                  {"minimumMilliseconds", rounded(result.plain.minimum())},
-                                  {"passes", result.plain.last.passes},
-                                  {"peakTextureBytes", result.plain.last.peakTextureBytes}};
-                entry["gain"] = rounded(result.gain());
-            }
+        Json entry = {{"name", result.effect},
+                      {"medianMilliseconds", rounded(result.filter.median())},
+                      {"minimumMilliseconds", rounded(result.filter.minimum())},
+                      {"copyMedianMilliseconds", rounded(result.copy.median())},
+                      {"ratio", rounded(result.ratio())},
+                      {"passes", result.filter.last.passes},
+                      {"bytesRead", result.filter.last.bytesRead},
+                      {"bytesWritten", result.filter.last.bytesWritten},
+                      {"peakTextureBytes", result.filter.last.peakTextureBytes}};
+        if (!result.plain.milliseconds.empty()) {
+            entry["plain"] = {{"medianMilliseconds", rounded(result.plain.median())},
+                              {"minimumMilliseconds", rounded(result.plain.minimum())},
+                              {"passes", result.plain.last.passes},
+                              {"peakTextureBytes", result.plain.last.peakTextureBytes}};
+            entry["gain"] = rounded(result.gain());
         }
         json["classes"].push_back(std::move(entry));
     }
@@ -211,7 +205,6 @@ std::string heading(const Bench& bench, bool compare) {
 }
 
 std::string toLine(const Result& result) {
-    if (!result.measured) return fmt::format("{:<32} needs more than plain inputs\n", result.effect);
     const RenderStatistics &fused = result.filter.last, &plain = result.plain.last;
     const auto megabytes = [](std::uint64_t bytes) { return double(bytes) / 1e6; };
     if (!result.plain.milliseconds.empty()) {
@@ -263,8 +256,7 @@ CostMeter::~CostMeter() = default;
 
 ClassCost CostMeter::measure(const QVFilterClass& filterClass) {
     const Result result = state_->bench.measure(std::string(filterClass.name));
-    if (!result.measured) return {};
-    return {true, rounded(result.ratio()), rounded(result.filter.median()), result.filter.last.passes};
+    return {rounded(result.ratio()), rounded(result.filter.median()), result.filter.last.passes};
 }
 
 void addBenchCommand(CommandParser& tool) {

@@ -10,8 +10,7 @@ namespace qv::host {
 
 /// What a frame of a class costs in this process's device, at its defaults.
 struct ClassCost {
-    bool measured = false;  ///< false: the class gives no picture of plain inputs
-    double copies = 0;      ///< median time of a frame in copy passes of the same size, taken in turns
+    double copies = 0;  ///< median time of a frame in copy passes of the same size, taken in turns
     double milliseconds = 0;
     int passes = 0;
 };

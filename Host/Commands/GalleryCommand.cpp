@@ -11,6 +11,7 @@
 #include "Host/CommandLine/CommandParser.h"
 #include "Host/CommandLine/Interrupt.h"
 #include "Host/CommandLine/Progress.h"
+#include "Host/CommandLine/SmallFiles.h"
 #include "Host/Commands/CostMeter.h"
 #include "Host/Gallery/CardRenderer.h"
 #include "Host/Gallery/CardStore.h"
@@ -20,6 +21,7 @@
 #include "Host/Listing/ClassListing.h"
 #include "QVFilterCore/QVResourceBundle.h"
 #include "QVFilterExtension/QVFilterRegistry.h"
+#include "QVFilterExtension/QVFilterVersion.h"
 
 #include <nlohmann/json.hpp>
 
@@ -106,7 +108,7 @@ std::string installationState() {
 }
 
 std::string runKey(const Options& options, const MTIContext& context) {
-    std::string key = fmt::format("{} {} {} {}\n", kCardVersion, QV_VERSION, options.size,
+    std::string key = fmt::format("{} {} {} {}\n", kCardVersion, filterLibraryVersion(), options.size,
                                   context.device().name + context.device().driver);
     for (const std::string& clip : options.files.clips) key += stateOf(clip);
     if (!options.files.mask.empty()) key += stateOf(options.files.mask);
@@ -114,7 +116,6 @@ std::string runKey(const Options& options, const MTIContext& context) {
 }
 
 Json costToJSON(const ClassCost& cost) {
-    if (!cost.measured) return nullptr;
     return {{"copies", cost.copies}, {"passes", cost.passes}, {"milliseconds", cost.milliseconds}};
 }
 
@@ -127,10 +128,11 @@ class Gallery {
           directory_(options.output) {
         checkFiles(options.files);
         checkPage(directory_, options.overwrite);
-        makeFolder(directory_);
         meter_ = std::make_unique<CostMeter>(options.device, kCostSize, kCostRounds);
         context_ = options.device.makeContext();
         renderer_ = std::make_unique<CardRenderer>(options.files, sizes_, *context_);
+        for (const QVFilterClass* filterClass : classes_) renderer_->check(*filterClass);
+        makeFolder(directory_);  // now that only writing can fail
         store_ = std::make_unique<CardStore>(directory_, sizes_.preview, runKey(options, *context_));
         for (const QVFilterClass* filterClass : classes_) cards_.push_back(store_->finished(*filterClass));
     }
@@ -164,7 +166,7 @@ class Gallery {
             if (cards_[i]) continue;
             checkInterrupt();
             const QVFilterClass& filterClass = *classes_[i];
-            auto pictures = std::make_shared<std::optional<CardPictures>>(renderer_->render(filterClass));
+            auto pictures = std::make_shared<CardPictures>(renderer_->render(filterClass));
             encoders.finish();
             progress.advance(done, 0);
             Json facts = {{"cost", costToJSON(meter_->measure(filterClass))},
@@ -200,7 +202,7 @@ class Gallery {
 
     Json data() const {
         const auto side = [](PixelSize size) { return Json{size.width, size.height}; };
-        Json data = {{"version", QV_VERSION},
+        Json data = {{"version", filterLibraryVersion()},
                      {"device", context_->device().name},
                      {"preview",
                       {{"size", side(sizes_.preview)},

@@ -3,7 +3,6 @@
 #include "Host/Clips/Timeline.h"
 #include "Host/CommandLine/CommandLine.h"
 #include "Host/CommandLine/CommandParser.h"
-#include "Host/CommandLine/Diagnostics.h"
 #include "Host/Listing/PlanListing.h"
 
 #include <nlohmann/json.hpp>
@@ -57,10 +56,7 @@ void graph(const Options& options) {
     const FilterInputs inputs = plainInputs(parseSize(options.size), options.plan);
     const auto filter = makeFilterOnClip(choice, clip);
     setInputs(*filter, inputs);
-    const MTIImage output = filter->outputImage();
-    if (!output) {
-        fail(ExitCode::internal, "{} gives no picture{}", choice.filterClass->name, lastLogLineInBrackets());
-    }
+    const MTIImage output = outputImageOf(*filter);
     const NamedImages names = namedInputs(*choice.filterClass, inputs);
     const std::string title(choice.filterClass->name);
     const Json listing =

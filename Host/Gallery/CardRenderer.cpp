@@ -49,10 +49,8 @@ class PreviewFilter {
         : choice_(std::move(choice)),
           sweep_(sweep),
           filter_(makeFilterOnClip(choice_, {.time = 0.0, .startTime = 0.0, .endTime = kPreviewSeconds})) {
-        const double passage = kPreviewSeconds - 2 * kPassageHold;
         setUnlessGiven(*filter_, choice_, "timeRange",
-                       CMTimeRange{CMTimeMakeWithSeconds(kPassageHold, kPreviewRate),
-                                   CMTimeMakeWithSeconds(passage, kPreviewRate)});
+                       CMTimeRangeMakeWithSeconds(kPassageHold, kPreviewSeconds - 2 * kPassageHold));
     }
 
     MTIImage at(int frame, const GalleryScene& scene) {
@@ -65,7 +63,7 @@ class PreviewFilter {
             sweep_->property->set(*filter_, sweep_->from + (sweep_->to - sweep_->from) * there);
         }
         setInputs(*filter_, scene.frame(frame));
-        return filter_->outputImage();
+        return outputImageOf(*filter_);
     }
 
   private:
@@ -134,11 +132,14 @@ const GalleryScene& CardRenderer::sceneFor(const QVFilterClass& filterClass) {
     return *sampleScene_;
 }
 
-std::optional<CardPictures> CardRenderer::render(const QVFilterClass& filterClass) {
+void CardRenderer::check(const QVFilterClass& filterClass) {
+    PreviewFilter(EffectChoice{&filterClass}).at(0, sceneFor(filterClass));
+}
+
+CardPictures CardRenderer::render(const QVFilterClass& filterClass) {
     const GalleryScene& scene = sceneFor(filterClass);
     CardPictures pictures;
     pictures.frames = play(filterClass, std::nullopt);
-    if (pictures.frames.empty()) return std::nullopt;
     auto changed = changes(pictures.frames, scene);
     pictures.changes = std::max_element(changed.begin(), changed.end())->first > kSeenChange;
     if (!pictures.changes && filterClass.kindOrInherited() == QVFilterKind::auxiliary) {
@@ -167,10 +168,7 @@ std::vector<PixelBuffer> CardRenderer::play(const QVFilterClass& filterClass,
     const GalleryScene& scene = sceneFor(filterClass);
     PreviewFilter filter(EffectChoice{&filterClass}, sweep);
     std::vector<MTIImage> images;
-    for (int i = 0; i < kPreviewFrames; ++i) {
-        images.push_back(filter.at(i, scene));
-        if (!images.back()) return {};
-    }
+    for (int i = 0; i < kPreviewFrames; ++i) images.push_back(filter.at(i, scene));
     return renderFrames(images);
 }
 

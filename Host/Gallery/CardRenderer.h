@@ -51,8 +51,10 @@ class CardRenderer {
   public:
     CardRenderer(const GalleryFiles& files, const CardSizes& sizes, MTIContext& context);
 
-    /// Nothing when the class gives no picture of two clips and a mask. Fails as device or interrupted.
-    std::optional<CardPictures> render(const QVFilterClass& filterClass);
+    /// Fails as internal when the class gives no picture. Renders nothing.
+    void check(const QVFilterClass& filterClass);
+    /// Fails as internal, device or interrupted.
+    CardPictures render(const QVFilterClass& filterClass);
 
     const GalleryScene& scene() const { return scene_; }
     /// The scene that a class is shown on: the drawn one where it needs a mask that the user's clip has not.

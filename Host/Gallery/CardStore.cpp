@@ -3,12 +3,11 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <fstream>
-#include <iterator>
 #include <system_error>
 
 #include "Host/Clips/PictureFile.h"
 #include "Host/CommandLine/Failure.h"
+#include "Host/CommandLine/SmallFiles.h"
 #include "Host/Listing/ClassListing.h"
 #include "Host/Listing/ClassUsage.h"
 #include "Platform/Media/ClipWriter.h"
@@ -109,21 +108,6 @@ void encode(const std::vector<PixelBuffer>& frames, const fs::path& path, double
 
 }  // namespace
 
-void makeFolder(const fs::path& path) {
-    std::error_code error;
-    fs::create_directories(path, error);
-    if (!error && !fs::is_directory(path)) error = std::make_error_code(std::errc::not_a_directory);
-    if (error) fail(ExitCode::output, "{}", fileErrorLine("create", path.string(), error.message()));
-}
-
-void writeFile(const fs::path& path, std::string_view bytes) {
-    std::string cause;
-    const auto file = OutputFile::open(path.string(), &cause);
-    if (!file) fail(ExitCode::output, "{}", cause);
-    if (!file->write(bytes.data(), bytes.size()) || !file->commit())
-        fail(ExitCode::output, "{}", file->errorLine());
-}
-
 CardStore::CardStore(fs::path directory, PixelSize preview, std::string runKey)
     : cards_(std::move(directory) / "cards"), preview_(preview), runKey_(std::move(runKey)) {
     makeFolder(cards_);
@@ -144,9 +128,7 @@ std::string CardStore::keyOf(const QVFilterClass& filterClass) const {
 }
 
 std::optional<Json> CardStore::finished(const QVFilterClass& filterClass) const {
-    std::ifstream stream(folderOf(filterClass) / kRecord, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(stream), {}};
-    const Json record = Json::parse(text, nullptr, false);
+    const Json record = Json::parse(readFile(folderOf(filterClass) / kRecord), nullptr, false);
     if (!record.is_object() || record.value("key", "") != keyOf(filterClass)) return std::nullopt;
     return record["card"];
 }
@@ -168,40 +150,36 @@ Json CardStore::writePreview(const std::vector<PixelBuffer>& frames, const fs::p
     }
 }
 
-Json CardStore::write(const QVFilterClass& filterClass, Json card,
-                      const std::optional<CardPictures>& pictures) const {
+Json CardStore::write(const QVFilterClass& filterClass, Json card, const CardPictures& pictures) const {
     UnfinishedFolder folder(folderOf(filterClass));
+    const auto add = [&](const Bitmap& bitmap, const std::string& name) {
+        const std::string file = name + ".jpg";
+        writeJPEGFile(bitmap, folder.path() / file);
+        return file;
+    };
     card["command"] = usageCommand(filterClass, {});
     card["snippet"] = usageSnippet(filterClass, {});
-    card["preview"] = nullptr;
+    card["preview"] = writePreview(pictures.frames, folder.path() / "preview.mp4");
+    card["moment"] = pictures.moment;
+    card["changes"] = pictures.changes;
+    if (const auto& sweep = pictures.sweep) {
+        card["sweep"] = {{"property", sweep->property->name},
+                         {"from", shortestNumber(sweep->from)},
+                         {"to", shortestNumber(sweep->to)}};
+    }
+    card["after"] = add(pictures.after, "after");
+    card["before"] = add(pictures.before, "before");
+    if (pictures.incoming) card["incoming"] = add(pictures.incoming, "incoming");
     card["stills"] = Json::array();
-    if (pictures) {
-        const auto add = [&](const Bitmap& bitmap, const std::string& name) {
-            const std::string file = name + ".jpg";
-            writeJPEGFile(bitmap, folder.path() / file);
-            return file;
-        };
-        card["preview"] = writePreview(pictures->frames, folder.path() / "preview.mp4");
-        card["moment"] = pictures->moment;
-        card["changes"] = pictures->changes;
-        if (const auto& sweep = pictures->sweep) {
-            card["sweep"] = {{"property", sweep->property->name},
-                             {"from", shortestNumber(sweep->from)},
-                             {"to", shortestNumber(sweep->to)}};
-        }
-        card["after"] = add(pictures->after, "after");
-        card["before"] = add(pictures->before, "before");
-        if (pictures->incoming) card["incoming"] = add(pictures->incoming, "incoming");
-        for (const CardStill& still : pictures->stills) {
-            const std::string setting = fmt::format("{}={}", still.property, still.value);
-            card["stills"].push_back(
-                {{"property", still.property},
-                 {"label", still.label},
-                 {"value", still.value},
-                 {"file", add(still.picture, fmt::format("{}-{}", still.property, still.value))},
-                 {"command", usageCommand(filterClass, setting)},
-                 {"snippet", usageSnippet(filterClass, setting)}});
-        }
+    for (const CardStill& still : pictures.stills) {
+        const std::string setting = fmt::format("{}={}", still.property, still.value);
+        card["stills"].push_back(
+            {{"property", still.property},
+             {"label", still.label},
+             {"value", still.value},
+             {"file", add(still.picture, fmt::format("{}-{}", still.property, still.value))},
+             {"command", usageCommand(filterClass, setting)},
+             {"snippet", usageSnippet(filterClass, setting)}});
     }
     writeFile(folder.path() / kRecord, dump({{"key", keyOf(filterClass)}, {"card", card}}));
     folder.finish();

@@ -22,10 +22,9 @@ class CardStore {
     /// The record of a finished card that is still true.
     std::optional<Json> finished(const QVFilterClass& filterClass) const;
 
-    /// Writes a card's files, `facts` with what is known of them added as its record, and returns it. Without
-    /// pictures it is the record alone. Thread-safe for different classes. Fails as output.
-    Json write(const QVFilterClass& filterClass, Json facts,
-               const std::optional<CardPictures>& pictures) const;
+    /// Writes a card's files, `facts` with what is known of them added as its record, and returns it.
+    /// Thread-safe for different classes. Fails as output.
+    Json write(const QVFilterClass& filterClass, Json facts, const CardPictures& pictures) const;
 
     /// Encodes a preview as H.264 within previewBudget(). Fails as output.
     Json writePreview(const std::vector<PixelBuffer>& frames, const std::filesystem::path& path) const;
@@ -39,11 +38,5 @@ class CardStore {
     PixelSize preview_;
     std::string runKey_;
 };
-
-/// Creates a folder and those above it. Fails as output.
-void makeFolder(const std::filesystem::path& path);
-
-/// Writes a small file, whole or not at all. Fails as output.
-void writeFile(const std::filesystem::path& path, std::string_view bytes);
 
 }  // namespace qv::host

@@ -1,12 +1,10 @@
 #include "Host/Gallery/GalleryPage.h"
 
 #include <cstdint>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <string_view>
 
-#include "Host/Gallery/CardStore.h"
+#include "Host/CommandLine/SmallFiles.h"
 
 #include <nlohmann/json.hpp>
 
@@ -29,10 +27,7 @@ constexpr std::string_view kGenerator = "content=\"qvfilter gallery\"";
 
 void checkPage(const std::filesystem::path& directory, const OverwriteOptions& overwrite) {
     const std::filesystem::path index = directory / kIndex;
-    std::ifstream stream(index, std::ios::binary);
-    if (!stream) return;
-    const std::string text{std::istreambuf_iterator<char>(stream), {}};
-    if (text.find(kGenerator) == std::string::npos) checkOutput(index.string(), overwrite);
+    if (readFile(index).find(kGenerator) == std::string::npos) checkOutput(index.string(), overwrite);
 }
 
 void writePage(const std::filesystem::path& directory, const Json& data) {

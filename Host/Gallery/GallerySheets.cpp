@@ -19,9 +19,8 @@ constexpr int kFrame = kPreviewFrames / 3;
 
 UIImage strip(const QVFilterClass& filterClass, const GalleryScene& scene, PixelSize frame,
               MTIContext& context) {
-    constexpr CMTimeRange kWhole{{0, kPreviewRate}, {kPreviewFrames, kPreviewRate}};
     const FilterInputs& inputs = scene.frame(kFrame);
-    TransitionFilter filter(EffectChoice{&filterClass}, kWhole);
+    TransitionFilter filter(EffectChoice{&filterClass}, CMTimeRangeMakeWithSeconds(0, kPreviewSeconds));
     std::vector<StripFrame> frames;
     for (int i = 0; i < kMoments; ++i) {
         const double progress = double(i) / (kMoments - 1);

@@ -73,7 +73,7 @@
     return [
       make("span", { class: "lead" }, entry.category),
       entry.kind === entry.category ? null : make("span", {}, entry.kind),
-      cost ? make("span", { title: "Time of a frame against a plain copy of it" }, copies(cost)) : null,
+      make("span", { title: "Time of a frame against a plain copy of it" }, copies(cost)),
       choices ? make("span", {}, choices) : null,
       entry.card.changes === false && !entry.card.sweep ? make("span", {}, "no change by itself") : null,
       inputsOf(entry) === "mask" ? make("span", {}, "needs a mask") : null,
@@ -109,7 +109,7 @@
     cheap: { label: "Lightest first", compare: (a, b) => costOf(a) - costOf(b) },
     dear: { label: "Heaviest first", compare: (a, b) => costOf(b) - costOf(a) },
   };
-  const costOf = (card) => card.entry.card.cost?.copies ?? 0;
+  const costOf = (card) => card.entry.card.cost.copies;
   const { categories } = gallery;
 
   const count = (test) => cards.filter(test).length;
@@ -295,15 +295,15 @@
     const { cost, preview } = entry.card;
     const rows = [
       ["Inputs", sentence(kInputs[inputsOf(entry)].needs)],
-      ["Cost of a frame", cost ? `${copies(cost)} at ${gallery.costSize.join("×")}` : "Not measured"],
-      ["Passes", cost ? String(cost.passes) : "–"],
+      ["Cost of a frame", `${copies(cost)} at ${gallery.costSize.join("×")}`],
+      ["Passes", String(cost.passes)],
       ["Shader function", make("code", {}, entry.fragmentFunction || "–")],
       ["Superclass", entry.superclass ? make("code", {}, entry.superclass) : "–"],
       entry.levelCount > 1 ? ["Levels", String(entry.levelCount)] : null,
       entry.properties.some(({ name, driver }) => name === "effectValue" && driver === "user") ? ["Strength", String(entry.defaultEffectValue)] : null,
       entry.isVideoOnly ? ["For", "Video only"] : null,
       entry.card.sweep ? ["Shown with", `${entry.card.sweep.property} from ${entry.card.sweep.from} to ${round(entry.card.sweep.to)} and back`] : null,
-      preview ? ["Preview", `${(preview.bytes / 1000).toFixed(0)} kB`] : null,
+      ["Preview", `${(preview.bytes / 1000).toFixed(0)} kB`],
     ];
     return make("dl", { class: "facts" }, ...rows.filter(Boolean).map(([name, value]) =>
       make("div", { class: value.tagName === "CODE" ? "wide" : null }, make("dt", {}, name), make("dd", {}, value))));

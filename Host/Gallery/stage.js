@@ -46,11 +46,6 @@
       this.choice = null;  // the viewer's own play or pause, until the picture leaves the view
       this.root = make("div", { class: "stage" });
       this.root.stage = this;
-      if (!entry.card.preview) {
-        this.root.classList.add("none");
-        this.root.append("Needs more than two clips and a mask");
-        return;
-      }
       const { card } = entry;
       this.after = this.picture(card.after, entry.help);
       this.before = this.picture(card.before, "");

@@ -4,14 +4,13 @@
 #include <cctype>
 #include <cmath>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <memory>
 #include <vector>
 
 #include "Host/Clips/Timeline.h"
 #include "Host/CommandLine/Interrupt.h"
+#include "Host/CommandLine/SmallFiles.h"
 #include "Host/Listing/ClassListing.h"
 #include "Host/Listing/ClassUsage.h"
 #include "QVFilterCore/QVMTIFilter.h"
@@ -252,26 +251,6 @@ std::string indexPage(const Families& families) {
     return text;
 }
 
-std::string readText(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-void writeText(const fs::path& path, const std::string& text) {
-    const DeferInterrupts defer;  // so short that a signal may wait for it
-    fs::path unfinished = path;
-    unfinished += ".part";
-    std::ofstream file(unfinished, std::ios::binary);
-    file << text;
-    file.close();
-    std::error_code failure = file ? std::error_code() : std::error_code(errno, std::generic_category());
-    if (!failure) fs::rename(unfinished, path, failure);
-    if (!failure) return;
-    std::error_code ignored;
-    fs::remove(unfinished, ignored);
-    fail(ExitCode::output, "cannot write '{}': {}", path.string(), failure.message());
-}
-
 }  // namespace
 
 void writeClassPages(const std::string& directory, const OverwriteOptions& overwrite) {
@@ -283,13 +262,12 @@ void writeClassPages(const std::string& directory, const OverwriteOptions& overw
         pages[pageName(category)] = categoryPage(category, classes);
     pages[std::string(kIndex)] = indexPage(families);
 
-    std::error_code failure;
-    fs::create_directories(directory, failure);
-    if (failure) fail(ExitCode::output, "cannot make '{}': {}", directory, failure.message());
+    makeFolder(directory);
     std::erase_if(
-        pages, [&](const auto& page) { return readText(fs::path(directory) / page.first) == page.second; });
+        pages, [&](const auto& page) { return readFile(fs::path(directory) / page.first) == page.second; });
     for (const auto& [name, text] : pages) checkOutput(fs::path(directory) / name, overwrite);
-    for (const auto& [name, text] : pages) writeText(fs::path(directory) / name, text);
+    const DeferInterrupts defer;  // so short that a signal may wait for it
+    for (const auto& [name, text] : pages) writeFile(fs::path(directory) / name, text);
 }
 
 }  // namespace qv::host

@@ -13,10 +13,8 @@ Bitmap classPicture(const QVFilterClass& filterClass, const FilterInputs& inputs
     const auto filter = makeFilterOnClip(
         choice, {.time = time.value_or(animation ? 0.1 : 0.4), .startTime = 0.0, .endTime = 1.0});
     setInputs(*filter, inputs);
-    const MTIImage image = filter->outputImage();
-    if (!image) return {};
     std::string cause;
-    const Bitmap bitmap = context.renderToBitmap(image, &cause);
+    const Bitmap bitmap = context.renderToBitmap(outputImageOf(*filter), &cause);
     if (!bitmap) fail(ExitCode::device, "{}: {}", filterClass.name, cause);
     return bitmap;
 }

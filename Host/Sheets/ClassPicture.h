@@ -8,8 +8,7 @@
 namespace qv::host {
 
 /// One picture that tells what a class does to the inputs: a passage at kPassageProgress, everything else at
-/// `time` seconds or, without, at a moment that suits its category. Nil when the class gives no picture of
-/// these inputs. Fails as device.
+/// `time` seconds or, without, at a moment that suits its category. Fails as internal or device.
 Bitmap classPicture(const QVFilterClass& filterClass, const FilterInputs& inputs, std::optional<double> time,
                     MTIContext& context);
 

@@ -60,11 +60,7 @@ class SheetLayout {
     void drawCell(BitmapCanvas& canvas, const SheetCell& cell, CGPoint origin) const {
         const CGRect frame = CGRectMake(origin.x, origin.y, cell_.width, cell_.height);
         canvas.fillRect(frame, {0.2, 0.2, 0.22});
-        if (cell.picture) {
-            canvas.drawImage(cell.picture, fitted(cell.picture.size(), frame));
-        } else {
-            canvas.drawText("needs more inputs", {frame.minX() + 8, frame.minY() + 8}, labelFont(14), kInk);
-        }
+        canvas.drawImage(cell.picture, fitted(cell.picture.size(), frame));
         canvas.drawText(cell.title, {origin.x, frame.maxY() + 4}, fittingFont(cell.title, 15, cell_.width),
                         kInk);
         canvas.drawText(cell.name, {origin.x, frame.maxY() + 23}, fittingFont(cell.name, 12, cell_.width),

@@ -1,8 +1,6 @@
 #include "Host/Transition/TransitionFilter.h"
 
 #include "Host/Clips/Timeline.h"
-#include "Host/CommandLine/Diagnostics.h"
-#include "Host/CommandLine/Failure.h"
 
 namespace qv::host {
 
@@ -18,11 +16,7 @@ MTIImage TransitionFilter::outputImage(const MTIImage& outgoing, const MTIImage&
     inputs.second = incoming;
     inputs.originalSize = outgoing.size();
     setInputs(*filter_, inputs);
-    const MTIImage image = filter_->outputImage();
-    if (!image) {
-        fail(ExitCode::internal, "{} gave no picture{}", choice_.filterClass->name, lastLogLineInBrackets());
-    }
-    return image;
+    return outputImageOf(*filter_);
 }
 
 }  // namespace qv::host

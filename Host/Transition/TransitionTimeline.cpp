@@ -9,9 +9,6 @@ namespace qv::host {
 
 namespace {
 
-/// Of time ranges: whole frames of the usual rates are whole numbers of it.
-constexpr std::int32_t kTimescale = 90000;
-
 double positive(const std::string& option, const std::string& text) {
     const double seconds = parseTime(option, text);
     if (seconds <= 0) fail(ExitCode::usage, "{} is above 0, not '{}'", option, text);
@@ -50,7 +47,7 @@ TransitionTimeline::TransitionTimeline(const TransitionOptions& options)
       fit_(options.fit),
       frame_(shapeOf(options, first_)),
       filter_(parseEffect(options.transition, ClassUse::transition),
-              {CMTimeMakeWithSeconds(start(), kTimescale), CMTimeMakeWithSeconds(seconds_, kTimescale)}) {
+              CMTimeRangeMakeWithSeconds(start(), seconds_)) {
     checkLength(first_, seconds_);
     checkLength(second_, seconds_);
 }

@@ -16,4 +16,9 @@ CMTime CMTimeMakeWithSeconds(double seconds, std::int32_t preferredTimescale) {
     return {std::int64_t(value), timescale};
 }
 
+CMTimeRange CMTimeRangeMakeWithSeconds(double start, double duration) {
+    return {CMTimeMakeWithSeconds(start, kCMTimeRangeTimescale),
+            CMTimeMakeWithSeconds(duration, kCMTimeRangeTimescale)};
+}
+
 }  // namespace qv

@@ -27,4 +27,11 @@ constexpr double CMTimeGetSeconds(CMTime time) {
 /// give the largest time of their sign, NaN gives 0.
 CMTime CMTimeMakeWithSeconds(double seconds, std::int32_t preferredTimescale);
 
+/// Units a second of the ranges made below: whole frames of the usual rates are whole numbers of it.
+inline constexpr std::int32_t kCMTimeRangeTimescale = 90000;
+
+/// A range given in seconds. Random choices are made from a range's values, not from its seconds, so whoever
+/// has only seconds makes it here: then a range looks the same whichever way it came.
+CMTimeRange CMTimeRangeMakeWithSeconds(double start, double duration);
+
 }  // namespace qv

@@ -1,16 +1,17 @@
 #pragma once
 
+#include <cmath>
 #include <cstdint>
-#include <limits>
 
 namespace qv {
 
-/// The whole part of a number as a seed, for times of any size and sign: what lies outside 0..2³²−1 gives
-/// the nearest end, a value that is not a number 0.
-constexpr std::uint32_t randomSeedFromDouble(double value) {
-    constexpr std::uint32_t kLargest = std::numeric_limits<std::uint32_t>::max();
-    if (!(value > 0)) return 0;
-    return value < double(kLargest) ? std::uint32_t(value) : kLargest;
+/// The whole part of a number as a seed, modulo 2³², as the C library takes it: times of any size and sign
+/// go on giving new seeds. What is not finite gives 0.
+inline std::uint32_t randomSeedFromDouble(double value) {
+    constexpr double kSeeds = 4294967296.0;
+    if (!std::isfinite(value)) return 0;
+    const double rest = std::fmod(std::trunc(value), kSeeds);
+    return std::uint32_t(rest < 0 ? rest + kSeeds : rest);
 }
 
 }  // namespace qv

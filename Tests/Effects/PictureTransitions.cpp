@@ -98,8 +98,9 @@ TEST_F(PhotoDissolve, DrawsThePictureFromTheTransitionsEnd) {
         {{{1, 3}, {1, 7}}, 4},
         {span(146191 * 6, 0, 60), 146191},
         {span(-100, 50, 600), 0},
-        {span(std::int64_t(1) << 40, 0, 1), 0xffffffff},
-        {span(429496729, 0, 1), 4294967290},
+        {span(-3, 1, 1), std::uint64_t(0) - 20},
+        {span(std::int64_t(1) << 40, 0, 1), 10 * (std::uint64_t(1) << 40)},
+        {span(429496730, 0, 1), 4},
         {span(5, 7, 0), 0},
     };
     for (const auto& each : cases) {
@@ -251,13 +252,25 @@ TEST(FlashPicture, DrawsFromTheSpanAndTheMoment) {
     for (const double t : {0.0, 0.25, 0.3, 1.0})
         for (const std::int64_t off : {0, 6, 10})
             EXPECT_EQ(flash.gRandonm(t, off), drawnByTheCLibrary(std::uint64_t(15 * t) + 90210 + off)) << t;
-    // Out of range: the ends of the seeds.
+    // Seeds wrap at 32 bits: −5000 + 5 + 10, 2³² + 5 + 10, 2⁵⁰ + 4 + 5 + 10.
     flash.setTimeRange(span(-5000, 1, 1));
-    EXPECT_EQ(flash.gRandonm(0.5, 10), drawnByTheCLibrary(0));
-    flash.setTimeRange(span(std::int64_t(1) << 50, 1, 1));
-    EXPECT_EQ(flash.gRandonm(0.5, 10), drawnByTheCLibrary(0xffffffff));
+    EXPECT_EQ(flash.gRandonm(0.5, 10), drawnByTheCLibrary(4294962311));
+    flash.setTimeRange(span(std::int64_t(1) << 32, 1, 1));
+    EXPECT_EQ(flash.gRandonm(0.5, 10), drawnByTheCLibrary(15));
+    flash.setTimeRange(span((std::int64_t(1) << 50) + 4, 1, 1));
+    EXPECT_EQ(flash.gRandonm(0.5, 10), drawnByTheCLibrary(19));
     flash.setTimeRange(span(0, 1, 1));
     EXPECT_EQ(flash.gRandonm(std::numeric_limits<double>::quiet_NaN(), 10), drawnByTheCLibrary(0));
+}
+
+TEST(FlashPicture, ARangeInSecondsFlickersTheSameHoweverItCame) {
+    Flash flash{UIImage()};
+    // 5000 s lie beyond 32 bits in millionths; 90,000 a second, 15 tenths of the duration, half of them gone.
+    EXPECT_TRUE(setPropertyFromText(flash, "timeRange", "5000.5,1.5"));
+    EXPECT_EQ(flash.gRandonm(0.5, 10), drawnByTheCLibrary(450045000 + 7 + 10));
+    EXPECT_EQ(flash.timeRange(), CMTimeRangeMakeWithSeconds(5000.5, 1.5));
+    EXPECT_TRUE(setPropertyFromText(flash, "timeRange", "50000,1"));
+    EXPECT_EQ(flash.gRandonm(0.5, 10), drawnByTheCLibrary(4500000000 - 4294967296 + 5 + 10));
 }
 
 TEST(FlashPicture, FlickersMoreOftenTowardsTheCut) {

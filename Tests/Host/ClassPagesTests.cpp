@@ -16,12 +16,12 @@ namespace {
 
 using ::testing::HasSubstr;
 
+namespace fs = std::filesystem;
 const std::string kCommitted = QV_SOURCE_ROOT "/Docs/families";
 
 std::set<std::string> namesIn(const std::string& folder) {
     std::set<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder))
-        names.insert(entry.path().filename().string());
+    for (const auto& entry : fs::directory_iterator(folder)) names.insert(entry.path().filename().string());
     return names;
 }
 
@@ -71,18 +71,16 @@ TEST(ClassPages, HaveEveryClassWithEverythingThatCanBeSet) {
 }
 
 TEST(ClassPages, CommandLinesAreOnesThatTheToolTakes) {
-    std::size_t tried = 0;
+    // It reads all choices, and names a wrong one, before it looks for the device.
+    Arguments bench{"bench", "--device", "99"};
     for (const std::string& name : namesIn(kCommitted)) {
         const std::string page = readBytes(kCommitted + "/" + name);
-        for (const std::string& choice : found(page, "    qvfilter (?:transition |.*-e )('[^']*'|[^ \n]*)")) {
-            const bool inQuotes = choice.front() == '\'';
-            const Outcome graph =
-                qvfilter({"graph", inQuotes ? choice.substr(1, choice.size() - 2) : choice});
-            EXPECT_EQ(graph.exitCode, 0) << choice << ": " << graph.errors;
-            ++tried;
-        }
+        for (const std::string& choice : found(page, "    qvfilter (?:transition |.*-e )('[^']*'|[^ \n]*)"))
+            bench.push_back(choice.front() == '\'' ? choice.substr(1, choice.size() - 2) : choice);
     }
-    EXPECT_EQ(tried, qvfilterJSON({"list", "--json"}).size());
+    const Outcome outcome = qvfilter(bench);
+    EXPECT_EQ(outcome.exitCode, 4) << outcome.errors;
+    EXPECT_EQ(bench.size() - 3, qvfilterJSON({"list", "--json"}).size());
 }
 
 TEST(ClassPages, LinksLeadToHeadings) {
@@ -113,8 +111,29 @@ TEST(ClassPages, AreReplacedOnlyWhenTheyDifferAndThatIsAllowed) {
     EXPECT_EQ(readBytes(folder / "mosaic.md"), "mine");
     EXPECT_EQ(qvfilter({"list", "--markdown", folder / "", "-y"}).exitCode, 0);
     EXPECT_THAT(readBytes(folder / "mosaic.md"), HasSubstr("# Mosaic"));
-    EXPECT_EQ(qvfilter({"list", "--markdown", "/dev/null/x"}).exitCode, 5);
     EXPECT_EQ(qvfilter({"list", "--markdown", folder / "", "--json"}).exitCode, 2);
+}
+
+TEST(ClassPages, WhatCannotBeWrittenIsNamed) {
+    const TemporaryFolder folder;
+    fs::create_directories(folder / "taken/mosaic.md");
+    fs::create_directory(folder / "small");
+    writeBytes(folder / "file", "mine");
+    const auto refused = [&](const std::string& shell, const std::string& where, const char* cause) {
+        const Outcome outcome = run({"sh", "-c", shell + QV_TOOL + " list -y --markdown " + where});
+        EXPECT_EQ(outcome.exitCode, 5) << where;
+        EXPECT_EQ(outcome.errorLines(), 1u) << outcome.errors;
+        EXPECT_THAT(outcome.errors, HasSubstr("'" + where));
+        EXPECT_THAT(outcome.errors, HasSubstr(cause));
+    };
+    refused("", "/dev/null/x", "Not a directory");
+    refused("", folder / "file", "Not a directory");
+    refused("", folder / "taken", "mosaic.md': Is a directory");
+    refused("", "/proc/self", "No such file");  // a folder that takes no file
+    // A limit of the process stands for a disk that fills up.
+    refused("ulimit -f 1; trap '' XFSZ; ", folder / "small", "File too large");
+    EXPECT_TRUE(fs::is_empty(folder / "small"));
+    EXPECT_EQ(readBytes(folder / "file"), "mine");
 }
 
 }  // namespace

@@ -8,6 +8,8 @@
 
 #include "Tests/Host/Tool.h"
 
+#include <fmt/format.h>
+
 namespace qv {
 namespace {
 
@@ -59,6 +61,11 @@ TEST_F(Errors, WrongUsage) {
     expectFailure({}, 2, "subcommand is required");
     expectFailure({"paint"}, 2, "there is no command 'paint'");
     expectFailure({"list", "--frob"}, 2, "--frob");
+    expectFailure({"list", "one", "two", "three\nfour"}, 2, "not expected: two three four");
+    expectFailure({"list", "--markdown", ""}, 2, "--markdown: the value is empty");
+    expectFailure({"sheet", "--time", "", "--device", "", "-o", "OUT/x.png"}, 2, "the value is empty");
+    expectFailure({"bench", "--seconds", "nan"}, 2, "--seconds: 'nan' is not a number");
+    expectFailure({"render", "-i", path("clip.mkv"), "--crf", "-1", "-o", "OUT/x.mp4"}, 2, "-1 not in range");
     expectFailure({"graph", "QVMosaicMTIFilter", "--size", "12x"}, 2, "WIDTHxHEIGHT");
     expectFailure({"graph", "QVMosaicMTIFilter", "--size", "0x9"}, 2, "'0x9'");
     expectFailure({"graph", "QVMosaicMTIFilter", "--time", "soon"}, 2, "'soon'");
@@ -101,20 +108,70 @@ TEST_F(Errors, InputsThatCannotBeRead) {
     expectFailure({"sheet", "--input", path("noise"), "-o", "OUT/x.png"}, 3, "noise");
 }
 
-TEST_F(Errors, NoDevice) {
-    const TemporaryFolder outputs;
-    for (const Arguments& command : {Arguments{"render", "-i", path("clip.mkv"), "-o", outputs / "x.mp4"},
-                                     Arguments{"still", "-i", path("picture.png"), "-o", outputs / "x.png"},
-                                     Arguments{"bench"}, Arguments{"devices"}}) {
-        Arguments all{"env", "VK_ICD_FILENAMES=/nonexistent", "VK_DRIVER_FILES=/nonexistent", QV_TOOL};
-        all.insert(all.end(), command.begin(), command.end());
-        const Outcome outcome = run(all);
-        EXPECT_EQ(outcome.exitCode, 4) << command[0];
-        EXPECT_EQ(outcome.errorLines(), 1u) << outcome.errors;
-        EXPECT_THAT(outcome.errors, HasSubstr("Vulkan"));
-        EXPECT_EQ(outputs.fileCount(), 0u) << command[0];
+TEST_F(Errors, NoDeviceOrNoWholeBundle) {
+    const TemporaryFolder bundles;
+    writeBytes(bundles / "default.shaderlib", "damaged");
+    const struct {
+        Arguments environment;
+        int exitCode;
+        const char* cause;
+    } cases[] = {
+        {{"VK_ICD_FILENAMES=/nonexistent", "VK_DRIVER_FILES=/nonexistent"}, 4, "Vulkan"},
+        {{"QVFILTER_BUNDLE=" + bundles / ""}, 1, "QVMosaicMTIFilter gives no picture (shader function"},
+        {{"QVFILTER_BUNDLE=/nonexistent"}, 1, "QVMosaicMTIFilter gives no picture (shader function"},
+    };
+    const std::string effect = "QVMosaicMTIFilter";
+    for (const auto& [environment, exitCode, cause] : cases) {
+        const TemporaryFolder outputs;
+        for (const Arguments& command :
+             {Arguments{"render", "-i", path("clip.mkv"), "-e", effect, "-o", outputs / "x.mp4"},
+              Arguments{"still", "-i", path("picture.png"), "-e", effect, "-o", outputs / "x.png"},
+              Arguments{"sheet", "--only", effect, "-o", outputs / "x.png"},
+              Arguments{"gallery", "--only", effect, "-o", outputs / "folder"},
+              Arguments{"bench", effect, "--size", "32x32", "--json"}}) {
+            Arguments all{"env"};
+            all.insert(all.end(), environment.begin(), environment.end());
+            all.push_back(QV_TOOL);
+            all.insert(all.end(), command.begin(), command.end());
+            const Outcome outcome = run(all);
+            EXPECT_EQ(outcome.exitCode, exitCode) << command[0];
+            EXPECT_EQ(outcome.errorLines(), 1u) << outcome.errors;
+            EXPECT_THAT(outcome.errors, HasSubstr(cause));
+            EXPECT_EQ(outcome.output, "") << command[0];
+            EXPECT_EQ(outputs.fileCount(), 0u) << command[0];
+        }
     }
-    expectFailure({"still", "-i", path("picture.png"), "--device", "99", "-o", "OUT/x.png"}, 4, "99");
+    const std::size_t devices = qvfilterJSON({"devices", "--json"}).size();
+    const std::string there = devices == 1
+                                  ? "there is 1, number 0"
+                                  : fmt::format("there are {}, numbers 0 to {}", devices, devices - 1);
+    expectFailure({"still", "-i", path("picture.png"), "--device", "99", "-o", "OUT/x.png"}, 4,
+                  "there is no Vulkan device 99; " + there);
+    expectFailure({"still", "-i", path("picture.png"), "--device", "-1", "-o", "OUT/x.png"}, 2, "'-1'");
+}
+
+TEST_F(Errors, StreamsThatTakeNothing) {
+    const TemporaryFolder outputs;
+    const std::string clip = outputs / "x.mkv";
+    const auto shell = [](const std::string& arguments) {
+        return run({"sh", "-c", std::string(QV_TOOL) + " " + arguments});
+    };
+    for (const char* errors : {" 2>/dev/full", " 2>&-"}) {
+        EXPECT_EQ(shell("render -y --progress -i " + path("clip.mkv") + " -o " + clip + errors).exitCode, 0);
+        EXPECT_EQ(readBytes(clip).find("progress="), std::string::npos)
+            << "the clip got what was meant for 2";
+        EXPECT_EQ(probe(clip, "v:0")["nb_read_frames"], "25");
+        EXPECT_EQ(shell(std::string("paint") + errors).exitCode, 2);
+    }
+    for (const char* command :
+         {"--help", "--version", "--help-all", "list --help", "list", "show QVMosaicMTIFilter", "devices",
+          "graph QVMosaicMTIFilter --dot", "bench QVMosaicMTIFilter --size 32x32 --rounds 1"}) {
+        const Outcome full = shell(std::string(command) + " >/dev/full"),
+                      closed = shell(std::string(command) + " >&-");
+        EXPECT_EQ(full.exitCode, 5) << command;
+        EXPECT_EQ(full.errors, "qvfilter: cannot write standard output: No space left on device\n");
+        EXPECT_EQ(closed.exitCode, 5) << command;
+    }
 }
 
 TEST_F(Errors, OutputsThatCannotBeWritten) {
@@ -125,9 +182,6 @@ TEST_F(Errors, OutputsThatCannotBeWritten) {
     expectFailure({"still", "-i", clip, "-o", "/dev/full"}, 5, "No space left");
     expectFailure({"render", "-i", clip, "-o", "OUT/x.unheard"}, 5, "x.unheard");
     expectFailure({"render", "-i", clip, "--codec", "none-such", "-o", "OUT/x.mp4"}, 5, "none-such");
-    const Outcome full = run({"sh", "-c", std::string(QV_TOOL) + " list --json > /dev/full"});
-    EXPECT_EQ(full.exitCode, 5);
-    EXPECT_THAT(full.errors, HasSubstr("standard output"));
 }
 
 TEST_F(Errors, NoPermission) {

@@ -71,15 +71,9 @@ class Gallery : public testing::Test {
     static inline Json data_;
 };
 
-TEST_F(Gallery, SaysOfEachClassWhatTheListSays) {
-    EXPECT_EQ(outcome_.output + outcome_.errors, "");
-    Json entries = data_["cards"];
-    for (Json& entry : entries) entry.erase("card");
-    EXPECT_EQ(entries, qvfilterJSON({"list", "--json", kSome}));
-    EXPECT_GE(entries.size(), 7u);
-}
-
 TEST_F(Gallery, PreviewsAreShortSmallAndOfTheirSize) {
+    EXPECT_EQ(outcome_.output + outcome_.errors, "");
+    EXPECT_EQ(data_["cards"].size(), qvfilterJSON({"list", "--json", kSome}).size());
     for (const Json& entry : data_["cards"]) {
         const std::string file = fileOf(entry, entry["card"]["preview"]["file"]);
         const Json video = probe(file, "v:0");
@@ -264,6 +258,7 @@ TEST(GalleryRun, BadInputIsOneLine) {
     const std::string folder = files / "gallery", text = files / "text.mp4";
     writeBytes(text, "no clip");
     fs::create_directory(files / "site");
+    fs::create_directories(files / "taken/index.html");
     writeBytes(files / "site/index.html", "<p>somebody's</p>");
     struct {
         Arguments options;
@@ -273,6 +268,7 @@ TEST(GalleryRun, BadInputIsOneLine) {
         {{"-o", "/dev/null/gallery"}, 5, "Not a directory"},
         {{"-o", text}, 5, "Not a directory"},
         {{"-o", files / "site"}, 5, "exists"},
+        {{"-o", files / "taken"}, 5, "index.html': Is a directory"},
         {{"-o", folder, "--only", "QVMosaicFilter"}, 2, "QVMosaicMTIFilter"},
         {{"-o", folder, "--size", "321x180"}, 2, "even"},
         {{"-o", folder, "--size", "4000x2000"}, 2, "1280"},

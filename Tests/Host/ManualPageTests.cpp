@@ -1,4 +1,5 @@
-// Docs/qvfilter.1 names every command and option that the tool has, and no other.
+// Docs/qvfilter.1 names every command and option that the tool has, and no other; Docs/qvfilter.md every
+// command.
 
 #include <gtest/gtest.h>
 
@@ -59,6 +60,7 @@ std::map<std::string, Names> offered() {
 TEST(ManualPage, HasTheCommandsAndOptionsOfTheTool) {
     auto pages = documented();
     const auto commands = offered();
+    const std::string guide = readBytes(QV_SOURCE_ROOT "/Docs/qvfilter.md");
     const Names shared = pages[""];
     pages.erase("");
     ASSERT_GE(commands.size(), 9u);
@@ -67,6 +69,7 @@ TEST(ManualPage, HasTheCommandsAndOptionsOfTheTool) {
     std::map<std::string, int> takers;
     for (const auto& [command, options] : commands) {
         ASSERT_TRUE(pages.contains(command)) << "the page has no command " << command;
+        EXPECT_NE(guide.find("\n| `" + command), std::string::npos) << "the guide has no command " << command;
         for (const std::string& option : options) {
             ++takers[option];
             EXPECT_NE(pages[command].contains(option), shared.contains(option))

@@ -50,15 +50,6 @@ TEST_F(Still, AChainAppliesEachEffectInItsTurn) {
               0);
 }
 
-TEST_F(Still, TheSameTimeGivesTheSamePicture) {
-    const auto snowAt = [&](const std::string& time) {
-        return still({"-i", picture(), "-e", "QVSnowMTIFilter", "--time", time});
-    };
-    EXPECT_EQ(snowAt("0.7"), snowAt("0.7"));
-    EXPECT_GT(rmsDifference(snowAt("0.7"), snowAt("1.9")), 1);
-    EXPECT_EQ(snowAt("0"), still({"-i", picture(), "-e", "QVSnowMTIFilter"}));
-}
-
 TEST_F(Still, AMomentOfAClipIsTheFrameShownThen) {
     const std::string source = clip();
     EXPECT_LT(rmsDifference(still({"-i", source, "--time", "0.4"}), rgbFrame(source, 10)), 2.5);

@@ -13,14 +13,27 @@ for example in RenderStill HostDevice; do
     cmake --build "$work/$example" >/dev/null
 done
 
-pc=$(dirname "$(find "$work/prefix" -name QVFilterExtension.pc)")
-# The prefix of the file is that of the build's configuration; a relocated install says where it is.
-export PKG_CONFIG_PATH=$pc
-libdir=$(dirname "$pc")
-g++ $flags "$source/Examples/RenderStill/main.cpp" -o "$work/render-still" \
-    $(pkg-config --define-variable=prefix="$work/prefix" --define-variable=libdir="$libdir" \
-        --define-variable=includedir="$work/prefix/include/QVFilterExtension" --cflags --libs QVFilterExtension) \
-    -Wl,-rpath,"$libdir"
+# As documented, for a prefix that the configuration did not know, and after the installation was moved.
+mv "$work/prefix" "$work/moved"
+libdir=$(dirname "$(dirname "$(find "$work/moved" -name QVFilterExtension.pc)")")
+export PKG_CONFIG_PATH=$libdir/pkgconfig LD_LIBRARY_PATH=$libdir
+g++ $flags "$source/Examples/RenderStill/main.cpp" -o "$work/render-still" $(pkg-config --cflags --libs QVFilterExtension)
+
+# The package, the headers, the library and the tool are of one version.
+version=$(pkg-config --modversion QVFilterExtension)
+cat >"$work/version.cpp" <<'END'
+#include <cstdio>
+#include <string>
+
+#include <QVFilterExtension/QVFilterVersion.h>
+int main() {
+    std::printf("%d.%d.%d %s %s\n", QV_FILTER_VERSION_MAJOR, QV_FILTER_VERSION_MINOR, QV_FILTER_VERSION_PATCH,
+                QV_FILTER_VERSION, std::string(qv::filterLibraryVersion()).c_str());
+}
+END
+g++ $flags "$work/version.cpp" -o "$work/version" $(pkg-config --cflags --libs QVFilterExtension)
+[ "$("$work/version")" = "$version $version $version" ]
+[ "$("$work/moved/bin/qvfilter" --version)" = "qvfilter $version" ]
 
 ffmpeg -v error -f lavfi -i testsrc=size=64x48 -frames:v 1 "$work/in.png"
 for program in "$work/RenderStill/render-still" "$work/render-still"; do
@@ -31,5 +44,5 @@ for program in "$work/RenderStill/render-still" "$work/render-still"; do
 done
 "$work/HostDevice/host-device" QVFireMTIFilter "$work/out.png" | grep -q "on the editor's"
 test -s "$work/out.png"
-"$work/prefix/bin/qvfilter" list >"$work/list.txt"  # whole: grep -q would close the pipe
+"$work/moved/bin/qvfilter" list >"$work/list.txt"  # whole: grep -q would close the pipe
 grep -q QVMosaicMTIFilter "$work/list.txt"

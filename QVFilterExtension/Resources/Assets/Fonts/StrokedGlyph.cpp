@@ -378,7 +378,8 @@ OutlineContour fit(const std::vector<Sample>& loop, const Ink& ink) {
     while (i + 1 < samples.size()) {
         add(samples[i].at, true);
         std::size_t best = i + 1;
-        std::optional<Point> control;
+        bool curved = false;
+        Point control;
         for (std::size_t j = i + 1; j < samples.size(); ++j) {
             const Point from = samples[i].at, to = samples[j].at;
             const Point direction = unit(to - from);
@@ -387,17 +388,18 @@ OutlineContour fit(const std::vector<Sample>& loop, const Ink& ink) {
                 off = std::max(off, std::abs(cross(direction, samples[k].at - from)));
             if (off < 0.3) {
                 best = j;
-                control.reset();
+                curved = false;
             } else if (const auto c = controlBetween(from, leaving(i), to, arriving(j));
                        c && curveError(from, *c, to, samples, i, j) < 0.45) {
                 best = j;
-                control = c;
+                curved = true;
+                control = *c;
             } else if (j > i + 60) {
                 break;
             }
             if (samples[j].node) break;
         }
-        if (control) add(*control, false);
+        if (curved) add(control, false);
         i = best;
     }
     // Points that rounding made equal, or that lie on a straight line between their neighbours, say nothing.
