@@ -11,9 +11,9 @@
 #include "Host/CommandLine/Failure.h"
 #include "Host/Listing/ClassListing.h"
 #include "Host/Listing/ClassUsage.h"
+#include "Platform/Foundation/OutputFile.h"
 #include "Platform/Media/ClipWriter.h"
 #include "Platform/Media/ImageFile.h"
-#include "Platform/Media/OutputFile.h"
 
 #include <nlohmann/json.hpp>
 

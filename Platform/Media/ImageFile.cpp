@@ -20,7 +20,7 @@
 #include <jpeglib.h>
 #include <png.h>
 
-#include "Platform/Media/OutputFile.h"
+#include "Platform/Foundation/OutputFile.h"
 
 namespace qv {
 namespace {

@@ -1,4 +1,4 @@
-#include "Platform/Media/OutputFile.h"
+#include "Platform/Foundation/OutputFile.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
