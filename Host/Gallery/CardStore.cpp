@@ -11,6 +11,7 @@
 #include "Host/CommandLine/Failure.h"
 #include "Host/Listing/ClassListing.h"
 #include "Host/Listing/ClassUsage.h"
+#include "Platform/Foundation/Hash.h"
 #include "Platform/Foundation/OutputFile.h"
 #include "Platform/Media/ClipWriter.h"
 #include "Platform/Media/ImageFile.h"
@@ -32,13 +33,6 @@ constexpr double kBytesPerPixel = 60000.0 / (320 * 180), kFewestBytes = 12000;
 constexpr double kFirstCRF = 27, kLastCRF = 51;
 /// x264 halves its output with about six more.
 constexpr double kCRFPerHalving = 6;
-
-/// FNV-1a, 64 bits: the same for the same text on every machine.
-std::string hashOf(std::string_view text) {
-    std::uint64_t hash = 0xcbf29ce484222325;
-    for (const char c : text) hash = (hash ^ std::uint8_t(c)) * 0x100000001b3;
-    return fmt::format("{:016x}", hash);
-}
 
 [[noreturn]] void failToWrite(const fs::path& path, const std::error_code& error) {
     fail(ExitCode::output, "{}", fileErrorLine("write", path.string(), error.message()));
@@ -118,10 +112,7 @@ void makeFolder(const fs::path& path) {
 
 void writeFile(const fs::path& path, std::string_view bytes) {
     std::string cause;
-    const auto file = OutputFile::open(path.string(), &cause);
-    if (!file) fail(ExitCode::output, "{}", cause);
-    if (!file->write(bytes.data(), bytes.size()) || !file->commit())
-        fail(ExitCode::output, "{}", file->errorLine());
+    if (!writeWholeFile(path.string(), bytes, &cause)) fail(ExitCode::output, "{}", cause);
 }
 
 CardStore::CardStore(fs::path directory, PixelSize preview, std::string runKey)
@@ -140,7 +131,7 @@ fs::path CardStore::folderOf(const QVFilterClass& filterClass) const {
 }
 
 std::string CardStore::keyOf(const QVFilterClass& filterClass) const {
-    return hashOf(runKey_ + classToJSON(filterClass).dump());
+    return fmt::format("{:016x}", hashOf(runKey_ + classToJSON(filterClass).dump()));
 }
 
 std::optional<Json> CardStore::finished(const QVFilterClass& filterClass) const {

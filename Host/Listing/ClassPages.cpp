@@ -14,6 +14,7 @@
 #include "Host/CommandLine/Interrupt.h"
 #include "Host/Listing/ClassListing.h"
 #include "Host/Listing/ClassUsage.h"
+#include "Platform/Foundation/OutputFile.h"
 #include "QVFilterCore/QVMTIFilter.h"
 #include "QVFilterExtension/QVFilterRegistry.h"
 
@@ -243,17 +244,8 @@ std::string readText(const fs::path& path) {
 
 void writeText(const fs::path& path, const std::string& text) {
     const DeferInterrupts defer;  // so short that a signal may wait for it
-    fs::path unfinished = path;
-    unfinished += ".part";
-    std::ofstream file(unfinished, std::ios::binary);
-    file << text;
-    file.close();
-    std::error_code failure = file ? std::error_code() : std::error_code(errno, std::generic_category());
-    if (!failure) fs::rename(unfinished, path, failure);
-    if (!failure) return;
-    std::error_code ignored;
-    fs::remove(unfinished, ignored);
-    fail(ExitCode::output, "cannot write '{}': {}", path.string(), failure.message());
+    std::string cause;
+    if (!writeWholeFile(path.string(), text, &cause)) fail(ExitCode::output, "{}", cause);
 }
 
 }  // namespace
