@@ -1,14 +1,11 @@
-# The headers that are installed: all but those of the folders and files that only the library itself includes.
+# The headers that are installed: all but those in the rooms that only the library itself enters.
 
 set(QV_PUBLIC_HEADERS)
 foreach(folder Platform QVFilterCore QVALObjectContour QVFilterExtension)
     file(GLOB_RECURSE headers CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/${folder}/*.h)
     list(APPEND QV_PUBLIC_HEADERS ${headers})
 endforeach()
-list(FILTER QV_PUBLIC_HEADERS EXCLUDE REGEX "/Audio(Encoder|Support)\\.h$")
-list(FILTER QV_PUBLIC_HEADERS EXCLUDE REGEX "/(Vulkan|ShaderCompiler|Resources)/")
-list(FILTER QV_PUBLIC_HEADERS EXCLUDE REGEX
-     "/(FFmpegSupport|OutputFile|Planner|PassFusion|FusedShaderStore|GaussianBlur|StockPass|ImageGeometry|SourceStreams|StreamCopier|VideoEncoder|ImageResampling|FontFace|RowBands|Vectorized|PixelRows)\\.h$")
+list(FILTER QV_PUBLIC_HEADERS EXCLUDE REGEX "/(Private|Vulkan|ShaderCompiler|Resources)/")
 
 # Headers that the configuration writes, named like the others but below a folder of their own.
 set(QV_GENERATED_INCLUDES ${CMAKE_BINARY_DIR}/generated/include)

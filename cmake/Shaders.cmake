@@ -2,9 +2,9 @@
 
 # What the compiler and the platform share. The build compiles with glslc, which optimises; what is compiled at run
 # time is compiled in the process.
-set(SHADER_SOURCES ShaderCompiler/ShaderSource.cpp ShaderCompiler/ShaderTokens.cpp ShaderCompiler/ShaderTranslator.cpp
-    ShaderLibrary.cpp)
-list(TRANSFORM SHADER_SOURCES PREPEND ${PROJECT_SOURCE_DIR}/Platform/ImageGraph/)
+set(SHADER_SOURCES Foundation/OutputFile.cpp ImageGraph/ShaderLibrary.cpp ImageGraph/ShaderCompiler/ShaderSource.cpp
+    ImageGraph/ShaderCompiler/ShaderTokens.cpp ImageGraph/ShaderCompiler/ShaderTranslator.cpp)
+list(TRANSFORM SHADER_SOURCES PREPEND ${PROJECT_SOURCE_DIR}/Platform/)
 add_library(qv_shaders OBJECT ${SHADER_SOURCES})
 target_include_directories(qv_shaders PRIVATE ${PROJECT_SOURCE_DIR})
 target_link_libraries(qv_shaders PUBLIC fmt::fmt)

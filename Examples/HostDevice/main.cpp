@@ -8,10 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "Platform/ImageGraph/MTIContext.h"
-#include "Platform/Media/ImageFile.h"
-#include "QVFilterCore/QVEffectMTIFilter.h"
-#include "QVFilterExtension/QVFilterRegistry.h"
+#include "QVFilterExtension/QVFilterExtension.h"
 
 namespace {
 

@@ -4,10 +4,7 @@
 #include <cstdio>
 #include <string>
 
-#include "Platform/ImageGraph/MTIContext.h"
-#include "Platform/Media/ImageFile.h"
-#include "QVFilterCore/QVEffectMTIFilter.h"
-#include "QVFilterExtension/QVFilterRegistry.h"
+#include "QVFilterExtension/QVFilterExtension.h"
 
 namespace {
 int fail(const std::string& cause) {

@@ -5,7 +5,7 @@
 #include <system_error>
 
 #include "Host/CommandLine/Failure.h"
-#include "Platform/Media/OutputFile.h"
+#include "Platform/Foundation/OutputFile.h"
 
 namespace qv::host {
 
@@ -27,10 +27,7 @@ std::string readFile(const fs::path& path) {
 
 void writeFile(const fs::path& path, std::string_view bytes) {
     std::string cause;
-    const auto file = OutputFile::open(path.string(), &cause);
-    if (!file) fail(ExitCode::output, "{}", cause);
-    if (!file->write(bytes.data(), bytes.size()) || !file->commit())
-        fail(ExitCode::output, "{}", file->errorLine());
+    if (!writeWholeFile(path.string(), bytes, &cause)) fail(ExitCode::output, "{}", cause);
 }
 
 }  // namespace qv::host

@@ -10,9 +10,10 @@
 #include "Host/CommandLine/SmallFiles.h"
 #include "Host/Listing/ClassListing.h"
 #include "Host/Listing/ClassUsage.h"
+#include "Platform/Foundation/Hash.h"
+#include "Platform/Foundation/OutputFile.h"
 #include "Platform/Media/ClipWriter.h"
 #include "Platform/Media/ImageFile.h"
-#include "Platform/Media/OutputFile.h"
 
 #include <nlohmann/json.hpp>
 
@@ -31,13 +32,6 @@ constexpr double kBytesPerPixel = 60000.0 / (320 * 180), kFewestBytes = 12000;
 constexpr double kFirstCRF = 27, kLastCRF = 51;
 /// x264 halves its output with about six more.
 constexpr double kCRFPerHalving = 6;
-
-/// FNV-1a, 64 bits: the same for the same text on every machine.
-std::string hashOf(std::string_view text) {
-    std::uint64_t hash = 0xcbf29ce484222325;
-    for (const char c : text) hash = (hash ^ std::uint8_t(c)) * 0x100000001b3;
-    return fmt::format("{:016x}", hash);
-}
 
 [[noreturn]] void failToWrite(const fs::path& path, const std::error_code& error) {
     fail(ExitCode::output, "{}", fileErrorLine("write", path.string(), error.message()));
@@ -124,7 +118,7 @@ fs::path CardStore::folderOf(const QVFilterClass& filterClass) const {
 }
 
 std::string CardStore::keyOf(const QVFilterClass& filterClass) const {
-    return hashOf(runKey_ + classToJSON(filterClass).dump());
+    return fmt::format("{:016x}", hashOf(runKey_ + classToJSON(filterClass).dump()));
 }
 
 std::optional<Json> CardStore::finished(const QVFilterClass& filterClass) const {

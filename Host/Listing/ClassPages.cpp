@@ -13,6 +13,7 @@
 #include "Host/CommandLine/SmallFiles.h"
 #include "Host/Listing/ClassListing.h"
 #include "Host/Listing/ClassUsage.h"
+#include "Platform/Foundation/OutputFile.h"
 #include "QVFilterCore/QVMTIFilter.h"
 #include "QVFilterExtension/QVFilterRegistry.h"
 

@@ -4,6 +4,8 @@
 #include <bit>
 #include <cmath>
 
+#include "Platform/ImageGraph/ShaderCompiler/ShaderSource.h"
+
 namespace qv {
 
 namespace {

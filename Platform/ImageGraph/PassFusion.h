@@ -9,7 +9,8 @@
 #include <vector>
 
 #include "Platform/ImageGraph/Planner.h"
-#include "Platform/ImageGraph/ShaderCompiler/ShaderTranslator.h"
+#include "Platform/ImageGraph/ShaderLibrary.h"
+#include "Platform/ImageGraph/StageInput.h"
 
 /// Which passes of a plan become one. A pass moves into the one that reads it when that needs its result only
 /// at the pixel being coloured: then no texture lies between the two. Pure functions, no device.

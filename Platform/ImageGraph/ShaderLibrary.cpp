@@ -8,6 +8,8 @@
 #include <map>
 #include <mutex>
 
+#include "Platform/Foundation/Hash.h"
+
 namespace qv {
 
 static_assert(std::endian::native == std::endian::little, "a library is written in the machine's byte order");
@@ -20,11 +22,9 @@ constexpr std::uint32_t kVersion = 1;
 constexpr std::size_t kHeaderBytes = 16;
 constexpr std::uint32_t kSpirvMagic = 0x07230203;
 
-/// FNV-1a: a damaged file must not reach the driver's compiler.
+/// A damaged file must not reach the driver's compiler.
 std::uint64_t checksum(std::span<const std::byte> bytes) {
-    std::uint64_t hash = 0xCBF29CE484222325;
-    for (std::byte byte : bytes) hash = (hash ^ std::uint64_t(byte)) * 0x100000001B3;
-    return hash;
+    return hashOfMemory(bytes.data(), bytes.size());
 }
 
 class Writer {

@@ -9,7 +9,7 @@ extern "C" {
 #include <cmath>
 #include <span>
 
-#include "Platform/Media/OutputFile.h"
+#include "Platform/Foundation/OutputFile.h"
 #include "Platform/Media/Private/AudioSupport.h"
 #include "Platform/Media/Private/FFmpegSupport.h"
 

@@ -18,8 +18,8 @@ extern "C" {
 
 #include <fmt/format.h>
 
+#include "Platform/Foundation/OutputFile.h"
 #include "Platform/Media/Bitmap.h"
-#include "Platform/Media/OutputFile.h"
 #include "Platform/Media/Private/FFmpegSupport.h"
 #include "Platform/Media/Private/SourceStreams.h"
 

@@ -9,8 +9,8 @@ extern "C" {
 
 #include <fmt/format.h>
 
+#include "Platform/Foundation/OutputFile.h"
 #include "Platform/Media/Bitmap.h"
-#include "Platform/Media/OutputFile.h"
 #include "Platform/Media/Private/AudioEncoder.h"
 #include "Platform/Media/Private/StreamCopier.h"
 #include "Platform/Media/Private/VideoEncoder.h"

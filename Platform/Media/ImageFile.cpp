@@ -20,7 +20,7 @@
 #include <jpeglib.h>
 #include <png.h>
 
-#include "Platform/Media/OutputFile.h"
+#include "Platform/Foundation/OutputFile.h"
 
 namespace qv {
 namespace {
@@ -341,14 +341,6 @@ bool report(std::string* error, const char* action, const std::string& path, con
     return false;
 }
 
-bool writeWhole(const std::string& path, const std::uint8_t* data, std::size_t size, std::string* error) {
-    const std::unique_ptr<OutputFile> file = OutputFile::open(path, error);
-    if (!file) return false;
-    const bool written = file->write(data, size) && file->commit();
-    if (!written && error) *error = file->errorLine();
-    return written;
-}
-
 /// Gives the state a copy of the bitmap's pixels.
 bool takePixels(CodecState& state, const Bitmap& bitmap) {
     if (!bitmap) {
@@ -389,7 +381,8 @@ bool writePNG(const Bitmap& bitmap, const std::string& path, std::string* error)
     const bool encoded = info && encodePNG(png, info, state);
     png_destroy_write_struct(&png, &info);
     if (!encoded) return report(error, "write", path, state.cause);
-    return writeWhole(path, state.encoded.data(), state.encoded.size(), error);
+    return writeWholeFile(path, {reinterpret_cast<const char*>(state.encoded.data()), state.encoded.size()},
+                          error);
 } catch (const std::bad_alloc&) {
     return report(error, "write", path, "out of memory");
 }
@@ -408,7 +401,7 @@ bool writeJPEG(const Bitmap& bitmap, const std::string& path, int quality, std::
     jpeg_destroy_compress(&codec);
     const std::unique_ptr<unsigned char, decltype(&std::free)> keep(data, std::free);
     if (!encoded) return report(error, "write", path, state.cause);
-    return writeWhole(path, data, size, error);
+    return writeWholeFile(path, {reinterpret_cast<const char*>(data), size}, error);
 } catch (const std::bad_alloc&) {
     return report(error, "write", path, "out of memory");
 }

@@ -7,6 +7,7 @@
 
 #include "Platform/Foundation/Log.h"
 #include "Platform/ImageGraph/ShaderCompiler/GlslCompiler.h"
+#include "Platform/ImageGraph/ShaderCompiler/ShaderTranslator.h"
 
 namespace qv {
 

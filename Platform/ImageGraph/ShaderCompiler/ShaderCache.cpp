@@ -1,16 +1,16 @@
 #include "Platform/ImageGraph/ShaderCompiler/ShaderCache.h"
 
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <chrono>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <span>
+#include <string>
+
+#include "Platform/Foundation/Hash.h"
+#include "Platform/Foundation/OutputFile.h"
 
 namespace qv {
 
@@ -22,7 +22,6 @@ constexpr std::uint32_t kMagic = 0x43535651;  // "QVSC"
 constexpr std::uint32_t kFormatVersion = 1;
 constexpr std::uint32_t kSpirvMagic = 0x07230203;
 constexpr std::string_view kSuffix = ".spv";
-constexpr std::string_view kUnfinishedSuffix = ".part";
 constexpr std::size_t kMostCodeWords = 4u << 20;
 
 struct Header {
@@ -32,20 +31,13 @@ struct Header {
     std::uint64_t words;
 };
 
-/// FNV-1a, from either end.
-template <typename Bytes>
-std::uint64_t hashOf(const Bytes& bytes, std::uint64_t hash = 0xCBF29CE484222325) {
-    for (auto byte : bytes) hash = (hash ^ std::uint8_t(byte)) * 0x100000001B3;
-    return hash;
-}
-
 std::array<std::uint64_t, 2> keyOf(std::string_view text, std::string_view compiler) {
     const std::string backwards(text.rbegin(), text.rend());
     return {hashOf(text, hashOf(compiler)), hashOf(backwards, hashOf(compiler) + text.size())};
 }
 
 std::uint64_t checksumOf(const std::vector<std::uint32_t>& code) {
-    return hashOf(std::span(reinterpret_cast<const char*>(code.data()), code.size() * sizeof code[0]));
+    return hashOfMemory(code.data(), code.size());
 }
 
 fs::path fileOf(const std::string& directory, const std::array<std::uint64_t, 2>& key) {
@@ -81,26 +73,12 @@ void ShaderCache::store(std::string_view text, std::string_view compiler,
     const auto key = keyOf(text, compiler);
     const Header header{kMagic, kFormatVersion, key, checksumOf(code), code.size()};
     const fs::path path = fileOf(directory_, key);
-    static std::atomic<unsigned> number{0};
-    const fs::path unfinished =
-        path.string() + fmt::format(".{}.{}{}", getpid(), ++number, kUnfinishedSuffix);
-    {
-        std::ofstream file(unfinished, std::ios::binary | std::ios::trunc);
-        file.write(reinterpret_cast<const char*>(&header), sizeof header);
-        file.write(reinterpret_cast<const char*>(code.data()), std::streamsize(code.size() * sizeof code[0]));
-        file.close();
-        if (!file) {
-            fs::remove(unfinished, failure);
-            return;
-        }
-    }
-    fs::rename(unfinished, path, failure);
-    if (failure) {
-        fs::remove(unfinished, failure);
-        return;
-    }
+    if (fs::exists(path, failure) && !fs::is_regular_file(path, failure)) return;
+    std::string file(reinterpret_cast<const char*>(&header), sizeof header);
+    file.append(reinterpret_cast<const char*>(code.data()), code.size() * sizeof code[0]);
+    if (!writeWholeFile(path.string(), file)) return;
     std::scoped_lock lock(mutex_);
-    bytes_ += sizeof header + code.size() * sizeof code[0];
+    bytes_ += file.size();
     if (!counted_ || bytes_ > mostBytes_) trim();
 }
 
@@ -122,7 +100,7 @@ void ShaderCache::trim() {
         const fs::path& path = entry->path();
         const File file{path, fs::last_write_time(path, ignored), entry->file_size(ignored)};
         if (ignored) continue;  // another process has removed it
-        if (path.extension() == kUnfinishedSuffix) {
+        if (OutputFile::isTemporaryName(path.filename().string())) {
             if (now - file.used > kAbandoned) fs::remove(path, ignored);
         } else if (path.extension() == kSuffix) {
             bytes_ += file.bytes;

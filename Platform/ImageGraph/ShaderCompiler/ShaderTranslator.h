@@ -7,25 +7,9 @@
 
 #include "Platform/ImageGraph/ShaderCompiler/ShaderSource.h"
 #include "Platform/ImageGraph/ShaderLibrary.h"
+#include "Platform/ImageGraph/StageInput.h"
 
 namespace qv {
-
-/// What a stage of a pass reads as one of its inputs.
-struct StageInput {
-    enum class From {
-        nothing,  ///< a missing image: transparent, one pixel
-        texture,  ///< of the pass
-        stage,    ///< the result of an earlier stage, which can only be read with readHere
-        value     ///< one colour for all pixels
-    };
-    static constexpr int kOutputSize = -1;
-
-    From from = From::nothing;
-    int index = 0;  ///< of the texture, stage or value
-    int size =
-        kOutputSize;  ///< which pushed size a texture or value has; what a stage gives has the output's
-    bool operator==(const StageInput&) const = default;
-};
 
 /// One function of a pass.
 struct ShaderStage {
@@ -35,12 +19,6 @@ struct ShaderStage {
     std::uint32_t given = ~std::uint32_t(0);
     /// Readers see the result as an 8-bit texture would have kept it.
     bool storesEightBits = false;
-};
-
-/// How a value is pushed.
-enum class PushedValue {
-    eightBits,  ///< one word, a byte a component, red lowest
-    floats      ///< four words
 };
 
 /// Vulkan GLSL of a fragment stage, and what it declares (all but the code). `error` is empty unless the

@@ -17,6 +17,7 @@
 #include <string>
 #include <vector>
 
+#include "Platform/Foundation/OutputFile.h"
 #include "Platform/ImageGraph/ShaderCompiler/ShaderTranslator.h"
 
 extern char** environ;
@@ -61,16 +62,17 @@ std::optional<std::string> readFile(const fs::path& path) {
     return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
-bool writeFile(const fs::path& path, std::span<const std::byte> bytes) {
-    std::ofstream file(path, std::ios::binary | std::ios::trunc);
-    file.write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
-    file.close();
-    return bool(file);
-}
-
 int fail(std::string_view message) {
     fmt::print(stderr, "{}\n", message);
     return 1;
+}
+
+/// The exit status. A running program may have an older file open, which stays as it is.
+int writeLibrary(const std::string& path, std::span<const ShaderFunction> functions) {
+    const std::vector<std::byte> bytes = serializeShaderLibrary(functions);
+    std::string error;
+    if (writeWholeFile(path, {reinterpret_cast<const char*>(bytes.data()), bytes.size()}, &error)) return 0;
+    return fail(error);
 }
 
 bool runProgram(const std::vector<std::string>& words) {
@@ -123,8 +125,9 @@ std::optional<ShaderFunction> compileFunction(const Arguments& arguments, const 
         return std::nullopt;
     }
     const std::string generated = arguments.output + ".frag";
-    if (!writeFile(generated, std::as_bytes(std::span(shader.glsl)))) {
-        fail(generated + ": cannot be written");
+    std::string cause;
+    if (!writeWholeFile(generated, shader.glsl, &cause)) {
+        fail(cause);
         return std::nullopt;
     }
     shader.declaration.code = compileStage(arguments, "fragment", generated);
@@ -150,10 +153,7 @@ int compile(const Arguments& arguments) {
     const bool isFunction = fs::path(arguments.input).extension() == ".glsl";
     const auto function = isFunction ? compileFunction(arguments, *text) : compileRawStage(arguments);
     if (!function) return 1;
-    if (!writeFile(arguments.output, serializeShaderLibrary({&*function, 1}))) {
-        return fail(arguments.output + ": cannot be written");
-    }
-    return 0;
+    return writeLibrary(arguments.output, {&*function, 1});
 }
 
 int pack(const Arguments& arguments) {
@@ -177,12 +177,7 @@ int pack(const Arguments& arguments) {
     const fs::path folder = fs::path(arguments.output).parent_path();
     std::error_code ignored;
     if (!folder.empty()) fs::create_directories(folder, ignored);
-    // Whole or not at all: a running program may have the old file open.
-    const std::string temporary = arguments.output + ".part";
-    if (!writeFile(temporary, serializeShaderLibrary(functions)))
-        return fail(temporary + ": cannot be written");
-    fs::rename(temporary, arguments.output, ignored);
-    return ignored ? fail(arguments.output + ": cannot be written") : 0;
+    return writeLibrary(arguments.output, functions);
 }
 
 }  // namespace

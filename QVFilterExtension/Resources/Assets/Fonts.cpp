@@ -1,13 +1,14 @@
 // Draws the library's own typefaces. A file's name is its PostScript name, by which fonts are found.
 
 #include <cstdio>
-#include <fstream>
 #include <string>
 
 #include <fmt/format.h>
 
+#include "Platform/Foundation/OutputFile.h"
 #include "QVFilterExtension/Resources/Assets/Fonts/Typefaces.h"
 
+using namespace qv;
 using namespace qv::assets;
 
 int main(int argc, char** argv) {
@@ -18,11 +19,9 @@ int main(int argc, char** argv) {
     for (const FontDescription& font : {qvSans(), aldrich()}) {
         const std::string path = fmt::format("{}/{}.ttf", argv[1], font.postScriptName);
         const std::vector<std::uint8_t> bytes = trueTypeFile(font);
-        std::ofstream file(path, std::ios::binary);
-        file.write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
-        file.close();
-        if (!file) {
-            fmt::print(stderr, "draw_Fonts: cannot write {}\n", path);
+        std::string error;
+        if (!writeWholeFile(path, {reinterpret_cast<const char*>(bytes.data()), bytes.size()}, &error)) {
+            fmt::print(stderr, "draw_Fonts: {}\n", error);
             return 1;
         }
     }

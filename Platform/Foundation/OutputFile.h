@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace qv {
 
@@ -12,6 +13,9 @@ namespace qv {
 /// and the path "-" is standard output. One thread at a time.
 class OutputFile {
   public:
+    /// Whether a file of that name is one that an interrupted program left.
+    static bool isTemporaryName(std::string_view fileName);
+
     /// Nil with a line that names file and cause in `error`, when it is given.
     static std::unique_ptr<OutputFile> open(const std::string& path, std::string* error = nullptr);
     ~OutputFile();
@@ -44,6 +48,9 @@ class OutputFile {
     int errorNumber_ = 0;
     bool seekable_ = false;
 };
+
+/// Writes a file whole, or not at all: then false, with the line in `error`, when it is given.
+bool writeWholeFile(const std::string& path, std::string_view bytes, std::string* error = nullptr);
 
 /// The form of every such line: cannot ACTION 'PATH': CAUSE.
 std::string fileErrorLine(const char* action, const std::string& path, const std::string& cause);

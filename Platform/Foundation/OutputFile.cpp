@@ -1,4 +1,4 @@
-#include "Platform/Media/OutputFile.h"
+#include "Platform/Foundation/OutputFile.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -17,6 +17,8 @@
 namespace qv {
 namespace {
 
+constexpr std::string_view kTemporaryPrefix = ".qv-", kTemporarySuffix = ".part";
+
 std::string causeOf(int number) {
     return std::generic_category().message(number);
 }
@@ -34,6 +36,14 @@ std::string resolvedPath(const std::string& path) {
 
 std::string fileErrorLine(const char* action, const std::string& path, const std::string& cause) {
     return fmt::format("cannot {} '{}': {}", action, path, cause);
+}
+
+bool writeWholeFile(const std::string& path, std::string_view bytes, std::string* error) {
+    const std::unique_ptr<OutputFile> file = OutputFile::open(path, error);
+    if (!file) return false;
+    const bool written = file->write(bytes.data(), bytes.size()) && file->commit();
+    if (!written && error) *error = file->errorLine();
+    return written;
 }
 
 std::unique_ptr<OutputFile> OutputFile::open(const std::string& path, std::string* error) {
@@ -65,7 +75,9 @@ std::unique_ptr<OutputFile> OutputFile::open(const std::string& path, std::strin
     file->target_ = exists ? resolvedPath(path) : path;
     const std::filesystem::path directory = std::filesystem::path(file->target_).parent_path();
     do {
-        file->temporary_ = (directory / fmt::format(".qv-{}-{}.part", ::getpid(), counter++)).string();
+        file->temporary_ =
+            (directory / fmt::format("{}{}-{}{}", kTemporaryPrefix, ::getpid(), counter++, kTemporarySuffix))
+                .string();
         file->descriptor_ = ::open(file->temporary_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     } while (file->descriptor_ < 0 && errno == EEXIST);
     if (file->descriptor_ < 0) {
@@ -76,6 +88,10 @@ std::unique_ptr<OutputFile> OutputFile::open(const std::string& path, std::strin
     file->seekable_ = true;
     if (exists && ::fchmod(file->descriptor_, status.st_mode & 0777) != 0) return refuse(errno);
     return file;
+}
+
+bool OutputFile::isTemporaryName(std::string_view fileName) {
+    return fileName.starts_with(kTemporaryPrefix) && fileName.ends_with(kTemporarySuffix);
 }
 
 OutputFile::~OutputFile() {
