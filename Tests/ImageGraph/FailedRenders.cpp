@@ -189,12 +189,14 @@ TEST_F(FailedRenders, EveryVulkanCallMayFailOnce) {
                   if (context) expectRight(way, *context, image, expected);
                   image = way.graph();
               });
-        // When all is there: new pictures are uploaded and drawn.
+        // When all is there: new pictures are uploaded and drawn. They stay, so that the textures of dropped
+        // frames are taken again.
         context = healthy;
+        std::vector<MTIImage> images;
         sweep([](int index) { test::failVulkanCall(index); }, renders,
               [&] {
                   expectRight(way, *context, image, expected);
-                  image = way.graph();
+                  images.push_back(std::exchange(image, way.graph()));
               });
     }
     // A device of the library's own.
