@@ -17,7 +17,7 @@ UIFont qv_fontWithFileName(const std::string& fileName, double size) {
     if (auto path = bundle ? bundle->pathForResource(fileName) : std::nullopt) {
         std::string error;
         if (!UIFont::registerFontFile(*path, &error))
-            logLine(fmt::format("register font error {}, {}", fileName, error));
+            logLineOnce(fmt::format("register font error {}, {}", fileName, error));
     }
     font = UIFont::fontWithName(name, size);
     return font ? font : UIFont::systemFontOfSize(size);

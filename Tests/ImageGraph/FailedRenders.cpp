@@ -47,6 +47,17 @@ MTIImage pass(std::string_view function, MTIImage input, MTIParameters parameter
                                                      MTIPixelFormat::unspecified);
 }
 
+MTIImage picture() {
+    return MTIImage::imageWithBitmap(ramps());
+}
+
+/// One picture over another, of the same size: textures that are left over may come back as either.
+MTIImage twoPictures() {
+    return stockKernel("MTIBlendScreen")
+        ->applyToInputImages({picture(), picture()}, {{"intensity", 0.5f}}, {kWidth, kHeight},
+                             MTIPixelFormat::unspecified);
+}
+
 /// Two passes that are drawn as one.
 MTIImage graded(MTIImage image) {
     return pass("MTIOpacity", pass("MTIExposure", std::move(image), {{"gain", 1.5f}}), {{"opacity", 0.7f}});
@@ -125,11 +136,10 @@ class FailedRenders : public testing::Test {
 
     std::vector<Way> ways() {
         return {
-            {"in place", false, [] { return graded(MTIImage::imageWithBitmap(ramps())); }, toBitmap},
-            {"staged, with sprites", true,
-             [] { return withSprite(graded(MTIImage::imageWithBitmap(ramps()))); }, toBitmap},
+            {"in place", false, [] { return graded(twoPictures()); }, toBitmap},
+            {"staged, with sprites", true, [] { return withSprite(graded(picture())); }, toBitmap},
             {"planes", true, [] { return graded(videoFrame()); }, toPlanes},
-            {"into a host's image", true, [] { return withSprite(MTIImage::imageWithBitmap(ramps())); },
+            {"into a host's image", true, [] { return withSprite(picture()); },
              [this](auto& context, auto& image, auto* error) { return toHostImage(context, image, error); }},
         };
     }
@@ -189,12 +199,14 @@ TEST_F(FailedRenders, EveryVulkanCallMayFailOnce) {
                   if (context) expectRight(way, *context, image, expected);
                   image = way.graph();
               });
-        // When all is there: new pictures are uploaded and drawn.
+        // When all is there: new pictures are uploaded and drawn. They stay, so that the textures of dropped
+        // frames are taken again.
         context = healthy;
+        std::vector<MTIImage> images;
         sweep([](int index) { test::failVulkanCall(index); }, renders,
               [&] {
                   expectRight(way, *context, image, expected);
-                  image = way.graph();
+                  images.push_back(std::exchange(image, way.graph()));
               });
     }
     // A device of the library's own.
@@ -234,7 +246,7 @@ TEST_F(FailedRenders, ALostDeviceNeverReportsSuccess) {
         const auto context = makeContext(gpuPaths);
         const auto buffer = PixelBuffer::create(PixelFormat::rgba8, kWidth, kHeight);
         std::memset(buffer.plane(0).data, 77, buffer.plane(0).rowBytes * kHeight);
-        const MTIImage image = MTIImage::imageWithBitmap(ramps());
+        const MTIImage image = picture();
         const auto task = context->startRender(image, buffer);
         ASSERT_TRUE(task);
         test::failVulkanCall(0, true);
@@ -313,7 +325,7 @@ TEST(FailedThreads, LeaveThePassesPlainAndTheRowsToTheCaller) {
             test::failThreads();
             bool good = context != nullptr;
             for (int i = 0; good && i < 4; ++i) {
-                const auto task = context->startRender(graded(MTIImage::imageWithBitmap(ramps())));
+                const auto task = context->startRender(graded(picture()));
                 good = task && task->wait() && task->statistics().passes == 2;
             }
             // Large enough to be shared out among threads.

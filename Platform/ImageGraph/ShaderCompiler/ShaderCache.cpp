@@ -44,12 +44,20 @@ fs::path fileOf(const std::string& directory, const std::array<std::uint64_t, 2>
     return fs::path(directory) / fmt::format("{:016x}{:016x}{}", key[0], key[1], kSuffix);
 }
 
+/// Whether a file of this name comes from here; what else lies in the folder is not touched.
+bool isOurs(const fs::path& path) {
+    constexpr std::size_t kDigits = 32;
+    return path.filename().string().find_first_not_of("0123456789abcdef") == kDigits;
+}
+
 }  // namespace
 
 std::vector<std::uint32_t> ShaderCache::load(std::string_view text, std::string_view compiler) const {
     if (directory_.empty()) return {};
     const auto key = keyOf(text, compiler);
     const fs::path path = fileOf(directory_, key);
+    std::error_code ignored;
+    if (!fs::is_regular_file(path, ignored)) return {};  // opening another kind might block
     std::ifstream file(path, std::ios::binary);
     Header header{};
     if (!file.read(reinterpret_cast<char*>(&header), sizeof header)) return {};
@@ -60,7 +68,6 @@ std::vector<std::uint32_t> ShaderCache::load(std::string_view text, std::string_
         return {};
     if (file.peek() != std::ifstream::traits_type::eof()) return {};
     if (code.front() != kSpirvMagic || checksumOf(code) != header.checksum) return {};
-    std::error_code ignored;
     fs::last_write_time(path, fs::file_time_type::clock::now(), ignored);  // the longest unused goes first
     return code;
 }
@@ -98,6 +105,7 @@ void ShaderCache::trim() {
          entry.increment(failure)) {
         std::error_code ignored;
         const fs::path& path = entry->path();
+        if (!isOurs(path)) continue;
         const File file{path, fs::last_write_time(path, ignored), entry->file_size(ignored)};
         if (ignored) continue;  // another process has removed it
         if (OutputFile::isTemporaryName(path.filename().string())) {

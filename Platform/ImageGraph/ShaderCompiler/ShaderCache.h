@@ -10,8 +10,9 @@ namespace qv {
 
 /// Compiled shaders on disk, found by the text that they were compiled from. Files appear whole, so that
 /// several processes can share a directory; a file that is damaged, or of another kind, counts as missing and
-/// is replaced. When all together are too large, the longest unused go. Without a directory, or where it
-/// cannot be written, nothing is kept and nobody is told. Thread-safe.
+/// is replaced where it can be; files of other names are left alone. When all together are too large, the
+/// longest unused go. Without a directory, or where it cannot be written, nothing is kept and nobody is told.
+/// Thread-safe.
 class ShaderCache {
   public:
     static constexpr std::uint64_t kMostBytes = 64u << 20;
