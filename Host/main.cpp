@@ -1,5 +1,7 @@
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
+#include <new>
 #include <string>
 
 #include "Host/CommandLine.h"
@@ -34,6 +36,11 @@ int report(qv::host::ExitCode code, std::string line) {
 
 int main(int argc, char** argv) {
     using namespace qv::host;
+    // What another library throws on a thread of its own nobody can catch.
+    std::set_terminate([] {
+        fmt::print(stderr, "qvfilter: a fault that cannot be handled; memory may have run out\n");
+        std::_Exit(int(ExitCode::internal));
+    });
     CLI::App tool("Renders pictures and video through GPU effects.", "qvfilter");
     try {
         prepareSignals();
@@ -61,6 +68,8 @@ int main(int argc, char** argv) {
         return report(ExitCode::usage, std::string(error.what()) + "; see qvfilter --help");
     } catch (const Failure& failure) {
         return report(failure.code(), failure.what());
+    } catch (const std::bad_alloc&) {
+        return report(ExitCode::internal, "out of memory");
     } catch (const std::exception& error) {
         return report(ExitCode::internal, error.what());
     }

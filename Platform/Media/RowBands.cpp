@@ -4,6 +4,7 @@
 #include <condition_variable>
 #include <cstddef>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -42,7 +43,12 @@ class Workers {
   private:
     Workers() {
         const unsigned cores = std::clamp(std::thread::hardware_concurrency(), 1u, 16u);
-        for (unsigned i = 1; i < cores; ++i) threads_.emplace_back([this] { serve(); });
+        threads_.reserve(cores);
+        try {
+            for (unsigned i = 1; i < cores; ++i) threads_.emplace_back([this] { serve(); });
+        } catch (const std::system_error&) {
+            // The work is done by as many as there are.
+        }
     }
 
     ~Workers() {
