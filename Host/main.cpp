@@ -1,5 +1,7 @@
 #include <cctype>
+#include <cstdlib>
 #include <exception>
+#include <new>
 #include <string>
 
 #include "Host/CommandLine/CommandLine.h"
@@ -28,12 +30,17 @@ int report(qv::host::ExitCode code, std::string line) {
 
 int main(int argc, char** argv) {
     using namespace qv::host;
+    // What another library throws on a thread of its own nobody can catch.
+    std::set_terminate([] {
+        writeStandardError("qvfilter: a fault that cannot be handled; memory may have run out\n");
+        std::_Exit(int(ExitCode::internal));
+    });
     try {
         keepStandardStreams();
         prepareSignals();
         keepLogLines();
-        CommandParser tool("qvfilter", "Renders pictures and video through GPU effects.",
-                           QV_FILTER_VERSION, kFooter);
+        CommandParser tool("qvfilter", "Renders pictures and video through GPU effects.", QV_FILTER_VERSION,
+                           kFooter);
         addListCommand(tool);
         addShowCommand(tool);
         addGraphCommand(tool);
@@ -48,6 +55,8 @@ int main(int argc, char** argv) {
         return int(ExitCode::success);
     } catch (const Failure& failure) {
         return report(failure.code(), failure.what());
+    } catch (const std::bad_alloc&) {
+        return report(ExitCode::internal, "out of memory");
     } catch (const std::exception& error) {
         return report(ExitCode::internal, error.what());
     }

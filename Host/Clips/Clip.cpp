@@ -95,9 +95,9 @@ void ShownFrames::goTo(double seconds) {
 
 double ShownFrames::end() {
     if (const auto end = clip_->endTime()) return secondsOf(info(), *end - firstTime_);
-    // Later than any clip lasts.
-    constexpr double kFarSeconds = 1e7;
-    goTo(kFarSeconds);
+    // From so early on that the container has time stamps again before the end.
+    constexpr double kTailSeconds = 10, kFarSeconds = 1e7;
+    goTo(std::max(0.0, info().duration - kTailSeconds));
     const double end = secondsOf(info(), at(kFarSeconds).time + current_.duration - firstTime_);
     goTo(0);
     return end;

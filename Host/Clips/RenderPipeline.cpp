@@ -2,6 +2,7 @@
 
 #include <array>
 #include <exception>
+#include <system_error>
 #include <thread>
 #include <variant>
 
@@ -152,17 +153,27 @@ RenderPipeline::RenderPipeline(Parts parts) : state_(std::make_shared<State>(std
 void RenderPipeline::run(const std::function<void(std::int64_t, double)>& progress) {
     State& state = *state_;
     constexpr std::array kStages{&State::decode, &State::render, &State::await};
-    state.running = int(kStages.size());
     std::vector<std::thread> threads;
-    for (auto stage : kStages) {
+    threads.reserve(kStages.size());
+    const auto start = [&](auto stage) {
         threads.emplace_back([shared = state_, stage] {
             shared->guarded([&] { ((*shared).*stage)(); });
             std::scoped_lock lock(shared->mutex);
             --shared->running;
             shared->stageEnded.notify_all();
         });
-    }
-    state.guarded([&] { state.encode(progress); });
+        std::scoped_lock lock(state.mutex);
+        ++state.running;
+    };
+    // A stage whose thread cannot be started fails the others, too.
+    state.guarded([&] {
+        try {
+            for (auto stage : kStages) start(stage);
+        } catch (const std::system_error& error) {
+            fail(ExitCode::internal, "cannot start a thread: {}", error.code().message());
+        }
+        state.encode(progress);
+    });
     state.giveUp();
 
     std::unique_lock lock(state.mutex);

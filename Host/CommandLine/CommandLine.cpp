@@ -89,9 +89,11 @@ void checkOutput(const std::string& path, const OverwriteOptions& overwrite) {
         return;
     }
     struct stat status {};
-    if (::stat(path.c_str(), &status) != 0) return;
+    // A link that leads nowhere is something, too.
+    if (::stat(path.c_str(), &status) != 0 && ::lstat(path.c_str(), &status) != 0) return;
     if (S_ISDIR(status.st_mode)) fail(ExitCode::output, "cannot write '{}': Is a directory", path);
-    if (!S_ISREG(status.st_mode) || overwrite.yes) return;
+    const bool isLost = S_ISREG(status.st_mode) || S_ISLNK(status.st_mode);
+    if (!isLost || overwrite.yes) return;
     if (!overwrite.no && ::isatty(STDIN_FILENO) && ::isatty(STDERR_FILENO)) {
         writeStandardError(fmt::format("'{}' exists. Replace it? [y/N] ", path));
         std::string answer;

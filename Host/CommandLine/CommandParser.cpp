@@ -8,8 +8,8 @@
 #include "Host/CommandLine/Failure.h"
 #include "Host/CommandLine/StandardStreams.h"
 
-#include <CLI/CLI.hpp>
 #include <fmt/ranges.h>
+#include <CLI/CLI.hpp>
 
 namespace qv::host {
 
@@ -24,8 +24,8 @@ void requireKnownCommand(const CLI::App& tool, int argc, char** argv) {
     fail(ExitCode::usage, "there is no command '{}'; see {} --help", name, tool.get_name());
 }
 
-/// Has every command refuse values that the parser lets pass: empty ones, as a script's unset variable is, and
-/// numbers that are not finite.
+/// Has every command refuse values that the parser lets pass: empty ones, as a script's unset variable is,
+/// and numbers that are not finite.
 void checkValues(CLI::App& tool) {
     const auto isGiven = [](const std::string& value) {
         return value.empty() ? std::string("the value is empty") : std::string();

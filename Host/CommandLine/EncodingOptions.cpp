@@ -25,8 +25,7 @@ void EncodingOptions::add(const Command& command) {
     command.option("--format", writer_.container, "Container, as mp4; by the output's name, matroska for -");
     command.option("--codec", writer_.codec, "Encoder, as libx264; what suits the container");
     const CommandOption crf =
-        command.option("--crf", crf_, "Constant quality of the encoder; 18 with libx264")
-            .range(0.0, 63.0);
+        command.option("--crf", crf_, "Constant quality of the encoder; 18 with libx264").range(0.0, 63.0);
     command.option("--bitrate", bitRate_, "Bits per second instead of constant quality, as 4M").excludes(crf);
     command.option("--preset", writer_.preset, "The encoder's speed; veryfast with libx264");
     command.option("--pix-fmt", writer_.pixelFormat, "Stored pixel format, as yuv420p10le; the input's");

@@ -32,7 +32,7 @@ void prepareSignals() {
     action.sa_handler = onSignal;
     for (int signal : {SIGINT, SIGTERM, SIGHUP}) ::sigaction(signal, &action, nullptr);
     action.sa_handler = SIG_IGN;
-    ::sigaction(SIGPIPE, &action, nullptr);
+    for (int signal : {SIGPIPE, SIGXFSZ}) ::sigaction(signal, &action, nullptr);
 }
 
 DeferInterrupts::DeferInterrupts() {

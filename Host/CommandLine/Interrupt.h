@@ -3,7 +3,7 @@
 namespace qv::host {
 
 /// From now on SIGINT, SIGTERM and SIGHUP end the process as interrupted, at once unless a DeferInterrupts
-/// lives; and a closed pipe is a write error.
+/// lives; and a closed pipe and a file-size limit are write errors.
 void prepareSignals();
 
 /// While one lives, a signal only sets a flag, so that an unfinished output can be taken away.

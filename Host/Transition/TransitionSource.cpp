@@ -14,7 +14,10 @@ constexpr std::int64_t kSoundPiece = 4096;
 
 TransitionSource::TransitionSource(std::unique_ptr<TransitionTimeline> timeline, const OutputFrames& output,
                                    std::unique_ptr<AudioCrossfade> sound)
-    : timeline_(std::move(timeline)), output_(output), sound_(std::move(sound)) {}
+    : timeline_(std::move(timeline)),
+      output_(output),
+      sound_(std::move(sound)),
+      secondBegin_(timeline_->first().seconds()) {}
 
 std::int64_t TransitionSource::frameCountEstimate() const {
     return std::llround(timeline_->end() * rate());
@@ -55,6 +58,8 @@ std::optional<SourceFrame> TransitionSource::nextOfFirst() {
     if (firstSlots_++ > 0 && !frames->advance()) return std::nullopt;
     SourceFrame result{frames->current(), frames->seconds()};
     result.frame.time -= frames->firstTime();
+    secondBegin_ =
+        std::max(secondBegin_, secondsOf(frames->info(), result.frame.time + result.frame.duration));
     return result;
 }
 
@@ -76,9 +81,8 @@ std::optional<SourceFrame> TransitionSource::nextFrame() {
         }
         firstEnded_ = true;
     }
-    const double begin = timeline.first().seconds();
-    if (secondSlots_ >= std::llround((timeline.end() - begin) * rate())) return std::nullopt;
-    SourceFrame frame = slot(begin, secondSlots_++);
+    if (secondSlots_ >= std::llround((timeline.end() - secondBegin_) * rate())) return std::nullopt;
+    SourceFrame frame = slot(secondBegin_, secondSlots_++);
     if (ShownFrames* frames = timeline.second().frames()) {
         const ClipFrame& shown = frames->at(frame.seconds - timeline.start());
         if (takenAsItIs(timeline.second(), shown)) {

@@ -46,6 +46,9 @@ class TransitionSource : public FrameSource {
     std::unique_ptr<AudioCrossfade> sound_;
     std::optional<SourceFrame> waiting_;
     bool firstEnded_ = false;
+    /// Where the frames of the second clip alone begin, seconds: where the first one's last frame ends, also
+    /// where its file had told less.
+    double secondBegin_ = 0;
     std::int64_t firstSlots_ = 0, secondSlots_ = 0;  ///< given out
 };
 

@@ -7,7 +7,6 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -23,13 +22,16 @@ std::string causeOf(int number) {
     return std::generic_category().message(number);
 }
 
-/// What a link leads to, so that writing through a link keeps the link.
-std::string resolvedPath(const std::string& path) {
-    char* resolved = ::realpath(path.c_str(), nullptr);
-    if (!resolved) return path;
-    std::string result = resolved;
-    std::free(resolved);
-    return result;
+/// What a link leads to, also where nothing is there yet, so that writing through a link keeps the link.
+std::string resolvedPath(std::filesystem::path path) {
+    constexpr int kLinks = 40;  // as many as the system follows
+    std::error_code ended;
+    for (int i = 0; i < kLinks; ++i) {
+        const std::filesystem::path next = std::filesystem::read_symlink(path, ended);
+        if (ended) break;
+        path = path.parent_path() / next;
+    }
+    return path.string();
 }
 
 }  // namespace
@@ -62,6 +64,7 @@ std::unique_ptr<OutputFile> OutputFile::open(const std::string& path, std::strin
 
     struct stat status {};
     const bool exists = ::stat(path.c_str(), &status) == 0;
+    if (!exists && errno == ELOOP) return refuse(errno);
     if (exists && S_ISDIR(status.st_mode)) return refuse(EISDIR);
     if (exists && ::access(path.c_str(), W_OK) != 0) return refuse(errno);
     if (exists && !S_ISREG(status.st_mode)) {
@@ -70,21 +73,8 @@ std::unique_ptr<OutputFile> OutputFile::open(const std::string& path, std::strin
         return file;
     }
 
-    // A short name of its own, so that the longest name allowed can still be written.
-    static std::atomic<unsigned> counter{0};
-    file->target_ = exists ? resolvedPath(path) : path;
-    const std::filesystem::path directory = std::filesystem::path(file->target_).parent_path();
-    do {
-        file->temporary_ =
-            (directory / fmt::format("{}{}-{}{}", kTemporaryPrefix, ::getpid(), counter++, kTemporarySuffix))
-                .string();
-        file->descriptor_ = ::open(file->temporary_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    } while (file->descriptor_ < 0 && errno == EEXIST);
-    if (file->descriptor_ < 0) {
-        const int number = errno;
-        file->temporary_.clear();
-        return refuse(number);
-    }
+    file->target_ = resolvedPath(path);
+    if (const int number = file->openTemporary(); number != 0) return refuse(number);
     file->seekable_ = true;
     if (exists && ::fchmod(file->descriptor_, status.st_mode & 0777) != 0) return refuse(errno);
     return file;
@@ -92,6 +82,48 @@ std::unique_ptr<OutputFile> OutputFile::open(const std::string& path, std::strin
 
 bool OutputFile::isTemporaryName(std::string_view fileName) {
     return fileName.starts_with(kTemporaryPrefix) && fileName.ends_with(kTemporarySuffix);
+}
+
+/// A short name of its own, so that the longest name allowed can still be written.
+void OutputFile::nameTemporary() {
+    static std::atomic<unsigned> counter{0};
+    const std::filesystem::path directory = std::filesystem::path(target_).parent_path();
+    temporary_ =
+        (directory / fmt::format("{}{}-{}{}", kTemporaryPrefix, ::getpid(), counter++, kTemporarySuffix))
+            .string();
+}
+
+/// Opens a file in the target's directory, without a name where the system can, so that not even a crash
+/// leaves anything. An error number, or 0.
+int OutputFile::openTemporary() {
+    const std::filesystem::path directory = std::filesystem::path(target_).parent_path();
+    const std::string folder = directory.empty() ? "." : directory.string();
+    descriptor_ = ::open(folder.c_str(), O_RDWR | O_TMPFILE | O_CLOEXEC, 0666);
+    if (descriptor_ >= 0) return 0;
+    if (errno != EOPNOTSUPP && errno != EISDIR && errno != EINVAL) return errno;
+    do {
+        nameTemporary();
+        descriptor_ = ::open(temporary_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    } while (descriptor_ < 0 && errno == EEXIST);
+    const int number = errno;
+    if (descriptor_ < 0) temporary_.clear();
+    return descriptor_ < 0 ? number : 0;
+}
+
+std::string OutputFile::writtenPath() const {
+    return temporary_.empty() ? fmt::format("/proc/self/fd/{}", descriptor_) : temporary_;
+}
+
+/// Gives a file without a name one. False with `errno` set.
+bool OutputFile::linkTemporary() {
+    const std::string from = writtenPath();
+    do {
+        nameTemporary();
+        if (::linkat(AT_FDCWD, from.c_str(), AT_FDCWD, temporary_.c_str(), AT_SYMLINK_FOLLOW) == 0)
+            return true;
+    } while (errno == EEXIST);
+    temporary_.clear();
+    return false;
 }
 
 OutputFile::~OutputFile() {
@@ -128,9 +160,10 @@ std::int64_t OutputFile::size() const {
 }
 
 bool OutputFile::commit() {
-    const int descriptor = std::exchange(descriptor_, -1);
-    if (descriptor < 0) return false;
-    if (::close(descriptor) != 0) fail(errno);
+    if (descriptor_ < 0) return false;
+    const bool isNameless = !target_.empty() && temporary_.empty();
+    if (errorNumber_ == 0 && isNameless && !linkTemporary()) fail(errno);
+    if (::close(std::exchange(descriptor_, -1)) != 0) fail(errno);
     if (errorNumber_ == 0 && !temporary_.empty()) {
         if (std::rename(temporary_.c_str(), target_.c_str()) == 0) {
             temporary_.clear();

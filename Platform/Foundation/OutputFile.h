@@ -8,9 +8,10 @@
 
 namespace qv {
 
-/// A file that appears under its name only when it is whole: written under a temporary name in the same
-/// directory and renamed by commit(); removed when destroyed before. A device or a pipe is written directly,
-/// and the path "-" is standard output. One thread at a time.
+/// A file that appears under its name only when it is whole: written in the same directory without a name, or
+/// under a temporary one where the system cannot do that, and renamed by commit(); removed when destroyed
+/// before. A link is kept and what it leads to replaced. A device or a pipe is written directly, and the path
+/// "-" is standard output. One thread at a time.
 class OutputFile {
   public:
     /// Whether a file of that name is one that an interrupted program left.
@@ -28,8 +29,8 @@ class OutputFile {
     bool seek(std::int64_t position);
     std::int64_t size() const;
     bool isSeekable() const { return seekable_; }
-    /// Where the bytes are until commit(); empty for what is written directly.
-    const std::string& temporaryPath() const { return temporary_; }
+    /// Where what is written can be read again until commit(), in this process; of a seekable file.
+    std::string writtenPath() const;
 
     /// Closes and renames. False when this or any write before failed; the temporary file is then gone.
     bool commit();
@@ -42,6 +43,9 @@ class OutputFile {
   private:
     OutputFile() = default;
     void fail(int number);
+    void nameTemporary();
+    int openTemporary();
+    bool linkTemporary();
 
     std::string path_, target_, temporary_;
     int descriptor_ = -1;

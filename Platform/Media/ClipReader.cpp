@@ -28,6 +28,9 @@ namespace {
 
 using ffmpeg::rational;
 
+/// No codec in use stores a frame farther from its place in display order than this.
+constexpr double kReorderedSeconds = 2;
+
 ClipMetadata metadataOf(const AVDictionary* dictionary) {
     ClipMetadata result;
     const AVDictionaryEntry* entry = nullptr;
@@ -137,6 +140,7 @@ struct ClipReader::State {
     std::string damage;
     std::optional<ClipFrame> last;  ///< the frame decoded last
     std::deque<ClipFrame> pending;  ///< found by seek(), not yet handed out
+    bool jumped = false;            ///< whether frames are no longer read from the beginning on
 
     bool open(const std::string& path, const ClipReaderOptions& options);
     bool openInput(const std::string& path);
@@ -151,6 +155,7 @@ struct ClipReader::State {
     ColorDescription colorOf(AVPixelFormat format, AVColorSpace matrix, AVColorRange range) const;
     std::int64_t nominalDuration() const;
     std::optional<std::int64_t> lastPacketEnd() const;
+    std::optional<std::int64_t> packetEndFrom(AVFormatContext& context, std::int64_t time) const;
     void stop(const std::string& cause);
     bool fail(const std::string& cause);
 };
@@ -307,20 +312,29 @@ std::int64_t ClipReader::State::nominalDuration() const {
 
 std::optional<std::int64_t> ClipReader::State::lastPacketEnd() const {
     constexpr std::int64_t kLate = std::numeric_limits<std::int64_t>::max() / 4;
-    const int index = stream->index;
     const bool canSeek = !input->pb || (input->pb->seekable & AVIO_SEEKABLE_NORMAL);
     AVFormatContext* context = nullptr;
     if (!canSeek || avformat_open_input(&context, input->url, input->iformat, nullptr) < 0)
         return std::nullopt;
     const ffmpeg::InputContext again(context);
-    // Most containers name their streams at the beginning.
-    if (int(context->nb_streams) <= index && avformat_find_stream_info(context, nullptr) < 0)
-        return std::nullopt;
+    // Where packets have no durations of their own, they come from what is found out here.
+    if (avformat_find_stream_info(context, nullptr) < 0) return std::nullopt;
+    const std::optional<std::int64_t> last = packetEndFrom(*context, kLate);
+    // Where the container has no index, that was the last packet in the file's order, and the one that is
+    // shown last precedes it.
+    const auto reordered = std::int64_t(kReorderedSeconds / av_q2d(stream->time_base));
+    return last ? std::max(last, packetEndFrom(*context, *last - reordered)) : std::nullopt;
+}
+
+/// When the last of the frames ends whose packets follow a place in the file.
+std::optional<std::int64_t> ClipReader::State::packetEndFrom(AVFormatContext& context,
+                                                             std::int64_t time) const {
+    const int index = stream->index;
     const ffmpeg::Packet read(av_packet_alloc());
-    const bool found = read && int(context->nb_streams) > index &&
-                       av_seek_frame(context, index, kLate, AVSEEK_FLAG_BACKWARD) >= 0;
+    const bool found = read && int(context.nb_streams) > index &&
+                       av_seek_frame(&context, index, time, AVSEEK_FLAG_BACKWARD) >= 0;
     std::optional<std::int64_t> end;
-    while (found && av_read_frame(context, read.get()) >= 0) {
+    while (found && av_read_frame(&context, read.get()) >= 0) {
         const bool shown = read->stream_index == index && !(read->flags & AV_PKT_FLAG_DISCARD);
         if (shown && read->pts == AV_NOPTS_VALUE) return std::nullopt;
         if (shown) {
@@ -334,6 +348,8 @@ std::optional<std::int64_t> ClipReader::State::lastPacketEnd() const {
 
 std::optional<ClipFrame> ClipReader::State::finishFrame() {
     ClipFrame result;
+    // Where a jump landed within what the container stamps as one, nothing tells the first frames' times.
+    if (frame->best_effort_timestamp == AV_NOPTS_VALUE && jumped && !last) return std::nullopt;
     result.duration = frame->pkt_duration > 0 ? frame->pkt_duration : nominalDuration();
     result.time = frame->best_effort_timestamp;
     if (result.time == AV_NOPTS_VALUE) result.time = last ? last->time + last->duration : 0;
@@ -500,6 +516,7 @@ bool ClipReader::State::jump(std::int64_t time, int flags) {
     avcodec_flush_buffers(decoder.get());
     messages.clear();
     inputEnded = ended = false;
+    jumped = true;
     error.clear();
     damage.clear();
     last.reset();

@@ -181,7 +181,7 @@ bool ClipWriter::State::writeHeader(const std::string& path, ffmpeg::Dictionary&
     if (file->isSeekable()) {
         // Some options make the muxer read its file again.
         av_freep(&output->url);
-        output->url = av_strdup(file->temporaryPath().c_str());
+        output->url = av_strdup(file->writtenPath().c_str());
     } else if (isQuickTimeFamily(*output->oformat) && !options.has("movflags")) {
         options.set("movflags", "frag_keyframe+empty_moov+default_base_moof");
     }

@@ -230,5 +230,53 @@ TEST_F(Errors, AnExistingOutputIsKeptUnlessTold) {
     EXPECT_EQ(outputs.fileCount(), 1u);
 }
 
+TEST_F(Errors, ALinkThatLeadsNowhereIsKept) {
+    const TemporaryFolder outputs;
+    const std::string link = outputs / "link.png", there = outputs / "there.png";
+    fs::create_symlink("there.png", link);
+    Arguments command{"still", "-i", path("picture.png"), "-o", link};
+    EXPECT_EQ(qvfilter(command).exitCode, 5);
+    EXPECT_FALSE(fs::exists(there));
+    command.push_back("-y");
+    EXPECT_EQ(qvfilter(command).exitCode, 0);
+    EXPECT_TRUE(fs::is_symlink(link));
+    EXPECT_TRUE(fs::exists(there));
+}
+
+TEST_F(Errors, LimitsOfTheSystemLeaveNothing) {
+    const TemporaryFolder outputs;
+    fs::permissions(fs::path(outputs / "x").parent_path(), fs::perms::all);
+    const std::string input = outputs / "clip.mkv", output = outputs / "x.mkv";
+    writeBytes(input, readBytes(path("clip.mkv")));
+    const auto render = [&](Arguments command) {
+        command.insert(command.end(), {QV_TOOL, "render", "-y", "-i", input, "-o", output, "--quiet"});
+        const Outcome outcome = run(command);
+        const bool isDone = outcome.exitCode == 0;
+        EXPECT_EQ(outputs.fileCount(), isDone ? 2u : 1u) << testing::PrintToString(command);
+        return outcome;
+    };
+    const Outcome large = render({"prlimit", "--fsize=2000"});
+    EXPECT_EQ(large.exitCode, 5);
+    EXPECT_THAT(large.errors, HasSubstr("File too large"));
+    // What a driver does without memory is its own affair, but nothing may stay behind.
+    for (const char* limit : {"--as=300000000", "--as=500000000", "--as=650000000"})
+        EXPECT_NE(render({"prlimit", limit}).exitCode, 0) << limit;
+    // Threads are counted for others than root.
+    if (::geteuid() != 0 || render({"setpriv", "--reuid=65534", "--clear-groups"}).exitCode != 0)
+        GTEST_SKIP() << "another user cannot run the tool";
+    fs::remove(output);
+    bool failed = false, done = false;
+    for (int threads = 1; !done && threads < 100; ++threads) {
+        const Outcome outcome = render(
+            {"setpriv", "--reuid=65534", "--clear-groups", "prlimit", "--nproc=" + std::to_string(threads)});
+        EXPECT_EQ(outcome.errorLines(), outcome.exitCode == 0 ? 0u : 1u) << threads << outcome.errors;
+        EXPECT_NE(outcome.exitCode, -1) << threads;
+        done = outcome.exitCode == 0;
+        failed = failed || outcome.errors.find("cannot start a thread") != std::string::npos;
+        fs::remove(output);
+    }
+    EXPECT_TRUE(failed) << "the limits reach the stages of the pipeline";
+}
+
 }  // namespace
 }  // namespace qv

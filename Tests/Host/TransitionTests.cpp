@@ -220,6 +220,18 @@ TEST_F(Transition, OtherContainers) {
     }
 }
 
+TEST_F(Transition, ClipsWithoutAnIndex) {
+    // Neither says where its last frame ends: the last one stored is not the last one shown, or has no time.
+    for (const auto& [name, options] : {std::pair{"reordered.ts", Arguments{"-c:v", "libx264", "-bf", "2"}},
+                                        {"brief.mpg", {"-c:v", "mpeg2video", "-bf", "0"}}}) {
+        makeClip(path(name), "testsrc2=s=64x48:r=25:d=1", options);
+        const std::string output = make(name, name, "joined.mkv", {"--duration", "0.2"});
+        const std::vector<std::int64_t> times = frameTimes(output);
+        ASSERT_EQ(times.size(), 45u) << name;
+        for (std::size_t i = 1; i < times.size(); ++i) ASSERT_EQ(times[i] - times[i - 1], 40) << name << i;
+    }
+}
+
 TEST_F(Transition, WhatCannotBeIsNamed) {
     const auto expectFailure = [&](const Arguments& arguments, int code, const std::string& cause) {
         SCOPED_TRACE(testing::PrintToString(arguments));

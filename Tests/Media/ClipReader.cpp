@@ -276,9 +276,17 @@ TEST(ClipReader, seeksToTheFrameThatIsShown) {
 
 TEST(ClipReader, tellsTheEndWithoutReading) {
     const TemporaryFolder folder;
-    for (const char* name : {"clip.mp4", "clip.mkv", "clip.webm", "clip.ts", "clip.avi"}) {
+    // With frames that are stored after later ones, and in a container that tells no durations.
+    for (const auto& [name, options] : {std::pair{"clip.mp4", ""},
+                                        {"clip.mkv", ""},
+                                        {"clip.webm", ""},
+                                        {"clip.ts", ""},
+                                        {"reordered.ts", "-c:v libx264 -bf 2"},
+                                        {"old.ts", "-c:v mpeg2video -bf 2"},
+                                        {"clip.avi", ""}}) {
         const std::string path = folder / name;
-        ffmpeg("-f lavfi -i testsrc2=s=64x48:r=30000/1001:d=3 -g 12 '" + path + "'");
+        ffmpeg("-f lavfi -i testsrc2=s=64x48:r=30000/1001:d=3 -g 12 " + std::string(options) + " '" + path +
+               "'");
         const auto reader = ClipReader::open(path);
         ASSERT_TRUE(reader) << name;
         const auto end = reader->endTime();
