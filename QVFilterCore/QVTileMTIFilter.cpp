@@ -18,6 +18,7 @@ const QVFilterClass QVTileMTIFilterClass{
                 .help = "width and height of the area; 0,0 is the picture's own",
                 .maximum = kMaximumImageSide,
                 .unit = QVUnit::pixels,
+                .step = 1,
             }),
         },
 };

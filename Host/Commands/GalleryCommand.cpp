@@ -208,7 +208,7 @@ class Gallery {
                       {{"size", side(sizes_.preview)},
                        {"seconds", kPreviewSeconds},
                        {"rate", kPreviewRate},
-                       {"hold", kPassageHold}}},
+                       {"hold", kTransitionHold}}},
                      {"costSize", side(kCostSize)},
                      {"sheet", options_.sheet},
                      {"categories", categories()},

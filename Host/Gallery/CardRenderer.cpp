@@ -31,14 +31,14 @@ MTIImage resized(const MTIImage& image, PixelSize size) {
     return image.size() == sidesOf(size) ? image : image.resize(sidesOf(size));
 }
 
-double passageProgress(double time) {
-    return std::clamp((time - kPassageHold) / (kPreviewSeconds - 2 * kPassageHold), 0.0, 1.0);
+double transitionProgress(double time) {
+    return std::clamp((time - kTransitionHold) / (kPreviewSeconds - 2 * kTransitionHold), 0.0, 1.0);
 }
 
-/// The first frame of a passage that is at least that far.
-int passageFrame(double progress) {
+/// The first frame of a transition that is at least that far.
+int transitionFrame(double progress) {
     int frame = 0;
-    while (passageProgress(previewTime(frame)) < progress) ++frame;
+    while (transitionProgress(previewTime(frame)) < progress) ++frame;
     return frame;
 }
 
@@ -50,14 +50,14 @@ class PreviewFilter {
           sweep_(sweep),
           filter_(makeFilterOnClip(choice_, {.time = 0.0, .startTime = 0.0, .endTime = kPreviewSeconds})) {
         setUnlessGiven(*filter_, choice_, "timeRange",
-                       CMTimeRangeMakeWithSeconds(kPassageHold, kPreviewSeconds - 2 * kPassageHold));
+                       CMTimeRangeMakeWithSeconds(kTransitionHold, kPreviewSeconds - 2 * kTransitionHold));
     }
 
     MTIImage at(int frame, const GalleryScene& scene) {
         const QVFilterClass& filterClass = *choice_.filterClass;
         const double time = previewTime(frame);
         setUnlessGiven(*filter_, choice_, timeProperty(filterClass), time);
-        setUnlessGiven(*filter_, choice_, "progress", passageProgress(time));
+        setUnlessGiven(*filter_, choice_, "progress", transitionProgress(time));
         if (sweep_) {
             const double there = 0.5 - 0.5 * std::cos(2 * std::numbers::pi * time / kPreviewSeconds);
             sweep_->property->set(*filter_, sweep_->from + (sweep_->to - sweep_->from) * there);
@@ -148,7 +148,7 @@ CardPictures CardRenderer::render(const QVFilterClass& filterClass) {
         changed = changes(pictures.frames, scene);
     }
     const bool hasIncoming = filterClass.input(QVInputRole::incoming);
-    const int frame = hasIncoming ? passageFrame(kPassageProgress) : telling(changed);
+    const int frame = hasIncoming ? transitionFrame(kTransitionProgress) : telling(changed);
     pictures.moment = previewTime(frame);
     const EffectChoice plain{&filterClass};
     pictures.after = still(PreviewFilter(plain, pictures.sweep).at(frame, scene), sizes_.render);

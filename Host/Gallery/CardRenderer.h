@@ -10,8 +10,8 @@
 
 namespace qv::host {
 
-/// A passage rests on either clip for a moment, so that a viewer sees what leads to what.
-inline constexpr double kPassageHold = 0.5;
+/// A transition rests on either clip for a moment, so that a viewer sees what leads to what.
+inline constexpr double kTransitionHold = 0.5;
 
 /// Sizes of a gallery's pictures. Frames are rendered larger than they are shown, where that is cheap: edges
 /// are smooth then, and what is counted in pixels comes closer to the size that it has in a clip.
@@ -40,7 +40,7 @@ struct CardPictures {
     std::vector<PixelBuffer> frames;  ///< of the preview, as the encoder takes them
     double moment = 0;                ///< seconds into the preview
     Bitmap after, before;
-    Bitmap incoming;  ///< only of a passage, whose outgoing frame is `before`
+    Bitmap incoming;  ///< only of a transition, whose outgoing frame is `before`
     std::vector<CardStill> stills;
     bool changes = true;  ///< false when every frame is the source's
     std::optional<CardSweep> sweep;

@@ -20,7 +20,7 @@ inline double previewTime(int frame) {
 
 /// What the user gave to show the classes on. Without clips a drawn scene is taken.
 struct GalleryFiles {
-    std::vector<std::string> clips;  ///< the first, and for passages the incoming one
+    std::vector<std::string> clips;  ///< the first, and for transitions the incoming one
     std::string mask;                ///< of the first clip's subject
 };
 

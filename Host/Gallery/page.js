@@ -272,10 +272,9 @@
     setTimeout(() => { button.textContent = "Copy"; }, 1600);
   }
 
-  const kAsGoodAsUnlimited = 1e9;
   function rangeOf(property) {
     if (property.variants) return property.variants.map((name, value) => `${value} ${name}`).join(", ");
-    if (property.min === null || property.max >= kAsGoodAsUnlimited) return "";
+    if (property.min === null) return property.unit ?? "";
     return [`${property.min} to ${property.max}`, property.unit].filter(Boolean).join(" ");
   }
   const valueOf = (value) => (Array.isArray(value) ? value.join(", ") || "none" : String(value));
@@ -310,9 +309,9 @@
   }
 
   function slider(stage) {
-    const [label, from, to] = stage.isPassage ? ["Progress", "From", "To"] : ["Share that shows the source", "After", "Before"];
+    const [label, from, to] = stage.isTransition ? ["Progress", "From", "To"] : ["Share that shows the source", "After", "Before"];
     const input = make("input", { type: "range", min: "0", max: "100", value: "0", "aria-label": label,
-      oninput: () => (Number(input.value) || stage.isPassage ? stage.compareAt(input.value / 100) : stage.compareEnd()) });
+      oninput: () => (Number(input.value) || stage.isTransition ? stage.compareAt(input.value / 100) : stage.compareEnd()) });
     stage.root.addEventListener("pointerleave", () => { input.value = 0; });
     return make("div", { class: "slider" }, make("span", {}, from), input, make("span", {}, to));
   }

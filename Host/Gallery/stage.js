@@ -41,7 +41,7 @@
   class Stage {
     constructor(entry, onOpen) {
       this.entry = entry;
-      this.isPassage = Boolean(entry.card.incoming);
+      this.isTransition = Boolean(entry.card.incoming);
       this.visible = false;
       this.choice = null;  // the viewer's own play or pause, until the picture leaves the view
       this.root = make("div", { class: "stage" });
@@ -125,10 +125,10 @@
       this.button.setAttribute("aria-label", `${playing ? "Pause" : "Play"} ${this.entry.name}`);
     }
 
-    // Comparing: an effect is wiped over its source; a passage is moved through.
+    // Comparing: an effect is wiped over its source; a transition is moved through.
     compareAt(share) {
       this.stepped = 0;
-      if (this.isPassage) return this.scrub(share);
+      if (this.isTransition) return this.scrub(share);
       this.compareStart();
       this.setCut(share);
     }
@@ -197,12 +197,12 @@
         else this.drop("video");
       }
     }
-    /** Before, after: by tap and by key. A passage shows where it begins, where it ends, and itself again. */
+    /** Before, after: by tap and by key. A transition shows where it begins, where it ends, and itself again. */
     step() {
       if (!this.after) return;
-      const next = ((this.stepped || 0) + 1) % (this.isPassage ? 3 : 2);
+      const next = ((this.stepped || 0) + 1) % (this.isTransition ? 3 : 2);
       if (next === 0) return this.compareEnd();
-      if (this.isPassage) {
+      if (this.isTransition) {
         this.compareEnd();
         const [file, label] = next === 1 ? [this.entry.card.before, "From"] : [this.entry.card.incoming, "To"];
         this.showing = this.picture(file, "");

@@ -24,7 +24,8 @@ std::string_view driverName(const QVFilterClass& filterClass, const QVProperty& 
 }
 
 Json propertyToJSON(const QVFilterClass& filterClass, const QVProperty& property, const QVMTIFilter& fresh) {
-    const bool ranged = property.hasNumbers() || !property.variants.empty();
+    const bool ranged =
+        property.maximum < kUnlimited && (property.hasNumbers() || !property.variants.empty());
     Json json = {
         {"name", property.name}, {"title", property.displayTitle()}, {"type", typeName(property.type)}};
     json["min"] = ranged ? Json(shortestNumber(property.minimum)) : Json();
@@ -52,8 +53,12 @@ Json inputToJSON(const QVInput& input) {
 std::string propertyLine(const QVProperty& property, const QVMTIFilter& fresh) {
     std::string range = rangeText(property);
     if (!property.variants.empty()) range = fmt::format("{}", fmt::join(property.variants, ", "));
-    const std::string initial = propertyValueToText(property.get(fresh));
-    return fmt::format("    {:<24} {:<10} {:<22} {}: {} (default {})\n", property.name,
+    const QVPropertyValue value = property.get(fresh);
+    const std::string initial =
+        property.variants.empty()
+            ? propertyValueToText(value)
+            : std::string(property.variants[std::size_t(std::get<std::int64_t>(value))]);
+    return fmt::format("    {:<24} {:<10} {:<28} {}: {} (default {})\n", property.name,
                        typeName(property.type), range, property.displayTitle(), property.help,
                        initial.empty() ? "none" : initial);
 }
@@ -115,7 +120,7 @@ std::string classToText(const QVFilterClass& filterClass) {
 
     text += "  inputs\n";
     for (const QVInput& input : filterClass.allInputs()) {
-        text += fmt::format("    {:<24} {:<10} {:<22} {}\n", input.name, roleName(input.role),
+        text += fmt::format("    {:<24} {:<10} {:<28} {}\n", input.name, roleName(input.role),
                             input.isRequired ? "" : "optional", input.help);
     }
     const auto properties = filterClass.allProperties();

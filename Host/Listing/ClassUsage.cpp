@@ -19,7 +19,7 @@ std::vector<std::string> settings(const QVFilterClass& filterClass, const std::s
     if (filterClass.property("effectValue") && !filterClass.ignores("effectValue"))
         all.push_back(fmt::format("effectValue={}", shortestNumber(filterClass.defaultStrength())));
     if (!filterClass.isTransition() && filterClass.property("progress"))
-        all.push_back(fmt::format("progress={}", kPassageProgress));
+        all.push_back(fmt::format("progress={}", kTransitionProgress));
     if (!setting.empty()) all.push_back(setting);
     return all;
 }

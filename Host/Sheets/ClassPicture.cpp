@@ -7,7 +7,7 @@ namespace qv::host {
 Bitmap classPicture(const QVFilterClass& filterClass, const FilterInputs& inputs, std::optional<double> time,
                     MTIContext& context) {
     EffectChoice choice{&filterClass};
-    if (filterClass.property("progress")) choice.addSetting(fmt::format("progress={}", kPassageProgress));
+    if (filterClass.property("progress")) choice.addSetting(fmt::format("progress={}", kTransitionProgress));
     // Animations rest for much of their clip; early on they all show.
     const bool animation = filterClass.categoryOrInherited() == QVFilterCategory::animation;
     const auto filter = makeFilterOnClip(

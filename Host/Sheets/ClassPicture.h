@@ -7,12 +7,12 @@
 
 namespace qv::host {
 
-/// One picture that tells what a class does to the inputs: a passage at kPassageProgress, everything else at
-/// `time` seconds or, without, at a moment that suits its category. Fails as internal or device.
+/// One picture that tells what a class does to the inputs: a transition at kTransitionProgress, everything
+/// else at `time` seconds or, without, at a moment that suits its category. Fails as internal or device.
 Bitmap classPicture(const QVFilterClass& filterClass, const FilterInputs& inputs, std::optional<double> time,
                     MTIContext& context);
 
-/// Just before the middle, where many passages hide everything behind a flash or a blur.
-inline constexpr double kPassageProgress = 0.4;
+/// Just before the middle, where many transitions hide everything behind a flash or a blur.
+inline constexpr double kTransitionProgress = 0.4;
 
 }  // namespace qv::host

@@ -18,7 +18,7 @@ UIFont labelFont(double size);
 /// The largest font size, up to `size`, at which the text fits.
 UIFont fittingFont(const std::string& text, double size, double width);
 
-/// Moments of a passage side by side, each drawn into `frame` pixels, with its progress below it. Nil when
+/// Moments of a transition side by side, each drawn into `frame` pixels, with its progress below it. Nil when
 /// that is too wide.
 struct StripFrame {
     double progress;

@@ -1,4 +1,4 @@
-// The passages that distort the picture: what their passes are told and in which order they run, and that
+// The transitions that distort the picture: what their passes are told and in which order they run, and that
 // they cut, start and come to rest as they should. The expected values lie on the easing curves at the curve
 // parameter one half, where a coordinate is 0.375 (c1 + c2) + 0.125 of its two control values, unless a
 // comment says otherwise.
@@ -212,14 +212,14 @@ TEST(LiquidTransitions, CurrentsDependOnTheDurationsValueAlone) {
     EXPECT_NE(warpOf({{0, 600}, {600, 600}}), warpOf({{0, 600}, {1200, 600}}));
 }
 
-constexpr const char* kPassages[] = {"QVTurbulenceBlendMTIFilter", "QVTurbulenceTransitionMTIFilter",
+constexpr const char* kTransitions[] = {"QVTurbulenceBlendMTIFilter", "QVTurbulenceTransitionMTIFilter",
                                      "QVLiquidStretchFilter",      "QVOpticaCompensationFilter",
                                      "QVRotationWarpFilter",       "QVFishEyeLensFilter",
                                      "QVFishEyeRollFilter",        "QVKaleidoscopeChangeFilter",
                                      "QVKaleidoscopeMoveFilter"};
 
 TEST(LiquidTransitions, StartFromRestAndComeToRest) {
-    for (const char* name : kPassages) {
+    for (const char* name : kTransitions) {
         auto filter = transition(name, 0);
         const MTIImage second = plainImage(64, 36, {0.9f, 0.3f, 0.1f, 1});
         for (bool ends : {false, true}) {
@@ -235,7 +235,7 @@ TEST(LiquidTransitions, StartFromRestAndComeToRest) {
 
 TEST(LiquidTransitions, CutInTheMiddle) {
     const MTIImage red = plainImage(40, 40, {1, 0, 0, 1}), blue = plainImage(40, 40, {0, 0, 1, 1});
-    for (const char* name : kPassages) {
+    for (const char* name : kTransitions) {
         const std::string_view text = name;
         if (text.starts_with("QVTurbulence") || text == "QVFishEyeLensFilter") continue;
         auto filter = transition(name, 0);
@@ -251,7 +251,7 @@ TEST(LiquidTransitions, CutInTheMiddle) {
 }
 
 TEST(LiquidTransitions, DistortInTheMiddle) {
-    for (const char* name : kPassages) {
+    for (const char* name : kTransitions) {
         const std::string_view text = name;
         // A dissolve of a picture into itself; and the lens has almost come to rest by then.
         if (text == "QVTurbulenceBlendMTIFilter") continue;

@@ -117,7 +117,7 @@ TEST_P(EveryClass, StartsAtItsDefaultsHoweverItIsMade) {
 
 /// Values of a property besides its own.
 std::vector<QVPropertyValue> othersThanNow(const QVProperty& property, const QVMTIFilter& filter) {
-    const double from = property.minimum, to = property.maximum, between = from + 0.3 * (to - from);
+    const double from = property.minimum, to = property.maximum, between = from + 0.37 * (to - from);
     switch (property.type) {
         case QVPropertyType::boolean:
             return {!std::get<bool>(property.get(filter))};

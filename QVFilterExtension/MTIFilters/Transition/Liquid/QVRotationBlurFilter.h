@@ -6,7 +6,7 @@ namespace qv {
 
 extern const QVFilterClass QVRotationBlurFilterClass;
 
-/// A blur around the middle of the frame, as of a picture that spins: none at the ends of the passage,
+/// A blur around the middle of the frame, as of a picture that spins: none at the ends of the transition,
 /// strongest in the middle.
 class QVRotationBlurFilter : public QVLiquidTransitionMTIFilter {
   public:

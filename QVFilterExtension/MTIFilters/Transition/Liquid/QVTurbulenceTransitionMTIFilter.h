@@ -7,7 +7,7 @@ namespace qv {
 extern const QVFilterClass QVTurbulenceTransitionMTIFilterClass;
 
 /// The two clips dissolve while currents of a turbulent liquid tear the picture apart and settle again.
-/// Passages of the same duration have the same currents.
+/// Transitions of the same duration have the same currents.
 class QVTurbulenceTransitionMTIFilter : public QVLiquidTransitionMTIFilter {
   public:
     explicit QVTurbulenceTransitionMTIFilter(

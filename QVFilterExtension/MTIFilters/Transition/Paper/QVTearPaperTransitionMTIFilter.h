@@ -9,7 +9,7 @@ namespace qv {
 
 extern const QVFilterClass QVTearPaperTransitionMTIFilterClass;
 
-/// Common part of the passages that show clips on pieces of torn paper: assets drawn at the size of
+/// Common part of the transitions that show clips on pieces of torn paper: assets drawn at the size of
 /// `inputImage1` (W × H, below). A file that is missing leaves the canvas empty.
 class QVTearPaperTransitionMTIFilter : public QVTransitionMTIFilter {
   public:
