@@ -1,4 +1,5 @@
 // The picture taken apart into copies of one colour each, which swing around it; together they are white.
+#include "borders.glsl"
 #include "color.glsl"
 #include "frame.glsl"
 #include "wave.glsl"
@@ -17,7 +18,7 @@ vec2 copyPlace(int index, vec2 turned) {
 
 #define COPY(index) \
     if (filterNum > index) { \
-        vec4 copied = readPixel(0, ivec2(mirrorAtEdges(uv + copyPlace(index, turned) * reach) * size)); \
+        vec4 copied = readPixel(0, pixelAt(mirrorAtEdges(uv + copyPlace(index, turned) * reach) * size)); \
         color.rgb += copied.rgb * tint(index); \
         color.a += copied.a; \
         white += tint(index); \

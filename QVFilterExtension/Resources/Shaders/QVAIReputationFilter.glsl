@@ -1,4 +1,5 @@
 // The picture repeated along a line, each repetition fainter than the one before.
+#include "borders.glsl"
 #include "frame.glsl"
 
 uniform float angleValue;     // direction of the line, turns anticlockwise from the right
@@ -10,9 +11,9 @@ vec4 QVAIReputationFilter(vec2 uv) {
     vec2 size = inputSize(0);
     vec2 direction = vec2(cos(angleValue * 6.2831853), -sin(angleValue * 6.2831853));
     vec2 step1 = direction * distanceValue * 0.5 * min(size.x, size.y) / size;
-    vec4 first = readHere(0), second = readPixel(0, ivec2(mirrorAtEdges(uv - step1) * size));
-    vec4 third = readPixel(0, ivec2(mirrorAtEdges(uv - 2.0 * step1) * size));
-    vec4 fourth = readPixel(0, ivec2(mirrorAtEdges(uv - 3.0 * step1) * size));
+    vec4 first = readHere(0), second = readPixel(0, pixelAt(mirrorAtEdges(uv - step1) * size));
+    vec4 third = readPixel(0, pixelAt(mirrorAtEdges(uv - 2.0 * step1) * size));
+    vec4 fourth = readPixel(0, pixelAt(mirrorAtEdges(uv - 3.0 * step1) * size));
     // Bright parts shine through what lies on them, from repetition to repetition colder; the rest shows as in a multiple
     // exposure.
     vec4 shining = max(max(first, second * vec4(0.88, 0.83, 0.9, 1.0)),

@@ -1,4 +1,6 @@
 // A punch towards the viewer: translucent copies fly out of the picture and settle back into it.
+#include "borders.glsl"
+
 uniform float amplitude;    // how hard the blow is
 uniform float period;       // place in the beat, 0..1; the blow is at 0
 selector int filterNumber;  // of copies, 0 to 8
@@ -18,7 +20,7 @@ vec4 withCopy(vec4 color, vec4 copied, float index) {
 
 #define COPY(index) \
     if (filterNumber >= index) { \
-        vec4 copied = readPixel(0, ivec2(flownPlace(away, float(index)) * inputSize(0))); \
+        vec4 copied = readPixel(0, pixelAt(flownPlace(away, float(index)) * inputSize(0))); \
         cover = max(cover, copied.a); \
         color = withCopy(color, copied, float(index)); \
     }

@@ -1,5 +1,6 @@
 // A pen drawing on paper: outlines, and up to three layers of hatching that cross where the picture is darker. At low
 // strength the picture still shows under the ink as a wash of colour.
+#include "borders.glsl"
 #include "color.glsl"
 #include "noise.glsl"
 
@@ -16,7 +17,7 @@ float strokes(vec2 p, vec2 direction, float wobble, float tone, float soft) {
 vec4 QVCrosshatchMTIFilter(vec2 uv) {
     vec2 size = outputSize();
     float shortSide = min(size.x, size.y);
-    int reach = int(max(shortSide / 480.0 + 0.5, 1.0));
+    int reach = int(nearestPixels(shortSide / 480.0));
     ivec2 pixel = pixelHere();
     vec4 here = readHere(0);
     float a = luma(readPixel(0, pixel - ivec2(reach)).rgb), b = luma(readPixel(0, pixel + ivec2(reach)).rgb);

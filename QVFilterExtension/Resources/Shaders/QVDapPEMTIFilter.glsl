@@ -1,5 +1,6 @@
 // A tap from below on the beat: the picture hops off a polished floor, gives way softly where it lands, and hops once
 // more. Under it the floor mirrors it, darker the higher it flies.
+#include "borders.glsl"
 #include "motion.glsl"
 
 uniform float effectValue;  // 1: by a quarter of the frame's height
@@ -21,7 +22,7 @@ float landing(float moment, float lasts) {
 
 vec4 tap(vec2 place) {
     vec2 size = inputSize(0);
-    return readPixel(0, ivec2(place.x, size.y - abs(size.y - abs(place.y))));
+    return readPixel(0, pixelAt(vec2(place.x, size.y - abs(size.y - abs(place.y)))));
 }
 
 vec4 QVDapPEMTIFilter(vec2 uv) {

@@ -1,12 +1,13 @@
 // The picture sinks into the dark and its edges light up like neon tubes: coloured things in their own colours, grey
 // ones in a cyan and magenta that flow slowly across.
+#include "borders.glsl"
 #include "color.glsl"
 
 uniform float iTime;
 uniform float effectValue;
 
 vec4 QVEdgeMTIFilter(vec2 uv) {
-    int reach = int(max(min(outputSize().x, outputSize().y) / 480.0 + 0.5, 1.0));
+    int reach = int(nearestPixels(min(outputSize().x, outputSize().y) / 480.0));
     ivec2 pixel = pixelHere();
     vec4 here = readHere(0);
     vec3 a = readPixel(0, pixel + ivec2(-reach, -reach)).rgb, b = readPixel(0, pixel + ivec2(0, -reach)).rgb;

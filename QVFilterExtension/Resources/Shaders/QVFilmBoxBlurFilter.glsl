@@ -1,12 +1,13 @@
 // A cross-fade under a box blur, four times as wide as high. Inputs: outgoing, incoming.
+#include "borders.glsl"
 #include "frame.glsl"
 #include "motion.glsl"
 
 uniform float progress;
 
 #define TAP(x, y) \
-    (readPixel(0, ivec2(place + reach * vec2(x, y))) * before + \
-     readPixel(1, ivec2((place + reach * vec2(x, y)) * toSecond)) * progress)
+    (readPixel(0, pixelAt(place + reach * vec2(x, y))) * before + \
+     readPixel(1, pixelAt((place + reach * vec2(x, y)) * toSecond)) * progress)
 
 vec4 QVFilmBoxBlurFilter(vec2 uv) {
     vec2 size = outputSize(), toSecond = inputSize(1) / size;

@@ -1,10 +1,11 @@
 // The mean of the frame along a vertical line.
+#include "borders.glsl"
 #include "frame.glsl"
 #include "motion.glsl"
 
 uniform float radius;  // half the line's length, 1/1080 of the frame's shorter side
 
-#define TAP(k) readPixel(0, ivec2(x, mirrorAtEdges(vec2(0.0, y + (k) * between)).y * size.y))
+#define TAP(k) readPixel(0, pixelAt(vec2(x, mirrorAtEdges(vec2(0.0, y + (k) * between)).y * size.y)))
 
 vec4 QVFilmTransitionMotionBlurFilter(vec2 uv) {
     vec2 size = outputSize();

@@ -1,11 +1,12 @@
 // Taps along the way that a pixel moves over when the picture rolls by behind a lens: sideways, and outwards more the
 // farther out it is.
+#include "borders.glsl"
 #include "liquid.glsl"
 #include "motion.glsl"
 
 uniform float progress;  // linear
 
-vec4 tapAt(vec2 place) { return readPixel(0, ivec2(mirroredPixel(place, outputSize()))); }
+vec4 tapAt(vec2 place) { return readPixel(0, pixelAt(mirroredPixel(place, outputSize()))); }
 
 vec4 QVFishEyeBlurFilter(vec2 uv) {
     vec2 size = outputSize();

@@ -1,5 +1,6 @@
 // Four quarters, each a window: the outgoing clip leaves it and the incoming one follows. The upper left quarter moves
 // up, the next ones clockwise right, down and left, one a little after the other.
+#include "borders.glsl"
 #include "easing.glsl"
 #include "shutter.glsl"
 
@@ -17,8 +18,8 @@ vec4 scene(vec2 place, float moment) {
     vec2 outside = abs(from * (1.0 / window) - 0.5);
     bool incoming = max(outside.x, outside.y) >= 0.5;
     from += origin + (incoming ? way * window : vec2(0.0));
-    vec4 next = readPixel(1, ivec2((incoming ? from : place) * (inputSize(1) / size)));
-    vec4 last = readPixel(0, ivec2(incoming ? place : from));
+    vec4 next = readPixel(1, pixelAt((incoming ? from : place) * (inputSize(1) / size)));
+    vec4 last = readPixel(0, pixelAt(incoming ? place : from));
     // The one comes out of nothing and the other fades while it is a sliver, which would flash.
     return mix(last, next, incoming ? min(moved * 7.0, 1.0) : max(moved * 7.0 - 6.0, 0.0));
 }

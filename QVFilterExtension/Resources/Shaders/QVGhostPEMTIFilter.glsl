@@ -1,5 +1,7 @@
 // On the beat three copies leave the picture one after the other as pale light, fly towards the viewer and fade, while
 // the picture itself sinks into the dark for a moment.
+#include "borders.glsl"
+
 uniform float effectValue;
 uniform float progress;  // 0..1 through the beat, 0 at rest
 
@@ -15,7 +17,7 @@ vec2 flight(float late) {
 // The light of a copy so much larger, without its shadows. It never lies still and is never opaque: nobody sees that it
 // is not interpolated.
 vec3 ghost(vec2 away, float scale) {
-    vec3 light = readPixel(0, ivec2(0.5 * inputSize(0) + away * (1.0 / scale))).rgb;
+    vec3 light = readPixel(0, pixelAt(0.5 * inputSize(0) + away * (1.0 / scale))).rgb;
     return light * (0.25 + 0.75 * light);
 }
 

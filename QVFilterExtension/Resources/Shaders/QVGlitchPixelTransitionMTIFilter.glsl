@@ -1,5 +1,6 @@
 // Pixels grow to blocks, patch by patch and level by level; at their largest they are swapped for the other clip's,
 // and shrink again. Inputs: outgoing, incoming.
+#include "borders.glsl"
 #include "glitch.glsl"
 
 uniform float progress;
@@ -9,7 +10,7 @@ vec4 QVGlitchPixelTransitionMTIFilter(vec2 uv) {
     vec2 frame = inputSize(0);
     Burst burst = burstAt(progress, start, duration);
     vec2 perShortSide = frame / min(frame.x, frame.y);
-    vec2 p = uv * perShortSide;
+    vec2 p = offBorders(uv) * perShortSide;
 
     // A patch has its own time; its blocks are halves of halves of it. 0: whole, 6: a 64th, above: not seen.
     vec4 patchDraw = particleDraw(floor(p * 5.0), 41.0);
@@ -31,10 +32,10 @@ vec4 QVGlitchPixelTransitionMTIFilter(vec2 uv) {
     vec2 size1 = inputSize(1);
     vec2 a = corner + side * vec2(0.27, 0.31), b = corner + side * vec2(0.74, 0.24);
     vec2 c = corner + side * vec2(0.22, 0.77), d = corner + side * vec2(0.69, 0.71);
-    vec4 before = readPixel(0, ivec2(a * frame)) + readPixel(0, ivec2(b * frame)) +
-                  readPixel(0, ivec2(c * frame)) + readPixel(0, ivec2(d * frame));
-    vec4 after = readPixel(1, ivec2(a * size1)) + readPixel(1, ivec2(b * size1)) +
-                 readPixel(1, ivec2(c * size1)) + readPixel(1, ivec2(d * size1));
+    vec4 before = readPixel(0, pixelAt(a * frame)) + readPixel(0, pixelAt(b * frame)) +
+                  readPixel(0, pixelAt(c * frame)) + readPixel(0, pixelAt(d * frame));
+    vec4 after = readPixel(1, pixelAt(a * size1)) + readPixel(1, pixelAt(b * size1)) +
+                 readPixel(1, pixelAt(c * size1)) + readPixel(1, pixelAt(d * size1));
     vec4 color = mix(before, after, incoming) * 0.25;
 
     // Each block is lit by itself, few in false colours.

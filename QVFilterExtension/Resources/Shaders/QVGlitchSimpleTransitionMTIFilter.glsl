@@ -1,5 +1,6 @@
 // The lesser damage: colours part sideways, a few lines tear, and the clips flicker before the cut holds.
 // Inputs: outgoing, incoming.
+#include "borders.glsl"
 #include "glitch.glsl"
 
 uniform float progress;
@@ -9,7 +10,7 @@ vec4 QVGlitchSimpleTransitionMTIFilter(vec2 uv) {
     vec2 frame = inputSize(0);
     Burst burst = burstAt(progress, start, duration);
     vec2 perShortSide = frame / min(frame.x, frame.y);
-    float y = uv.y * perShortSide.y;
+    float y = offBorders(uv).y * perShortSide.y;
     vec4 mood = particleDraw(vec2(burst.number, 1.0), 23.0);
 
     // Three tears of different heights, each with frayed lines.

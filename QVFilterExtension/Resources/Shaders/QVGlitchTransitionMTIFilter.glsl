@@ -1,5 +1,6 @@
 // A damaged digital stream: slices slip, blocks lie where they do not belong, colours part, and the other clip breaks
 // in block by block. Inputs: outgoing, incoming.
+#include "borders.glsl"
 #include "glitch.glsl"
 
 uniform float progress;
@@ -9,7 +10,7 @@ vec4 QVGlitchTransitionMTIFilter(vec2 uv) {
     vec2 frame = inputSize(0);
     Burst burst = burstAt(progress, start, duration);
     vec2 perShortSide = frame / min(frame.x, frame.y);
-    vec2 p = uv * perShortSide;
+    vec2 p = offBorders(uv) * perShortSide;
     vec4 mood = particleDraw(vec2(burst.number, 1.0), 5.0);
 
     // Slices of two heights slip sideways; some of the thin ones hold a pixel for a while.
@@ -29,7 +30,7 @@ vec4 QVGlitchTransitionMTIFilter(vec2 uv) {
 
     vec2 place = uv + moved / perShortSide;
     float held = torn * step(thin.z, 0.45);
-    place.x = mix(place.x, floor(place.x * 9.0) / 9.0 + 0.02, held);
+    place.x = mix(place.x, floor((offBorders(uv) + moved / perShortSide).x * 9.0) / 9.0 + 0.02, held);
 
     // The other clip: a patch is replaced once and for all, hit blocks run ahead or lag behind.
     float patchDraw = particleDraw(vec2(coarse.y, floor(coarse.x * 0.5)), 7.0).x;

@@ -1,4 +1,5 @@
 // A thermal camera: brightness becomes heat in false colours, and bright isotherms wander from cold to hot.
+#include "borders.glsl"
 #include "color.glsl"
 
 uniform float iTime;
@@ -14,7 +15,7 @@ float heatAt(ivec2 pixel) { return luma(readPixel(0, pixel).rgb); }
 
 vec4 QVHotlineMTIFilter(vec2 uv) {
     // The sensor is coarse: heat is the mean of two rings around the pixel, its slope their differences.
-    int reach = int(max(min(outputSize().x, outputSize().y) / 170.0, 1.0));
+    int reach = int(wholePixels(min(outputSize().x, outputSize().y) / 170.0));
     int diagonal = (reach * 3 + 3) / 2;
     ivec2 pixel = pixelHere();
     vec4 here = readHere(0);

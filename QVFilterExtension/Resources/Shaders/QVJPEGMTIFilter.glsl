@@ -1,6 +1,7 @@
 // A picture saved too often: blocks of a few coarse cosine coefficients, colours in blocks of twice the side, ringing
 // where there is contrast. The file is damaged too: six times a second other rows of blocks slip and lose their
 // colour.
+#include "borders.glsl"
 #include "noise.glsl"
 #include "wave.glsl"
 
@@ -18,7 +19,7 @@ float brightness(ivec2 pixel) { return dot(readPixel(0, pixel).rgb, vec3(0.299, 
 
 vec4 QVJPEGMTIFilter(vec2 uv) {
     float shortSide = min(outputSize().x, outputSize().y);
-    int side = max(int(shortSide / mix(110.0, 32.0, effectValue) * 0.25) * 4, 4);  // pixels, whole quarters
+    int side = int(wholePixels(shortSide / mix(110.0, 32.0, effectValue) * 0.25)) * 4;  // pixels, whole quarters
     ivec2 pixel = pixelHere();
     ivec2 block = ivec2((vec2(pixel) + 0.5) / float(side));
     float slot = mod(floor(iTime * 6.0), 65536.0);

@@ -1,4 +1,5 @@
 // Strips that carry the outgoing clip and, next to it, the incoming one; neighbours move opposite ways.
+#include "borders.glsl"
 #include "easing.glsl"
 #include "shutter.glsl"
 
@@ -28,8 +29,8 @@ vec4 scene(vec2 place, float moment) {
     else if (inRows()) from.x += way * size.x;
     else from.y += way * size.y;
     if (type == 4) from = size * (1.0 - abs(mod(from * (1.0 / size), 2.0) - 1.0));
-    vec4 next = readPixel(1, ivec2(from * (inputSize(1) / size)));
-    return incoming ? next : readPixel(0, ivec2(from));
+    vec4 next = readPixel(1, pixelAt(from * (inputSize(1) / size)));
+    return incoming ? next : readPixel(0, pixelAt(from));
 }
 
 vec4 QVMoveSliceTransitionMTIFilter(vec2 uv) {

@@ -1,4 +1,5 @@
 // The outgoing picture swells like in a barrel lens; the incoming one comes up out of a pincushion.
+#include "borders.glsl"
 #include "liquid.glsl"
 #include "motion.glsl"
 #include "passage.glsl"
@@ -9,8 +10,8 @@ uniform float transitionRhythm;  // 0..1 up to the middle, then 0.5..1
 // `away` from the middle, pixels of the frame.
 vec4 clipAt(vec2 away) {
     vec2 size = outputSize(), place = mirroredPixel(0.5 * size + away, size);
-    vec4 next = readPixel(1, ivec2(place * (inputSize(1) / size)));
-    return progress < 0.5 ? readPixel(0, ivec2(place)) : next;
+    vec4 next = readPixel(1, pixelAt(place * (inputSize(1) / size)));
+    return progress < 0.5 ? readPixel(0, pixelAt(place)) : next;
 }
 
 vec4 QVOpticaCompensationFilter(vec2 uv) {

@@ -1,5 +1,6 @@
 // Paper torn along a line: the left piece ends in a ragged white edge of fibres that casts a shadow on the right one.
 // Inputs: left piece, right piece.
+#include "borders.glsl"
 #include "frame.glsl"
 #include "particles.glsl"
 
@@ -14,7 +15,7 @@ vec4 ragged(float along, float seed) {
 
 vec4 QVPaperDivisionFilter(vec2 uv) {
     vec2 units = outputSize() / unitPixels(outputSize());
-    vec2 way = (botPoint - topPoint) * units, from = (uv - topPoint) * units;
+    vec2 way = (botPoint - topPoint) * units, from = (offBorders(uv) - topPoint) * units;
     way = dot(way, way) > 1e-4 ? way * inversesqrt(dot(way, way)) : vec2(0.0, 1.0);
     float along = dot(from, way), across = from.x * way.y - from.y * way.x;
 

@@ -1,4 +1,5 @@
 // Red and blue part from green.
+#include "borders.glsl"
 #include "frame.glsl"
 #include "noise.glsl"
 #include "wave.glsl"
@@ -18,11 +19,12 @@ vec4 QVRGBMTIFilter(vec2 uv) {
     if (level == 2) {
         float beat = floor(mod(iTime * 12.0, 1e6));
         // Broad bands, and fine ones within them.
-        vec3 band = random3Of(vec3(floor(uv.y * 9.0 + 3.0 * fract(beat * 0.618034)), floor(uv.y * 41.0), beat));
+        float y = offBorders(uv).y;
+        vec3 band = random3Of(vec3(floor(y * 9.0 + 3.0 * fract(beat * 0.618034)), floor(y * 41.0), beat));
         shift.x *= 0.3 + 4.0 * (band.x - 0.5) * step(0.6, band.y);
     }
-    vec4 red = readPixel(0, ivec2(mirrorAtEdges(uv - shift) * inputSize(0)));
-    vec4 blue = readPixel(0, ivec2(mirrorAtEdges(uv + shift) * inputSize(0)));
+    vec4 red = readPixel(0, pixelAt(mirrorAtEdges(uv - shift) * inputSize(0)));
+    vec4 blue = readPixel(0, pixelAt(mirrorAtEdges(uv + shift) * inputSize(0)));
     vec4 green = readHere(0);
     return vec4(red.r, green.g, blue.b, max(green.a, max(red.a, blue.a)));
 }

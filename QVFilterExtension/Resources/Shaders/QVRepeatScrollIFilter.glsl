@@ -1,5 +1,6 @@
 // A television that has lost the vertical hold: the picture stands in repeated strips that roll upwards without end,
 // with the dark blanking bar between them and lines torn sideways at it. More strength, more strips and faster.
+#include "borders.glsl"
 #include "noise.glsl"
 
 uniform float iTime;
@@ -14,7 +15,7 @@ vec4 QVRepeatScrollIFilter(vec2 uv) {
     float toBar = min(inStrip, 1.0 - inStrip);  // strips from the bar
 
     float height = outputSize().y;
-    float line = floor(uv.y * min(height, 480.0));
+    float line = floor(offBorders(uv).y * min(height, 480.0));
     float tear = max(1.0 - toBar * 7.0, 0.0);
     float jitter = randomOf(vec2(line, mod(floor(iTime * 30.0), 65536.0))) - 0.5;
     float shear = (tear * tear * (0.09 + 0.07 * jitter) + jitter * 0.004) * (0.3 + 0.7 * effectValue);

@@ -1,5 +1,6 @@
 // Pieces of the outgoing clip turn away; the incoming one lies beneath and comes to rest. Rings turn on and bring it
 // along.
+#include "borders.glsl"
 #include "easing.glsl"
 #include "passage.glsl"
 #include "shutter.glsl"
@@ -22,7 +23,7 @@ vec2 turnedBack(vec2 away, vec2 turn) {
     return vec2(turn.x * away.x + turn.y * away.y, turn.x * away.y - turn.y * away.x);
 }
 
-vec4 incomingAt(vec2 place, vec2 size) { return readPixel(1, ivec2(place * (inputSize(1) / size))); }
+vec4 incomingAt(vec2 place, vec2 size) { return readPixel(1, pixelAt(place * (inputSize(1) / size))); }
 
 // The incoming picture, drawn in from a zoom, in the shadow of a piece that is `distance` away and has moved so far.
 // The shadow ends softly at the border of the piece's part of the frame, `border` away.
@@ -48,7 +49,7 @@ vec4 halves(vec2 place, vec2 size, float moment) {
     float distance = max(outside.x, outside.y);
     if (second) from = frame - from;
     if (type == 1) from = from.yx;
-    vec4 last = readPixel(0, ivec2(from)), next = beneath(place, size, moment, moved, distance, 0.5 * frame.x - at.x);
+    vec4 last = readPixel(0, pixelAt(from)), next = beneath(place, size, moment, moved, distance, 0.5 * frame.x - at.x);
     return distance < 0.0 || x == 0.0 ? last : next;
 }
 
@@ -64,7 +65,7 @@ vec4 quarters(vec2 place, vec2 size, float moment) {
     float distance = max(outside.x, outside.y) * rest;
     vec2 inside = 0.5 * window - abs(place - middle);
     float border = min(inside.x, inside.y);
-    vec4 last = readPixel(0, ivec2(middle + from)), next = beneath(place, size, moment, moved, distance, border);
+    vec4 last = readPixel(0, pixelAt(middle + from)), next = beneath(place, size, moment, moved, distance, border);
     return distance < 0.0 || moved == 0.0 ? last : next;
 }
 
@@ -81,7 +82,7 @@ vec4 rings(vec2 place, vec2 size, float moment) {
     if (fract(ring * 0.5) > 0.25) angle = -angle;
     vec2 from = 0.5 * size + turnedBack(away, turnBy(angle));
     from = mirroredPlace(from, size);
-    vec4 next = incomingAt(from, size), last = readPixel(0, ivec2(from));
+    vec4 next = incomingAt(from, size), last = readPixel(0, pixelAt(from));
     float depth = max(radius - ring - 0.7, 0.0) * moved * (1.0 - moved);
     return (incoming ? next : last) * vec4(vec3(1.0 - 5.0 * depth), 1.0);
 }

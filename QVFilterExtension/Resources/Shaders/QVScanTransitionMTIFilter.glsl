@@ -1,5 +1,6 @@
 // A bright line scans the picture: before it the outgoing clip, pressed aside like by a lens, behind it the incoming
 // one, which still glows with the scan's lines.
+#include "borders.glsl"
 
 uniform float progress;  // eased
 uniform float ratio;     // of the frame, width to height
@@ -9,14 +10,14 @@ selector int scanType;
 vec4 QVScanTransitionMTIFilter(vec2 uv) {
     vec2 aspect = vec2(max(ratio, 1.0), max(1.0 / ratio, 1.0));  // the shorter side is 1
     // The way that the line moves, and how far along it a pixel lies.
-    vec2 way = vec2(0.0, 1.0), away = (uv - 0.5) * aspect;
-    float extent = aspect.y, at = uv.y * aspect.y;
+    vec2 place = offBorders(uv) * aspect, way = vec2(0.0, 1.0), away = place - 0.5 * aspect;
+    float extent = aspect.y, at = place.y;
     if (scanType == 1) way = vec2(0.0, -1.0), at = aspect.y - at;
-    if (scanType == 2) way = vec2(1.0, 0.0), at = uv.x * aspect.x, extent = aspect.x;
-    if (scanType == 3) way = vec2(-1.0, 0.0), at = (1.0 - uv.x) * aspect.x, extent = aspect.x;
+    if (scanType == 2) way = vec2(1.0, 0.0), at = place.x, extent = aspect.x;
+    if (scanType == 3) way = vec2(-1.0, 0.0), at = aspect.x - place.x, extent = aspect.x;
     if (scanType == 4) {
         way = vec2(0.7071068);
-        extent = dot(aspect, way), at = dot(uv * aspect, way);
+        extent = dot(aspect, way), at = dot(place, way);
     }
     if (scanType == 5) {
         at = length(away), extent = 0.5 * length(aspect);
@@ -29,7 +30,7 @@ vec4 QVScanTransitionMTIFilter(vec2 uv) {
     bool behind = distance < 0.0;
 
     vec2 bent = way * (behind ? -lens : lens) / aspect;
-    vec4 next = readInput(1, uv + bent), last = readPixel(0, ivec2((uv + bent) * outputSize()));
+    vec4 next = readInput(1, uv + bent), last = readPixel(0, pixelAt((uv + bent) * outputSize()));
     vec4 color = behind ? next : last;
     float line = glow * glow;
     line *= line;

@@ -1,4 +1,5 @@
 // The clips pushed through the frame like a strip of film, smeared along their way.
+#include "borders.glsl"
 #include "passage.glsl"
 #include "shutter.glsl"
 
@@ -22,8 +23,8 @@ vec4 scene(vec2 place, float moment) {
     if (rolls() && (copies == 1.0 || copies == 3.0)) at = side - at;
     if (backwards()) at = side - at;
     vec2 from = upright() ? vec2(place.x, at) : vec2(at, place.y);
-    vec4 next = readPixel(1, ivec2(from * (inputSize(1) / size)));
-    return incoming ? next : readPixel(0, ivec2(from));
+    vec4 next = readPixel(1, pixelAt(from * (inputSize(1) / size)));
+    return incoming ? next : readPixel(0, pixelAt(from));
 }
 
 vec4 QVScrollTransitionMTIFilter(vec2 uv) {

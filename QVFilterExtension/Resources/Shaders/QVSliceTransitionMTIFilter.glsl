@@ -1,4 +1,5 @@
 // Strips of the incoming clip slide over the outgoing one, which gives way a little and lies in their shadow.
+#include "borders.glsl"
 #include "easing.glsl"
 #include "passage.glsl"
 #include "shutter.glsl"
@@ -37,9 +38,9 @@ vec4 scene(vec2 place, float moment) {
     vec2 from = vec2(at.x - slope * (inStrip - at.y), inStrip), below = vec2(at.x, under);
     from = mirroredPlace(from, frame);
     if (inRows()) from = from.yx, below = below.yx;
-    vec4 next = readPixel(1, ivec2(from * (inputSize(1) / size)));
+    vec4 next = readPixel(1, pixelAt(from * (inputSize(1) / size)));
     float shadow = max(1.0 - max(beyond, 0.0) * (11.0 / min(size.x, size.y)), 0.0) * begun * left;
-    vec4 last = readPixel(0, ivec2(below)) * vec4(vec3(1.0 - 0.55 * shadow * shadow), 1.0);
+    vec4 last = readPixel(0, pixelAt(below)) * vec4(vec3(1.0 - 0.55 * shadow * shadow), 1.0);
     return mix(last, next, beyond < 0.0 ? begun : 1.0 - left);
 }
 

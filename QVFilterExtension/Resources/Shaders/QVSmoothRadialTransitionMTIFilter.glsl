@@ -1,4 +1,5 @@
 // One swing through both clips about a point beyond the frame, smeared along its arcs.
+#include "borders.glsl"
 #include "passage.glsl"
 #include "shutter.glsl"
 #include "whirl.glsl"
@@ -8,8 +9,8 @@ selector int direction;   // where the picture swings to: 0 left, 1 right, 2 up,
 
 vec4 tap(Whirl whirl, vec2 place, float later) {
     vec2 from = whirled(whirl, place, later);
-    vec4 next = readPixel(1, ivec2(from * (inputSize(1) / whirl.frame)));
-    return progress < 0.5 ? readPixel(0, ivec2(from)) : next;
+    vec4 next = readPixel(1, pixelAt(from * (inputSize(1) / whirl.frame)));
+    return progress < 0.5 ? readPixel(0, pixelAt(from)) : next;
 }
 #define SCENE(place, later) tap(whirl, place, later)
 

@@ -1,4 +1,5 @@
 // The frame split into panels.
+#include "borders.glsl"
 #include "frame.glsl"
 
 uniform float splitNumber;  // of panels along each side that is split
@@ -7,10 +8,10 @@ selector int splitDirection;
 
 vec4 QVSplitFilter(vec2 uv) {
     vec2 size = inputSize(0);
-    if (splitDirection != 2) return readPixel(0, ivec2(panelPlace(uv, splitNumber, splitDirection) * size));
+    if (splitDirection != 2) return readPixel(0, pixelAt(panelPlace(offBorders(uv), splitNumber, splitDirection) * size));
     // Four pixels stand for those that a pixel of a small frame covers.
-    vec2 at = fract(uv * splitNumber) * size, tap = vec2(0.25 * splitNumber);
-    vec4 sum = readPixel(0, ivec2(at - tap)) + readPixel(0, ivec2(at + tap));
-    sum += readPixel(0, ivec2(at + vec2(tap.x, -tap.y))) + readPixel(0, ivec2(at + vec2(-tap.x, tap.y)));
+    vec2 at = fract(offBorders(uv) * splitNumber) * size, tap = vec2(0.25 * splitNumber);
+    vec4 sum = readPixel(0, pixelAt(at - tap)) + readPixel(0, pixelAt(at + tap));
+    sum += readPixel(0, pixelAt(at + vec2(tap.x, -tap.y))) + readPixel(0, pixelAt(at + vec2(-tap.x, tap.y)));
     return 0.25 * sum;
 }

@@ -1,5 +1,6 @@
 // A television set that loses one station and finds the other: snow, lines that tear, a picture that rolls, colour
 // that runs to the right. Inputs: outgoing, incoming.
+#include "borders.glsl"
 #include "color.glsl"
 #include "coords.glsl"
 #include "film.glsl"
@@ -30,7 +31,7 @@ vec4 QVTVNoiseTransitionMTIFilter(vec2 uv) {
 
     // Lines tear: bands that swing out, jitter of single lines, the upper edge bent like a flag.
     float band = alongLines(uv.y * 7.0 + tick * 0.37, tick, 61.0);
-    float jitter = particleDraw(vec2(uv.y * frame.y / (2.0 * unit), tick), 67.0).x - 0.5;
+    float jitter = particleDraw(vec2(offBorders(uv).y * frame.y / (2.0 * unit), tick), 67.0).x - 0.5;
     float flag = max(1.0 - row * 7.0, 0.0);
     float swing = band * band * band * 0.22 + jitter * 0.016 + flag * flag * 0.16;
     vec2 place = mirrorRepeat(vec2(uv.x + swing * lost * lost, row));
@@ -40,14 +41,14 @@ vec4 QVTVNoiseTransitionMTIFilter(vec2 uv) {
     // Colour has a fraction of the sharpness and comes late.
     vec2 late = vec2(14.0 * unit * lost, 0.0) / frame;
     vec2 near = place - late * 0.6, far = place - late * 2.2;
-    vec4 before = readPixel(0, ivec2(near * frame)) + readPixel(0, ivec2(far * frame));
-    vec4 after = readPixel(1, ivec2(near * size1)) + readPixel(1, ivec2(far * size1));
+    vec4 before = readPixel(0, pixelAt(near * frame)) + readPixel(0, pixelAt(far * frame));
+    vec4 after = readPixel(1, pixelAt(near * size1)) + readPixel(1, pixelAt(far * size1));
     vec3 blunt = mix(before, after, side).rgb * 0.5;
     float brightness = luma(sharp.rgb);
     vec3 color = mix(sharp.rgb, brightness + (blunt - luma(blunt)) * 1.25, min(lost * 3.0, 1.0));
 
     // Snow: short dashes on the lines, more of it where the picture tears.
-    vec2 grain = vec2(pixelHere()) / (vec2(3.2, 2.1) * max(unit, 0.5));
+    vec2 grain = offBorders(uv) * frame / (vec2(3.2, 2.1) * max(unit, 0.5));
     vec4 flake = particleDraw(grain, tick + 71.0);
     float snow = flake.x * flake.y * 1.5 + step(0.93, flake.z) * 0.35;
     float share = clamp(lost * lost * (0.72 + 0.35 * abs(band)) + bar * lost * 0.3, 0.0, 0.94);

@@ -1,5 +1,6 @@
 // A camera in a nervous hand: it never rests, jerks now and then, and smears the picture along its motion. The
 // picture is drawn larger by as much as the hand can move, so that its border is never seen.
+#include "borders.glsl"
 #include "motion.glsl"
 #include "wave.glsl"
 
@@ -17,7 +18,7 @@ vec2 handAt(float time) {
     return sway * 0.4 + tremor * (0.2 + 0.35 * spring) + quick * (0.1 + 0.2 * spring);
 }
 
-vec4 tap(vec2 place) { return readPixel(0, ivec2(place)); }
+vec4 tap(vec2 place) { return readPixel(0, pixelAt(place)); }
 
 vec4 QVTrembleEffectMTIFilter(vec2 uv) {
     vec2 size = outputSize();

@@ -1,4 +1,5 @@
 // Equilateral triangles of one colour.
+#include "borders.glsl"
 #include "frame.glsl"
 
 uniform float factor;  // height of a triangle, 1/1080 of the frame's shorter side
@@ -6,9 +7,9 @@ uniform float factor;  // height of a triangle, 1/1080 of the frame's shorter si
 // Mean of three pixels between the centre and the corners; `reach` (pixels) is negative for a triangle that points
 // down.
 vec4 triangleColor(vec2 center, float reach) {
-    vec4 sum = readPixel(0, ivec2(center - vec2(0.0, reach)));
-    sum += readPixel(0, ivec2(center + vec2(0.866 * reach, 0.5 * reach)));
-    return (sum + readPixel(0, ivec2(center + vec2(-0.866 * reach, 0.5 * reach)))) * (1.0 / 3.0);
+    vec4 sum = readPixel(0, pixelAt(center - vec2(0.0, reach)));
+    sum += readPixel(0, pixelAt(center + vec2(0.866 * reach, 0.5 * reach)));
+    return (sum + readPixel(0, pixelAt(center + vec2(-0.866 * reach, 0.5 * reach)))) * (1.0 / 3.0);
 }
 
 vec4 QVTriangleMosaicMTIFilter(vec2 uv) {
@@ -16,7 +17,7 @@ vec4 QVTriangleMosaicMTIFilter(vec2 uv) {
     float height = max(factor * unitPixels(outputSize()), 3.0);
     vec2 lattice = vec2(height * 1.1547005, height);
     // Lattice coordinates: two triangles share a cell, one on each side of its diagonal.
-    vec2 place = (uv * outputSize() - middle) / lattice;
+    vec2 place = (offBorders(uv) * outputSize() - middle) / lattice;
     place.x -= 0.5 * place.y;
     vec2 cell = floor(place), f = place - cell;
     float second = step(1.0, f.x + f.y);

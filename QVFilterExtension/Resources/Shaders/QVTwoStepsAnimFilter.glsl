@@ -1,5 +1,6 @@
 // Settles from a close, tilted view of the picture to the picture, and leans into it again at the end. What lies outside
 // it is its mirror image.
+#include "borders.glsl"
 #include "motion.glsl"
 
 uniform float effectValue;
@@ -7,7 +8,7 @@ uniform float stepProgress;  // 0..1 within the step, eased
 uniform float stepMotion;    // change of it while the shutter is open
 selector int step;           // 0 in, 1 out
 
-vec4 tap(vec2 place) { return readPixel(0, ivec2(place)); }
+vec4 tap(vec2 place) { return readPixel(0, pixelAt(place)); }
 
 vec4 QVTwoStepsAnimFilter(vec2 uv) {
     vec2 size = inputSize(0);

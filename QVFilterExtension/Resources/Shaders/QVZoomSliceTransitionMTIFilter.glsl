@@ -1,5 +1,6 @@
 // Strips of the picture zoom one after the other and change clips at their fastest. Outside a frame lies its mirror
 // image.
+#include "borders.glsl"
 #include "passage.glsl"
 #include "shutter.glsl"
 
@@ -21,8 +22,8 @@ vec4 scene(vec2 place, float moment) {
     bool reciprocal = incoming != (type == 2 || type == 3);
     if (reciprocal) grow = 1.0 / grow;
     vec2 from = mirroredPlace(0.5 * size + (place - 0.5 * size) * grow, size);
-    vec4 next = readPixel(1, ivec2(from * (inputSize(1) / size)));
-    return incoming ? next : readPixel(0, ivec2(from));
+    vec4 next = readPixel(1, pixelAt(from * (inputSize(1) / size)));
+    return incoming ? next : readPixel(0, pixelAt(from));
 }
 
 vec4 QVZoomSliceTransitionMTIFilter(vec2 uv) {

@@ -1,4 +1,5 @@
 // A broken digital signal. It changes in steps, about fourteen a second, and rests in the first and the last one.
+#include "borders.glsl"
 #include "particles.glsl"
 
 struct Burst {
@@ -20,4 +21,4 @@ Burst burstAt(float progress, float start, float duration) {
 }
 
 // Pixel of an input of `size` pixels; what leaves the frame on one side comes in on the other.
-ivec2 wrappedPixel(vec2 place, vec2 size) { return ivec2(fract(place) * size); }
+ivec2 wrappedPixel(vec2 place, vec2 size) { return pixelAt(fract(place) * size); }

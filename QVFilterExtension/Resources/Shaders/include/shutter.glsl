@@ -1,5 +1,6 @@
 // Whole scenes smeared by a shutter that is open while they move: a shader draws its scene at six moments and at six
 // places within the pixel, which softens every edge too. A scene at rest stays as it is, pixel for pixel.
+#include "borders.glsl"
 
 // Shifts a pixel's moments by -0.5..0.5 of their distance. Neighbours lie far apart (a lattice of the plane's plastic
 // number; Roberts, "The Unreasonable Effectiveness of Quasirandom Sequences", 2018), so that six moments seem many.
@@ -18,7 +19,7 @@ vec4 fringe(float x, float amount) { return (1.0 / 6.0) * vec4(1.0 - amount * x,
 // The mean of scene(place, moment), a colour at a place in pixels, with the shutter open from the moment `shut` before
 // `progress` to `shut` after it; `shift` is evenShift of the pixel.
 #define MEAN_OVER_SHUTTER(scene, place, progress, shut, shift, colors) \
-    meanOfMoments(scene, place, (progress) + (shut) * (shift) * 0.333333, (shut) * 0.333333, colors)
+    meanOfMoments(scene, (place) + kAside, (progress) + (shut) * (shift) * 0.333333, (shut) * 0.333333, colors)
 #define meanOfMoments(scene, place, middle, step, colors) \
     (scene((place) + vec2(-0.08, 0.25), (middle) - 2.5 * (step)) * fringe(-1.0, colors) + \
      scene((place) + vec2(0.25, 0.42), (middle) - 1.5 * (step)) * fringe(-0.6, colors) + \
