@@ -1,6 +1,5 @@
 // The film transition, the passes that its family is made of, and the frame around the film.
 
-#include "Platform/ImageGraph/ImageNode.h"
 #include "Platform/Media/ImageFile.h"
 #include "QVFilterCore/QVResourceBundle.h"
 #include "QVFilterExtension/MTIFilters/Transition/QVFilmRadiusFrameFilter.h"
@@ -13,15 +12,6 @@
 
 namespace qv::test {
 namespace {
-
-/// Names of the graph's passes, inputs first.
-std::vector<std::string> passesOf(const MTIImage& image) {
-    std::vector<std::string> names;
-    for (const ImageNode* node : evaluationOrder(image))
-        if (const auto* pass = std::get_if<KernelPass>(&node->operation))
-            names.push_back(pass->kernel->fragmentFunctionDescriptor().name);
-    return names;
-}
 
 TEST(FilmTransitions, TheFilmJumpsAsideAndSettles) {
     QVFilmRadiusTransitionMTIFilter film;
@@ -57,17 +47,16 @@ TEST(FilmTransitions, TheFilmJumpsAsideAndSettles) {
     for (const auto& [progress, passes] : moments) {
         film.setProgress(progress);
         const MTIImage output = film.outputImage();
-        EXPECT_EQ(passesOf(output), passes) << progress;
+        std::vector<std::string> drawn;
+        for (const DrawnPass& pass : drawnPasses(output)) drawn.push_back(pass.function);
+        EXPECT_EQ(drawn, passes) << progress;
         EXPECT_EQ(output.size(), (CGSize{100, 60}));
     }
     film.setProgress(0.54f);
     const MTIImage output = film.outputImage();
-    for (const ImageNode* node : evaluationOrder(output)) {
-        const auto* pass = std::get_if<KernelPass>(&node->operation);
-        if (!pass || pass->kernel->fragmentFunctionDescriptor().name != "QVFilmBoxBlurFilter") continue;
-        EXPECT_EQ(pass->parameters, (MTIParameters{{"progress", 0.6f}}));
-        EXPECT_EQ(node->inputs[0], node->inputs[1]);
-    }
+    const DrawnPass blur = drawnPasses(output).at(1);
+    EXPECT_EQ(*blur.parameters, (MTIParameters{{"progress", 0.6f}}));
+    EXPECT_EQ(blur.node->inputs[0], blur.node->inputs[1]);
     const Picture jump = render(output);
     EXPECT_EQ(jump.at(15, 30), (Pixel{0, 0, 0, 1})) << "where the film has left the gate";
     EXPECT_EQ(jump.at(99, 0), (Pixel{0, 0, 0, 1})) << "outside the gate's round corner";

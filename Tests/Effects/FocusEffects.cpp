@@ -1,6 +1,5 @@
 // Selective blur and tilt-shift: where they are sharp, and how much they blur.
 
-#include "Platform/ImageGraph/ImageNode.h"
 #include "Platform/ImageGraph/MTIFilters.h"
 #include "Tests/Support/TestEffect.h"
 
@@ -15,12 +14,6 @@ Picture blurred(const MTIImage& image, double radius) {
     blur.setInputImage(image);
     blur.setRadius(float(radius));
     return render(blur.outputImage());
-}
-
-double difference(const Pixel& a, const Pixel& b) {
-    double worst = 0;
-    for (std::size_t i = 0; i < 4; ++i) worst = std::max(worst, std::abs(double(a[i]) - double(b[i])));
-    return worst;
 }
 
 TEST(FocusEffects, StrengthPlacesWhatIsSharp) {

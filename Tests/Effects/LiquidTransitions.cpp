@@ -9,7 +9,6 @@
 #include <cstdlib>
 #include <limits>
 
-#include "Platform/ImageGraph/ImageNode.h"
 #include "QVFilterCore/QVTransitionMTIFilter.h"
 #include "Tests/Support/TestEffect.h"
 
@@ -217,34 +216,6 @@ constexpr const char* kPassages[] = {"QVTurbulenceBlendMTIFilter", "QVTurbulence
                                      "QVRotationWarpFilter",       "QVFishEyeLensFilter",
                                      "QVFishEyeRollFilter",        "QVKaleidoscopeChangeFilter",
                                      "QVKaleidoscopeMoveFilter"};
-constexpr const char* kSteps[] = {"QVLiquidStretchFlipFilter", "QVRotationBlurFilter",
-                                  "QVFishEyeMirrorFilter", "QVFishEyeBlurFilter",
-                                  "QVKaleidoscopeRotateFilter"};
-
-TEST(LiquidTransitions, NeedTheInputsThatTheyRead) {
-    for (const char* name : kPassages) {
-        SCOPED_TRACE(name);
-        EXPECT_EQ(filterClassNamed(name)->kindOrInherited(), QVFilterKind::transition);
-        for (float progress : {0.2f, 0.7f}) {
-            auto filter = transition(name, progress);
-            filter->setInputImage2({});
-            EXPECT_FALSE(filter->outputImage());
-            filter->setInputImage2(incoming());
-            filter->setInputImage1({});
-            EXPECT_FALSE(filter->outputImage());
-        }
-    }
-    for (const char* name : kSteps) {
-        SCOPED_TRACE(name);
-        EXPECT_EQ(filterClassNamed(name)->kindOrInherited(), QVFilterKind::auxiliary);
-        auto filter = transition(name, 0.2f);
-        filter->setInputImage2({});
-        EXPECT_TRUE(filter->outputImage());
-        filter->setInputImage1({});
-        EXPECT_FALSE(filter->outputImage());
-    }
-}
-
 TEST(LiquidTransitions, StartFromRestAndComeToRest) {
     for (const char* name : kPassages) {
         auto filter = transition(name, 0);
@@ -275,37 +246,6 @@ TEST(LiquidTransitions, CutInTheMiddle) {
                 << name << " at " << progress;
         }
     }
-}
-
-TEST(LiquidTransitions, DistortInTheMiddle) {
-    for (const char* name : kPassages) {
-        const std::string_view text = name;
-        // A dissolve of a picture into itself; and the lens has almost come to rest by then.
-        if (text == "QVTurbulenceBlendMTIFilter") continue;
-        for (float progress : {0.48f, 0.52f}) {
-            auto filter = transition(name, progress);
-            filter->setInputImage2(outgoing());
-            const double least = text == "QVFishEyeLensFilter" ? 0.005 : 0.03;
-            EXPECT_GT(meanDifference(render(filter->outputImage()), render(outgoing())), least)
-                << name << " at " << progress;
-        }
-    }
-}
-
-/// What `filter` makes of a picture must be `expected(x, y)` of that picture's pixels.
-template <typename Expected>
-void expectPixels(Transition& filter, const Picture& picture, double tolerance, Expected&& expected) {
-    const Picture result = render(filter.outputImage());
-    ASSERT_EQ(result.values.size(), picture.values.size());
-    double worst = 0;
-    for (int y = 0; y < picture.height; ++y) {
-        for (int x = 0; x < picture.width; ++x) {
-            const Pixel pixel = result.at(x, y), wanted = expected(x, y);
-            for (std::size_t c = 0; c < 4; ++c)
-                worst = std::max(worst, double(std::abs(pixel[c] - wanted[c])));
-        }
-    }
-    EXPECT_LE(worst, tolerance);
 }
 
 TEST(LiquidTransitions, FlipMirrorAndKaleidoscopeShowTheRightPlaces) {

@@ -1,6 +1,5 @@
 // The motion blurs: how strength sets them, of which filters they are made, and what they do to plain light.
 
-#include "Platform/ImageGraph/ImageNode.h"
 #include "QVFilterExtension/MTIFilters/Effect/QVXMotionBlurEffectMTIFilter.h"
 #include "Tests/Support/TestEffect.h"
 

@@ -2,7 +2,6 @@
 
 #include <limits>
 
-#include "Platform/ImageGraph/ImageNode.h"
 #include "QVFilterExtension/MTIFilters/Animation/QVCreasePEMTIFilter.h"
 #include "QVFilterExtension/MTIFilters/Animation/QVWhiteCoverPEMTIFilter.h"
 #include "Tests/Support/TestEffect.h"
@@ -19,12 +18,6 @@ constexpr const char* kBeating[] = {
     "QVAnaglyphPEMTIFilter", "QVColCoverPEMTIFilter", "QVWhiteCoverPEMTIFilter", "QVCreasePEMTIFilter"};
 /// Of a beat of 0.6 s, the height.
 constexpr double kPeak = 0.072;
-
-float uniform(const QVEffectMTIFilter& effect, std::string_view name) {
-    const MTIParameters all = effect.parameters();
-    const MTIValue* value = all.find(name);
-    return value ? std::get<float>(*value) : std::numeric_limits<float>::quiet_NaN();
-}
 
 Picture frameAt(QVEffectMTIFilter& effect, double time) {
     effect.setITime(time);
@@ -74,18 +67,18 @@ TEST(PeriodicEffects, ParametersFollowTheTime) {
     Effect effect;
     effect.setPeriod(2);
     effect.setITime(2 * 7 + 1.2 * 0.56);
-    EXPECT_NEAR(uniform(effect, "progress"), 0.56, 1e-6);
-    EXPECT_NEAR(uniform(effect, "pulse"), 0.3125, 1e-6);
-    EXPECT_EQ(uniform(effect, "beat"), 7);
+    EXPECT_NEAR(uniform<float>(effect.parameters(), "progress"), 0.56, 1e-6);
+    EXPECT_NEAR(uniform<float>(effect.parameters(), "pulse"), 0.3125, 1e-6);
+    EXPECT_EQ(uniform<float>(effect.parameters(), "beat"), 7);
     // The shutter is open for 1/48 s, and the slope there is -1.5 / 0.88 a beat of 1.2 s.
-    EXPECT_NEAR(uniform(effect, "pulseMotion"), -1.5 / 0.88 / 1.2 / 48, 1e-4);
+    EXPECT_NEAR(uniform<float>(effect.parameters(), "pulseMotion"), -1.5 / 0.88 / 1.2 / 48, 1e-4);
     effect.setITime(-1.9);
-    EXPECT_EQ(uniform(effect, "beat"), 4095) << "the beat before the first";
-    EXPECT_NEAR(uniform(effect, "progress"), 0.1 / 1.2, 1e-6);
+    EXPECT_EQ(uniform<float>(effect.parameters(), "beat"), 4095) << "the beat before the first";
+    EXPECT_NEAR(uniform<float>(effect.parameters(), "progress"), 0.1 / 1.2, 1e-6);
     for (const double rest : {1.3, 1.99, -0.4, kNaN, kInfinity}) {
         effect.setITime(rest);
         for (const char* name : {"progress", "pulse", "pulseMotion"})
-            EXPECT_EQ(uniform(effect, name), 0) << rest;
+            EXPECT_EQ(uniform<float>(effect.parameters(), name), 0) << rest;
     }
 }
 

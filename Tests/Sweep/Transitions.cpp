@@ -103,6 +103,20 @@ TEST_P(EveryPassage, ShowsOneClipAloneAtEachEnd) {
     });
 }
 
+TEST_P(EveryPassage, NeedsBothClips) {
+    const MTIImage image = MTIImage::imageWithBitmap(clip(32, 18, false));
+    forEveryVariant([&](QVTransitionMTIFilter& filter, const std::string& variant) {
+        for (bool first : {false, true}) {
+            filter.setInputImage1(first ? image : MTIImage());
+            filter.setInputImage2(first ? MTIImage() : image);
+            for (float progress : {0.0f, 0.2f, 0.7f, 1.0f}) {
+                filter.setProgress(progress);
+                EXPECT_FALSE(filter.outputImage()) << variant << " at " << progress;
+            }
+        }
+    });
+}
+
 TEST_P(EveryPassage, IsFiniteAndWithinRangeAllTheWay) {
     forEveryVariant([&](QVTransitionMTIFilter& filter, const std::string& variant) {
         filter.setInputImage1(MTIImage::imageWithBitmap(clip(32, 18, false)));
