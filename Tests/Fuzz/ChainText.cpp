@@ -11,15 +11,18 @@ using namespace qv;
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::vector<std::string> texts(1);
     for (std::uint8_t byte : std::span(data, size)) {
-        if (byte == '\n') texts.emplace_back();
-        else texts.back() += char(byte);
+        if (byte == '\n')
+            texts.emplace_back();
+        else
+            texts.back() += char(byte);
     }
     try {
         for (const host::EffectChoice& choice : host::parseChain(texts)) {
             const auto filter = choice.filterClass->create();
             for (const auto& [property, value] : choice.settings) {
                 std::string error;
-                fuzz::require(setProperty(*filter, property->name, value, &error), "what was read can be set");
+                fuzz::require(setProperty(*filter, property->name, value, &error),
+                              "what was read can be set");
             }
             filter->outputImage();
         }

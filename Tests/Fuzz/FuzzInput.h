@@ -1,5 +1,6 @@
 #pragma once
 
+#include <unistd.h>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -8,7 +9,6 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <unistd.h>
 
 /// What the fuzz targets share.
 namespace qv::fuzz {
@@ -36,9 +36,7 @@ class Choices {
     /// 0 … 1.
     double fraction() { return byte() / 255.0; }
     /// All that is left.
-    std::string_view text() const {
-        return {reinterpret_cast<const char*>(bytes_.data()), bytes_.size()};
-    }
+    std::string_view text() const { return {reinterpret_cast<const char*>(bytes_.data()), bytes_.size()}; }
 
   private:
     std::span<const std::uint8_t> bytes_;

@@ -21,7 +21,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         fuzz::require(setProperty(*filter, property.name, *value, &error), "what was read can be set");
         property.get(*filter);
     } else {
-        fuzz::require(!setPropertyFromText(*filter, property.name, choices.text(), &error), "text is read alike");
+        fuzz::require(!setPropertyFromText(*filter, property.name, choices.text(), &error),
+                      "text is read alike");
     }
     return 0;
 }

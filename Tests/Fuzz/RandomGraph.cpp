@@ -1,5 +1,5 @@
-// Chains of any classes with any settings, on tiny frames: drawn with fused passes they look as without. Bytes choose the
-// frame's size, the moment, and for each of up to four layers its class and settings.
+// Chains of any classes with any settings, on tiny frames: drawn with fused passes they look as without.
+// Bytes choose the frame's size, the moment, and for each of up to four layers its class and settings.
 
 #include <fmt/format.h>
 
@@ -13,7 +13,8 @@ namespace {
 
 std::string listOf(fuzz::Choices& choices, std::size_t count) {
     std::string text;
-    for (std::size_t i = 0; i < count; ++i) text += fmt::format("{}{:.3f}", i ? "," : "", choices.fraction() * 2 - 0.5);
+    for (std::size_t i = 0; i < count; ++i)
+        text += fmt::format("{}{:.3f}", i ? "," : "", choices.fraction() * 2 - 0.5);
     return text;
 }
 
@@ -29,8 +30,8 @@ std::string valueText(fuzz::Choices& choices, const QVProperty& property) {
         case QVPropertyType::color:
             return fmt::format("#{:02x}{:02x}{:02x}", choices.byte(), choices.byte(), choices.byte());
         case QVPropertyType::colors:
-            return fmt::format("#{:02x}{:02x}20,#{:02x}40{:02x}", choices.byte(), choices.byte(), choices.byte(),
-                               choices.byte());
+            return fmt::format("#{:02x}{:02x}20,#{:02x}40{:02x}", choices.byte(), choices.byte(),
+                               choices.byte(), choices.byte());
         case QVPropertyType::vector:
         case QVPropertyType::numbers:
             return listOf(choices, 1 + choices.below(4));
@@ -91,7 +92,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const Bitmap plain = context(false).renderToBitmap(image, &error);
     fuzz::require(bool(plain), error);
     const double worst = test::worstDifference(test::pictureOf(fused), test::pictureOf(plain)) * 255;
-    fuzz::require(worst < 1.5, fmt::format("fused is plain within a code, but {:.0f} apart:{}", worst, names));
+    fuzz::require(worst < 1.5,
+                  fmt::format("fused is plain within a code, but {:.0f} apart:{}", worst, names));
     for (bool fusion : {true, false}) {
         const auto messages = context(fusion).validationMessages();
         fuzz::require(messages.empty(), messages.empty() ? "" : messages.back());

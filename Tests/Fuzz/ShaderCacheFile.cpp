@@ -1,5 +1,5 @@
-// A file in the cache of compiled programs. Where the first byte is even, key, length and checksum are made right, so
-// that only the code is the fuzzer's.
+// A file in the cache of compiled programs. Where the first byte is even, key, length and checksum are made
+// right, so that only the code is the fuzzer's.
 
 #include <cstring>
 #include <vector>

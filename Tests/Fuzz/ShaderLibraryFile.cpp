@@ -1,5 +1,5 @@
-// A shader library: the bytes after the header, whose checksum is made right so that what is behind it is reached; an
-// odd first byte leaves the whole file as it is.
+// A shader library: the bytes after the header, whose checksum is made right so that what is behind it is
+// reached; an odd first byte leaves the whole file as it is.
 
 #include <cstring>
 #include <vector>
@@ -27,9 +27,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const std::string& name : library->functionNames()) {
         functions.push_back(*library->function(name));
         std::vector<std::string> errors;
-        if (const auto source = parseArchivedShader(name, functions.back().source, errors)) translateShader(*source);
+        if (const auto source = parseArchivedShader(name, functions.back().source, errors))
+            translateShader(*source);
     }
     const auto again = ShaderLibrary::parse(serializeShaderLibrary(functions));
-    fuzz::require(again && again->functionNames() == library->functionNames(), "what was written can be read");
+    fuzz::require(again && again->functionNames() == library->functionNames(),
+                  "what was written can be read");
     return 0;
 }

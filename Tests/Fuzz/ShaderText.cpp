@@ -1,4 +1,5 @@
-// The dialect's parser and translator. The text ends at a zero byte; what follows are the include files a.glsl, b.glsl, …
+// The dialect's parser and translator. The text ends at a zero byte; what follows are the include files
+// a.glsl, b.glsl, …
 
 #include <vector>
 
@@ -10,13 +11,16 @@ using namespace qv;
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::vector<std::string> files(1);
     for (char c : std::string_view(reinterpret_cast<const char*>(data), size)) {
-        if (c) files.back() += c;
-        else files.emplace_back();
+        if (c)
+            files.back() += c;
+        else
+            files.emplace_back();
     }
     const auto include = [&](std::string_view name) -> std::optional<ShaderInclude> {
-        const std::size_t index = name.ends_with(".glsl") && name.size() == 6 ? std::size_t(name[0] - 'a') + 1 : 0;
+        const std::size_t index =
+            name.ends_with(".glsl") && name.size() == 6 ? std::size_t(name[0] - 'a') + 1 : 0;
         if (index == 0 || index >= files.size()) return std::nullopt;
-        return ShaderInclude{"inc/" + std::string(name), files[index]};
+        return ShaderInclude{std::string(name), files[index]};
     };
     std::vector<std::string> errors;
     const auto source = parseShaderSource("Test", "Test.glsl", files[0], include, errors);
@@ -32,7 +36,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     fuzz::require(translateShader(*again).glsl == shader.glsl, "what was archived is the same shader");
 
     const std::size_t inputs = source->inputs.size();
-    ShaderStage stages[2] = {{&*source, std::vector<StageInput>(inputs)}, {&*source, std::vector<StageInput>(inputs)}};
+    ShaderStage stages[2] = {{&*source, std::vector<StageInput>(inputs)},
+                             {&*source, std::vector<StageInput>(inputs)}};
     if (inputs > 0) stages[1].inputs[0] = {StageInput::From::stage, 0};
     stages[0].storesEightBits = true;
     composeShader("Both", stages);

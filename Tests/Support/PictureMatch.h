@@ -26,7 +26,8 @@ inline PictureDifference differenceOf(const Picture& a, const Picture& b) {
         squares += difference * difference;
         if (difference <= found.worst) continue;
         const int pixel = int(i / 4);
-        found = {std::isnan(difference) ? INFINITY : difference, 0, pixel % a.width, pixel / a.width, int(i % 4)};
+        found = {std::isnan(difference) ? INFINITY : difference, 0, pixel % a.width, pixel / a.width,
+                 int(i % 4)};
     }
     found.rms = std::sqrt(squares / double(std::max<std::size_t>(a.values.size(), 1)));
     return found;
@@ -55,8 +56,8 @@ inline std::string writeDifference(const Picture& actual, const Picture& expecte
     return writePNG(panels, path, &error) ? path : error;
 }
 
-/// Success when no component differs by more than `tolerance`. A failure tells the worst pixel, the root mean square and
-/// where the difference picture lies.
+/// Success when no component differs by more than `tolerance`. A failure tells the worst pixel, the root mean
+/// square and where the difference picture lies.
 inline testing::AssertionResult matches(const Picture& actual, const Picture& expected, double tolerance) {
     if (actual.width != expected.width || actual.height != expected.height)
         return testing::AssertionFailure() << actual.width << "x" << actual.height << " instead of "
@@ -65,10 +66,11 @@ inline testing::AssertionResult matches(const Picture& actual, const Picture& ex
     if (found.worst <= tolerance) return testing::AssertionSuccess();
     const std::size_t c = std::size_t(found.c);
     return testing::AssertionFailure()
-           << "off by " << found.worst << " (" << found.worst * 255 << " of 255) at " << found.x << "," << found.y
-           << " in " << "rgba"[c] << ": " << actual.at(found.x, found.y)[c] << " instead of "
-           << expected.at(found.x, found.y)[c] << "; root mean square " << found.rms << "; tolerance " << tolerance
-           << "; see " << writeDifference(actual, expected);
+           << "off by " << found.worst << " (" << found.worst * 255 << " of 255) at " << found.x << ","
+           << found.y << " in "
+           << "rgba"[c] << ": " << actual.at(found.x, found.y)[c] << " instead of "
+           << expected.at(found.x, found.y)[c] << "; root mean square " << found.rms << "; tolerance "
+           << tolerance << "; see " << writeDifference(actual, expected);
 }
 
 /// The same against `expected(x, y)`.
