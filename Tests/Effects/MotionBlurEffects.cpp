@@ -110,23 +110,6 @@ TEST(MotionBlurEffects, ScreenAnEnlargedSmearOverThePicture) {
     EXPECT_EQ(smear.stock.kind, "");
 }
 
-TEST(MotionBlurEffects, CrossTwoSmears) {
-    const auto effect = makeEffect<Effect>(kCrossed);
-    effect->setInputImage(sceneImage(64, 36));
-    effect->setEffectValue(0);
-    const MTIImage output = effect->outputImage();
-    const ImageNode& screen = inputOf(*output.node(), 0);
-    EXPECT_EQ(setting(screen, "mode"), "Screen");
-    EXPECT_EQ(screen.inputs.at(0), effect->inputImage());
-    const ImageNode& faded = inputOf(screen, 1);
-    EXPECT_EQ(setting(faded, "opacity"), "0.55");
-    const ImageNode& crossed = inputOf(faded, 0);
-    EXPECT_EQ(setting(crossed, "mode"), "Normal");
-    const ImageNode& half = inputOf(crossed, 1);
-    EXPECT_EQ(setting(half, "opacity"), "0.5");
-    EXPECT_NE(crossed.inputs.at(0), half.inputs.at(0)) << "the two smears";
-}
-
 TEST(MotionBlurEffects, WorkOnPlainLightAsWorkedByHand) {
     const double darker = std::pow(2.0, -0.18);
     for (const double light : {0.2, 0.5, 0.8}) {

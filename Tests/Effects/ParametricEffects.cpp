@@ -14,8 +14,7 @@ using testing::ElementsAre;
 
 MTIImage gradient(int width, int height) {
     return MTIImage::imageWithBitmap(makeBitmap(width, height, [&](int x, int y) {
-        return Pixel{float(x) / float(width), float(y) / float(height),
-                           float((x * 7 + y * 3) % 32) / 31, 1};
+        return Pixel{float(x) / float(width), float(y) / float(height), float((x * 7 + y * 3) % 32) / 31, 1};
     }));
 }
 
@@ -168,24 +167,6 @@ TEST(ParametricEffects, ConstantUniformsAndTheirOrder) {
     EXPECT_FALSE(warp.filterClass().isSubclassOf(QVEffectMTIFilterClass));
 }
 
-TEST(ParametricEffects, SharedFunctionsAndOneKernelPerClass) {
-    const auto function = [](const char* name) {
-        return filterClassNamed(name)->fragmentFunctionDescriptor().name;
-    };
-    EXPECT_EQ(function("QVEdgeMTIFilter"), "QVEdgeMTIFilter");
-    EXPECT_EQ(function("QVScanlineMTIFilter2"), "QVScanlineMTIFilter");
-    EXPECT_EQ(function("QVSplitDirectionFilte"), "QVSplitDirectionFilte");
-    for (const char* name : {"QVSplitFourFilter", "QVSplitNineFilter", "QVSplitChangeFilter"}) {
-        EXPECT_EQ(function(name), "QVSplitFilter");
-        EXPECT_EQ(uniform<std::int32_t>(makeEffect(name)->parameters(), "splitDirection"), 2);
-        EXPECT_EQ(filterClassNamed(name)->levels(), 0);
-    }
-    const auto& kernel = filterClassNamed("QVSplitFourFilter")->kernel();
-    ASSERT_NE(kernel, nullptr);
-    EXPECT_EQ(&kernel, &filterClassNamed("QVSplitFourFilter")->kernel());
-    EXPECT_NE(kernel, filterClassNamed("QVSplitNineFilter")->kernel());
-}
-
 TEST(ParametricEffects, TilesMirrorsAndBlocksAreWhereTheyShouldBe) {
     const int w = 96, h = 48;
     const MTIImage input = gradient(w, h);
@@ -196,14 +177,14 @@ TEST(ParametricEffects, TilesMirrorsAndBlocksAreWhereTheyShouldBe) {
         filter->setLevel(level);
         return render(filter->outputImage());
     };
-    const Picture halves = rendered("QVMirrorMTIFilter", 0),
-                        quarters = rendered("QVMirrorMTIFilter", 1);
+    const Picture halves = rendered("QVMirrorMTIFilter", 0), quarters = rendered("QVMirrorMTIFilter", 1);
     const Picture four = rendered("QVSplitFourFilter"), nine = rendered("QVSplitNineFilter");
     for (int y = 0; y < h; y += 5) {
         for (int x = 0; x < w; x += 7) {
             EXPECT_LE(difference(halves.at(x, y), source.at(std::min(x, w - 1 - x), y)), 1e-6);
-            EXPECT_LE(difference(quarters.at(x, y), source.at(std::min(x, w - 1 - x), std::min(y, h - 1 - y))),
-                      1e-6);
+            EXPECT_LE(
+                difference(quarters.at(x, y), source.at(std::min(x, w - 1 - x), std::min(y, h - 1 - y))),
+                1e-6);
             // Every tile is the same picture.
             EXPECT_LE(difference(four.at(x, y), four.at((x + w / 2) % w, (y + h / 2) % h)), 1e-5);
             EXPECT_LE(difference(nine.at(x, y), nine.at((x + w / 3) % w, y)), 1e-5);

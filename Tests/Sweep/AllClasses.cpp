@@ -106,11 +106,11 @@ TEST_P(EveryClass, RendersAtTheEndsOfEveryPropertysRange) {
     }
 }
 
-TEST_P(EveryClass, BearsAnyTimeAndStrength) {
+TEST_P(EveryClass, BearsAnyTime) {
     setInputs(*filter, 31, 18);
     setMoment(*filter, 0.4);
     const double numbers[] = {std::numeric_limits<double>::quiet_NaN(), INFINITY, -INFINITY, 1e300, -1e9};
-    for (std::string_view name : {"iTime", "startTime", "endTime", "time", "progress", "effectValue"}) {
+    for (std::string_view name : {"iTime", "startTime", "endTime", "time", "progress"}) {
         const QVProperty* property = record.property(name);
         if (!property) continue;
         const QVPropertyValue before = property->get(*filter);
@@ -125,9 +125,9 @@ TEST_P(EveryClass, BearsAnyTimeAndStrength) {
 
 TEST_P(EveryClass, ShowsThatItIsThere) {
     if (record.kindOrInherited() != QVFilterKind::effect) return;
-    setInputs(*filter, 96, 54);
+    setInputs(*filter, 256, 144);
     setNumber(*filter, "effectValue", 1);
-    const test::Picture input = test::render(photo(96, 54));
+    const test::Picture input = test::render(photo(256, 144));
     double worst = 0;
     for (double moment : {0.03, 0.31, 0.77, 0.97}) {
         setMoment(*filter, moment);
@@ -144,9 +144,9 @@ TEST_P(EveryClass, GivesTheSameFrameWheneverAndWhereverItIsAsked) {
         return test::render(one.outputImage());
     };
     const test::Picture early = frame(*filter, 0.2), late = frame(*filter, 0.9);
-    EXPECT_EQ(test::worstDifference(frame(*other, 0.9), late), 0);
-    EXPECT_EQ(test::worstDifference(frame(*other, 0.2), early), 0);
-    EXPECT_EQ(test::worstDifference(frame(*filter, 0.2), early), 0);
+    EXPECT_TRUE(test::matches(frame(*other, 0.9), late, 0));
+    EXPECT_TRUE(test::matches(frame(*other, 0.2), early, 0));
+    EXPECT_TRUE(test::matches(frame(*filter, 0.2), early, 0));
 }
 
 TEST_P(EveryClass, LooksTheSameThroughTheWaysOfAGPU) {
@@ -163,7 +163,7 @@ TEST_P(EveryClass, LooksTheSameThroughTheWaysOfAGPU) {
     ASSERT_TRUE(output);
     const test::Picture here = test::pictureOf(test::context()->renderToBitmap(output));
     const test::Picture there = test::pictureOf(gpuWays->renderToBitmap(output));
-    EXPECT_LE(test::worstDifference(here, there), 3.01 / 255);
+    EXPECT_TRUE(test::matches(here, there, 3.01 / 255));
     EXPECT_THAT(gpuWays->validationMessages(), testing::IsEmpty());
 }
 
