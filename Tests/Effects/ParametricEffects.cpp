@@ -197,14 +197,6 @@ TEST(ParametricEffects, TilesMirrorsAndBlocksAreWhereTheyShouldBe) {
             EXPECT_NEAR(four.at(x, y)[1], (2 * y + 0.5) / h, 0.03);
         }
     }
-
-    // Blocks of 58/1080 of a 540-line frame's shorter side: 29 pixels, one colour in each.
-    const auto mosaic = makeEffect("QVMosaicMTIFilter");
-    mosaic->setInputImage(gradient(960, 540));
-    const Picture blocks = render(mosaic->outputImage());
-    int edges = 0;
-    for (int x = 1; x < 960; ++x) edges += difference(blocks.at(x, 270), blocks.at(x - 1, 270)) > 1e-4;
-    EXPECT_NEAR(edges, 960.0 / 29, 2);
 }
 
 }  // namespace

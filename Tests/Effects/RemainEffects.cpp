@@ -108,24 +108,6 @@ TEST(RemainEffects, ReadOneSettingAndSurviveAnyTime) {
     }
 }
 
-TEST(RemainEffects, HandTheStrengthToTheirShaders) {
-    for (const char* name : kOnePass) {
-        const auto filter = makeEffect<QVBaseRemainMTIFilter>(name);
-        EXPECT_EQ(filter->filterClass().levels(), 2) << name;
-        EXPECT_EQ(filter->filterClass().defaultStrength(), 0) << name;
-        EXPECT_EQ(filter->filterClass().fragmentFunctionDescriptor().name, name);
-        const bool isBlur = dynamic_cast<QVBlurClassFilter*>(filter.get()) != nullptr;
-        set(*filter, {0, 10, isBlur ? 1.875 : 1.95, {0}});  // a quarter
-        const std::string_view asText(name);
-        const MTIParameters expected =
-            asText == "QVRemainMosaicMTIFilter"
-                ? MTIParameters{{"filterStrength", 0.25f}, {"maxDivideCount", 24.0f}}
-            : asText == "QVRemainMBlurMTIFilter" ? MTIParameters{{"filterMixDistance", 48.75f}}
-                                                 : MTIParameters{{"filterStrength", 0.25f}};
-        EXPECT_EQ(filter->parameters(), expected) << name;
-    }
-}
-
 TEST(RemainEffects, BlurByTheFramesShorterSide) {
     QVRemainObscureMTIFilter filter;
     EXPECT_FALSE(filter.outputImage());
