@@ -7,6 +7,7 @@
 #include <cmath>
 #include <optional>
 
+#include "Platform/Foundation/Log.h"
 #include "QVFilterCore/QVMTIFilter.h"
 
 #include <fmt/format.h>
@@ -220,7 +221,8 @@ std::optional<QVPropertyValue> parseProperty(const QVProperty& property, std::st
     auto value = read(property, text);
     if (!value) {
         if (error)
-            *error = fmt::format("{} takes {}, not '{}'", property.name, expectation(property.type), text);
+            *error = fmt::format("{} takes {}, not '{}'", property.name, expectation(property.type),
+                                 oneLine(text));
         return std::nullopt;
     }
     if (!checkRange(property, *value, error)) return std::nullopt;
@@ -231,7 +233,7 @@ bool setProperty(QVMTIFilter& filter, std::string_view name, const QVPropertyVal
                  std::string* error) {
     const QVProperty* property = filter.filterClass().property(name);
     if (!property) {
-        if (error) *error = fmt::format("{} has no property '{}'", filter.filterClass().name, name);
+        if (error) *error = fmt::format("{} has no property '{}'", filter.filterClass().name, oneLine(name));
         return false;
     }
     if (value.index() != property->get(filter).index() || !hasFittingCount(property->type, value)) {
@@ -247,7 +249,7 @@ bool setPropertyFromText(QVMTIFilter& filter, std::string_view name, std::string
                          std::string* error) {
     const QVProperty* property = filter.filterClass().property(name);
     if (!property) {
-        if (error) *error = fmt::format("{} has no property '{}'", filter.filterClass().name, name);
+        if (error) *error = fmt::format("{} has no property '{}'", filter.filterClass().name, oneLine(name));
         return false;
     }
     const auto value = parseProperty(*property, text, error);

@@ -4,6 +4,10 @@
 # writes its files there. SOURCES and LIBRARIES are what it needs besides. Every build compares the files with the list of
 # what was drawn, and draws again what is missing or altered, or when the program, or what it links, changed.
 function(qv_add_asset_program name directory)
+    if(QV_BUNDLE_FROM)
+        add_custom_target(${name}_assets)
+        return()
+    endif()
     cmake_parse_arguments(PARSE_ARGV 2 arg "" "" "SOURCES;LIBRARIES")
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/${name}/*.cpp)
     add_executable(draw_${name} ${CMAKE_CURRENT_LIST_DIR}/${name}.cpp ${sources} ${arg_SOURCES})
@@ -16,4 +20,7 @@ function(qv_add_asset_program name directory)
         DEPENDS draw_${name} COMMENT "Checking ${name}" VERBATIM)
     set_property(GLOBAL APPEND PROPERTY QV_ASSET_TARGETS ${name}_assets)
     set_property(GLOBAL APPEND PROPERTY QV_ASSET_LISTS ${list})
+    if(directory STREQUAL QV_BUNDLE)
+        set_property(GLOBAL APPEND PROPERTY QV_BUNDLE_TARGETS ${name}_assets)
+    endif()
 endfunction()

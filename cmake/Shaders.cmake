@@ -15,6 +15,10 @@ target_link_libraries(qvshaderc PRIVATE qv_shaders)
 
 # Compiles every .glsl, .vert and .frag file of the given folders, each on its own, and packs them into one library file.
 function(qv_add_shader_library target output)
+    if(QV_BUNDLE_FROM)
+        add_custom_target(${target})
+        return()
+    endif()
     set(compiled)
     foreach(folder IN LISTS ARGN)
         file(GLOB sources CONFIGURE_DEPENDS ${folder}/*.glsl ${folder}/*.vert ${folder}/*.frag)

@@ -30,10 +30,15 @@ void setLogSink(LogSink sink) {
     log.sink = std::move(sink);
 }
 
-void logLine(std::string_view line) {
-    std::string text(line);
+std::string oneLine(std::string_view text) {
+    std::string line(text);
     std::replace_if(
-        text.begin(), text.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
+        line.begin(), line.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
+    return line;
+}
+
+void logLine(std::string_view line) {
+    std::string text = oneLine(line);
     auto& log = theLog();
     std::scoped_lock lock(log.mutex);
     if (log.sink) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <string>
 #include <string_view>
 
 namespace qv {
@@ -11,6 +12,9 @@ using LogSink = std::function<void(std::string_view line)>;
 
 /// Replaces the sink; an empty function restores the default, which writes to standard error.
 void setLogSink(LogSink sink);
+
+/// A text with its line breaks as spaces, for messages that quote what they were given.
+std::string oneLine(std::string_view text);
 
 /// Sends one line to the sink; line breaks within it become spaces. The library logs only what the host
 /// cannot learn otherwise.

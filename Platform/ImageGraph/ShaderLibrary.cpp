@@ -60,10 +60,8 @@ class Reader {
         return {reinterpret_cast<const char*>(taken_.data()), taken_.size()};
     }
     std::vector<std::uint32_t> words(std::size_t count) {
-        if (count > bytes_.size() / 4 || !take(count * 4)) {
-            good_ = false;
-            return {};
-        }
+        if (count > bytes_.size() / 4 || !take(count * 4)) good_ = false;
+        if (!good_ || count == 0) return {};
         std::vector<std::uint32_t> values(count);
         std::memcpy(values.data(), taken_.data(), taken_.size());
         return values;
@@ -143,7 +141,7 @@ bool isPlausible(const ShaderFunction& function) {
         if (uniform.offset > end - words) return false;
     }
     return std::ranges::all_of(function.inputs, [&](const ShaderInput& input) {
-        return input.sizeOffset >= -1 && input.sizeOffset + 2 <= function.pushedWords;
+        return input.sizeOffset >= -1 && input.sizeOffset <= function.pushedWords - 2;
     });
 }
 

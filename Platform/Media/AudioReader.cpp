@@ -32,6 +32,7 @@ bool isLossless(AVCodecID id) {
 struct AudioReader::State {
     // Outlives the contexts that report to it.
     ffmpeg::MessageSink messages;
+    ffmpeg::ListRefusal lists;
     ffmpeg::InputContext input;
     ffmpeg::CodecContext decoder;
     ffmpeg::Packet packet{av_packet_alloc()};
@@ -74,11 +75,13 @@ bool AudioReader::State::open(const std::string& path) {
     context->opaque = &messages;
     ffmpeg::Dictionary options;
     options.set("pattern_type", "none");
+    lists.watch(*context);
     int code = avformat_open_input(&context, ("file:" + path).c_str(), nullptr, options.address());
     if (code >= 0) {
         input.reset(context);
         code = avformat_find_stream_info(context, nullptr);
     }
+    if (lists.refused()) return fail(lists.kCause);
     if (code < 0) return fail(messages.cause(code));
     const int index = av_find_best_stream(context, AVMEDIA_TYPE_AUDIO, -1, -1, nullptr, 0);
     if (index < 0) return false;

@@ -123,6 +123,7 @@ void readDisplayMatrix(const AVStream& stream, ClipVideoFormat& video) {
 struct ClipReader::State {
     // Outlives the contexts that report to it.
     ffmpeg::MessageSink messages;
+    ffmpeg::ListRefusal lists;
     ffmpeg::InputContext input;
     ffmpeg::CodecContext decoder;
     ffmpeg::Packet packet{av_packet_alloc()};
@@ -192,11 +193,13 @@ bool ClipReader::State::openInput(const std::string& path) {
     ffmpeg::Dictionary openOptions;
     // A % in the name of a file that exists is just that.
     if (location.starts_with("file:")) openOptions.set("pattern_type", "none");
+    if (location.find("://") == std::string::npos) lists.watch(*context);
     int code = avformat_open_input(&context, location.c_str(), nullptr, openOptions.address());
     if (code >= 0) {
         input.reset(context);
         code = avformat_find_stream_info(context, nullptr);
     }
+    if (lists.refused()) return fail(lists.kCause);
     if (code < 0) {
         const bool unknown = code == AVERROR_EOF || (code == AVERROR_INVALIDDATA && messages.first().empty());
         return fail(unknown ? "no known media format" : messages.cause(code));
@@ -205,6 +208,7 @@ bool ClipReader::State::openInput(const std::string& path) {
     if (context->nb_streams == 0) return fail("there are no streams in it; it may be cut off");
     if (index < 0) return fail("there is no video in it");
     stream = context->streams[index];
+    ffmpeg::dropUnknownTags(*stream->codecpar);
     return true;
 }
 
@@ -356,6 +360,7 @@ std::optional<ClipFrame> ClipReader::State::finishFrame() {
     if (last) result.time = std::max(result.time, last->time + 1);
 
     const auto stored = AVPixelFormat(frame->format);
+    ffmpeg::dropUnknownTags(*frame.get());
     const bool fullRange = ffmpeg::isFullRange(stored, frame->color_range);
     const PixelFormat format = ffmpeg::nearestFormat(stored, fullRange);
     const ColorDescription color = colorOf(stored, frame->colorspace, frame->color_range);

@@ -34,22 +34,7 @@ double at(const std::vector<double>& gray, int x, int y) {
     return gray[std::size_t(y) * kWidth + std::size_t(x)];
 }
 
-struct Spread {
-    double mean, deviation;
-};
-Spread spread(const Bitmap& picture, int channel) {
-    double sum = 0, squares = 0;
-    const std::size_t count = picture.pixels->size() / 4;
-    for (std::size_t i = 0; i < count; ++i) {
-        const double v = (*picture.pixels)[4 * i + std::size_t(channel)];
-        sum += v;
-        squares += v * v;
-    }
-    const double mean = sum / double(count);
-    return {mean, std::sqrt(squares / double(count) - mean * mean)};
-}
-
-TEST(DemoInput, PicturesHaveTheirSizesAndAFullRangeOfTones) {
+TEST(DemoInput, PicturesHaveTheirSizes) {
     const struct {
         const char* name;
         int width, height;
@@ -61,28 +46,6 @@ TEST(DemoInput, PicturesHaveTheirSizesAndAFullRangeOfTones) {
         ASSERT_TRUE(picture);
         EXPECT_EQ(picture.width, width);
         EXPECT_EQ(picture.height, height);
-        for (int channel = 0; channel < 3; ++channel) {
-            const Spread tones = spread(picture, channel);
-            EXPECT_GT(tones.mean, 70) << channel;
-            EXPECT_LT(tones.mean, 170) << channel;
-            EXPECT_GT(tones.deviation, 35) << channel;
-        }
-        // Shadows, highlights, and strong colours of all three kinds.
-        std::size_t dark = 0, bright = 0, red = 0, green = 0, blue = 0;
-        for (std::size_t i = 0; i < picture.pixels->size(); i += 4) {
-            const std::uint8_t* p = picture.pixels->data() + i;
-            dark += p[0] < 30 && p[1] < 30 && p[2] < 30;
-            bright += p[0] > 225 && p[1] > 200 && p[2] > 170;
-            red += p[0] > p[1] + 90 && p[0] > p[2] + 90;
-            green += p[1] > p[0] + 8 && p[1] > p[2] + 40;
-            blue += p[2] > p[0] + 40 && p[2] > p[1] + 8;
-        }
-        const double count = double(width) * height;
-        EXPECT_GT(double(dark) / count, 0.002);
-        EXPECT_GT(double(bright) / count, 0.01);
-        EXPECT_GT(double(red) / count, 0.003);
-        EXPECT_GT(double(green) / count, 0.003);
-        EXPECT_GT(double(blue) / count, 0.01);
     }
 }
 
@@ -103,13 +66,6 @@ TEST(DemoInput, ClipsAreWhatTheyPromise) {
             "aac,48000,2");
         EXPECT_NEAR(std::stod(ffprobe("-select_streams a -show_entries stream=duration", input(name))), 4.0,
                     0.03);
-        const std::string levels =
-            outputOf("ffmpeg -nostdin -i '" + input(name) + "' -vn -af volumedetect -f null - 2>&1");
-        const auto level = [&](const std::string& key) {
-            return std::stod(levels.substr(levels.find(key) + key.size()));
-        };
-        EXPECT_GT(level("mean_volume: "), -28);
-        EXPECT_LT(level("max_volume: "), -0.2);
     }
     EXPECT_EQ(ffprobe("-select_streams a -show_entries stream=codec_name", input("demo_b_mask.mp4")), "");
 }
@@ -159,15 +115,6 @@ TEST(DemoInput, MaskLiesOnTheFigure) {
         EXPECT_GT(soft, 1500);
         EXPECT_LT(soft, 0.4 * white);
         EXPECT_LT(difference / (kWidth * kHeight), 1.5);
-    }
-}
-
-TEST(DemoInput, ClipsMove) {
-    for (const char* name : {"demo_a.mp4", "demo_b.mp4"}) {
-        const std::vector<double> first = grayFrame(name, 0), later = grayFrame(name, 60);
-        double difference = 0;
-        for (std::size_t i = 0; i < first.size(); ++i) difference += std::abs(first[i] - later[i]);
-        EXPECT_GT(difference / double(first.size()), 3) << name;
     }
 }
 

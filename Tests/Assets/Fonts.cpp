@@ -6,7 +6,7 @@
 
 #include <cmath>
 #include <cstdlib>
-#include <memory>
+#include <numeric>
 #include <set>
 
 #include "Tests/Media/TemporaryFolder.h"
@@ -28,40 +28,12 @@ class Fonts : public testing::TestWithParam<const char*> {
         EXPECT_EQ(FT_Load_Char(face_, character, FT_LOAD_NO_SCALE), 0) << character;
         return face_->glyph;
     }
-    /// Signed ink of an outline, its curves included: the integral of x dy.
+    /// Ink in square font units: the coverage of a drawing of one pixel a unit.
     double area(FT_ULong character) {
-        struct Walk {
-            FT_Vector at{};
-            double area = 0;
-            void to(double x, double y, double fromX, double fromY) { area += 0.5 * (fromX * y - x * fromY); }
-        } walk;
-        FT_Outline_Funcs funcs{};
-        funcs.move_to = [](const FT_Vector* to, void* user) {
-            static_cast<Walk*>(user)->at = *to;
-            return 0;
-        };
-        funcs.line_to = [](const FT_Vector* to, void* user) {
-            auto& w = *static_cast<Walk*>(user);
-            w.to(double(to->x), double(to->y), double(w.at.x), double(w.at.y));
-            w.at = *to;
-            return 0;
-        };
-        funcs.conic_to = [](const FT_Vector* c, const FT_Vector* to, void* user) {
-            auto& w = *static_cast<Walk*>(user);
-            double x0 = double(w.at.x), y0 = double(w.at.y);
-            constexpr int kPieces = 64;
-            for (int i = 1; i <= kPieces; ++i) {
-                const double t = double(i) / kPieces, s = 1 - t;
-                const double x = s * s * double(w.at.x) + 2 * s * t * double(c->x) + t * t * double(to->x);
-                const double y = s * s * double(w.at.y) + 2 * s * t * double(c->y) + t * t * double(to->y);
-                w.to(x, y, x0, y0);
-                x0 = x, y0 = y;
-            }
-            w.at = *to;
-            return 0;
-        };
-        EXPECT_EQ(FT_Outline_Decompose(&glyph(character)->outline, &funcs, &walk), 0);
-        return -walk.area;  // clockwise is ink
+        EXPECT_EQ(FT_Set_Pixel_Sizes(face_, 0, face_->units_per_EM), 0);
+        EXPECT_EQ(FT_Load_Char(face_, character, FT_LOAD_RENDER | FT_LOAD_NO_HINTING), 0) << character;
+        const FT_Bitmap& drawn = face_->glyph->bitmap;
+        return std::accumulate(drawn.buffer, drawn.buffer + drawn.rows * unsigned(drawn.pitch), 0.0) / 255;
     }
 
     FT_Library library_ = nullptr;

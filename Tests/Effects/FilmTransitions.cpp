@@ -1,6 +1,5 @@
 // The film transition, the passes that its family is made of, and the frame around the film.
 
-#include "Platform/ImageGraph/ImageNode.h"
 #include "Platform/Media/ImageFile.h"
 #include "QVFilterCore/QVResourceBundle.h"
 #include "QVFilterExtension/MTIFilters/Transition/Film/QVFilmRadiusFrameFilter.h"
@@ -13,15 +12,6 @@
 
 namespace qv::test {
 namespace {
-
-/// Names of the graph's passes, inputs first.
-std::vector<std::string> passesOf(const MTIImage& image) {
-    std::vector<std::string> names;
-    for (const ImageNode* node : evaluationOrder(image))
-        if (const auto* pass = std::get_if<KernelPass>(&node->operation))
-            names.push_back(pass->kernel->fragmentFunctionDescriptor().name);
-    return names;
-}
 
 TEST(FilmTransitions, TheFilmJumpsAsideAndSettles) {
     QVFilmRadiusTransitionMTIFilter film;
@@ -57,17 +47,16 @@ TEST(FilmTransitions, TheFilmJumpsAsideAndSettles) {
     for (const auto& [progress, passes] : moments) {
         film.setProgress(progress);
         const MTIImage output = film.outputImage();
-        EXPECT_EQ(passesOf(output), passes) << progress;
+        std::vector<std::string> drawn;
+        for (const DrawnPass& pass : drawnPasses(output)) drawn.push_back(pass.function);
+        EXPECT_EQ(drawn, passes) << progress;
         EXPECT_EQ(output.size(), (CGSize{100, 60}));
     }
     film.setProgress(0.54f);
     const MTIImage output = film.outputImage();
-    for (const ImageNode* node : evaluationOrder(output)) {
-        const auto* pass = std::get_if<KernelPass>(&node->operation);
-        if (!pass || pass->kernel->fragmentFunctionDescriptor().name != "QVFilmBoxBlurFilter") continue;
-        EXPECT_EQ(pass->parameters, (MTIParameters{{"progress", 0.6f}}));
-        EXPECT_EQ(node->inputs[0], node->inputs[1]);
-    }
+    const DrawnPass blur = drawnPasses(output).at(1);
+    EXPECT_EQ(*blur.parameters, (MTIParameters{{"progress", 0.6f}}));
+    EXPECT_EQ(blur.node->inputs[0], blur.node->inputs[1]);
     const Picture jump = render(output);
     EXPECT_EQ(jump.at(15, 30), (Pixel{0, 0, 0, 1})) << "where the film has left the gate";
     EXPECT_EQ(jump.at(99, 0), (Pixel{0, 0, 0, 1})) << "outside the gate's round corner";
@@ -102,7 +91,7 @@ TEST(FilmTransitions, AssistFiltersTakeOneFrameAndOneValue) {
         frame.setZoomValue(0);
     for (QVTransitionMTIFilter* filter :
          std::initializer_list<QVTransitionMTIFilter*>{&exposure, &rotation, &motion})
-        EXPECT_LE(worstDifference(render(filter->outputImage()), scene), 0.01 / 255)
+        EXPECT_TRUE(matches(render(filter->outputImage()), scene, 0.01 / 255))
             << filter->filterClass().name << " at rest";
     EXPECT_EQ(render(frame.outputImage()).at(45, 30), scene.at(45, 30));
 }
@@ -152,7 +141,7 @@ TEST(FilmTransitions, BoxBlurIsACrossFadeThatIsSharpAtItsEnds) {
     blur.setInputImage2(second);
     for (const auto& [progress, end] : {std::pair{0.f, first}, {1.f, second}}) {
         blur.setProgress(progress);
-        EXPECT_LE(worstDifference(render(blur.outputImage()), render(end)), 0.01 / 255);
+        EXPECT_TRUE(matches(render(blur.outputImage()), render(end), 0.01 / 255));
     }
     blur.setInputImage1(plainImage(96, 54, {0.6f, 0.1f, 0.8f, 1}));
     blur.setProgress(0.25f);

@@ -1,6 +1,5 @@
 // The motion blurs: how strength sets them, of which filters they are made, and what they do to plain light.
 
-#include "Platform/ImageGraph/ImageNode.h"
 #include "QVFilterExtension/MTIFilters/Effect/Blur/QVXMotionBlurEffectMTIFilter.h"
 #include "Tests/Support/TestEffect.h"
 
@@ -109,23 +108,6 @@ TEST(MotionBlurEffects, ScreenAnEnlargedSmearOverThePicture) {
     const ImageNode& smear = inputOf(inputOf(*whole.node(), 0), 1);
     EXPECT_TRUE(std::holds_alternative<KernelPass>(smear.operation));
     EXPECT_EQ(smear.stock.kind, "");
-}
-
-TEST(MotionBlurEffects, CrossTwoSmears) {
-    const auto effect = makeEffect<Effect>(kCrossed);
-    effect->setInputImage(sceneImage(64, 36));
-    effect->setEffectValue(0);
-    const MTIImage output = effect->outputImage();
-    const ImageNode& screen = inputOf(*output.node(), 0);
-    EXPECT_EQ(setting(screen, "mode"), "Screen");
-    EXPECT_EQ(screen.inputs.at(0), effect->inputImage());
-    const ImageNode& faded = inputOf(screen, 1);
-    EXPECT_EQ(setting(faded, "opacity"), "0.55");
-    const ImageNode& crossed = inputOf(faded, 0);
-    EXPECT_EQ(setting(crossed, "mode"), "Normal");
-    const ImageNode& half = inputOf(crossed, 1);
-    EXPECT_EQ(setting(half, "opacity"), "0.5");
-    EXPECT_NE(crossed.inputs.at(0), half.inputs.at(0)) << "the two smears";
 }
 
 TEST(MotionBlurEffects, WorkOnPlainLightAsWorkedByHand) {

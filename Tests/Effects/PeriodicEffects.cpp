@@ -2,7 +2,6 @@
 
 #include <limits>
 
-#include "Platform/ImageGraph/ImageNode.h"
 #include "QVFilterExtension/MTIFilters/Animation/Periodic/QVCreasePEMTIFilter.h"
 #include "QVFilterExtension/MTIFilters/Animation/Periodic/QVWhiteCoverPEMTIFilter.h"
 #include "Tests/Support/TestEffect.h"
@@ -19,12 +18,6 @@ constexpr const char* kBeating[] = {
     "QVAnaglyphPEMTIFilter", "QVColCoverPEMTIFilter", "QVWhiteCoverPEMTIFilter", "QVCreasePEMTIFilter"};
 /// Of a beat of 0.6 s, the height.
 constexpr double kPeak = 0.072;
-
-float uniform(const QVEffectMTIFilter& effect, std::string_view name) {
-    const MTIParameters all = effect.parameters();
-    const MTIValue* value = all.find(name);
-    return value ? std::get<float>(*value) : std::numeric_limits<float>::quiet_NaN();
-}
 
 Picture frameAt(QVEffectMTIFilter& effect, double time) {
     effect.setITime(time);
@@ -74,18 +67,18 @@ TEST(PeriodicEffects, ParametersFollowTheTime) {
     Effect effect;
     effect.setPeriod(2);
     effect.setITime(2 * 7 + 1.2 * 0.56);
-    EXPECT_NEAR(uniform(effect, "progress"), 0.56, 1e-6);
-    EXPECT_NEAR(uniform(effect, "pulse"), 0.3125, 1e-6);
-    EXPECT_EQ(uniform(effect, "beat"), 7);
+    EXPECT_NEAR(uniform<float>(effect.parameters(), "progress"), 0.56, 1e-6);
+    EXPECT_NEAR(uniform<float>(effect.parameters(), "pulse"), 0.3125, 1e-6);
+    EXPECT_EQ(uniform<float>(effect.parameters(), "beat"), 7);
     // The shutter is open for 1/48 s, and the slope there is -1.5 / 0.88 a beat of 1.2 s.
-    EXPECT_NEAR(uniform(effect, "pulseMotion"), -1.5 / 0.88 / 1.2 / 48, 1e-4);
+    EXPECT_NEAR(uniform<float>(effect.parameters(), "pulseMotion"), -1.5 / 0.88 / 1.2 / 48, 1e-4);
     effect.setITime(-1.9);
-    EXPECT_EQ(uniform(effect, "beat"), 4095) << "the beat before the first";
-    EXPECT_NEAR(uniform(effect, "progress"), 0.1 / 1.2, 1e-6);
+    EXPECT_EQ(uniform<float>(effect.parameters(), "beat"), 4095) << "the beat before the first";
+    EXPECT_NEAR(uniform<float>(effect.parameters(), "progress"), 0.1 / 1.2, 1e-6);
     for (const double rest : {1.3, 1.99, -0.4, kNaN, kInfinity}) {
         effect.setITime(rest);
         for (const char* name : {"progress", "pulse", "pulseMotion"})
-            EXPECT_EQ(uniform(effect, name), 0) << rest;
+            EXPECT_EQ(uniform<float>(effect.parameters(), name), 0) << rest;
     }
 }
 
@@ -98,7 +91,7 @@ TEST(PeriodicEffects, RestIsThePictureAndStrengthCounts) {
         effect->setInputImage(input);
         effect->setEffectValue(1);
         for (const double time : {0.0, 0.61, 0.99, 7.8, -0.3, kNaN, kInfinity, -kInfinity})
-            EXPECT_LE(worstDifference(frameAt(*effect, time), before), 1e-5) << time;
+            EXPECT_TRUE(matches(frameAt(*effect, time), before, 1e-5)) << time;
         double last = 0.004;
         for (const float strength : {0.15f, 0.5f, 1.f}) {
             effect->setEffectValue(strength);
@@ -109,7 +102,7 @@ TEST(PeriodicEffects, RestIsThePictureAndStrengthCounts) {
         // A beat at another tempo, and beats before the first, are the same beat.
         const Picture beat = frameAt(*effect, 0.2);
         if (std::string_view(name) != "QVCreasePEMTIFilter") {
-            EXPECT_LE(worstDifference(frameAt(*effect, -3.8), beat), 2e-3);
+            EXPECT_TRUE(matches(frameAt(*effect, -3.8), beat, 2e-3));
         }
         EXPECT_FALSE(effect->isPhotoTimeConst()) << "a photo beats as well";
     }
@@ -208,19 +201,6 @@ TEST(QVColCoverPEMTIFilter, CoversWithItsColour) {
     EXPECT_EQ(half.at(64, 20), (Pixel{0, 0, 0, 0}));
 }
 
-TEST(QVWhiteCoverPEMTIFilter, SharesItsSuperclassesFunction) {
-    EXPECT_EQ(QVWhiteCoverPEMTIFilterClass.fragmentFunctionDescriptor().name, "QVColCoverPEMTIFilter");
-    for (const char* name : kBeating) {
-        const std::string function = filterClassNamed(name)->fragmentFunctionDescriptor().name;
-        EXPECT_EQ(function,
-                  std::string_view(name) == "QVWhiteCoverPEMTIFilter" ? "QVColCoverPEMTIFilter" : name);
-    }
-    QVWhiteCoverPEMTIFilter white;
-    white.setInputImage(sceneImage(32, 32));
-    white.setEffectValue(1);
-    for (const float value : frameAt(white, kPeak).values) ASSERT_NEAR(value, 1, 1e-4);
-}
-
 TEST(QVCreasePEMTIFilter, IsOnePassOfTwoImagesOnTheBeatAndNoneAtRest) {
     const MTIImage input = sceneImage(61, 33);
     QVCreasePEMTIFilter crease, other;
@@ -233,16 +213,10 @@ TEST(QVCreasePEMTIFilter, IsOnePassOfTwoImagesOnTheBeatAndNoneAtRest) {
     other.setITime(0.2);
     const MTIImage output = crease.outputImage(), otherOutput = other.outputImage();
     const ImageNode& pass = *output.node();
-    ASSERT_TRUE(std::holds_alternative<KernelPass>(pass.operation));
     ASSERT_EQ(pass.inputs.size(), 2u);
     EXPECT_EQ(pass.inputs[0], input);
     EXPECT_EQ(pass.inputs[1].node()->alphaType, MTIAlphaType::alphaIsOne);
     EXPECT_EQ(pass.inputs[1], otherOutput.node()->inputs[1]) << "loaded once for all";
-    EXPECT_EQ(pass.inputs[1].size().width, 512);
-    EXPECT_EQ(pass.width, 61);
-    EXPECT_EQ(pass.height, 33);
-    EXPECT_EQ(std::get<KernelPass>(pass.operation).parameters, crease.parameters());
-
     const Picture folds = frameAt(crease, kPeak), others = frameAt(crease, 1 + kPeak);
     EXPECT_GT(meanDifference(folds, others), 0.01) << "each beat folds it elsewhere";
 }

@@ -115,36 +115,6 @@ TEST_F(PhotoDissolve, DrawsThePictureFromTheTransitionsEnd) {
     }
 }
 
-TEST_F(PhotoDissolve, KeepsThePictureWhileItFits) {
-    ramps_.setNeedCrop(true);
-    EXPECT_FALSE(ramps_.photoImage());
-    ramps_.setInputImage1(frame(80, 60));
-    const MTIImage first = ramps_.photoImage();
-    ASSERT_TRUE(first);
-    ramps_.setInputImage1(frame(80, 60));
-    ramps_.setInputImage2(frame(20, 20));
-    ramps_.setProgress(0.7f);
-
-    const CMTimeRange sameTenth = span(30, 570, 600), samePicture = span(0, 660, 600);
-    ASSERT_EQ(ramps_.photoImageIndexFromTimeRange(samePicture),
-              ramps_.photoImageIndexFromTimeRange(ramps_.timeRange()));
-    ramps_.setTimeRange(sameTenth);
-    ramps_.setTimeRange(samePicture);
-    EXPECT_EQ(ramps_.photoImage(), first);
-
-    const CMTimeRange other = span(0, 780, 600);
-    ASSERT_NE(ramps_.photoImageIndexFromTimeRange(other), ramps_.photoImageIndexFromTimeRange(samePicture));
-    ramps_.setTimeRange(other);
-    const MTIImage second = ramps_.photoImage();
-    EXPECT_NE(second, first);
-    for (const CGSize size : {CGSize{80, 61}, {81, 61}}) {
-        ramps_.setInputImage1(frame(int(size.width), int(size.height)));
-        EXPECT_EQ(ramps_.photoImage().size(), size);
-    }
-    ramps_.setInputImage1({});
-    EXPECT_FALSE(ramps_.photoImage());
-}
-
 TEST_F(PhotoDissolve, FitsThePictureToTheFrame) {
     // Where the corner pixels of the prepared picture lie in the file, from its top left.
     struct Corner {

@@ -63,16 +63,9 @@ TEST(SliceAndSmoothTransitions, SendTheirKeysInOrder) {
         for (const QVProperty* property : transition->filterClass().allProperties())
             if (property->type == QVPropertyType::integer) property->set(*transition, std::int64_t(3));
         const MTIParameters uniforms = transition->parameters();
-        Keys keys;
-        for (const auto& [name, value] : uniforms) {
-            keys.push_back(name);
-            if (name != "progress") {
-                EXPECT_EQ(value, expected.at(name)) << name;
-            }
-        }
-        EXPECT_EQ(keys, each.keys);
-        transition->setInputImage2({});
-        EXPECT_FALSE(transition->outputImage());
+        EXPECT_EQ(keysOf(uniforms), each.keys);
+        for (const auto& [name, value] : uniforms)
+            if (name != "progress") EXPECT_EQ(value, expected.at(name)) << name;
     }
     // A number of double width goes out as a float, and two strips are what there is at first.
     const auto slice = transitionOf("Slice");
@@ -106,7 +99,7 @@ TEST(SliceAndSmoothTransitions, EaseAsWorkedOutByHand) {
             const auto transition = transitionOf(stem);
             const auto sent = [&](double progress) {
                 transition->setProgress(float(progress));
-                return std::get<float>(*transition->parameters().find("progress"));
+                return uniform<float>(transition->parameters(), "progress");
             };
             EXPECT_NEAR(sent(each.progress), each.eased, 1e-6) << stem << " at " << each.progress;
             EXPECT_EQ(sent(0), 0) << stem;
@@ -115,20 +108,13 @@ TEST(SliceAndSmoothTransitions, EaseAsWorkedOutByHand) {
     }
 }
 
-/// Red grows to the right, green downwards; blue tells the clips apart.
-MTIImage ramps(int width, int height, float blue) {
-    return MTIImage::imageWithBitmap(makeBitmap(width, height, [&](int x, int y) {
-        return Pixel{(float(x) + 0.5f) / float(width), (float(y) + 0.5f) / float(height), blue, 1};
-    }));
-}
-
 TEST(SliceAndSmoothTransitions, ScrollPushesHalfAFrameAtHalfTime) {
     struct Case {
         int type;
         float du, dv;  // from a place of the frame to that of the picture, of the clip that is there
     };
     const Case cases[] = {{0, 0.5f, 0}, {1, -0.5f, 0}, {2, 0, 0.5f}, {3, 0, -0.5f}, {99, 0.5f, 0}};
-    const auto scroll = transitionOf("Scroll", ramps(90, 90, 0), ramps(90, 90, 1));
+    const auto scroll = transitionOf("Scroll", rampsImage(90, 90, 0), rampsImage(90, 90, 1));
     for (const Case& each : cases) {
         SCOPED_TRACE(each.type);
         scroll->filterClass().property("scrollType")->set(*scroll, std::int64_t(each.type));
@@ -155,7 +141,7 @@ TEST(SliceAndSmoothTransitions, MiddleOfTheFrameStaysThePivot) {
                           {"SmoothRotate", "type", {0, 1, 2, 3}},
                           {"RotateSlice", "type", {3, 4}}};
     for (const Case& each : cases) {
-        const auto transition = transitionOf(each.stem, ramps(161, 91, 0), ramps(161, 91, 1));
+        const auto transition = transitionOf(each.stem, rampsImage(161, 91, 0), rampsImage(161, 91, 1));
         for (std::int64_t value : each.values) {
             set(*transition, each.property, value);
             for (double progress : {0.4, 0.49, 0.51, 0.6}) {
@@ -170,7 +156,7 @@ TEST(SliceAndSmoothTransitions, MiddleOfTheFrameStaysThePivot) {
     }
     // In the upper half, what turns clockwise comes from the left; zooming in, from nearer to the middle.
     const auto redAbove = [](const char* stem, int type) {
-        const auto transition = transitionOf(stem, ramps(161, 161, 0), ramps(161, 161, 1));
+        const auto transition = transitionOf(stem, rampsImage(161, 161, 0), rampsImage(161, 161, 1));
         set(*transition, "type", std::int64_t(type));
         return frameAt(*transition, 0.4).at(80, 40);
     };

@@ -1,7 +1,5 @@
 // The animations in steps: their tables and easing, where steps meet, and where the picture goes.
 
-#include <limits>
-
 #include "QVFilterExtension/MTIFilters/Animation/Steps/QVThrowZoomAnimFilter.h"
 #include "QVFilterExtension/MTIFilters/Animation/Steps/QVTwoStepsAnimFilter.h"
 #include "QVFilterExtension/MTIFilters/Animation/Steps/QVZoomThrowAnimFilter.h"
@@ -12,8 +10,6 @@ namespace {
 
 using Animation = QVStepsAnimFilter;
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr const char* kTwoSteps[] = {"QVTwoStepsAnimFilter", "QVSpinFallAnimFilter", "QVFallSpinAnimFilter",
                                      "QVSwingLeftAnimFilter", "QVSwingRightAnimFilter"};
 constexpr const char* kThrows[] = {"QVThrowZoomAnimFilter", "QVZoomThrowAnimFilter"};
@@ -29,11 +25,6 @@ std::unique_ptr<Animation> animationOf(std::string_view name, const MTIImage& in
     return animation;
 }
 
-template <typename Value>
-Value uniform(const Animation& animation, std::string_view name) {
-    return std::get<Value>(*animation.parameters().find(name));
-}
-
 void moveTo(Animation& animation, double progress) {
     animation.setITime(10 + 3 * progress);
 }
@@ -46,11 +37,12 @@ Picture frameAt(Animation& animation, double progress) {
 /// x, y, scale and angle of a class that has poses.
 std::array<double, 4> poseAt(Animation& animation, double progress) {
     moveTo(animation, progress);
-    const auto from = uniform<MTIVector>(animation, "poseFrom"), to = uniform<MTIVector>(animation, "poseTo");
+    const auto from = uniform<MTIVector>(animation.parameters(), "poseFrom"),
+               to = uniform<MTIVector>(animation.parameters(), "poseTo");
     std::array<double, 4> pose;
     for (std::size_t i = 0; i < 4; ++i)
-        pose[i] = double(from[i]) +
-                  (double(to[i]) - double(from[i])) * double(uniform<float>(animation, "stepProgress"));
+        pose[i] = double(from[i]) + (double(to[i]) - double(from[i])) *
+                                        double(uniform<float>(animation.parameters(), "stepProgress"));
     return pose;
 }
 
@@ -58,13 +50,6 @@ double largestChange(const std::array<double, 4>& a, const std::array<double, 4>
     double largest = 0;
     for (std::size_t i = 0; i < 4; ++i) largest = std::max(largest, std::abs(a[i] - b[i]));
     return largest;
-}
-
-/// Red grows to the right, green downwards.
-MTIImage ramps(int width, int height) {
-    return MTIImage::imageWithBitmap(makeBitmap(width, height, [&](int x, int y) {
-        return Pixel{(float(x) + 0.5f) / float(width), (float(y) + 0.5f) / float(height), 0.5f, 1};
-    }));
 }
 
 TEST(StepAnimations, StepsEndOnFramesOfThreeSecondsAtThirty) {
@@ -113,14 +98,14 @@ TEST(StepAnimations, EaseAsWorkedOutByHand) {
         SCOPED_TRACE(std::string(each.name) + " at " + std::to_string(each.progress));
         const auto animation = animationOf(each.name);
         moveTo(*animation, each.progress);
-        EXPECT_NEAR(uniform<float>(*animation, "progress"), each.progress, 1e-6);
-        EXPECT_EQ(uniform<std::int32_t>(*animation, "step"), each.step);
-        EXPECT_NEAR(uniform<float>(*animation, "stepProgress"), each.eased, 5e-4);
+        EXPECT_NEAR(uniform<float>(animation->parameters(), "progress"), each.progress, 1e-6);
+        EXPECT_EQ(uniform<std::int32_t>(animation->parameters(), "step"), each.step);
+        EXPECT_NEAR(uniform<float>(animation->parameters(), "stepProgress"), each.eased, 5e-4);
     }
     // A shutter of 1/48 s in a linear step of 1/6 s.
     const auto linear = animationOf("QVThrowZoomAnimFilter");
     moveTo(*linear, 47.5 / 90);
-    EXPECT_NEAR(uniform<float>(*linear, "stepMotion"), 0.125, 1e-5);
+    EXPECT_NEAR(uniform<float>(linear->parameters(), "stepMotion"), 0.125, 1e-5);
 }
 
 TEST(StepAnimations, PosesMeetWhereStepsMeet) {
@@ -156,8 +141,7 @@ TEST(StepAnimations, RestInTheMiddleIsThePicture) {
         for (const char* name : kThrows) {
             const auto animation = animationOf(name, input);
             for (const double progress : {0.5, 0.52, 0.555})
-                EXPECT_LT(worstDifference(frameAt(*animation, progress), before), 1e-6)
-                    << name << " " << progress;
+                EXPECT_TRUE(matches(frameAt(*animation, progress), before, 1e-6)) << name << " " << progress;
         }
         for (const char* name : kTwoSteps) {
             const auto animation = animationOf(name, input);
@@ -181,15 +165,15 @@ TEST(StepAnimations, StandStillBeforeAndAfter) {
     for (const char* name : {"QVSpinFallAnimFilter", "QVThrowZoomAnimFilter"}) {
         const auto animation = animationOf(name, sceneImage(64, 36));
         const Picture first = frameAt(*animation, 0), last = frameAt(*animation, 1);
-        EXPECT_EQ(worstDifference(frameAt(*animation, -2), first), 0) << name;
-        EXPECT_EQ(worstDifference(frameAt(*animation, 5), last), 0) << name;
+        EXPECT_TRUE(matches(frameAt(*animation, -2), first, 0)) << name;
+        EXPECT_TRUE(matches(frameAt(*animation, 5), last, 0)) << name;
         EXPECT_GT(meanDifference(first, last), 0.02) << name;
     }
 }
 
 /// Where in the picture a place of the frame comes from: x and y 0..1.
 Pixel placeShown(std::string_view name, double progress, int x, int y) {
-    const auto animation = animationOf(name, ramps(160, 90));
+    const auto animation = animationOf(name, rampsImage(160, 90));
     return frameAt(*animation, progress).at(x, y);
 }
 
@@ -233,39 +217,6 @@ TEST(StepAnimations, RightIsLeftInAMirror) {
             for (int x = 0; x < 128; ++x) sum += double(std::abs(a.at(x, y)[0] - b.at(127 - x, y)[0]));
         EXPECT_LT(sum / (128 * 72), 0.01) << progress;
     }
-}
-
-TEST(StepAnimations, SurviveBadTimesAndSizes) {
-    const std::pair<double, double> clips[] = {{2, 2},    {3, 1},         {0, 1e-4},
-                                               {kNaN, 1}, {0, kInfinity}, {-kInfinity, 1}};
-    for (const char* name : {"QVTwoStepsAnimFilter", "QVSpinFallAnimFilter", "QVSwingRightAnimFilter",
-                             "QVThrowZoomAnimFilter", "QVZoomThrowAnimFilter"}) {
-        const auto animation = makeEffect<Animation>(name);
-        EXPECT_FALSE(animation->outputImage());
-        animation->setInputImage(plainImage(0, 0, {}));
-        EXPECT_FALSE(animation->outputImage());
-        for (const auto& [width, height] : {std::pair(1, 1), {1, 40}, {33, 2}}) {
-            animation->setInputImage(plainImage(width, height, {0.5f, 0.25f, 1, 1}));
-            for (const auto& [start, end] : clips) {
-                animation->setStartTime(start);
-                animation->setEndTime(end);
-                for (const double time : {0.0, 1.0, 5e-5, kNaN, kInfinity, -kInfinity}) {
-                    animation->setITime(time);
-                    // Whatever moves, a picture of one colour stays one.
-                    const Picture frame = render(animation->outputImage());
-                    ASSERT_NEAR(frame.at(0, 0)[1], 0.25, 3e-3)
-                        << name << " " << start << " " << end << " " << time;
-                    ASSERT_LT(worstDifference(frame, render(plainImage(width, height, {0.5f, 0.25f, 1, 1}))),
-                              1e-4);
-                }
-            }
-        }
-    }
-    // Steps that a host replaced by none.
-    QVTwoStepsAnimFilter none;
-    none.setStepParas({});
-    EXPECT_EQ(uniform<float>(none, "stepProgress"), 0);
-    EXPECT_EQ(uniform<float>(none, "stepMotion"), 0);
 }
 
 }  // namespace

@@ -67,94 +67,50 @@ void expectMatrix(const CGAffineTransform& actual, const CGAffineTransform& want
 TEST_F(TearPaper, StandsStillWithinAPhaseAndJumpsAtItsBeginning) {
     setFrame(filter_, {200, 100});
     using Filter = QVTearPaperMoveLeftMTIFilter;
+    constexpr auto kBottom = &Filter::getButtomTransformWithProgress,
+                   kTop = &Filter::getTopImageRotateTransformWithProgress,
+                   kMiddle = &Filter::getMiddleImageRotateTransformWithProgress,
+                   kMask1 = &Filter::getMask1BlendImageTransformWithProgress,
+                   kMask2 = &Filter::getMask2BlendImageTransformWithProgress;
     const struct {
         const char* what;
         CGAffineTransform (Filter::*at)(double) const;
         double begin;  ///< progress, on a boundary
         CGAffineTransform before, from;
     } cases[] = {
-        {"bottom", &Filter::getButtomTransformWithProgress, 0.24444444444444444, {}, {1.05, 0, 0, 1.05}},
-        {"bottom",
-         &Filter::getButtomTransformWithProgress,
-         0.4111111111111111,
-         {1.1, 0, 0, 1.1},
-         {1.12, 0, 0, 1.12, -6, 0}},
-        {"bottom",
-         &Filter::getButtomTransformWithProgress,
-         0.8277777777777777,
-         {1.5, 0, 0, 1.5},
-         {0, 0, 0, 0}},
-        {"mask 1",
-         &Filter::getMask1BlendImageTransformWithProgress,
-         0.3277777777777778,
-         {0, 0, 0, 0},
-         {1.4, 0, 0, 1.4, -36, 5}},
-        {"mask 1",
-         &Filter::getMask1BlendImageTransformWithProgress,
-         0.49444444444444446,
-         {1.57, 0, 0, 1.57, -40, 18},
-         {0.8, 0, 0, 0.8}},
-        {"mask 1",
-         &Filter::getMask1BlendImageTransformWithProgress,
-         0.7444444444444445,
-         {1.2, 0, 0, 1.2},
-         {0, 0, 0, 0}},
-        {"mask 2",
-         &Filter::getMask2BlendImageTransformWithProgress,
-         0.4111111111111111,
-         {0, 0, 0, 0},
-         {1.2, 0, 0, 1.2}},
-        {"mask 2",
-         &Filter::getMask2BlendImageTransformWithProgress,
-         0.5777777777777777,
-         {1.4, 0, 0, 1.4},
-         {1.25, 0, 0, 1.25}},
-        {"mask 2",
-         &Filter::getMask2BlendImageTransformWithProgress,
-         0.8277777777777777,
-         {1.1, 0, 0, 1.1},
-         {}},
+        {"bottom", kBottom, 0.24444444444444444, {}, {1.05, 0, 0, 1.05}},
+        {"bottom", kBottom, 0.4111111111111111, {1.1, 0, 0, 1.1}, {1.12, 0, 0, 1.12, -6, 0}},
+        {"bottom", kBottom, 0.8277777777777777, {1.5, 0, 0, 1.5}, {0, 0, 0, 0}},
+        {"mask 1", kMask1, 0.3277777777777778, {0, 0, 0, 0}, {1.4, 0, 0, 1.4, -36, 5}},
+        {"mask 1", kMask1, 0.49444444444444446, {1.57, 0, 0, 1.57, -40, 18}, {0.8, 0, 0, 0.8}},
+        {"mask 1", kMask1, 0.7444444444444445, {1.2, 0, 0, 1.2}, {0, 0, 0, 0}},
+        {"mask 2", kMask2, 0.4111111111111111, {0, 0, 0, 0}, {1.2, 0, 0, 1.2}},
+        {"mask 2", kMask2, 0.5777777777777777, {1.4, 0, 0, 1.4}, {1.25, 0, 0, 1.25}},
+        {"mask 2", kMask2, 0.8277777777777777, {1.1, 0, 0, 1.1}, {}},
+        {"top", kTop, 0.16111111111111112, {0, 0, 0, 0}, {1, 0, 0, 1, 14, -3}},
         {"top",
-         &Filter::getTopImageRotateTransformWithProgress,
-         0.16111111111111112,
-         {0, 0, 0, 0},
-         {1, 0, 0, 1, 14, -3}},
-        {"top",
-         &Filter::getTopImageRotateTransformWithProgress,
+         kTop,
          0.4111111111111111,
          {0.65, 0, 0, 0.65, 14, 9},
          {0.799901, -0.012566, 0.012566, 0.799901, -25.82401, 11.40703}},
         {"top",
-         &Filter::getTopImageRotateTransformWithProgress,
+         kTop,
          0.5777777777777777,
          {0.999391, -0.0348995, 0.0348995, 0.999391, -43.44970, 16.52644},
          {0.978148, 0.207912, -0.207912, 0.978148, -69.08444, 36.43268}},
         {"top",
-         &Filter::getTopImageRotateTransformWithProgress,
+         kTop,
          0.7444444444444445,
          {0.965926, 0.258819, -0.258819, 0.965926, -81.07340, 32.11081},
          {0, 0, 0, 0}},
+        {"middle", kMiddle, 0.4111111111111111, {}, {0.965926, -0.258819, 0.258819, 0.965926, 180, -32}},
         {"middle",
-         &Filter::getMiddleImageRotateTransformWithProgress,
-         0.4111111111111111,
-         {},
-         {0.965926, -0.258819, 0.258819, 0.965926, 180, -32}},
-        {"middle",
-         &Filter::getMiddleImageRotateTransformWithProgress,
+         kMiddle,
          0.49444444444444446,
          {0.965926, -0.258819, 0.258819, 0.965926, 180, -32},
          {1, 0, 0, 1, 150, 0}},
-        {"middle",
-         &Filter::getMiddleImageRotateTransformWithProgress,
-         0.6611111111111111,
-         {1, 0, 0, 1, 102, 0},
-         {1, 0, 0, 1, 50, 0}},
-        {"middle",
-         &Filter::getMiddleImageRotateTransformWithProgress,
-         0.8277777777777777,
-         {1, 0, 0, 1, 10, 0},
-         {}},
-    };
+        {"middle", kMiddle, 0.6611111111111111, {1, 0, 0, 1, 102, 0}, {1, 0, 0, 1, 50, 0}},
+        {"middle", kMiddle, 0.8277777777777777, {1, 0, 0, 1, 10, 0}, {}}};
     for (const auto& each : cases) {
         const double before = std::nextafter(each.begin, 0.0);
         expectMatrix((filter_.*each.at)(before), each.before, each.what, before);
@@ -263,35 +219,8 @@ TEST_F(TearPaper, DrawsEmptyCanvasesForMissingAssets) {
     }
 }
 
-TEST_F(TearPaper, KeepsTheAssetsOfTheLastFrameSize) {
+TEST_F(TearPaper, TheSheetIsAsHighAsTheFrame) {
     QVTearPaperMoveLeftMTIFilter other;
-    using Filter = QVTearPaperMoveLeftMTIFilter;
-    const auto assets = [](const Filter& filter) {
-        return std::vector<MTIImage>{filter.videoButtomImage(),       filter.videoSizeImage(),
-                                     filter.middleImage1(),           filter.middleImage2(),
-                                     filter.biggerVideoButtomImage(), filter.biggerVideoSizeImage()};
-    };
-    setFrame(filter_, {160, 90});
-    setFrame(other, {90, 160});
-    const std::vector<MTIImage> first = assets(filter_);
-    EXPECT_EQ(assets(filter_), first);
-    const MTIImage dropped = filter_.videoButtomImage();
-    for (const auto& later : {filter_.videoSizeImage(), filter_.middleImage1(), filter_.middleImage2()})
-        EXPECT_TRUE(later);
-    EXPECT_EQ(other.middleImage1().size(), (CGSize{90, 160}));
-    EXPECT_EQ(filter_.videoSizeImage(), first[1]) << "four are kept";
-    EXPECT_EQ(filter_.middleImage2(), first[3]);
-    EXPECT_NE(filter_.videoButtomImage(), dropped) << "and the one used longest ago is dropped";
-    const std::vector<MTIImage> second = assets(other);
-    setFrame(other, {160, 90});
-    const std::vector<MTIImage> again = assets(other);
-    for (std::size_t i = 0; i < first.size(); ++i) {
-        EXPECT_EQ(second[i].size(), (CGSize{90, 160}));
-        EXPECT_EQ(again[i].size(), (CGSize{160, 90}));
-        EXPECT_NE(again[i], first[i]) << "the other size has taken its place";
-    }
-    EXPECT_EQ(assets(filter_), again) << "shared by all instances";
-
     // As high as the frame, from the left: 36 of 192 columns of the shape are clear.
     setFrame(other, {90, 160});
     const Picture shape = render(other.biggerVideoSizeImage());

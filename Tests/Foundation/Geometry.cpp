@@ -115,22 +115,6 @@ TEST(UIColor, HueAgreesWithTheWellKnownColours) {
     }
 }
 
-TEST(UIColor, HueRoundTripsForAnyColour) {
-    SeededRandom random(3);
-    auto component = [&] { return random.next() / 2147483648.0; };
-    for (int i = 0; i < 1000; ++i) {
-        UIColor color(component(), component(), component(), component());
-        auto [hue, saturation, brightness, alpha] = color.getHueSaturationBrightnessAlpha();
-        ASSERT_TRUE(hue >= 0 && hue < 1);
-        auto back = UIColor::colorWithHueSaturationBrightnessAlpha(hue, saturation, brightness, alpha);
-        EXPECT_NEAR(back.red(), color.red(), 1e-12);
-        EXPECT_NEAR(back.green(), color.green(), 1e-12);
-        EXPECT_NEAR(back.blue(), color.blue(), 1e-12);
-        EXPECT_EQ(back.alpha(), color.alpha());
-    }
-    EXPECT_LT(UIColor(1, 0, 1e-17).getHueSaturationBrightnessAlpha().hue, 1);
-}
-
 TEST(UIColor, HexReadsAndWrites) {
     EXPECT_EQ(UIColor::fromHex("#f0a"), UIColor(1, 0, 170 / 255.0));
     EXPECT_EQ(UIColor::fromHex("#FF00fc"), UIColor(1, 0, 252 / 255.0));

@@ -389,6 +389,9 @@ TEST(ClipReader, whatCannotBeReadIsNamedWithItsCause) {
     std::string noise(20000, ' ');
     for (char& c : noise) c = char(random());
     writeBytes(folder / "noise.mkv", noise);
+    // A live playlist, which has no end, and a list of a file that could be read.
+    writeBytes(folder / "live.m3u8", "#EXTM3U\n#EXT-X-TARGETDURATION:1\n#EXTINF:1,\nnone.ts\n");
+    writeBytes(folder / "list.txt", "ffconcat version 1.0\nfile a.mp4\n");
 
     testing::internal::CaptureStderr();
     for (auto [name, cause] : {std::pair{"none.mp4", "No such file or directory"},
@@ -397,6 +400,8 @@ TEST(ClipReader, whatCannotBeReadIsNamedWithItsCause) {
                                {"text.dat", "no known media format"},
                                {"noise.mkv", ""},
                                {"headless.mp4", "moov atom not found"},
+                               {"live.m3u8", "it only lists other files"},
+                               {"list.txt", "it only lists other files"},
                                {"sound.wav", "there is no video in it"}}) {
         std::string error;
         EXPECT_FALSE(ClipReader::open(folder / name, {}, &error)) << name;

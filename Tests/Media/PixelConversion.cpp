@@ -221,59 +221,6 @@ TEST(PixelConversion, encodesByTheFormulas) {
     }
 }
 
-TEST(PixelConversion, greyStaysGreyAndEndsStayEnds) {
-    std::vector<std::uint8_t> ramp(256 * 2 * 4);
-    for (std::size_t i = 0; i < ramp.size(); ++i) ramp[i] = i % 4 == 3 ? 255 : std::uint8_t(i / 4 % 256);
-    for (PixelFormat format : kYUVFormats) {
-        for (ColorMatrix matrix : kMatrices) {
-            for (bool fullRange : {false, true}) {
-                const PixelBuffer stored = PixelBuffer::create(format, 256, 2, {matrix, fullRange});
-                convertFromRGBA8(ramp.data(), 1024, stored);
-                EXPECT_EQ(sampleAt(stored, 1, 1, 0), PixelBuffer::bitDepth(format) == 8 ? 128 : 512);
-                std::vector<std::uint8_t> back(ramp.size());
-                convertToRGBA8(stored, back.data(), 1024);
-                for (std::size_t i = 0; i < back.size(); i += 4) {
-                    ASSERT_EQ(back[i], back[i + 1]);
-                    ASSERT_EQ(back[i], back[i + 2]);
-                    ASSERT_NEAR(back[i], ramp[i], 1);
-                }
-                EXPECT_EQ(back[0], 0);
-                EXPECT_EQ(back[255 * 4], 255);
-            }
-        }
-    }
-}
-
-TEST(PixelConversion, roundTripLosesLittle) {
-    // A smooth picture: what is lost in between is the rounding of the planes, not the chroma's resolution.
-    const int width = 321, height = 183;
-    std::vector<std::uint8_t> rgba(std::size_t(width * height) * 4, 255);
-    for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width; ++x) {
-            std::uint8_t* p = &rgba[std::size_t(y * width + x) * 4];
-            p[0] = std::uint8_t(127.5 + 120 * std::sin(x * 0.02));
-            p[1] = std::uint8_t(127.5 + 120 * std::cos(y * 0.03));
-            p[2] = std::uint8_t(127.5 + 120 * std::sin((x + y) * 0.015));
-        }
-    }
-    for (PixelFormat format : kYUVFormats) {
-        const PixelBuffer stored = PixelBuffer::create(format, width, height, {ColorMatrix::bt709, false});
-        convertFromRGBA8(rgba.data(), std::size_t(width) * 4, stored);
-        std::vector<std::uint8_t> back(rgba.size());
-        convertToRGBA8(stored, back.data(), std::size_t(width) * 4);
-        double squares = 0;
-        int worst = 0;
-        for (std::size_t i = 0; i < back.size(); ++i) {
-            const int difference = std::abs(back[i] - rgba[i]);
-            worst = std::max(worst, difference);
-            squares += difference * difference;
-        }
-        const bool deep = PixelBuffer::bitDepth(format) == 10;
-        EXPECT_LE(worst, deep ? 2 : 4) << int(format);
-        EXPECT_LE(std::sqrt(squares / double(back.size())), deep ? 0.6 : 0.9) << int(format);
-    }
-}
-
 TEST(PixelConversion, alphaIsStraightInStoreAndPremultipliedInPictures) {
     const int width = 300, height = 40;
     const auto rgba = randomPicture(width, height, false, 5);

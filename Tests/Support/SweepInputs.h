@@ -10,13 +10,15 @@
 /// What sweeps over all classes drive them with.
 namespace qv::test {
 
-/// A picture with ramps, hard edges and fine detail; `seed` makes another one.
-inline MTIImage photo(int width, int height, int seed = 0) {
+/// A picture with ramps, hard edges and fine detail; `seed` makes another one. A cut-out one is a disc with a
+/// soft edge, transparent outside.
+inline MTIImage photo(int width, int height, int seed = 0, bool cutOut = false) {
     return MTIImage::imageWithBitmap(makeBitmap(width, height, [&](int x, int y) {
         const float u = float(x) / float(width), v = float(y) / float(height);
+        const float alpha = cutOut ? std::clamp((0.45f - std::hypot(u - 0.5f, v - 0.5f)) * 8, 0.0f, 1.0f) : 1;
         const bool block = ((x / 7 + y / 5 + seed) % 3) == 0;
         return Pixel{block ? 0.9f : u, 0.2f + 0.6f * v,
-                     seed ? 0.8f - 0.5f * u : 0.3f + 0.3f * std::sin(u * 20), 1};
+                     seed ? 0.8f - 0.5f * u : 0.3f + 0.3f * std::sin(u * 20), alpha};
     }));
 }
 
@@ -44,17 +46,17 @@ inline PixelBuffer discBuffer(int width, int height) {
 }
 
 /// A picture for an input: for every class alike, and another one for every role.
-inline QVInputValue pictureFor(const QVInput& input, int width, int height) {
+inline QVInputValue pictureFor(const QVInput& input, int width, int height, bool cutOut = false) {
     if (input.isBuffer) return discBuffer(width, height);
     if (input.role == QVInputRole::mask) return disc(width, height);
     if (input.role == QVInputRole::table) return photo(512, 512);
-    return photo(width, height, int(input.role));
+    return photo(width, height, int(input.role), cutOut && input.role == QVInputRole::frame);
 }
 
-inline void setInputs(QVMTIFilter& filter, int width, int height) {
+inline void setInputs(QVMTIFilter& filter, int width, int height, bool cutOut = false) {
     for (const QVInput& input : filter.filterClass().allInputs()) {
         std::string error;
-        EXPECT_TRUE(setInput(filter, input.name, pictureFor(input, width, height), &error)) << error;
+        EXPECT_TRUE(setInput(filter, input.name, pictureFor(input, width, height, cutOut), &error)) << error;
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/ImageGraph/ImageNode.h"
 #include "QVFilterCore/QVEffectMTIFilter.h"
 #include "QVFilterExtension/QVFilterRegistry.h"
 #include "Tests/Support/TestContext.h"
@@ -35,12 +36,43 @@ inline MTIImage sceneImage(int width, int height) {
     }));
 }
 
-/// Mean difference of the components.
-inline double meanDifference(const Picture& a, const Picture& b) {
-    double sum = 0;
-    for (std::size_t i = 0; i < a.values.size(); ++i)
-        sum += std::abs(double(a.values[i]) - double(b.values[i]));
-    return sum / double(a.values.size());
+/// Red grows to the right, green downwards, each from 0 to 1 between the borders.
+inline Bitmap rampsBitmap(int width, int height, float blue = 0.5f) {
+    return makeBitmap(width, height, [&](int x, int y) {
+        return Pixel{(float(x) + 0.5f) / float(width), (float(y) + 0.5f) / float(height), blue, 1};
+    });
+}
+inline MTIImage rampsImage(int width, int height, float blue = 0.5f) {
+    return MTIImage::imageWithBitmap(rampsBitmap(width, height, blue));
+}
+
+/// A uniform's value; without one of this name and type the test fails.
+template <typename Value>
+Value uniform(const MTIParameters& parameters, std::string_view name) {
+    const MTIValue* value = parameters.find(name);
+    if (value && std::holds_alternative<Value>(*value)) return std::get<Value>(*value);
+    ADD_FAILURE() << "no " << name << " of this type";
+    return {};
+}
+
+inline std::vector<std::string> keysOf(const MTIParameters& parameters) {
+    std::vector<std::string> names;
+    for (const auto& [name, value] : parameters) names.push_back(name);
+    return names;
+}
+
+/// The kernel passes behind an image, inputs first.
+struct DrawnPass {
+    std::string function;
+    const ImageNode* node;
+    const MTIParameters* parameters;
+};
+inline std::vector<DrawnPass> drawnPasses(const MTIImage& image) {
+    std::vector<DrawnPass> passes;
+    for (const ImageNode* node : evaluationOrder(image))
+        if (const auto* pass = std::get_if<KernelPass>(&node->operation))
+            passes.push_back({pass->kernel->fragmentFunctionDescriptor().name, node, &pass->parameters});
+    return passes;
 }
 
 }  // namespace qv::test

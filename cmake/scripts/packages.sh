@@ -1,8 +1,10 @@
-# Sourced by ./demo and ./test: installs the packages of packages.list that are missing, and says so.
+# Sourced by ./demo and ./test: installs the packages of packages.list that are missing, and says so. Those below a
+# line [NAME] are for install_missing_packages NAME alone.
 
 install_missing_packages() {
     local list missing=() package sudo=()
-    list=$(sed 's/#.*//' packages.list)
+    list=$(awk -v wanted="${1:-}" '/^\[/ { part = substr($0, 2, length($0) - 2); next }
+                                   /^[^#]/ && (part == "" || part == wanted)' packages.list)
     for package in $list; do
         dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || missing+=("$package")
     done

@@ -11,6 +11,7 @@ extern "C" {
 #include <set>
 #include <string_view>
 #include <system_error>
+#include <type_traits>
 
 namespace qv::ffmpeg {
 namespace {
@@ -146,6 +147,47 @@ std::string MessageSink::cause(int code) const {
     if (std::string message = first(); !message.empty()) return message;
     char text[AV_ERROR_MAX_STRING_SIZE];
     return av_make_error_string(text, sizeof text, code);
+}
+
+void ListRefusal::watch(AVFormatContext& context) {
+    context_ = &context;
+    // Asked before each read and while a demuxer waits; the kind of file is known by then.
+    context.interrupt_callback = {[](void* opaque) {
+                                      static constexpr std::string_view kLists[] = {
+                                          "hls", "concat", "dash", "webm_dash_manifest",
+                                          "imf", "sdp",    "rtsp"};
+                                      auto& self = *static_cast<ListRefusal*>(opaque);
+                                      const AVInputFormat* format = self.context_->iformat;
+                                      const std::string_view name = format ? format->name : "";
+                                      if (std::ranges::find(kLists, name) != std::end(kLists))
+                                          self.refused_ = true;
+                                      return int(self.refused_);
+                                  },
+                                  this};
+}
+
+namespace {
+
+template <typename Tag>
+void dropUnknown(Tag& tag, Tag count, Tag unspecified) {
+    std::underlying_type_t<Tag> number;
+    std::memcpy(&number, &tag, sizeof number);
+    if (number < 0 || number >= std::underlying_type_t<Tag>(count)) tag = unspecified;
+}
+
+}  // namespace
+
+void dropUnknownTags(AVCodecParameters& p) {
+    dropUnknown(p.color_range, AVCOL_RANGE_NB, AVCOL_RANGE_UNSPECIFIED);
+    dropUnknown(p.color_primaries, AVCOL_PRI_NB, AVCOL_PRI_UNSPECIFIED);
+    dropUnknown(p.color_trc, AVCOL_TRC_NB, AVCOL_TRC_UNSPECIFIED);
+    dropUnknown(p.color_space, AVCOL_SPC_NB, AVCOL_SPC_UNSPECIFIED);
+    dropUnknown(p.chroma_location, AVCHROMA_LOC_NB, AVCHROMA_LOC_UNSPECIFIED);
+}
+
+void dropUnknownTags(AVFrame& frame) {
+    dropUnknown(frame.color_range, AVCOL_RANGE_NB, AVCOL_RANGE_UNSPECIFIED);
+    dropUnknown(frame.colorspace, AVCOL_SPC_NB, AVCOL_SPC_UNSPECIFIED);
 }
 
 Rational rational(AVRational value) {

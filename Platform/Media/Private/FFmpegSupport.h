@@ -82,8 +82,27 @@ class MessageSink {
     bool cutOff_ = false;
 };
 
+/// Keeps a file from being read that only lists other files, as playlists do: what it names may lie anywhere,
+/// and a reader of a live one waits for ever. Outlives its context, which is one that is about to be opened.
+class ListRefusal {
+  public:
+    void watch(AVFormatContext& context);
+    /// Whether opening failed for that.
+    bool refused() const { return refused_; }
+    static constexpr const char* kCause = "it only lists other files, which are not read";
+
+  private:
+    const AVFormatContext* context_ = nullptr;
+    bool refused_ = false;
+};
+
 Rational rational(AVRational value);
 AVRational rational(Rational value);
+
+/// Makes colour tags unspecified whose number, which the file gave, is none of the known ones: an enumeration
+/// must not hold it.
+void dropUnknownTags(AVCodecParameters& parameters);
+void dropUnknownTags(AVFrame& frame);
 
 AVPixelFormat storedFormat(PixelFormat format);
 /// The format with exactly this layout, if there is one.
