@@ -134,6 +134,11 @@ TEST(MTIImage, ShrinkingTakesTheMean) {
     EXPECT_NEAR(shrunk.at(120, 80)[0], 0.5, 0.13);
     EXPECT_NEAR(shrunk.at(120, 80)[3], 1, 1e-3);
     EXPECT_NEAR(shrunk.at(90, 80)[3], 0, 1e-3);
+    // Along one axis alone too: stripes three pixels apart, of which a pixel covers twenty.
+    const test::Picture narrow =
+        test::render(fine.imageByApplyingTransform(CGAffineTransformMakeScale(0.05, 1)));
+    EXPECT_NEAR(narrow.at(120, 80)[1], 1.0 / 3, 0.1);
+    EXPECT_NEAR(narrow.at(117, 80)[1], 1.0 / 3, 0.1);
 }
 
 TEST(MTIImage, ResizesBilinearly) {

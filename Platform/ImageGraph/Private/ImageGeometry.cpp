@@ -49,10 +49,12 @@ MTIImage movedImage(const ImageMove& move) {
     const CGSize in = move.image.size(), out = move.outputSize;
     // Pixels of the image per pixel of the output, along the image's axes.
     const double acrossStep = std::hypot(t.a, t.c), downStep = std::hypot(t.b, t.d);
-    if (std::min(acrossStep, downStep) > 2) {
-        // Bilinear sampling would skip pixels.
-        const CGSize smaller{std::max(1.0, std::round(in.width * 2 / acrossStep)),
-                             std::max(1.0, std::round(in.height * 2 / downStep))};
+    if (std::max(acrossStep, downStep) > 2) {
+        // Bilinear sampling would skip pixels along an axis that shrinks so much.
+        const auto shrunk = [](double side, double step) {
+            return step > 2 ? std::max(1.0, std::round(side * 2 / step)) : side;
+        };
+        const CGSize smaller{shrunk(in.width, acrossStep), shrunk(in.height, downStep)};
         const CGAffineTransform shrink =
             CGAffineTransformMakeScale(smaller.width / in.width, smaller.height / in.height);
         ImageMove rest = move;

@@ -14,8 +14,8 @@ struct ImageMove {
     StockDescription description{};
 };
 
-/// Bilinear, transparent outside, with the mean of what a pixel covers when the image shrinks by more than
-/// half.
+/// Bilinear, transparent outside, with the mean of what a pixel covers along each axis of the image that shrinks by
+/// more than half.
 MTIImage movedImage(const ImageMove& move);
 
 /// The image stretched to another size, in whole pixels that an image can have.

@@ -3,12 +3,6 @@
 // The picture repeated without end, every other copy mirrored.
 vec2 mirrorRepeat(vec2 uv) { return 1.0 - abs(mod(uv, 2.0) - 1.0); }
 
-// 1 inside the picture, 0 outside.
-float insideUnit(vec2 uv) {
-    vec2 inside = step(vec2(0.0), uv) * step(uv, vec2(1.0));
-    return inside.x * inside.y;
-}
-
 // Turns the place by an angle (radians, clockwise as seen) about a point, without shearing a picture that is
 // `aspect` times as wide as high.
 vec2 rotateAbout(vec2 uv, vec2 center, float angle, float aspect) {
@@ -16,6 +10,3 @@ vec2 rotateAbout(vec2 uv, vec2 center, float angle, float aspect) {
     vec2 d = (uv - center) * vec2(aspect, 1.0);
     return center + vec2(d.x * turn.x - d.y * turn.y, d.x * turn.y + d.y * turn.x) / vec2(aspect, 1.0);
 }
-
-// Moves the place away from a point by a factor: a picture read there shrinks by it.
-vec2 scaleAbout(vec2 uv, vec2 center, vec2 factor) { return center + (uv - center) * factor; }

@@ -12,10 +12,12 @@ class QVCreasePEMTIFilter : public QVPeriodicEffectMTIFilter {
   public:
     explicit QVCreasePEMTIFilter(const QVFilterClass& filterClass = QVCreasePEMTIFilterClass);
 
+    /// Slopes and wear of crumpled paper, opaque; nil when the asset is missing.
+    const MTIImage& noiseImage() const { return noiseImage_; }
     MTIImage outputImage() override;
 
   private:
-    MTIImage noiseImage_;  ///< slopes and wear of crumpled paper, opaque
+    MTIImage noiseImage_;
 };
 
 }  // namespace qv

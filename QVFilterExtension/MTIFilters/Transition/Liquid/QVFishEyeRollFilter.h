@@ -17,6 +17,9 @@ class QVFishEyeRollFilter : public QVLiquidTransitionMTIFilter {
     /// "progress" (eased in two halves).
     MTIParameters parameters() const override;
     MTIImage outputImage() override;
+    /// The band of copies, and its smear; set anew for each frame.
+    const QVFishEyeMirrorFilter& mirrorFilter() const { return mirrorFilter_; }
+    const QVFishEyeBlurFilter& blurFilter() const { return blurFilter_; }
 
   private:
     QVFishEyeMirrorFilter mirrorFilter_;

@@ -15,6 +15,8 @@ class QVKaleidoscopeChangeFilter : public QVLiquidTransitionMTIFilter {
     /// "progress" (eased in two halves; it reaches 0.5 and 1 early, and is 1 at the very middle).
     MTIParameters parameters() const override;
     MTIImage outputImage() override;
+    /// The kaleidoscope behind the opening; set anew for each frame.
+    const QVKaleidoscopeRotateFilter& kaleidoscopeMTIFilter() const { return kaleidoscopeMTIFilter_; }
 
   private:
     QVKaleidoscopeRotateFilter kaleidoscopeMTIFilter_;

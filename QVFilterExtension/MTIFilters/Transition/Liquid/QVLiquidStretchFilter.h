@@ -16,6 +16,8 @@ class QVLiquidStretchFilter : public QVLiquidTransitionMTIFilter {
     /// "progress" (linear), "RGBSeperate" (0 to 1 and back).
     MTIParameters parameters() const override;
     MTIImage outputImage() override;
+    /// Lays mirror images around the picture; set anew for each frame.
+    const QVFishEyeMirrorFilter& mirrorFilter() const { return mirrorFilter_; }
 
   private:
     QVFishEyeMirrorFilter mirrorFilter_;

@@ -16,6 +16,8 @@ class QVRotationWarpFilter : public QVLiquidTransitionMTIFilter {
     /// "progress" (linear), "wrapWeight" (0 to 0.5 while winding up, on to 1 while unwinding).
     MTIParameters parameters() const override;
     MTIImage outputImage() override;
+    /// Smears the result along its arcs; set anew for each frame.
+    const QVRotationBlurFilter& blurFilter() const { return blurFilter_; }
 
   private:
     QVRotationBlurFilter blurFilter_;
