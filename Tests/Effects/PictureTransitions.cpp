@@ -236,10 +236,10 @@ TEST(FlashPicture, DrawsFromTheSpanAndTheMoment) {
 TEST(FlashPicture, ARangeInSecondsFlickersTheSameHoweverItCame) {
     Flash flash{UIImage()};
     // 5000 s lie beyond 32 bits in millionths; 90,000 a second, 15 tenths of the duration, half of them gone.
-    EXPECT_TRUE(setPropertyFromText(flash, "timeRange", "5000.5,1.5"));
+    EXPECT_TRUE(setPropertyFromText(flash, "timeRange", "5000.5,1.5", nullptr));
     EXPECT_EQ(flash.gRandonm(0.5, 10), drawnByTheCLibrary(450045000 + 7 + 10));
     EXPECT_EQ(flash.timeRange(), CMTimeRangeMakeWithSeconds(5000.5, 1.5));
-    EXPECT_TRUE(setPropertyFromText(flash, "timeRange", "50000,1"));
+    EXPECT_TRUE(setPropertyFromText(flash, "timeRange", "50000,1", nullptr));
     EXPECT_EQ(flash.gRandonm(0.5, 10), drawnByTheCLibrary(4500000000 - 4294967296 + 5 + 10));
 }
 
