@@ -29,7 +29,7 @@ std::string stem(std::string_view name) {
                    [](unsigned char c) { return char(std::tolower(c)); });
     if (text.starts_with("qv")) text.erase(0, 2);
     for (std::string_view suffix : {"filter", "mti", "effect", "transition"}) {
-        if (text.ends_with(suffix)) text.resize(text.size() - suffix.size());
+        if (text.ends_with(suffix)) text.erase(text.size() - suffix.size());
     }
     return text;
 }
