@@ -40,12 +40,12 @@ std::vector<std::string> shortForms(std::string_view name) {
     if (text.starts_with("qv")) text.erase(0, 2);
     const std::size_t digits = text.size() - (text.find_last_not_of("0123456789") + 1);
     const std::string number = text.substr(text.size() - digits);
-    text.resize(text.size() - digits);
+    text.erase(text.size() - digits);
     std::vector<std::string> forms{text + number};
     // One class lacks the last letter.
     for (std::string_view suffix : {"filter", "filte", "mti", "effect", "transition"}) {
         if (!text.ends_with(suffix) || text.size() == suffix.size()) continue;
-        text.resize(text.size() - suffix.size());
+        text.erase(text.size() - suffix.size());
         forms.push_back(text + number);
     }
     return forms;
