@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <cstring>
+#include <map>
 
 #include "Host/Failure.h"
 #include "Host/PictureFile.h"
@@ -19,6 +20,14 @@ std::uint8_t expandedLuma(int code, bool fullRange) {
 }
 
 }  // namespace
+
+void addDeinterlaceOption(CLI::App& command, Deinterlacing& deinterlacing) {
+    static const std::map<std::string, Deinterlacing> kChoices{
+        {"auto", Deinterlacing::automatic}, {"on", Deinterlacing::all}, {"off", Deinterlacing::none}};
+    command
+        .add_option("--deinterlace", deinterlacing, "Whole pictures of interlaced frames; auto by their flag")
+        ->transform(CLI::CheckedTransformer(kChoices, CLI::ignore_case));
+}
 
 std::unique_ptr<ClipReader> openClip(const std::string& path, const ClipReaderOptions& options) {
     std::string cause;

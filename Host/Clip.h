@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "Host/CommandLine.h"
 #include "Host/Timeline.h"
 #include "Platform/Media/ClipReader.h"
 
@@ -12,6 +13,9 @@ namespace qv::host {
 
 /// Seconds by which time stamps may be off and still count as reached: half of the coarsest time base in use.
 inline constexpr double kTimeTolerance = 0.0005;
+
+/// The option of commands that read clips into frames.
+void addDeinterlaceOption(CLI::App& command, Deinterlacing& deinterlacing);
 
 /// Fails as input.
 std::unique_ptr<ClipReader> openClip(const std::string& path, const ClipReaderOptions& options = {});

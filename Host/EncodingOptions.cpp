@@ -3,6 +3,8 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "Host/Clip.h"
+
 namespace qv::host {
 
 std::int64_t parseBitRate(const std::string& option, const std::string& text) {
@@ -31,9 +33,18 @@ void EncodingOptions::add(CLI::App& command) {
         ->check(CLI::Range(0, 256));
     command.add_option("--option", options_, "name=value for the encoder or container; repeatable")
         ->allow_extra_args(false);
+    addDeinterlaceOption(command, deinterlacing_);
     command.add_flag("--no-audio", noAudio_, "Leave the sound out");
     command.add_flag("--progress", lines_, "Progress as lines for programs, on standard error");
     command.add_flag("--quiet", quiet_, "No progress bar and no notes");
+}
+
+ClipReaderOptions EncodingOptions::readerOptions(const std::string& input) const {
+    ClipReaderOptions result{.threads = writer_.threads, .deinterlacing = deinterlacing_};
+    result.onDeinterlacing = [input, quiet = quiet_] {
+        if (!quiet) fmt::print(stderr, "qvfilter: note: '{}' is deinterlaced\n", input);
+    };
+    return result;
 }
 
 ClipWriterOptions EncodingOptions::writerOptions(const std::string& output) const {

@@ -14,6 +14,7 @@ namespace {
 struct Options {
     std::string input, output, size, time, mask;
     std::vector<std::string> effects;
+    Deinterlacing deinterlacing = Deinterlacing::automatic;
     OverwriteOptions overwrite;
     DeviceOptions device;
 };
@@ -39,7 +40,7 @@ Moment momentOfPicture(const Options& options) {
 Moment momentOfClip(const Options& options) {
     const double time = options.time.empty() ? 0.0 : parseTime("--time", options.time);
     if (time < 0) fail(ExitCode::usage, "--time of a clip is not negative");
-    const auto clip = openClip(options.input);
+    const auto clip = openClip(options.input, {.deinterlacing = options.deinterlacing});
     const ClipInfo& info = clip->info();
     const ClipMoment shown = momentAt(*clip, time);
     const int rotation = info.video.rotation;
@@ -97,6 +98,7 @@ void addStillCommand(CLI::App& tool) {
         ->required();
     command->add_option("--time", options->time, "Moment of the clip, and the effects' time, seconds");
     command->add_option("--size", options->size, "Stretch the picture to WIDTHxHEIGHT before the effects");
+    addDeinterlaceOption(*command, options->deinterlacing);
     command->add_option("--mask", options->mask, "Picture or video that is white where the subject is");
     options->overwrite.add(*command);
     options->device.add(*command);
