@@ -4,8 +4,10 @@
 #include <array>
 #include <cmath>
 #include <cstring>
+#include <map>
 
 #include "Host/Clips/PictureFile.h"
+#include "Host/CommandLine/CommandParser.h"
 #include "Host/CommandLine/Failure.h"
 
 namespace qv::host {
@@ -19,6 +21,12 @@ std::uint8_t expandedLuma(int code, bool fullRange) {
 }
 
 }  // namespace
+
+void addDeinterlaceOption(const Command& command, Deinterlacing& deinterlacing) {
+    command.choice("--deinterlace", deinterlacing,
+                   {{"auto", Deinterlacing::automatic}, {"on", Deinterlacing::all}, {"off", Deinterlacing::none}},
+                   "Whole pictures of interlaced frames; auto by their flag");
+}
 
 std::unique_ptr<ClipReader> openClip(const std::string& path, const ClipReaderOptions& options) {
     std::string cause;

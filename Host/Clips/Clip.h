@@ -10,8 +10,13 @@
 /// Clips as the commands read them.
 namespace qv::host {
 
+class Command;
+
 /// Seconds by which time stamps may be off and still count as reached: half of the coarsest time base in use.
 inline constexpr double kTimeTolerance = 0.0005;
+
+/// The option of commands that read clips into frames.
+void addDeinterlaceOption(const Command& command, Deinterlacing& deinterlacing);
 
 /// Fails as input.
 std::unique_ptr<ClipReader> openClip(const std::string& path, const ClipReaderOptions& options = {});

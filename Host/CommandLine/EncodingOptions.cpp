@@ -3,8 +3,10 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "Host/Clips/Clip.h"
 #include "Host/CommandLine/CommandParser.h"
 #include "Host/CommandLine/Failure.h"
+#include "Host/CommandLine/StandardStreams.h"
 
 namespace qv::host {
 
@@ -32,9 +34,18 @@ void EncodingOptions::add(const Command& command) {
     command.option("--threads", writer_.threads, "Threads of decoder and encoder, 0 for one per core")
         .range(0, 256);
     command.option("--option", options_, "name=value for the encoder or container; repeatable");
+    addDeinterlaceOption(command, deinterlacing_);
     command.flag("--no-audio", noAudio_, "Leave the sound out");
     command.flag("--progress", lines_, "Progress as lines for programs, on standard error");
     command.flag("--quiet", quiet_, "No progress bar and no notes");
+}
+
+ClipReaderOptions EncodingOptions::readerOptions(const std::string& input) const {
+    ClipReaderOptions result{.threads = writer_.threads, .deinterlacing = deinterlacing_};
+    result.onDeinterlacing = [input, quiet = quiet_] {
+        if (!quiet) writeStandardError(fmt::format("qvfilter: note: '{}' is deinterlaced\n", input));
+    };
+    return result;
 }
 
 ClipWriterOptions EncodingOptions::writerOptions(const std::string& output) const {

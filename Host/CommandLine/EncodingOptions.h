@@ -7,6 +7,7 @@
 
 #include "Host/CommandLine/Progress.h"
 #include "Platform/ImageGraph/MTIImage.h"
+#include "Platform/Media/ClipReader.h"
 #include "Platform/Media/ClipWriter.h"
 
 namespace qv::host {
@@ -18,7 +19,8 @@ class EncodingOptions {
   public:
     void add(const Command& command);
 
-    int threads() const { return writer_.threads; }
+    /// How the clip is read; a note tells when it is deinterlaced.
+    ClipReaderOptions readerOptions(const std::string& input) const;
     bool audio() const { return !noAudio_; }
     bool quiet() const { return quiet_; }
     ProgressStyle progress() const { return progressStyle(lines_, quiet_); }
@@ -34,6 +36,7 @@ class EncodingOptions {
 
   private:
     ClipWriterOptions writer_;
+    Deinterlacing deinterlacing_ = Deinterlacing::automatic;
     std::vector<std::string> options_;
     std::optional<double> crf_;
     std::string bitRate_;

@@ -49,7 +49,9 @@ void render(const Options& options) {
     writing.subtitles = !options.noSubtitles;
     checkOutput(options.output, options.overwrite);
 
-    auto reader = openClip(options.input, {.threads = writing.threads, .packets = true});
+    ClipReaderOptions reading = options.encoding.readerOptions(options.input);
+    reading.packets = true;
+    auto reader = openClip(options.input, reading);
     const ClipInfo info = reader->info();
     const double seconds = clipSeconds(options, info);
     auto mask = options.mask.empty() ? nullptr : std::make_unique<MaskSource>(options.mask);

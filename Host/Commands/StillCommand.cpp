@@ -15,6 +15,7 @@ namespace {
 struct Options {
     std::string input, output, size, time, mask;
     std::vector<std::string> effects;
+    Deinterlacing deinterlacing = Deinterlacing::automatic;
     OverwriteOptions overwrite;
     DeviceOptions device;
 };
@@ -40,7 +41,7 @@ Moment momentOfPicture(const Options& options) {
 Moment momentOfClip(const Options& options) {
     const double time = options.time.empty() ? 0.0 : parseTime("--time", options.time);
     if (time < 0) fail(ExitCode::usage, "--time of a clip is not negative");
-    const auto clip = openClip(options.input);
+    const auto clip = openClip(options.input, {.deinterlacing = options.deinterlacing});
     const ClipInfo& info = clip->info();
     const ClipMoment shown = momentAt(*clip, time);
     const int rotation = info.video.rotation;
@@ -95,6 +96,7 @@ void addStillCommand(CommandParser& tool) {
         .required();
     command.option("--time", options->time, "Moment of the clip, and the effects' time, seconds");
     command.option("--size", options->size, "Stretch the picture to WIDTHxHEIGHT before the effects");
+    addDeinterlaceOption(command, options->deinterlacing);
     command.option("--mask", options->mask, "Picture or video that is white where the subject is");
     options->overwrite.add(command);
     options->device.add(command);

@@ -21,10 +21,6 @@ double lengthOfStills(const TransitionOptions& options, double transitionSeconds
     return positive("--still-seconds", options.stillSeconds);
 }
 
-ClipReaderOptions reading(const TransitionOptions& options) {
-    return {.threads = options.encoding.threads()};
-}
-
 void checkLength(const Footage& footage, double transitionSeconds) {
     if (footage.seconds() >= transitionSeconds - kTimeTolerance) return;
     fail(ExitCode::input, "'{}' lasts {:.3f} s, which is shorter than the transition of {:.3f} s",
@@ -42,8 +38,8 @@ FrameShape shapeOf(const TransitionOptions& options, const Footage& first) {
 TransitionTimeline::TransitionTimeline(const TransitionOptions& options)
     : seconds_(positive("--duration", options.duration)),
       stillSeconds_(lengthOfStills(options, seconds_)),
-      first_(options.inputs[0], stillSeconds_, reading(options)),
-      second_(options.inputs[1], stillSeconds_, reading(options)),
+      first_(options.inputs[0], stillSeconds_, options.encoding.readerOptions(options.inputs[0])),
+      second_(options.inputs[1], stillSeconds_, options.encoding.readerOptions(options.inputs[1])),
       fit_(options.fit),
       frame_(shapeOf(options, first_)),
       filter_(parseEffect(options.transition, ClassUse::transition),

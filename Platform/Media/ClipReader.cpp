@@ -20,6 +20,7 @@ extern "C" {
 
 #include "Platform/Foundation/OutputFile.h"
 #include "Platform/Media/Bitmap.h"
+#include "Platform/Media/Private/Deinterlacer.h"
 #include "Platform/Media/Private/FFmpegSupport.h"
 #include "Platform/Media/Private/SourceStreams.h"
 
@@ -118,6 +119,10 @@ void readDisplayMatrix(const AVStream& stream, ClipVideoFormat& video) {
     video.rotation = int(std::lround(-anticlockwise / 90.0) * 90 % 360 + 360) % 360;
 }
 
+bool isBroken(const AVFrame& frame) {
+    return frame.decode_error_flags || (frame.flags & AV_FRAME_FLAG_CORRUPT);
+}
+
 }  // namespace
 
 struct ClipReader::State {
@@ -129,7 +134,10 @@ struct ClipReader::State {
     ffmpeg::Packet packet{av_packet_alloc()};
     ffmpeg::Frame frame{av_frame_alloc()};
     ffmpeg::FrameScaler scaler;
+    std::unique_ptr<ffmpeg::Deinterlacer> deinterlacer;  ///< from the first interlaced frame on
+    ffmpeg::Frame following;  ///< decoded, waits for the deinterlacer to give what it holds
     AVStream* stream = nullptr;
+    ClipReaderOptions options;
 
     std::string name;  ///< for messages
     ClipInfo info;
@@ -143,11 +151,13 @@ struct ClipReader::State {
     std::deque<ClipFrame> pending;  ///< found by seek(), not yet handed out
     bool jumped = false;            ///< whether frames are no longer read from the beginning on
 
-    bool open(const std::string& path, const ClipReaderOptions& options);
+    bool open(const std::string& path, const ClipReaderOptions& wanted);
     bool openInput(const std::string& path);
     bool openDecoder(int threads);
     void describe(const std::string& path);
     Item next();
+    int receive();
+    bool deinterlace();
     bool feed(std::optional<ClipPacket>& other);
     std::optional<ClipFrame> finishFrame();
     bool seek(std::int64_t target);
@@ -167,7 +177,8 @@ bool ClipReader::State::fail(const std::string& cause) {
     return false;
 }
 
-bool ClipReader::State::open(const std::string& path, const ClipReaderOptions& options) {
+bool ClipReader::State::open(const std::string& path, const ClipReaderOptions& wanted) {
+    options = wanted;
     name = path == "-" ? "standard input" : path;
     if (!packet || !frame) return fail("out of memory");
     if (!openInput(path)) return false;
@@ -436,6 +447,45 @@ bool ClipReader::State::feed(std::optional<ClipPacket>& other) {
     return true;
 }
 
+/// Hands the decoded frame to the deinterlacer; false for one that passes by.
+bool ClipReader::State::deinterlace() {
+    const bool all = options.deinterlacing == Deinterlacing::all;
+    const bool meant = all || (options.deinterlacing == Deinterlacing::automatic && frame->interlaced_frame);
+    if (!deinterlacer && meant) {
+        deinterlacer = ffmpeg::Deinterlacer::create(*frame, all);
+        if (deinterlacer && options.onDeinterlacing) std::exchange(options.onDeinterlacing, nullptr)();
+    }
+    if (!deinterlacer) return false;
+    if (deinterlacer->takes(*frame)) return deinterlacer->send(frame.get()) >= 0;
+    following.reset(av_frame_alloc());
+    if (!following) return false;
+    av_frame_move_ref(following.get(), frame.get());
+    return deinterlacer->send(nullptr) >= 0;
+}
+
+/// As avcodec_receive_frame(), through the deinterlacer.
+int ClipReader::State::receive() {
+    while (true) {
+        if (deinterlacer) {
+            const int code = deinterlacer->receive(*frame);
+            if (code != AVERROR(EAGAIN) && !(code == AVERROR_EOF && following)) return code;
+            if (code == AVERROR_EOF) {
+                deinterlacer.reset();
+                av_frame_move_ref(frame.get(), std::exchange(following, nullptr).get());
+                if (!deinterlace()) return 0;
+                continue;
+            }
+        }
+        const int code = avcodec_receive_frame(decoder.get(), frame.get());
+        if (code == AVERROR_EOF && deinterlacer) {
+            if (const int ended = deinterlacer->send(nullptr); ended < 0) return ended;
+            continue;
+        }
+        const bool broken = code == 0 && isBroken(*frame);
+        if (code != 0 || broken || !deinterlace()) return code;
+    }
+}
+
 ClipReader::Item ClipReader::State::next() {
     if (!pending.empty()) {
         ClipFrame found = std::move(pending.front());
@@ -443,9 +493,9 @@ ClipReader::Item ClipReader::State::next() {
         return found;
     }
     while (!ended) {
-        const int code = avcodec_receive_frame(decoder.get(), frame.get());
+        const int code = receive();
         if (code == 0) {
-            const bool broken = frame->decode_error_flags || (frame->flags & AV_FRAME_FLAG_CORRUPT);
+            const bool broken = isBroken(*frame);
             if (broken && !last) continue;
             if (broken) {
                 if (damage.empty())
@@ -519,6 +569,8 @@ std::optional<ClipFrame> ClipReader::nextFrame() {
 bool ClipReader::State::jump(std::int64_t time, int flags) {
     if (av_seek_frame(input.get(), stream->index, time, flags) < 0) return false;
     avcodec_flush_buffers(decoder.get());
+    deinterlacer.reset();
+    following.reset();
     messages.clear();
     inputEnded = ended = false;
     jumped = true;

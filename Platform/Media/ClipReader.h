@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -9,10 +10,20 @@
 
 namespace qv {
 
+/// What becomes of interlaced frames: whole pictures are made of both fields, one of each frame.
+enum class Deinterlacing {
+    automatic,  ///< of frames that say that they are interlaced
+    all,        ///< of every frame
+    none,       ///< frames stay as they are
+};
+
 /// How a clip is read.
 struct ClipReaderOptions {
     int threads = 0;       ///< of the decoder; 0 is one per core
     bool packets = false;  ///< hand out the packets of audio and subtitles too, for a writer to copy
+    Deinterlacing deinterlacing = Deinterlacing::automatic;
+    /// Told once, before the first frame that is deinterlaced; on the thread that reads.
+    std::function<void()> onDeinterlacing;
 };
 
 /// Reads a clip, or a single picture, from whatever file the installed decoders know. One thread at a time,

@@ -70,6 +70,7 @@ struct ClipWriter::State {
     bool addVideo(const SourceStreams::Stream* source);
     bool addSound(const ClipWriterOptions& settings);
     void addDisplayMatrix();
+    void noteLostAlpha();
     bool writeHeader(const std::string& path, ffmpeg::Dictionary& options);
     bool drainEncoder();
     bool drainSound();
@@ -126,6 +127,18 @@ void ClipWriter::State::addDisplayMatrix() {
     if (auto* bytes = av_stream_new_side_data(stream, AV_PKT_DATA_DISPLAYMATRIX, sizeof matrix)) {
         std::memcpy(bytes, matrix.data(), sizeof matrix);
     }
+}
+
+void ClipWriter::State::noteLostAlpha() {
+    const AVPixFmtDescriptor* stored = av_pix_fmt_desc_get(encoder.context().pix_fmt);
+    if (!video.hasAlpha || !stored || (stored->flags & AV_PIX_FMT_FLAG_ALPHA)) return;
+    const std::string_view container = output->oformat->name;
+    copier.note(fmt::format("alpha is lost: {} does not keep it as {}, {} does",
+                            encoder.context().codec->name, stored->name,
+                            container == "matroska" || container == "avi" ? "ffv1"
+                            : container == "mov"                          ? "qtrle"
+                            : container == "webm"                         ? "libvpx-vp9"
+                                                                          : "qtrle in a .mov file"));
 }
 
 bool ClipWriter::State::addVideo(const SourceStreams::Stream* source) {
@@ -210,6 +223,7 @@ bool ClipWriter::State::open(const std::string& path, const ClipWriterOptions& s
     for (const auto& [key, value] : settings.options) options.set(key.c_str(), value);
     std::string cause;
     if (!encoder.open(video, settings, *output->oformat, options, cause)) return fail(cause);
+    noteLostAlpha();
     ClipWriterOptions copied = settings;
     const bool makesSound = settings.sound.sampleRate > 0;
     copied.audio = settings.audio && !makesSound;

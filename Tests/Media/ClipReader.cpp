@@ -300,6 +300,40 @@ TEST(ClipReader, tellsTheEndWithoutReading) {
     }
 }
 
+TEST(ClipReader, deinterlacesAsTheFramesSay) {
+    const TemporaryFolder folder;
+    const auto raw = [&](const std::string& path, const std::string& filter) {
+        ffmpeg("-i " + path + " -vf " + filter + " -fps_mode passthrough -f rawvideo " + folder / "raw");
+        return readBytes(folder / "raw");
+    };
+    for (const auto& [name, options] :
+         {std::pair{"top.ts", "-c:v mpeg2video -flags +ildct+ilme -top 1 -bf 2"},
+          {"bottom.ts", "-c:v mpeg2video -flags +ildct+ilme -top 0"},
+          {"deep.mkv", "-c:v libx264 -pix_fmt yuv422p10le -x264-params tff=1"},
+          {"whole.mp4", "-c:v libx264"}}) {
+        const std::string path = folder / name;
+        ffmpeg("-f lavfi -i testsrc2=s=64x48:r=50:d=0.6,tinterlace=interleave_top " + std::string(options) +
+               " " + path);
+        const bool whole = path.ends_with("mp4");
+        for (const auto& [wanted, filter] : {std::pair{Deinterlacing::automatic, "bwdif=0:-1:1"},
+                                             {Deinterlacing::all, "bwdif=0:-1:0"},
+                                             {Deinterlacing::none, "null"}}) {
+            int told = 0;
+            const auto reader =
+                ClipReader::open(path, {.deinterlacing = wanted, .onDeinterlacing = [&] { ++told; }});
+            ASSERT_TRUE(reader) << name;
+            const std::vector<ClipFrame> frames = readAll(*reader);
+            std::string samples;
+            for (const ClipFrame& frame : frames) samples += samplesOf(frame.pixels);
+            EXPECT_EQ(timesOf(frames), probedTimes(path)) << name;
+            EXPECT_TRUE(samples == raw(path, filter)) << name << ' ' << filter;
+            EXPECT_EQ(told, wanted == Deinterlacing::all || (wanted == Deinterlacing::automatic && !whole))
+                << name << ' ' << filter;
+        }
+        EXPECT_EQ(raw(path, "null") == raw(path, "bwdif=0:-1:1"), whole) << name;
+    }
+}
+
 TEST(ClipReader, readsPicturesPipesAndOddNames) {
     const TemporaryFolder folder;
     for (const char* name : {"a.png", "a.jpg", "a.webp", "a.bmp", "a.tiff"}) {

@@ -183,6 +183,9 @@ TEST(ClipWriter, encodesEveryKindOfFrame) {
         {"-c:v ffv1 -pix_fmt yuv422p", "s.mkv", "a.mkv", {.codec = "ffv1"}, "yuv422p", true},
         {"-c:v ffv1 -pix_fmt yuv444p10le", "s.mkv", "a.mkv", {.codec = "ffv1"}, "yuv444p10le", true},
         {"-c:v ffv1 -pix_fmt gray", "s.mkv", "a.mkv", {.codec = "ffv1"}, "gray", true},
+        {"-c:v ffv1 -pix_fmt bgr0", "s.mkv", "a.mkv", {.codec = "ffv1"}, "bgr0", true},
+        {"-c:v ffv1 -pix_fmt bgra", "s.mkv", "a.mkv", {.codec = "ffv1"}, "bgra", true},
+        {"-c:v ffv1 -pix_fmt gray16le", "s.mkv", "a.mkv", {.codec = "ffv1"}, "yuv420p10le"},
         {"-c:v ffv1 -pix_fmt yuva420p", "s.mkv", "a.mkv", {.codec = "ffv1"}, "yuva420p", true},
         {"-c:v qtrle -pix_fmt argb", "s.mov", "a.mov", {.codec = "qtrle"}, "argb", true},
         {"-c:v qtrle -pix_fmt rgb24", "s.mov", "a.mp4", {}, "yuv420p"},
@@ -235,6 +238,16 @@ TEST(ClipWriter, encodesEveryKindOfFrame) {
         EXPECT_NEAR(pixel[3], 128, 3) << name;
         EXPECT_NEAR(pixel[0], 200 * 128 / 255, 8) << name;
         EXPECT_NEAR(rgba[20 * 256 + 50 * 4 + 3], 255, 2) << name;
+    }
+}
+
+TEST(ClipWriter, saysWhenAlphaIsLost) {
+    const TemporaryFolder folder;
+    ffmpeg("-f lavfi -i color=red@0.5:s=64x48:d=0.2,format=rgba -c:v qtrle " + folder / "a.mov");
+    std::vector<std::string> notices;
+    for (const auto& [name, keeper] : {std::pair{"b.mov", "qtrle does"}, {"b.mkv", "ffv1 does"}}) {
+        ASSERT_EQ(rewrite(folder / "a.mov", folder / name, {}, &notices), "");
+        EXPECT_THAT(notices, ElementsAre(testing::AllOf(HasSubstr("alpha is lost"), HasSubstr(keeper))));
     }
 }
 

@@ -216,13 +216,18 @@ bool isRGB(AVPixelFormat format) {
     return description && (description->flags & (AV_PIX_FMT_FLAG_RGB | AV_PIX_FMT_FLAG_PAL));
 }
 
+bool isGray(AVPixelFormat format) {
+    const AVPixFmtDescriptor* description = av_pix_fmt_desc_get(format);
+    return description && description->nb_components <= 2 && !isRGB(format);
+}
+
 PixelFormat nearestFormat(AVPixelFormat format, bool fullRange) {
     const AVPixFmtDescriptor* description = av_pix_fmt_desc_get(format);
     if (!description) return PixelFormat::rgba8;
     const bool halvesAcross = description->log2_chroma_w == 1, halvesDown = description->log2_chroma_h == 1;
     const bool deep = description->comp[0].depth > 8;
-    const bool gray = description->nb_components <= 2;
-    if (gray && !(description->flags & AV_PIX_FMT_FLAG_ALPHA)) {
+    if (isGray(format) && !(description->flags & AV_PIX_FMT_FLAG_ALPHA)) {
+        if (deep) return PixelFormat::i420Bits10;
         return fullRange ? PixelFormat::gray8 : PixelFormat::rgba8;
     }
     if (const auto same = sameLayout(format)) return *same;
@@ -239,9 +244,7 @@ PixelFormat nearestFormat(AVPixelFormat format, bool fullRange) {
 
 bool isFullRange(AVPixelFormat format, AVColorRange range) {
     if (modernName(format) != format || isRGB(format)) return true;
-    const AVPixFmtDescriptor* description = av_pix_fmt_desc_get(format);
-    const bool gray = description && description->nb_components <= 2;
-    return range == AVCOL_RANGE_JPEG || (gray && range != AVCOL_RANGE_MPEG);
+    return range == AVCOL_RANGE_JPEG || (isGray(format) && range != AVCOL_RANGE_MPEG);
 }
 
 ColorMatrix matrixOf(AVColorSpace tag, int height) {

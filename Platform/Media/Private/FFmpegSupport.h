@@ -111,6 +111,7 @@ std::optional<PixelFormat> sameLayout(AVPixelFormat format);
 PixelFormat nearestFormat(AVPixelFormat format, bool fullRange);
 bool isFullRange(AVPixelFormat format, AVColorRange range);
 bool isRGB(AVPixelFormat format);
+bool isGray(AVPixelFormat format);  ///< with alpha or without
 
 /// The matrix to use for a tag; what is unspecified is guessed from the height as players do.
 ColorMatrix matrixOf(AVColorSpace tag, int height);

@@ -73,7 +73,7 @@ AVStream* StreamCopier::newStream(AVFormatContext& output, const SourceStreams::
     return stream;
 }
 
-bool StreamCopier::addStream(AVFormatContext& output, const SourceStreams::Stream& from,
+bool StreamCopier::addStream(AVFormatContext& output, const SourceStreams::Stream& from, int videoStream,
                              const ClipWriterOptions& settings, std::string& cause) {
     const AVMediaType type = from.parameters->codec_type;
     const AVOutputFormat& container = *output.oformat;
@@ -86,7 +86,14 @@ bool StreamCopier::addStream(AVFormatContext& output, const SourceStreams::Strea
     if (type == AVMEDIA_TYPE_ATTACHMENT) {
         return (isMatroska(container) && newStream(output, from)) || leaveOut();
     }
-    if (type != AVMEDIA_TYPE_AUDIO && type != AVMEDIA_TYPE_SUBTITLE) return leaveOut();
+    if (type == AVMEDIA_TYPE_VIDEO) {
+        note(fmt::format("video stream {} left out: only stream {} is processed", from.index, videoStream));
+        return true;
+    }
+    if (type != AVMEDIA_TYPE_AUDIO && type != AVMEDIA_TYPE_SUBTITLE) {
+        note(fmt::format("{} stream {} left out: such streams are not copied", nameOf(type), from.index));
+        return true;
+    }
     if (type == AVMEDIA_TYPE_AUDIO ? !settings.audio : !settings.subtitles) return true;
     const bool silent = container.audio_codec == AV_CODEC_ID_NONE && type == AVMEDIA_TYPE_AUDIO;
     if (silent || avformat_query_codec(&container, from.parameters->codec_id, FF_COMPLIANCE_NORMAL) == 0) {

@@ -19,8 +19,9 @@ class StreamCopier {
     bool addStreams(AVFormatContext& output, const SourceStreams& source, const ClipWriterOptions& settings,
                     AddVideo addVideo, std::string& cause) {
         for (const SourceStreams::Stream& stream : source.streams) {
-            if (stream.index == source.videoStream ? !addVideo()
-                                                   : !addStream(output, stream, settings, cause)) {
+            if (stream.index == source.videoStream
+                    ? !addVideo()
+                    : !addStream(output, stream, source.videoStream, settings, cause)) {
                 return false;
             }
         }
@@ -47,7 +48,7 @@ class StreamCopier {
         std::int64_t soundPosition = AV_NOPTS_VALUE;  ///< of av_rescale_delta
     };
 
-    bool addStream(AVFormatContext& output, const SourceStreams::Stream& from,
+    bool addStream(AVFormatContext& output, const SourceStreams::Stream& from, int videoStream,
                    const ClipWriterOptions& settings, std::string& cause);
     bool addPicture(AVFormatContext& output, const SourceStreams::Stream& from);
     AVStream* newStream(AVFormatContext& output, const SourceStreams::Stream& from);

@@ -50,6 +50,13 @@ std::string namesOf(const AVPixelFormat* formats) {
     return names;
 }
 
+/// Whether whoever asks for this encoder wants every pixel as it is, and not what players like.
+bool isLosslessOnly(const AVCodec& codec) {
+    const AVCodecDescriptor* description = avcodec_descriptor_get(codec.id);
+    return description && (description->props & AV_CODEC_PROP_LOSSLESS) &&
+           !(description->props & AV_CODEC_PROP_LOSSY);
+}
+
 /// Times of frames in these can only be multiples of the frame's duration.
 bool countsFrames(const AVCodec& codec) {
     return codec.supported_framerates || codec.id == AV_CODEC_ID_MPEG4;
@@ -98,12 +105,15 @@ bool VideoEncoder::choosePixelFormat(const ClipVideoFormat& video, const std::st
         return true;
     }
     AVPixelFormat best = ffmpeg::storedFormat(video.pixelFormat);
+    const bool lossless = isLosslessOnly(*codec_);
     // Opaque RGB has no format of its own that players like, and grey H.264 neither.
     const bool awkward = best == AV_PIX_FMT_RGBA || (best == AV_PIX_FMT_GRAY8 && isX26x(*codec_));
-    if (awkward && !video.hasAlpha && takes(*codec_, AV_PIX_FMT_YUV420P)) best = AV_PIX_FMT_YUV420P;
-    if (video.hasAlpha && takes(*codec_, AV_PIX_FMT_YUVA420P)) best = AV_PIX_FMT_YUVA420P;
+    if (!lossless && awkward && !video.hasAlpha && takes(*codec_, AV_PIX_FMT_YUV420P))
+        best = AV_PIX_FMT_YUV420P;
+    if (!lossless && video.hasAlpha && takes(*codec_, AV_PIX_FMT_YUVA420P)) best = AV_PIX_FMT_YUVA420P;
+    if (best == AV_PIX_FMT_RGBA && !video.hasAlpha) best = AV_PIX_FMT_RGB24;
     if (!takes(*codec_, best)) {
-        const bool plain = best == AV_PIX_FMT_RGBA && takes(*codec_, AV_PIX_FMT_YUV420P);
+        const bool plain = !lossless && ffmpeg::isRGB(best) && takes(*codec_, AV_PIX_FMT_YUV420P);
         best = avcodec_find_best_pix_fmt_of_list(codec_->pix_fmts, best, video.hasAlpha, nullptr);
         const AVPixFmtDescriptor* found = av_pix_fmt_desc_get(best);
         if (plain && found && !(found->flags & AV_PIX_FMT_FLAG_ALPHA)) best = AV_PIX_FMT_YUV420P;
@@ -124,7 +134,8 @@ void VideoEncoder::describe(const ClipVideoFormat& video, const AVOutputFormat& 
     const bool fromYUV = PixelBuffer::isYUV(video.pixelFormat);
     frameFormat_ = ffmpeg::nearestFormat(pixelFormat_, true);
     frameColor_ = {video.color.matrix, fromYUV ? video.color.fullRange : false};
-    if (codec_->id == AV_CODEC_ID_MJPEG || frameFormat_ == PixelFormat::gray8) frameColor_.fullRange = true;
+    const bool full = codec_->id == AV_CODEC_ID_MJPEG || ffmpeg::isGray(pixelFormat_);
+    if (full) frameColor_.fullRange = true;
     if (rgb && PixelBuffer::isYUV(frameFormat_)) frameColor_.fullRange = false;
 
     context.width = video.width;
