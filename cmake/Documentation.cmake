@@ -21,5 +21,6 @@ STRIP_FROM_PATH  = ${PROJECT_SOURCE_DIR}
     if(QV_BUILD_TESTS)
         # Fails on any warning, such as a public function without a comment.
         add_test(NAME Documentation COMMAND ${CMAKE_COMMAND} --build ${CMAKE_BINARY_DIR} --target docs)
+        set_tests_properties(Documentation PROPERTIES LABELS files)
     endif()
 endif()
