@@ -29,5 +29,6 @@ STRIP_FROM_INC_PATH = ${PROJECT_SOURCE_DIR} ${QV_GENERATED_INCLUDES}
     if(QV_BUILD_TESTS)
         # Fails on any warning, such as a public function without a comment, and on an include line of no header.
         add_test(NAME Documentation COMMAND ${CMAKE_COMMAND} --build ${CMAKE_BINARY_DIR} --target docs)
+        set_tests_properties(Documentation PROPERTIES LABELS files)
     endif()
 endif()

@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 #include <cstring>
-#include <map>
 
 #include "Host/Clips/PictureFile.h"
 #include "Host/CommandLine/CommandParser.h"
