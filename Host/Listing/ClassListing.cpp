@@ -73,7 +73,10 @@ std::unique_ptr<QVMTIFilter> newInstance(const QVFilterClass& filterClass) {
 
 std::string rangeText(const QVProperty& property) {
     if (!property.hasNumbers()) return {};
-    const std::string unit(unitName(property.unit));
+    // What is a plain number reads as one.
+    const bool isPlain = property.unit == QVUnit::fraction || property.unit == QVUnit::factor ||
+                         property.unit == QVUnit::count;
+    const std::string unit(isPlain ? "" : unitName(property.unit));
     if (property.maximum >= kUnlimited) return unit;
     return fmt::format("{} to {}{}{}", shortestNumber(property.minimum), shortestNumber(property.maximum),
                        unit.empty() ? "" : " ", unit);

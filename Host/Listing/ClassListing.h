@@ -11,7 +11,8 @@ namespace qv::host {
 /// A new filter of the class. Fails as internal when there is none.
 std::unique_ptr<QVMTIFilter> newInstance(const QVFilterClass& filterClass);
 
-/// "1 to 1080 pixels"; empty for what holds no numbers. A range that only keeps numbers finite is left out.
+/// "1 to 1080 pixels", without a word for what is a plain number; empty for what holds no numbers. A range
+/// that only keeps numbers finite is left out.
 std::string rangeText(const QVProperty& property);
 
 /// Everything that the class object says, with the properties' defaults as a new instance has them.

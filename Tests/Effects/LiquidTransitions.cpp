@@ -212,10 +212,10 @@ TEST(LiquidTransitions, CurrentsDependOnTheDurationsValueAlone) {
 }
 
 constexpr const char* kTransitions[] = {"QVTurbulenceBlendMTIFilter", "QVTurbulenceTransitionMTIFilter",
-                                     "QVLiquidStretchFilter",      "QVOpticaCompensationFilter",
-                                     "QVRotationWarpFilter",       "QVFishEyeLensFilter",
-                                     "QVFishEyeRollFilter",        "QVKaleidoscopeChangeFilter",
-                                     "QVKaleidoscopeMoveFilter"};
+                                        "QVLiquidStretchFilter",      "QVOpticaCompensationFilter",
+                                        "QVRotationWarpFilter",       "QVFishEyeLensFilter",
+                                        "QVFishEyeRollFilter",        "QVKaleidoscopeChangeFilter",
+                                        "QVKaleidoscopeMoveFilter"};
 
 TEST(LiquidTransitions, StartFromRestAndComeToRest) {
     for (const char* name : kTransitions) {

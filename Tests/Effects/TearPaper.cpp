@@ -1,4 +1,5 @@
-// The torn-paper transition: where its pieces stand, what lies on what, and how its assets are drawn and kept.
+// The torn-paper transition: where its pieces stand, what lies on what, and how its assets are drawn and
+// kept.
 
 #include <filesystem>
 

@@ -59,12 +59,15 @@ TEST_P(EveryClass, HasARecordThatAHostCanUse) {
         EXPECT_EQ(property->controlStep() > 0, property->hasNumbers()) << property->name;
         const bool counts = property->hasNumbers() && property->type != QVPropertyType::numbers;
         EXPECT_TRUE(!counts || property->unit != QVUnit::none) << property->name << " has no unit";
-        // A default that its own range refuses could not be set back by a host.
-        std::string error;
-        const bool empty = std::holds_alternative<MTIVector>(property->get(*filter)) &&
-                           std::get<MTIVector>(property->get(*filter)).count() == 0;
-        if (!empty) {
-            EXPECT_TRUE(setProperty(*filter, property->name, property->get(*filter), &error)) << error;
+        // What its own range refuses could not be set back by a host.
+        for (double strength : {1.0, 0.0, double(record.defaultStrength())}) {
+            setNumber(*filter, "effectValue", strength);
+            const QVPropertyValue value = property->get(*filter);
+            const auto* vector = std::get_if<MTIVector>(&value);
+            std::string error;
+            EXPECT_TRUE((vector && vector->count() == 0) ||
+                        setProperty(*filter, property->name, value, &error))
+                << error;
         }
     }
 }

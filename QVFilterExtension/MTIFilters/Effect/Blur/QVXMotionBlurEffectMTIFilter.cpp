@@ -11,6 +11,13 @@ const QVFilterClass QVXMotionBlurEffectMTIFilterClass{
     .help = "Two crossed diagonal smears of light over the sharp picture",
     .tags = {"motion blur", "glow", "star filter", "streaks"},
     .factory = makeFilter<QVXMotionBlurEffectMTIFilter>,
+    .properties =
+        {qvProperty<&QVMotionBlurEffectMTIFilter::opacity, &QVMotionBlurEffectMTIFilter::setOpacity>({
+            .name = "opacity",
+            .help = "opacity of the smear; above 1 it is brighter than it was",
+            .maximum = 1.15,
+            .unit = QVUnit::fraction,
+        })},
     .ignored = {"blurAngle", "scale"},
 };
 
