@@ -6,7 +6,7 @@
 
 uniform float progress;  // linear
 
-vec4 tapAt(vec2 place) { return readPixel(0, pixelAt(mirroredPixel(place, outputSize()))); }
+vec4 tapAt(vec2 place) { return readPixel(0, pixelAt(mirroredPlace(place, outputSize()))); }
 
 vec4 QVFishEyeBlurFilter(vec2 uv) {
     vec2 size = outputSize();

@@ -2,14 +2,14 @@
 #include "borders.glsl"
 #include "liquid.glsl"
 #include "motion.glsl"
-#include "passage.glsl"
+#include "transition.glsl"
 
 uniform float progress;          // linear
 uniform float transitionRhythm;  // 0..1 up to the middle, then 0.5..1
 
 // `away` from the middle, pixels of the frame.
 vec4 clipAt(vec2 away) {
-    vec2 size = outputSize(), place = mirroredPixel(0.5 * size + away, size);
+    vec2 size = outputSize(), place = mirroredPlace(0.5 * size + away, size);
     vec4 next = readPixel(1, pixelAt(place * (inputSize(1) / size)));
     return progress < 0.5 ? readPixel(0, pixelAt(place)) : next;
 }

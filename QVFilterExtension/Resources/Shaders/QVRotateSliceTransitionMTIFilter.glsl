@@ -2,7 +2,7 @@
 // along.
 #include "borders.glsl"
 #include "easing.glsl"
-#include "passage.glsl"
+#include "transition.glsl"
 #include "shutter.glsl"
 
 uniform float progress;

@@ -9,7 +9,7 @@ vec4 tapAt(vec2 away, float angle) {
     // The arc to the second order.
     vec2 size = outputSize();
     vec2 place = 0.5 * size + away * (1.0 - 0.5 * angle * angle) + vec2(-away.y, away.x) * angle;
-    return readPixel(0, pixelAt(mirroredPixel(place, size)));
+    return readPixel(0, pixelAt(mirroredPlace(place, size)));
 }
 
 vec4 QVRotationBlurFilter(vec2 uv) {

@@ -1,6 +1,6 @@
 // The clips pushed through the frame like a strip of film, smeared along their way.
 #include "borders.glsl"
-#include "passage.glsl"
+#include "transition.glsl"
 #include "shutter.glsl"
 
 uniform float progress;   // eased

@@ -1,7 +1,7 @@
 // Strips of the incoming clip slide over the outgoing one, which gives way a little and lies in their shadow.
 #include "borders.glsl"
 #include "easing.glsl"
-#include "passage.glsl"
+#include "transition.glsl"
 #include "shutter.glsl"
 
 uniform float progress;  // eased

@@ -1,6 +1,6 @@
 // One swing through both clips about a point beyond the frame, smeared along its arcs.
 #include "borders.glsl"
-#include "passage.glsl"
+#include "transition.glsl"
 #include "shutter.glsl"
 #include "whirl.glsl"
 

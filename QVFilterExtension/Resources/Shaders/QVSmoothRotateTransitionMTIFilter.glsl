@@ -1,6 +1,6 @@
 // One turn through both clips, smeared along its arcs.
 #include "borders.glsl"
-#include "passage.glsl"
+#include "transition.glsl"
 #include "shutter.glsl"
 #include "whirl.glsl"
 

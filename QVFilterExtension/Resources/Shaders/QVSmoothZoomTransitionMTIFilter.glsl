@@ -1,6 +1,6 @@
 // One zoom through both clips, smeared and with the colour fringes of a lens towards the rim.
 #include "borders.glsl"
-#include "passage.glsl"
+#include "transition.glsl"
 #include "shutter.glsl"
 #include "whirl.glsl"
 

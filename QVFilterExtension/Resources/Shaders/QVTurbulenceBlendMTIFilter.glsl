@@ -28,7 +28,7 @@ vec4 QVTurbulenceBlendMTIFilter(vec2 uv) {
     float share = progress < 0.5 ? 0.5 * alphaChange : 1.0 - 0.5 * alphaChange;
     float apart = 4.0 * share * (1.0 - share);  // 0 at the ends
     vec2 carried = (wide.yz + 0.5 * fine.yz) * (0.16 * apart) / perShortSide;
-    vec4 outgoing = readPixel(0, pixelAt(mirroredPixel((uv + carried * share) * size, size)));
+    vec4 outgoing = readPixel(0, pixelAt(mirroredPlace((uv + carried * share) * size, size)));
     vec4 incoming = readInput(1, mirrorAtEdges(uv - carried * (1.0 - share)));
 
     // When a place changes, about 0..1, and how far that has come.

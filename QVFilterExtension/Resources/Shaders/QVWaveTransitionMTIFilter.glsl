@@ -1,7 +1,7 @@
 // Ripples run outwards from the middle, bend the picture, catch the light, and turn the outgoing clip into the incoming
 // one.
 #include "frame.glsl"
-#include "passage.glsl"
+#include "transition.glsl"
 
 uniform float progress;  // eased
 uniform float ratio;     // of the frame, width to height

@@ -1,7 +1,7 @@
 // Strips of the picture zoom one after the other and change clips at their fastest. Outside a frame lies its mirror
 // image.
 #include "borders.glsl"
-#include "passage.glsl"
+#include "transition.glsl"
 #include "shutter.glsl"
 
 uniform float progress;  // eased

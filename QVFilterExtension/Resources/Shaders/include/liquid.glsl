@@ -1,6 +1,7 @@
-// What the liquid passages have in common.
+// What the liquid transitions have in common.
+#include "transition.glsl"
 
-// From 0 at rest to 1 in the middle of a passage and back.
+// From 0 at rest to 1 in the middle of a transition and back.
 float swellOf(float progress) { return 1.0 - abs(2.0 * progress - 1.0); }
 
 // A pixel whose red, green and blue come from three places. Its alpha covers all three.
@@ -20,6 +21,3 @@ vec4 spectrumOf(vec4 a, vec4 b, vec4 c) {
 vec4 spectrumOf(vec4 a, vec4 b, vec4 c, vec4 d, vec4 e) {
     return partedColors(0.25 * (a + c) + 0.5 * b, 0.25 * (b + d) + 0.5 * c, 0.25 * (c + e) + 0.5 * d);
 }
-
-// The place mirrored at the edges of the picture, for places at most one picture outside. All in pixels.
-vec2 mirroredPixel(vec2 place, vec2 size) { return size - abs(size - abs(place)); }

@@ -1,4 +1,4 @@
-// The beginning and the end of a passage from one clip to another, and what lies around a frame.
+// The beginning and the end of a transition from one clip to another, and what lies around a frame.
 
 // Rises to 1 where less than a pixel of the way remains: there the incoming picture is shown as it is.
 float settled(float progress, vec2 frame) {
