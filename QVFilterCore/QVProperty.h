@@ -43,14 +43,14 @@ enum class QVUnit {
     fraction,        ///< of what the meaning says: 1 is all of it; a host may show percent
     factor,          ///< multiplies what the meaning says
     count,           ///< of things
-    seconds,         ///<
+    seconds,         ///< of time
     pixels,          ///< of the input
     pixels1080,      ///< of a frame whose shorter side is 1080; in proportion in others
     frameSides,      ///< widths of the frame across, heights along
     halfFrameSides,  ///< half of these
     radians,         ///< anticlockwise
     turns,           ///< whole ones
-    percent,         ///<
+    percent,         ///< of white
     stops,           ///< of exposure: 1 doubles the light
 };
 /// "fraction", "factor", …; empty for `none`.

@@ -9,7 +9,6 @@
 #include "Platform/ImageGraph/MTIFilters.h"
 #include "Platform/ImageGraph/MTIKernel.h"
 #include "QVFilterCore/QVLookupMTIFilter.h"
-#include "QVFilterCore/QVTransitionMTIFilter.h"
 #include "QVFilterExtension/QVFilterRegistry.h"
 
 namespace {
@@ -56,15 +55,10 @@ MTIImage chained(MTIImage image, const MTIImage& other) {
 MTIImage ofClass(std::string_view name, const MTIImage& first, const MTIImage& second,
                  std::string_view property, double value) {
     const auto filter = createFilter(name);
-    if (auto* transition = dynamic_cast<QVTransitionMTIFilter*>(filter.get())) {
-        transition->setInputImage1(first);
-        transition->setInputImage2(second);
-    } else if (auto* oneInput = dynamic_cast<QVMTIOneInputFilter*>(filter.get())) {
-        oneInput->setInputImage(first);
-    }
-    const QVProperty* settable = filter ? filter->filterClass().property(property) : nullptr;
-    if (!settable) throw std::runtime_error(std::string(name) + " cannot be set up");
-    settable->set(*filter, value);
+    if (!filter || !setProperty(*filter, property, value))
+        throw std::runtime_error(std::string(name) + " cannot be set up");
+    for (const QVInput& input : filter->filterClass().allInputs())
+        input.set(*filter, input.role == QVInputRole::incoming ? second : first);
     return filter->outputImage();
 }
 

@@ -111,13 +111,18 @@ const QVFilterClass& declarer(const QVFilterClass& filterClass, const QVProperty
     return *record;
 }
 
-/// What the bases give stands on the index; here, which it is and what a new filter has.
+/// Whether the class's own table has it: what a listed class declares, and every choice between names.
+bool standsInTable(const QVFilterClass& filterClass, const QVProperty& property) {
+    return !property.variants.empty() || isListed(declarer(filterClass, property));
+}
+
+/// What else the bases give stands on the index; here, which it is and what a new filter has.
 std::string inheritedLine(const QVFilterClass& filterClass, const QVMTIFilter& fresh) {
     std::string text;
     const QVFilterClass* previous = nullptr;
     for (const QVProperty* property : filterClass.allProperties()) {
         const QVFilterClass& base = declarer(filterClass, *property);
-        if (isListed(base)) continue;
+        if (standsInTable(filterClass, *property)) continue;
         if (previous != &base)
             text += fmt::format("{}{}: ", previous ? "; from " : "From ", linkTo(base));
         else
@@ -180,7 +185,7 @@ std::string classSection(const QVFilterClass& filterClass) {
     std::string text = fmt::format("## {}\n\n**{}.** {}.\n\n{}\n", filterClass.name, filterClass.title,
                                    filterClass.help, facts(filterClass));
     std::vector<const QVProperty*> own = filterClass.allProperties();
-    std::erase_if(own, [&](const QVProperty* p) { return !isListed(declarer(filterClass, *p)); });
+    std::erase_if(own, [&](const QVProperty* p) { return !standsInTable(filterClass, *p); });
     if (!own.empty()) text += propertyTable(own, fresh.get()) + "\n";
     text += inheritedLine(filterClass, *fresh);
     return text + fmt::format("    {}\n\n", usageCommand(filterClass, exampleSetting(filterClass)));

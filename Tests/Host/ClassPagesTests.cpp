@@ -61,7 +61,7 @@ TEST(ClassPages, HaveEveryClassWithEverythingThatCanBeSet) {
         ASSERT_NE(start, std::string::npos);
         const std::string section = pages.substr(start, pages.find("\n## ", start + 1) - start);
         EXPECT_THAT(section, HasSubstr(quoted(entry["fragmentFunction"])));
-        for (const Json& input : entry["inputs"]) EXPECT_THAT(section, HasSubstr(quoted(input)));
+        for (const Json& input : entry["inputs"]) EXPECT_THAT(section, HasSubstr(quoted(input["name"])));
         for (const Json& property : entry["properties"]) {
             EXPECT_THAT(section, HasSubstr(quoted(property["name"])));
             for (const Json& variant : property.value("variants", Json::array()))
@@ -75,7 +75,7 @@ TEST(ClassPages, CommandLinesAreOnesThatTheToolTakes) {
     Arguments bench{"bench", "--device", "99"};
     for (const std::string& name : namesIn(kCommitted)) {
         const std::string page = readBytes(kCommitted + "/" + name);
-        for (const std::string& choice : found(page, "    qvfilter (?:transition |.*-e )('[^']*'|[^ \n]*)"))
+        for (const std::string& choice : found(page, "    qvfilter (?:transition |.*-e |.*--only )('[^']*'|[^ \n]*)"))
             bench.push_back(choice.front() == '\'' ? choice.substr(1, choice.size() - 2) : choice);
     }
     const Outcome outcome = qvfilter(bench);

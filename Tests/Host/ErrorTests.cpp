@@ -79,7 +79,7 @@ TEST_F(Errors, WrongUsage) {
 
 TEST_F(Errors, EffectsThatDoNotFitTheirClass) {
     expectRenderFailure("QVSwirrlFilter", 2, "did you mean QVSwirlMTIFilter");
-    expectRenderFailure("QVMosaicMTIFilter:strength=1", 2, "it has effectValue, level");
+    expectRenderFailure("QVMosaicMTIFilter:strength=1", 2, "it has effectValue, iTime");
     expectRenderFailure("QVMosaicMTIFilter:effectValue=1.5", 2, "outside 0 to 1");
     expectRenderFailure("QVMosaicMTIFilter:effectValue=much", 2, "'much'");
     expectRenderFailure("QVMosaicMTIFilter:effectValue=nan", 2, "'nan'");

@@ -15,8 +15,8 @@ struct EaseCurve {
 inline constexpr EaseCurve kEaseIn{1, 0, 1, 1};   ///< from rest, ever faster
 inline constexpr EaseCurve kEaseOut{0, 0, 0, 1};  ///< the reverse: fast at once, comes to rest
 
-/// A transition eased in two halves, one up to the cut at progress 0.5 and one from it on. Progress 0.5 itself
-/// belongs to the second half.
+/// A transition eased in two halves, one up to the cut at progress 0.5 and one from it on. Progress 0.5
+/// itself belongs to the second half.
 struct HalvesEasing {
     /// Of each half.
     EaseCurve first = kEaseIn, second = kEaseOut;

@@ -6,8 +6,8 @@ namespace qv {
 
 extern const QVFilterClass QVLiquidTransitionMTIFilterClass;
 
-/// Transitions that distort the picture (turbulence, stretching, lenses, kaleidoscopes) and cut from one clip to
-/// the other at the height of the distortion. Some of the classes are steps of such transitions: they read
+/// Transitions that distort the picture (turbulence, stretching, lenses, kaleidoscopes) and cut from one clip
+/// to the other at the height of the distortion. Some of the classes are steps of such transitions: they read
 /// `inputImage1` alone and their kind is `auxiliary`.
 class QVLiquidTransitionMTIFilter : public QVTransitionMTIFilter {
   public:
