@@ -44,9 +44,6 @@ void addTransitionCommand(CLI::App& tool) {
     command->add_option("--fit", options->fit, "How another shape comes into the frame")
         ->transform(CLI::CheckedTransformer(kFits, CLI::ignore_case));
     command->add_option("--still-seconds", options->stillSeconds, "How long a picture is shown; 3 without");
-    command->add_option("--audio-codec", options->audioCodec,
-                        "Encoder of the sound, as aac; what suits the container");
-    command->add_option("--audio-bitrate", options->audioBitRate, "Bits per second of the sound, as 192k");
     options->encoding.add(*command);
     options->overwrite.add(*command);
     options->device.add(*command);
