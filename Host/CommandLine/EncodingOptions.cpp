@@ -35,6 +35,9 @@ void EncodingOptions::add(const Command& command) {
         .range(0, 256);
     command.option("--option", options_, "name=value for the encoder or container; repeatable");
     addDeinterlaceOption(command, deinterlacing_);
+    command.option("--audio-codec", writer_.audioCodec,
+                   "Encoder of the sound, as aac, or copy or none; what suits the container");
+    command.option("--audio-bitrate", audioBitRate_, "Bits per second of the sound, as 192k");
     command.flag("--no-audio", noAudio_, "Leave the sound out");
     command.flag("--progress", lines_, "Progress as lines for programs, on standard error");
     command.flag("--quiet", quiet_, "No progress bar and no notes");
@@ -52,6 +55,7 @@ ClipWriterOptions EncodingOptions::writerOptions(const std::string& output) cons
     ClipWriterOptions result = writer_;
     result.crf = crf_;
     if (!bitRate_.empty()) result.bitRate = parseBitRate("--bitrate", bitRate_);
+    if (!audioBitRate_.empty()) result.audioBitRate = parseBitRate("--audio-bitrate", audioBitRate_);
     result.audio = audio();
     if (output == "-" && result.container.empty()) result.container = "matroska";
     for (const std::string& option : options_) {

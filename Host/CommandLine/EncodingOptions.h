@@ -21,7 +21,7 @@ class EncodingOptions {
 
     /// How the clip is read; a note tells when it is deinterlaced.
     ClipReaderOptions readerOptions(const std::string& input) const;
-    bool audio() const { return !noAudio_; }
+    bool audio() const { return !noAudio_ && writer_.audioCodec != "none"; }
     bool quiet() const { return quiet_; }
     ProgressStyle progress() const { return progressStyle(lines_, quiet_); }
 
@@ -39,7 +39,7 @@ class EncodingOptions {
     Deinterlacing deinterlacing_ = Deinterlacing::automatic;
     std::vector<std::string> options_;
     std::optional<double> crf_;
-    std::string bitRate_;
+    std::string bitRate_, audioBitRate_;
     bool noAudio_ = false, quiet_ = false, lines_ = false;
 };
 

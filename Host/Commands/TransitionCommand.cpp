@@ -43,9 +43,6 @@ void addTransitionCommand(CommandParser& tool) {
     command.option("--size", options->size, "Fit both into frames of WIDTHxHEIGHT");
     command.choice("--fit", options->fit, kFits, "How another shape comes into the frame");
     command.option("--still-seconds", options->stillSeconds, "How long a picture is shown; 3 without");
-    command.option("--audio-codec", options->audioCodec,
-                   "Encoder of the sound, as aac; what suits the container");
-    command.option("--audio-bitrate", options->audioBitRate, "Bits per second of the sound, as 192k");
     options->encoding.add(command);
     options->overwrite.add(command);
     options->device.add(command);

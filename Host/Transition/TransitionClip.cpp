@@ -115,9 +115,6 @@ void transitionClip(const TransitionOptions& options) {
     if (options.encoding.audio()) sound = openSound(*timeline);
     writing.sound = sound.format;
     writing.audio = writing.subtitles = false;
-    writing.audioCodec = options.audioCodec;
-    if (!options.audioBitRate.empty())
-        writing.audioBitRate = parseBitRate("--audio-bitrate", options.audioBitRate);
     noteLosses(options, *timeline);
 
     RenderPipeline::Parts parts;

@@ -19,7 +19,6 @@ struct TransitionOptions {
     Fit fit = Fit::cover;
     std::optional<double> at;  ///< progress of one moment
     int strip = 0;             ///< moments side by side
-    std::string audioCodec, audioBitRate;
     EncodingOptions encoding;
     OverwriteOptions overwrite;
     DeviceOptions device;

@@ -105,6 +105,8 @@ bool ClipWriter::State::chooseContainer(const std::string& path, const ClipWrite
         return fail("out of memory");
     output.reset(context);
     output->opaque = &messages;
+    // Standards since, such as FLAC in MP4.
+    output->strict_std_compliance = FF_COMPLIANCE_EXPERIMENTAL;
     return true;
 }
 
@@ -169,12 +171,7 @@ bool ClipWriter::State::addSound(const ClipWriterOptions& settings) {
     }
     soundStream->time_base = context.time_base;
     soundStream->disposition = AV_DISPOSITION_DEFAULT;
-    // Of this codec Matroska says how many of the first samples are to be dropped, and readers take the time
-    // of these off the stamps, to which the muxer has not added it.
-    const std::string_view container = output->oformat->name;
-    if (context.codec_id == AV_CODEC_ID_OPUS && (container == "webm" || container == "matroska")) {
-        soundDelay = context.initial_padding;
-    }
+    soundDelay = soundEncoder->delayIn(*output->oformat);
     return true;
 }
 
@@ -314,7 +311,9 @@ bool ClipWriter::write(const ClipFrame& frame) {
 
 bool ClipWriter::write(const ClipPacket& packet) {
     if (!state_->error.empty() || state_->finished) return false;
-    return state_->check(state_->copier.write(*state_->output, packet));
+    std::string cause;
+    const int code = state_->copier.write(*state_->output, packet, cause);
+    return cause.empty() ? state_->check(code) : state_->fail(cause);
 }
 
 bool ClipWriter::write(const AudioSamples& samples) {
@@ -336,6 +335,8 @@ bool ClipWriter::finish() {
     if (state.soundEncoder && (!state.soundEncoder->sendEnd(cause) || !state.drainSound())) {
         return state.fail(cause);
     }
+    const int flushed = state.copier.finish(*state.output, cause);
+    if (!(cause.empty() ? state.check(flushed) : state.fail(cause))) return false;
     if (!state.check(av_write_trailer(state.output.get()))) return false;
     avio_flush(state.io.get());
     if (!state.check(state.io->error)) return false;

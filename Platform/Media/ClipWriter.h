@@ -37,7 +37,8 @@ struct ClipWriterOptions {
     bool audio = true, subtitles = true, metadata = true;  ///< what to copy from the source
     /// Sound that the host makes instead: it is encoded, and none is copied. Without a rate there is none.
     AudioFormat sound;
-    /// Name of the encoder of that sound, such as "aac", "libopus", "flac"; empty: what suits the container.
+    /// Name of the sound's encoder, such as "aac", "libopus", "flac", or "copy". Empty: a source's sound is
+    /// copied where the container takes it, and any other encoded with what suits the container.
     std::string audioCodec;
     std::int64_t audioBitRate = 0;  ///< bits per second; 0: the encoder's choice
 };

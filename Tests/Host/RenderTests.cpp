@@ -185,6 +185,16 @@ TEST_F(Render, APictureIsAClipWhoseTimeStandsStill) {
     }
 }
 
+TEST_F(Render, MovingPictures) {
+    makeClip(files_ / "clip.mp4", "testsrc2=s=64x48:r=25:d=1", {"-c:v", "libx264"});
+    for (const char* kind : {"gif", "apng"}) {
+        const std::string name = std::string("out.") + kind;
+        render("clip.mp4", name, {"-e", "QVBlackWhiteMTIFilter"});
+        EXPECT_EQ(probe(files_ / name, "v:0")["codec_name"], kind);
+        EXPECT_EQ(probe(files_ / name, "v:0")["nb_read_frames"], "25");
+    }
+}
+
 TEST_F(Render, PipesAndProgress) {
     makeClip(files_ / "clip.mkv", "testsrc2=s=160x90:r=25:d=1", {"-c:v", "libx264"});
     const Outcome piped = qvfilter({"render", "-i", "-", "-e", "QVMosaicMTIFilter", "--progress", "-o", "-"},

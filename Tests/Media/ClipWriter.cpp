@@ -14,6 +14,7 @@
 #include "Platform/Media/ClipReader.h"
 #include "Platform/Media/PixelConversion.h"
 #include "Tests/Media/ClipTools.h"
+#include "Tests/Media/SoundTools.h"
 #include "Tests/Media/TemporaryFolder.h"
 
 namespace qv {
@@ -241,6 +242,25 @@ TEST(ClipWriter, encodesEveryKindOfFrame) {
     }
 }
 
+TEST(ClipWriter, encodesSoundThatTheContainerRefuses) {
+    const TemporaryFolder folder;
+    ffmpeg(
+        "-f lavfi -i testsrc2=s=64x48:d=1 -f lavfi -i sine=440:r=48000:d=1 -map 0 -map 1 -c:v libx264 -c:a "
+        "pcm_s16le " +
+        folder / "a.mkv");
+    for (const auto& [name, codec] : {std::pair{"b.mp4", "aac"}, {"b.webm", "opus"}, {"b.ts", "aac"}}) {
+        std::vector<std::string> notices;
+        ASSERT_EQ(rewrite(folder / "a.mkv", folder / name, {.options = {{"threads", "1"}}}, &notices), "")
+            << name;
+        EXPECT_THAT(notices, ElementsAre(HasSubstr("sound stream 1 is encoded as"))) << name;
+        EXPECT_THAT(ffprobe("-select_streams a:0 -show_entries stream=codec_name", folder / name),
+                    testing::StartsWith(codec));
+        const std::vector<float> sound = decodedSound(folder / name);
+        EXPECT_NEAR(double(sound.size()) / 48000, 1, 0.05) << name;
+        EXPECT_NEAR(toneAmplitude(sound, 1, 48000, 440, 12000, 24000), 0.125, 0.01) << name;
+    }
+}
+
 TEST(ClipWriter, saysWhenAlphaIsLost) {
     const TemporaryFolder folder;
     ffmpeg("-f lavfi -i color=red@0.5:s=64x48:d=0.2,format=rgba -c:v qtrle " + folder / "a.mov");
@@ -366,7 +386,7 @@ TEST(ClipWriter, failuresNameTheirCauseAndLeaveNothing) {
         {folder / "a.mkv", {.codec = "nonsense"}, "there is no video encoder 'nonsense'"},
         {folder / "a.mkv", {.codec = "aac"}, "there is no video encoder 'aac'"},
         {folder / "a.mp4", {.codec = "qtrle"}, "takes no qtrle video"},
-        {folder / "old.mp4", {}, "takes no pcm_s24le sound (stream 1)"},
+        {folder / "old.mp4", {.audioCodec = "copy"}, "takes no pcm_s24le sound (stream 1)"},
         {folder / "a.mkv", {.pixelFormat = "nonsense"}, "there is no pixel format 'nonsense'"},
         {folder / "a.mkv", {.pixelFormat = "yuv410p"}, "libx264 does not take yuv410p, but yuv420p"},
         {folder / "a.mkv", {.preset = "nonsense"}, "libx264 has no preset 'nonsense'"},

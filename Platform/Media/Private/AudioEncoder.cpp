@@ -86,6 +86,14 @@ void AudioEncoder::chooseFormat(const AudioFormat& sound) {
     }
 }
 
+std::int64_t AudioEncoder::delayIn(const AVOutputFormat& container) const {
+    // Of this codec Matroska says how many of the first samples are to be dropped, and readers take the time
+    // of these off the stamps, to which the muxer has not added it.
+    const std::string_view name = container.name;
+    const bool counts = context_->codec_id == AV_CODEC_ID_OPUS && (name == "webm" || name == "matroska");
+    return counts ? context_->initial_padding : 0;
+}
+
 bool AudioEncoder::open(const ClipWriterOptions& settings, const AVOutputFormat& container,
                         std::string& cause) {
     if (!chooseCodec(settings, container, cause)) return false;

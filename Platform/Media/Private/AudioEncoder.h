@@ -22,6 +22,8 @@ class AudioEncoder {
     bool open(const ClipWriterOptions& settings, const AVOutputFormat& container, std::string& cause);
 
     const AVCodecContext& context() const { return *context_; }
+    /// What is to be added to the packets' times in that container, in the encoder's time base.
+    std::int64_t delayIn(const AVOutputFormat& container) const;
 
     bool send(const AudioSamples& samples, std::string& cause);
     /// No more samples will come.

@@ -43,6 +43,15 @@ bool isMatroska(const AVOutputFormat& container) {
     return std::string_view(container.name) == "matroska";
 }
 
+/// A transport stream takes every codec, but readers know of no such sound in it.
+bool holds(const AVOutputFormat& container, AVCodecID id) {
+    const AVCodecDescriptor* codec = avcodec_descriptor_get(id);
+    const bool unheard = codec && codec->type == AVMEDIA_TYPE_AUDIO &&
+                         (id == AV_CODEC_ID_VORBIS || !(codec->props & AV_CODEC_PROP_LOSSY));
+    if (std::string_view(container.name) == "mpegts" && unheard && id != AV_CODEC_ID_TRUEHD) return false;
+    return avformat_query_codec(&container, id, FF_COMPLIANCE_EXPERIMENTAL) != 0;
+}
+
 /// The container's own name for the codec is kept where it is one that this container knows, too.
 unsigned tagFor(const AVOutputFormat& container, const AVCodecParameters& parameters) {
     unsigned known = 0;
@@ -96,11 +105,15 @@ bool StreamCopier::addStream(AVFormatContext& output, const SourceStreams::Strea
     }
     if (type == AVMEDIA_TYPE_AUDIO ? !settings.audio : !settings.subtitles) return true;
     const bool silent = container.audio_codec == AV_CODEC_ID_NONE && type == AVMEDIA_TYPE_AUDIO;
-    if (silent || avformat_query_codec(&container, from.parameters->codec_id, FF_COMPLIANCE_NORMAL) == 0) {
-        // No other choice of codec would help a container without sound.
-        if (silent || type == AVMEDIA_TYPE_SUBTITLE) return leaveOut();
-        cause = fmt::format("the container '{}' takes no {} sound (stream {})", container.name,
-                            avcodec_get_name(from.parameters->codec_id), from.index);
+    const bool refused = !holds(container, from.parameters->codec_id);
+    // No choice of codec would help a container without sound.
+    if (silent || (refused && type == AVMEDIA_TYPE_SUBTITLE)) return leaveOut();
+    const bool asked = !settings.audioCodec.empty(), copies = settings.audioCodec == "copy";
+    if (type == AVMEDIA_TYPE_AUDIO && !copies && (refused || asked))
+        return addRecoded(output, from, settings, cause);
+    if (refused) {
+        cause = fmt::format("the container '{}' takes no {} sound (stream {}); it can be encoded anew",
+                            container.name, avcodec_get_name(from.parameters->codec_id), from.index);
         return false;
     }
     const AVStream* stream = newStream(output, from);
@@ -110,6 +123,48 @@ bool StreamCopier::addStream(AVFormatContext& output, const SourceStreams::Strea
     }
     routes_[from.index] = {stream->index, from.timeBase};
     return true;
+}
+
+bool StreamCopier::addRecoded(AVFormatContext& output, const SourceStreams::Stream& from,
+                              const ClipWriterOptions& settings, std::string& cause) {
+    auto recoder = std::make_unique<AudioRecoder>();
+    if (!recoder->open(from, settings, *output.oformat, cause)) return false;
+    AVStream* stream = avformat_new_stream(&output, nullptr);
+    if (!stream || avcodec_parameters_from_context(stream->codecpar, &recoder->context()) < 0) {
+        cause = "out of memory";
+        return false;
+    }
+    stream->time_base = recoder->context().time_base;
+    stream->disposition = from.disposition;
+    copyMetadata(stream->metadata, from.metadata);
+    if (settings.audioCodec.empty()) {
+        note(fmt::format("sound stream {} is encoded as {}: {} takes no {}", from.index,
+                         recoder->context().codec->name, output.oformat->name,
+                         avcodec_get_name(from.parameters->codec_id)));
+    }
+    routes_[from.index] = {.output = stream->index, .recoder = std::move(recoder)};
+    return true;
+}
+
+int StreamCopier::recode(AVFormatContext& output, Route& route, const AVPacket* packet, std::string& cause) {
+    if (!route.recoder->send(packet, cause)) return AVERROR_EXTERNAL;
+    const ffmpeg::Packet made(av_packet_alloc());
+    if (!made) return AVERROR(ENOMEM);
+    while (route.recoder->receive(*made, cause)) {
+        made->stream_index = route.output;
+        av_packet_rescale_ts(made.get(), route.recoder->context().time_base,
+                             output.streams[route.output]->time_base);
+        if (const int code = av_interleaved_write_frame(&output, made.get()); code < 0) return code;
+    }
+    return cause.empty() ? 0 : AVERROR_EXTERNAL;
+}
+
+int StreamCopier::finish(AVFormatContext& output, std::string& cause) {
+    for (auto& [index, route] : routes_) {
+        const int code = route.recoder ? recode(output, route, nullptr, cause) : 0;
+        if (code < 0) return code;
+    }
+    return 0;
 }
 
 bool StreamCopier::addPicture(AVFormatContext& output, const SourceStreams::Stream& from) {
@@ -152,10 +207,11 @@ int StreamCopier::writePictures(AVFormatContext& output) {
     return 0;
 }
 
-int StreamCopier::write(AVFormatContext& output, const ClipPacket& source) {
+int StreamCopier::write(AVFormatContext& output, const ClipPacket& source, std::string& cause) {
     const auto found = routes_.find(source.stream);
     if (found == routes_.end() || !source.packet) return 0;
     Route& route = found->second;
+    if (route.recoder) return recode(output, route, source.packet.get(), cause);
     const AVStream& stream = *output.streams[route.output];
     const AVCodecParameters& parameters = *stream.codecpar;
     const ffmpeg::Packet packet(av_packet_clone(source.packet.get()));

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "Platform/Media/Private/AudioRecoder.h"
 #include "Platform/Media/ClipWriter.h"
 #include "Platform/Media/Private/SourceStreams.h"
 
@@ -29,8 +30,11 @@ class StreamCopier {
     }
     /// Cover pictures, which precede all other packets. An FFmpeg code.
     int writePictures(AVFormatContext& output);
-    /// Hands a packet of the source to the output. An FFmpeg code.
-    int write(AVFormatContext& output, const ClipPacket& packet);
+    /// Hands a packet of the source to the output. An FFmpeg code, with the cause where that does not tell
+    /// it.
+    int write(AVFormatContext& output, const ClipPacket& packet, std::string& cause);
+    /// What encoders of sound still hold, in the same way.
+    int finish(AVFormatContext& output, std::string& cause);
 
     const std::vector<std::string>& notices() const { return notices_; }
     void note(std::string notice) { notices_.push_back(std::move(notice)); }
@@ -45,11 +49,15 @@ class StreamCopier {
         int output = -1;
         AVRational timeBase{};
         std::int64_t lastTime = AV_NOPTS_VALUE;
-        std::int64_t soundPosition = AV_NOPTS_VALUE;  ///< of av_rescale_delta
+        std::int64_t soundPosition = AV_NOPTS_VALUE;      ///< of av_rescale_delta
+        std::unique_ptr<AudioRecoder> recoder = nullptr;  ///< nil for what is copied
     };
 
     bool addStream(AVFormatContext& output, const SourceStreams::Stream& from, int videoStream,
                    const ClipWriterOptions& settings, std::string& cause);
+    bool addRecoded(AVFormatContext& output, const SourceStreams::Stream& from,
+                    const ClipWriterOptions& settings, std::string& cause);
+    int recode(AVFormatContext& output, Route& route, const AVPacket* packet, std::string& cause);
     bool addPicture(AVFormatContext& output, const SourceStreams::Stream& from);
     AVStream* newStream(AVFormatContext& output, const SourceStreams::Stream& from);
 

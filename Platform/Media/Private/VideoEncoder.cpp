@@ -76,7 +76,11 @@ bool VideoEncoder::chooseCodec(const ClipWriterOptions& settings, const AVOutput
             return false;
         }
     } else {
-        if (containerTakes(AV_CODEC_ID_H264)) codec_ = avcodec_find_encoder_by_name("libx264");
+        // These hold nothing but moving pictures of their own kind.
+        const bool single = container.video_codec == AV_CODEC_ID_GIF ||
+                            container.video_codec == AV_CODEC_ID_WEBP ||
+                            container.video_codec == AV_CODEC_ID_APNG;
+        if (!single && containerTakes(AV_CODEC_ID_H264)) codec_ = avcodec_find_encoder_by_name("libx264");
         if (!codec_ && container.video_codec != AV_CODEC_ID_NONE) {
             codec_ = avcodec_find_encoder(container.video_codec);
         }
