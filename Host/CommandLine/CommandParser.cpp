@@ -93,6 +93,10 @@ CommandOption Command::option(const char* names, double& value, const char* help
     return CommandOption(app_->add_option(names, value, help));
 }
 
+CommandOption Command::option(const char* names, std::optional<int>& value, const char* help) const {
+    return CommandOption(app_->add_option(names, value, help));
+}
+
 CommandOption Command::option(const char* names, std::optional<double>& value, const char* help) const {
     return CommandOption(app_->add_option(names, value, help));
 }

@@ -48,6 +48,7 @@ class Command {
     CommandOption option(const char* names, std::string& value, const char* help) const;
     CommandOption option(const char* names, int& value, const char* help) const;
     CommandOption option(const char* names, double& value, const char* help) const;
+    CommandOption option(const char* names, std::optional<int>& value, const char* help) const;
     CommandOption option(const char* names, std::optional<double>& value, const char* help) const;
     /// Repeatable; at a fixed place it takes all that follow.
     CommandOption option(const char* names, std::vector<std::string>& values, const char* help) const;

@@ -13,7 +13,7 @@ namespace {
 
 constexpr Pixel kFirst{0.8f, 0.5f, 0.2f, 1}, kSecond{0.2f, 0.6f, 0.9f, 1};
 
-std::unique_ptr<QVTransitionMTIFilter> passage(std::string_view shortName, const MTIImage& first,
+std::unique_ptr<QVTransitionMTIFilter> transitionOf(std::string_view shortName, const MTIImage& first,
                                                const MTIImage& second) {
     auto filter = makeEffect<QVTransitionMTIFilter>("QV" + std::string(shortName) + "TransitionMTIFilter");
     filter->setInputImage1(first);
@@ -50,7 +50,7 @@ TEST(DissolvesAndGlitches, KeysAndTheirOrder) {
                    {"DarkDissolve", plain, 0.0625f}, {"BrightDissolve", plain, 0.0625f}};
     for (const auto& each : classes) {
         SCOPED_TRACE(each.name);
-        const auto filter = passage(each.name, plainImage(64, 32, kFirst), plainImage(10, 10, kSecond));
+        const auto filter = transitionOf(each.name, plainImage(64, 32, kFirst), plainImage(10, 10, kSecond));
         filter->setProgress(0.25f);
         filter->setTimeRange({{900, 600}, {450, 600}});
         const MTIParameters uniforms = filter->parameters();
@@ -58,15 +58,17 @@ TEST(DissolvesAndGlitches, KeysAndTheirOrder) {
         const std::pair<const char*, float> values[] = {
             {"progress", each.sent}, {"start", 1.5f}, {"duration", 0.75f}, {"ratio", 2.0f}};
         for (const auto& [name, value] : values) EXPECT_EQ(uniform<float>(uniforms, name), value) << name;
-        if (each.keys == sized) EXPECT_EQ(uniform<MTIVector>(uniforms, "inputSize"), (MTIVector{64, 32}));
+        if (each.keys == sized) {
+            EXPECT_EQ(uniform<MTIVector>(uniforms, "inputSize"), (MTIVector{64, 32}));
+        }
         EXPECT_EQ(filter->outputImage().size(), (CGSize{64, 32}));
     }
     // Glitches send the linear progress beside an eased one of their own.
-    EXPECT_EQ(passage("Glitch", {}, {})->newProgress(), 0);
+    EXPECT_EQ(transitionOf("Glitch", {}, {})->newProgress(), 0);
 }
 
 TEST(DissolvesAndGlitches, BrightColorDissolveAddsTheClips) {
-    const auto filter = passage("BrightColorDissolve", plainImage(4, 4, kFirst), plainImage(4, 4, kSecond));
+    const auto filter = transitionOf("BrightColorDissolve", plainImage(4, 4, kFirst), plainImage(4, 4, kSecond));
     for (const auto& [progress, first, second] : {std::array{0.f, 1.f, 0.f},
                                                   {0.25f, 1.f, 0.5f},
                                                   {0.5f, 1.f, 1.f},
@@ -88,7 +90,7 @@ TEST(DissolvesAndGlitches, BrightColorDissolveAddsTheClips) {
 }
 
 TEST(DissolvesAndGlitches, BlackAndWhiteDissolveDarkensThenColors) {
-    const auto filter = passage("BWDissolve", plainImage(4, 4, kFirst), plainImage(4, 4, kSecond));
+    const auto filter = transitionOf("BWDissolve", plainImage(4, 4, kFirst), plainImage(4, 4, kSecond));
     const float grey = 0.2126f * 0.2f + 0.7152f * 0.6f + 0.0722f * 0.9f;
     const struct {
         float progress, first, second, color;  ///< opacities of the clips, and how much colour the second has
@@ -116,7 +118,7 @@ TEST(DissolvesAndGlitches, DissolvesThroughDarkAndLightGoByBrightness) {
                    lit = plainImage(8, 8, {0.8f, 0.8f, 0.8f, 1});
     const auto lost = [&](const char* name, const MTIImage& from, const MTIImage& to, float progress,
                           float start) {
-        const float now = frameAt(*passage(name, from, to), progress).at(4, 4)[0];
+        const float now = frameAt(*transitionOf(name, from, to), progress).at(4, 4)[0];
         return (start - now) / start;
     };
     const MTIImage black = plainImage(8, 8, {0, 0, 0, 1}), white = plainImage(8, 8, {1, 1, 1, 1});
@@ -124,15 +126,15 @@ TEST(DissolvesAndGlitches, DissolvesThroughDarkAndLightGoByBrightness) {
               lost("DarkDissolve", lit, black, 0.4f, 0.8f) + 0.1);
     // Towards white, counted in what lacks to it.
     const auto gained = [&](const MTIImage& from, float start) {
-        return (frameAt(*passage("BrightDissolve", from, white), 0.4f).at(4, 4)[0] - start) / (1 - start);
+        return (frameAt(*transitionOf("BrightDissolve", from, white), 0.4f).at(4, 4)[0] - start) / (1 - start);
     };
     EXPECT_GT(gained(lit, 0.8f), gained(dim, 0.25f) + 0.1);
 
     const MTIImage scene = sceneImage(64, 36);
     const double rest = mean(render(scene));
-    EXPECT_LT(mean(frameAt(*passage("DarkDissolve", scene, scene), 0.5f)), rest - 0.15);
-    EXPECT_GT(mean(frameAt(*passage("BrightDissolve", scene, scene), 0.5f)), rest + 0.15);
-    EXPECT_GT(mean(frameAt(*passage("WhiteFlash", scene, scene), 0.36f)), 0.98);
+    EXPECT_LT(mean(frameAt(*transitionOf("DarkDissolve", scene, scene), 0.5f)), rest - 0.15);
+    EXPECT_GT(mean(frameAt(*transitionOf("BrightDissolve", scene, scene), 0.5f)), rest + 0.15);
+    EXPECT_GT(mean(frameAt(*transitionOf("WhiteFlash", scene, scene), 0.36f)), 0.98);
 }
 
 TEST(DissolvesAndGlitches, GlitchesHoldForAStepAndRestAtTheEnds) {
@@ -143,7 +145,7 @@ TEST(DissolvesAndGlitches, GlitchesHoldForAStepAndRestAtTheEnds) {
     const Picture before = render(first), after = render(second);
     for (const char* name : {"Glitch", "GlitchSimple"}) {
         SCOPED_TRACE(name);
-        const auto filter = passage(name, first, second);
+        const auto filter = transitionOf(name, first, second);
         // Fourteen steps: from 7/14 to 8/14, and the first and last to 1/14 and from 13/14.
         const Picture step = frameAt(*filter, 0.505f);
         EXPECT_EQ(frameAt(*filter, 0.565f).values, step.values);
@@ -159,14 +161,14 @@ TEST(DissolvesAndGlitches, GlitchesHoldForAStepAndRestAtTheEnds) {
 
 TEST(DissolvesAndGlitches, SnowAndBlocksHideBothClips) {
     const MTIImage flat = plainImage(192, 108, {0.4f, 0.4f, 0.4f, 1});
-    const Picture snow = frameAt(*passage("TVNoise", flat, flat), 0.5f);
+    const Picture snow = frameAt(*transitionOf("TVNoise", flat, flat), 0.5f);
     double difference = 0;
     for (int y = 0; y < 108; ++y)
         for (int x = 2; x < 190; ++x) difference += std::abs(snow.at(x, y)[0] - snow.at(x + 2, y)[0]);
     EXPECT_GT(difference / (108 * 188), 0.1);
 
     // In the middle the blocks are a fifth of the shorter side: few colours are left in a row.
-    const Picture blocks = frameAt(*passage("GlitchPixel", sceneImage(180, 180), sceneImage(180, 180)), 0.5f);
+    const Picture blocks = frameAt(*transitionOf("GlitchPixel", sceneImage(180, 180), sceneImage(180, 180)), 0.5f);
     int changes = 0;
     for (int x = 1; x < 180; ++x) changes += blocks.at(x, 90) != blocks.at(x - 1, 90);
     EXPECT_GE(changes, 2);
