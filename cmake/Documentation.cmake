@@ -13,7 +13,7 @@ if(DOXYGEN)
     list(JOIN QV_PUBLIC_HEADERS " " doxygen_headers)
     file(GENERATE OUTPUT ${CMAKE_BINARY_DIR}/generated/Doxyfile CONTENT
 "@INCLUDE         = Docs/Doxyfile
-INPUT            = README.md Docs ${doxygen_headers} ${doxygen_generated}
+INPUT            = README.md CONTRIBUTING.md Docs ${doxygen_headers} ${doxygen_generated}
 PROJECT_NUMBER   = ${PROJECT_VERSION}
 OUTPUT_DIRECTORY = ${CMAKE_BINARY_DIR}/docs
 STRIP_FROM_PATH  = ${PROJECT_SOURCE_DIR} ${QV_GENERATED_INCLUDES}

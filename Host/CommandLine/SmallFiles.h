@@ -10,7 +10,7 @@ namespace qv::host {
 /// Creates a folder and those above it. Fails as output.
 void makeFolder(const std::filesystem::path& path);
 
-/// All of a file; empty when it is no file or cannot be read.
+/// All of a file; empty when it is not a file or cannot be read.
 std::string readFile(const std::filesystem::path& path);
 
 /// Writes a small file, whole or not at all. Fails as output.

@@ -7,7 +7,7 @@
 #include "Host/CommandLine/CommandLine.h"
 #include "Host/CommandLine/CommandParser.h"
 #include "Host/CommandLine/Device.h"
-#include "Host/CommandLine/EncodingOptions.h"
+#include "Host/Clips/EncodingOptions.h"
 #include "Host/CommandLine/Interrupt.h"
 #include "Host/CommandLine/Progress.h"
 

@@ -7,7 +7,7 @@
 #include "Host/Clips/FrameFit.h"
 #include "Host/CommandLine/CommandLine.h"
 #include "Host/CommandLine/Device.h"
-#include "Host/CommandLine/EncodingOptions.h"
+#include "Host/Clips/EncodingOptions.h"
 
 namespace qv::host {
 

@@ -30,7 +30,7 @@ enum class FusionRefusal {
 /// The reason as a short phrase.
 std::string_view fusionRefusalText(FusionRefusal refusal);
 
-/// What the program of a fused pass depends on. Uniforms' values, sizes in pixels and colours are no part of
+/// What the program of a fused pass depends on. Uniforms' values, sizes in pixels and colours are not part of
 /// it.
 struct FusedShape {
     struct Stage {

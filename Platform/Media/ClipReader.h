@@ -34,7 +34,7 @@ struct ClipReaderOptions {
 /// process.)
 class ClipReader {
   public:
-    /// "-" is standard input. A name with a % pattern that is no file itself is a sequence of pictures. A local
+    /// "-" is standard input. A name with a % pattern that is not a file itself is a sequence of pictures. A local
     /// file that only lists others, as playlists do, is refused. Nil with one line that names file and cause in
     /// `error`, when it is given.
     static std::unique_ptr<ClipReader> open(const std::string& path, const ClipReaderOptions& options = {},

@@ -98,7 +98,7 @@ bool ClipWriter::State::chooseContainer(const std::string& path, const ClipWrite
                           : "the name does not tell the container; name one");
     }
     if (container->flags & AVFMT_NOFILE || (container->flags & AVFMT_NEEDNUMBER)) {
-        return fail(fmt::format("the container '{}' is no single file", container->name));
+        return fail(fmt::format("the container '{}' is not a single file", container->name));
     }
     AVFormatContext* context = nullptr;
     if (avformat_alloc_output_context2(&context, container, nullptr, path.c_str()) < 0)

@@ -32,7 +32,9 @@ std::string valueText(fuzz::Choices& choices, const QVProperty& property) {
         case QVPropertyType::colors:
             return fmt::format("#{:02x}{:02x}20,#{:02x}40{:02x}", choices.byte(), choices.byte(),
                                choices.byte(), choices.byte());
-        case QVPropertyType::vector:
+        case QVPropertyType::point:
+        case QVPropertyType::size:
+            return listOf(choices, 2);
         case QVPropertyType::numbers:
             return listOf(choices, 1 + choices.below(4));
         case QVPropertyType::transform:
@@ -55,7 +57,7 @@ const Contexts& contexts() {
     if (uses++ % kUses == 0) {
         for (auto* each : {&made.fused, &made.plain}) {
             MTIContextOptions options;
-            options.fusion = each == &made.fused;
+            options.fusion = each == &made.fused ? MTIFusion::beforeFirstFrame : MTIFusion::off;
             options.validation = true;
             options.shaderCacheDirectory.clear();
             std::string error;
@@ -86,15 +88,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             setPropertyFromText(*layer, property->name, valueText(choices, *property), nullptr);
         }
         if (image) {
-            if (auto* one = dynamic_cast<QVMTIOneInputFilter*>(layer.get())) one->setInputImage(image);
-            if (auto* two = dynamic_cast<QVTransitionMTIFilter*>(layer.get())) two->setInputImage1(image);
+            if (const QVInput* frame = record.input(QVInputRole::frame)) frame->set(*layer, image);
         }
         image = layer->outputImage();
         if (!image || image.size().width > kMostResultSide || image.size().height > kMostResultSide) return 0;
-        names += " " + std::string(record.name);
+        names += fmt::format(" {}", record.name);
     }
     const auto& [withFusion, without] = contexts();
-    withFusion->prepare(image);
     std::string error;
     const Bitmap fused = withFusion->renderToBitmap(image, &error);
     fuzz::require(bool(fused), error);

@@ -1,4 +1,4 @@
-// Draws the pieces of torn paper that passages move clips on.
+// Draws the pieces of torn paper that transitions move clips on.
 
 #include <string>
 
@@ -13,7 +13,7 @@ using namespace qv::assets;
 namespace {
 
 // Sizes are for a frame of 1920×1080. A piece that is shown enlarged or reduced has a unit that makes up for
-// it, so that fibres are equally fine throughout the passage.
+// it, so that fibres are equally fine throughout the transition.
 
 /// Appears as it is.
 const TornPiece kSmallScrap{360,

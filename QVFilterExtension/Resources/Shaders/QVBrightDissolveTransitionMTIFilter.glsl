@@ -10,7 +10,7 @@ vec3 remaining(vec3 brightness, float time) {
     return left * left * (3.0 - 2.0 * left);
 }
 
-// A clip's own time: a progress that is eased hard leaves it the middle of the passage only, which is spread here.
+// A clip's own time: a progress that is eased hard leaves it the middle of the transition only, which is spread here.
 float timeOf(float progress) { return sqrt(min(progress * 1.12, 1.0)); }
 
 vec4 QVBrightDissolveTransitionMTIFilter(vec2 uv) {

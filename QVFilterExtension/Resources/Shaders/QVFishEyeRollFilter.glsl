@@ -1,4 +1,4 @@
-// A fisheye lens, strongest in the middle of the passage.
+// A fisheye lens, strongest in the middle of the transition.
 #include "frame.glsl"
 #include "liquid.glsl"
 

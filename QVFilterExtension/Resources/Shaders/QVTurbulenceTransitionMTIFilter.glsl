@@ -4,7 +4,7 @@
 #include "particles.glsl"
 
 uniform float progress;       // eased
-uniform float iTime;          // 0..10 over the passage
+uniform float iTime;          // 0..10 over the transition
 uniform float randomMaxWarp;  // 0..214.7; other currents for every number, up to a third stronger or weaker
 
 // Four smooth random numbers, -0.5..0.5.

@@ -11,7 +11,7 @@ extern const QVFilterClass QVBaseRemainMTIFilterClass;
 /// the effect come in.
 ///
 /// How long the effect holds and the clear part remains is set by the first of `extractValues`, 0..1, read as
-/// a float; without one, or when it is no number, it is `kDefaultEffectValue`. What else the list holds is
+/// a float; without one, or when it is not a number, it is `kDefaultEffectValue`. What else the list holds is
 /// ignored.
 class QVBaseRemainMTIFilter : public QVProgressBasedEffectMTIFilter {
   public:

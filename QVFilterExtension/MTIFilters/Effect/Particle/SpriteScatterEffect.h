@@ -32,7 +32,7 @@ class SpriteScatterEffect : public QVEffectMTIFilter {
 
     /// 0 up to 1, also of negative numbers.
     static double fract(double x);
-    /// A number of sprites, truncated. Strengths outside 0..1, and what is no number, stay affordable.
+    /// A number of sprites, truncated. Strengths outside 0..1, and what is not a number, stay affordable.
     static std::int64_t spriteCount(double count);
 
   private:

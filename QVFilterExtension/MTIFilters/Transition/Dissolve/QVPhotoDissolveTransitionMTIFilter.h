@@ -13,7 +13,7 @@ extern const QVFilterClass QVPhotoDissolveTransitionMTIFilterClass;
 /// A dissolve that runs through the grey levels of a picture: where the picture is dark the incoming clip
 /// shows first, or where it is bright. A soft front, lit a little, passes between the two.
 ///
-/// The picture is one of a numbered set of bundle files, `prefix` + "00.png", "01.png" … It is drawn by lot
+/// The picture is one of a numbered set of bundle files, `prefix` + "00.png", "01.png" … It is chosen at random
 /// from where the transition ends on the timeline, so the same transition always shows the same one.
 class QVPhotoDissolveTransitionMTIFilter : public QVTransitionMTIFilter {
   public:

@@ -17,7 +17,7 @@ class QVFilmRadiusTransitionMTIFilter : public QVTransitionMTIFilter {
         const QVFilterClass& filterClass = QVFilmRadiusTransitionMTIFilterClass);
 
     /// The edges of a strip of film around a transparent gate, fitted to the outgoing frame; nil without a
-    /// frame or without the asset. For hosts that frame the clips; it is no part of `outputImage`.
+    /// frame or without the asset. For hosts that frame the clips; it is not part of `outputImage`.
     MTIImage frameImage() const;
     /// For laying `frameImage` over a picture; no part of `outputImage` either.
     MTIBlendFilter& frameBlendFilter() { return frameBlendFilter_; }

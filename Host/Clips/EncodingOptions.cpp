@@ -1,4 +1,4 @@
-#include "Host/CommandLine/EncodingOptions.h"
+#include "Host/Clips/EncodingOptions.h"
 
 #include <cmath>
 #include <cstdlib>
