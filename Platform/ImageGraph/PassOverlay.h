@@ -1,5 +1,6 @@
 #pragma once
 
+#include <compare>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -26,7 +27,7 @@ struct DrawStyle {
     DrawTopology topology = DrawTopology::triangles;
     DrawBlend blend = DrawBlend::replace;
     int instanceVectors = 0;  ///< vec4s that the vertex stage reads of each instance, at locations 0…
-    int samples = 1;          ///< of a pixel, 1…64, at least; the target gets their mean
+    int samples = 1;          ///< of a pixel at least, 1…64; the target gets their mean
     auto operator<=>(const DrawStyle&) const = default;
 };
 
@@ -39,7 +40,7 @@ struct OverlayKind {
 };
 
 /// Instances of an overlay for one frame.
-struct OverlayDraws {
+struct OverlayLayout {
     /// Instances that follow each other and read the same textures.
     struct Draw {
         std::vector<std::shared_ptr<Texture>> textures;  ///< as many as the kind says
@@ -58,9 +59,9 @@ class PassOverlay {
     virtual const OverlayKind& kind() const = 0;
     /// Whether any pixel of a frame of this size may change.
     virtual bool isVisible(int width, int height) const = 0;
-    /// What is drawn on a frame of this size. Pictures that it shows are put on `atlas`, on whose thread it
-    /// is called. Throws what the atlas throws.
-    virtual OverlayDraws layOut(int width, int height, PictureAtlas& atlas) const = 0;
+    /// What is drawn on a frame of this size; the pictures that it shows are put on `atlas`. Called on the
+    /// thread that records the frame. Throws VulkanError.
+    virtual OverlayLayout layOut(int width, int height, PictureAtlas& atlas) const = 0;
 };
 
 }  // namespace qv

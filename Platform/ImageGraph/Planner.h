@@ -50,7 +50,7 @@ struct PlanPass {
     std::uint32_t given = 0;  ///< bit n: uniform n, selectors not counted, has a value; else it is 0
     int output = 0;
     std::vector<const PassOverlay*> overlays;  ///< what to draw on top, in order
-    int samples = 1;                           ///< of a pixel; the same for all overlays
+    int samples = 1;                           ///< of a pixel; as many as each overlay wants
 };
 
 /// What a context runs, in order. Points into the graph, which must outlive it.

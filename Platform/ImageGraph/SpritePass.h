@@ -33,7 +33,7 @@ struct SpritePass final : PassOverlay {
 
     const OverlayKind& kind() const override;
     bool isVisible(int width, int height) const override;
-    OverlayDraws layOut(int width, int height, PictureAtlas& atlas) const override;
+    OverlayLayout layOut(int width, int height, PictureAtlas& atlas) const override;
 
     std::vector<SpriteInstance> sprites;  ///< the lowest first
 };

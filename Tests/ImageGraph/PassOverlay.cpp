@@ -32,8 +32,8 @@ struct Strips final : PassOverlay {
     }
     const OverlayKind& kind() const override { return made; }
     bool isVisible(int, int) const override { return true; }
-    OverlayDraws layOut(int width, int, PictureAtlas&) const override {
-        OverlayDraws result;
+    OverlayLayout layOut(int width, int, PictureAtlas&) const override {
+        OverlayLayout result;
         for (const auto& [left, right, c] : strips) {
             const float center = (left + right) / float(width) - 1, half = (right - left) / float(width);
             const float instance[] = {center, 0,    half, 0, 0, 1, 1, 1, 0, 0, 1, 1, c[0], c[1],

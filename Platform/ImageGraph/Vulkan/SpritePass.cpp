@@ -69,8 +69,8 @@ bool SpritePass::isVisible(int width, int height) const {
     return std::ranges::any_of(sprites, [&](const auto& sprite) { return qv::isVisible(sprite, aspect); });
 }
 
-OverlayDraws SpritePass::layOut(int width, int height, PictureAtlas& atlas) const {
-    OverlayDraws result;
+OverlayLayout SpritePass::layOut(int width, int height, PictureAtlas& atlas) const {
+    OverlayLayout result;
     std::uint32_t count = 0;
     const double ratio = double(width) / double(height);
     for (const SpriteInstance& sprite : sprites) {

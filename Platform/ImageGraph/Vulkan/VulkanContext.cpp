@@ -245,7 +245,7 @@ void VulkanContext::recordPass(Recording& recording, const PlanPass& pass) {
     texture->lastUse = recording.serial;
 
     // Before the render pass, in which nothing can be uploaded.
-    std::vector<OverlayDraws> overlays;
+    std::vector<OverlayLayout> overlays;
     for (const PassOverlay* overlay : pass.overlays)
         overlays.push_back(overlay->layOut(wanted.width, wanted.height, atlas_));
 
@@ -289,13 +289,13 @@ VkFramebuffer VulkanContext::resolvingFramebuffer(Recording& recording, const Te
     return framebuffer->handle();
 }
 
-void VulkanContext::drawOverlay(Recording& recording, const OverlayKind& kind, const OverlayDraws& draws,
+void VulkanContext::drawOverlay(Recording& recording, const OverlayKind& kind, const OverlayLayout& layout,
                                 TextureFormat format) {
-    if (draws.draws.empty()) return;
+    if (layout.draws.empty()) return;
     const VkCommandBuffer commands = recording.commands;
-    const std::size_t bytes = draws.instances.size() * sizeof(float);
+    const std::size_t bytes = layout.instances.size() * sizeof(float);
     const auto instances = buffers_->acquire(bytes);
-    std::memcpy(instances->data(), draws.instances.data(), bytes);
+    std::memcpy(instances->data(), layout.instances.data(), bytes);
     recording.frame.keepAlive.push_back(instances);
     Pipeline& pipeline = pipelines_.overlay(kind, format);
     pipeline.lastUse = recording.serial;
@@ -303,7 +303,7 @@ void VulkanContext::drawOverlay(Recording& recording, const OverlayKind& kind, c
     const VkBuffer buffer = instances->handle();
     const VkDeviceSize offset = 0;
     vkCmdBindVertexBuffers(commands, 0, 1, &buffer, &offset);
-    for (const OverlayDraws::Draw& draw : draws.draws) {
+    for (const OverlayLayout::Draw& draw : layout.draws) {
         for (const auto& texture : draw.textures) {
             texture->lastUse = recording.serial;
             recording.frame.keepAlive.push_back(texture);

@@ -85,7 +85,7 @@ class VulkanContext final : public MTIContext, public std::enable_shared_from_th
     void bindInputs(Recording& recording, const PlanPass& pass, const Pipeline& pipeline);
     /// For a pass with several samples of a pixel, whose mean `target` gets.
     VkFramebuffer resolvingFramebuffer(Recording& recording, const Texture& target, int samples);
-    void drawOverlay(Recording& recording, const OverlayKind& kind, const OverlayDraws& draws,
+    void drawOverlay(Recording& recording, const OverlayKind& kind, const OverlayLayout& layout,
                      TextureFormat format);
     /// The textures of a draw, at bindings 0…
     void bind(Recording& recording, const Pipeline& pipeline,
