@@ -139,8 +139,9 @@ class Lister {
         }
         json["words"] = pass.words();
         std::size_t sprites = 0;
-        for (const auto* list : plan_.passes[std::size_t(pass.members.back())].sprites)
-            sprites += list->size();
+        for (const PassOverlay* overlay : plan_.passes[std::size_t(pass.members.back())].overlays) {
+            if (const auto* list = dynamic_cast<const SpritePass*>(overlay)) sprites += list->sprites.size();
+        }
         json["sprites"] = sprites;
         json["output"] = textureToJSON(outputOf(pass));
         return json;

@@ -1,7 +1,6 @@
 #include "Platform/ImageGraph/ImageNode.h"
 
 #include <algorithm>
-#include <cmath>
 #include <unordered_set>
 
 namespace qv {
@@ -27,15 +26,6 @@ void Residence::remove(std::uint64_t context) noexcept {
         released = std::move(found->texture);
         entries_.erase(found);
     }
-}
-
-bool isVisible(const SpriteInstance& sprite, double frameAspect) {
-    if (!sprite.texture || !sprite.texture->bitmap || !(sprite.alpha * sprite.tint.alpha > 0)) return false;
-    const CGAffineTransform& t = sprite.transform;
-    if (!std::isfinite(t.a + t.b + t.c + t.d + t.tx + t.ty)) return false;
-    const double aspect = double(sprite.texture->bitmap.height) / sprite.texture->bitmap.width;
-    const CGRect box = CGRectApplyAffineTransform(CGRectMake(-1, -aspect, 2, 2 * aspect), t);
-    return !CGRectIsEmpty(CGRectIntersection(box, CGRectMake(-1, -frameAspect, 2, 2 * frameAspect)));
 }
 
 std::vector<const ImageNode*> evaluationOrder(const MTIImage& output) {

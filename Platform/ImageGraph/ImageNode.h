@@ -9,26 +9,9 @@
 #include "Platform/ImageGraph/MTIImage.h"
 #include "Platform/ImageGraph/MTIKernel.h"
 #include "Platform/ImageGraph/MTIParameters.h"
+#include "Platform/ImageGraph/SpritePass.h"
 
 namespace qv {
-
-/// A texture atlas entry's source: a sprite's picture, shared by all sprites that show it.
-struct SpriteTexture {
-    Bitmap bitmap;     ///< premultiplied
-    std::string name;  ///< of the asset it was loaded from, or empty; for listings
-};
-
-/// One textured quad of a sprite pass, in sprite space: origin at the centre, x −1..1 across the width, y in
-/// half-widths, up. Before `transform` the quad spans x −1..1 with its texture's aspect.
-struct SpriteInstance {
-    CGAffineTransform transform;                   ///< in sprite space
-    float alpha = 1;                               ///< 0..1
-    MTIColor tint{1, 1, 1, 1};                     ///< multiplies the texture's colour; not premultiplied
-    std::shared_ptr<const SpriteTexture> texture;  ///< nil draws nothing
-};
-
-/// Whether a sprite may colour a pixel of a frame `frameAspect` times as high as wide.
-bool isVisible(const SpriteInstance& sprite, double frameAspect);
 
 // What a node is. Exactly one alternative of ImageNode::Operation.
 
@@ -56,10 +39,6 @@ struct KernelPass {
 /// Separable Gaussian with clamped edges; `radius` is the standard deviation in pixels.
 struct GaussianBlurPass {
     float radius;  ///< above 0
-};
-/// Sprites drawn over the input in list order; no pass when none is visible.
-struct SpritePass {
-    std::vector<SpriteInstance> sprites;  ///< the lowest first
 };
 
 /// What a stock filter says about itself in listings: the filter's kind and its settings by name.
@@ -91,7 +70,7 @@ class Residence {
 
 /// An immutable node of an image graph.
 struct ImageNode : std::enable_shared_from_this<ImageNode> {
-    /// What a node is: a source without inputs, or a pass over its inputs.
+    /// What a node is: a source without inputs, a pass over its inputs, or what is drawn over its one input.
     using Operation = std::variant<BitmapSource, PixelBufferSource, VulkanImageSource, ColorSource,
                                    KernelPass, GaussianBlurPass, SpritePass>;
 

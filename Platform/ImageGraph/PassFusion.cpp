@@ -144,7 +144,7 @@ class Fuser {
         const bool together = std::ranges::all_of(
             readers, [&](const Reader& reader) { return root_[std::size_t(reader.pass)] == root; });
         if (!together) return FusionRefusal::severalReaders;
-        if (!pass(p).sprites.empty()) return FusionRefusal::sprites;
+        if (!pass(p).overlays.empty()) return FusionRefusal::overlays;
 
         std::vector<int>& group = groups_[std::size_t(root)];
         group.insert(group.begin(), p);
@@ -233,8 +233,8 @@ std::string_view fusionRefusalText(FusionRefusal refusal) {
             return "it has another size";
         case FusionRefusal::severalReaders:
             return "several passes read it";
-        case FusionRefusal::sprites:
-            return "sprites are drawn on it";
+        case FusionRefusal::overlays:
+            return "something is drawn on top of it";
         case FusionRefusal::uniforms:
             return "the uniforms would be too many";
         case FusionRefusal::textures:
@@ -287,7 +287,7 @@ void dropCopies(RenderPlan& plan) {
                           &output = plan.textures[std::size_t(copy.output)];
         if (input.width != output.width || input.height != output.height || input.format != output.format)
             continue;
-        if (copy.sprites.empty() && !isOutput(plan, copy.output)) {
+        if (copy.overlays.empty() && !isOutput(plan, copy.output)) {
             for (PlanPass& reader : plan.passes) std::ranges::replace(reader.inputs, copy.output, from);
             continue;
         }
@@ -295,8 +295,12 @@ void dropCopies(RenderPlan& plan) {
         const int producer = links.producer[std::size_t(from)];
         if (producer < 0 || links.readers[std::size_t(from)].size() != 1 || isOutput(plan, from)) continue;
         PlanPass& maker = plan.passes[std::size_t(producer)];
+        if (!copy.overlays.empty()) {
+            if (!maker.overlays.empty() && maker.samples != copy.samples) continue;
+            maker.overlays.insert(maker.overlays.end(), copy.overlays.begin(), copy.overlays.end());
+            maker.samples = copy.samples;
+        }
         maker.output = copy.output;
-        maker.sprites.insert(maker.sprites.end(), copy.sprites.begin(), copy.sprites.end());
         plan.passes.erase(plan.passes.begin() + std::ptrdiff_t(p--));
     }
     dropUnreadPasses(plan);
@@ -329,7 +333,8 @@ PlanPass passOf(const RenderPlan& plan, const FusedPass& fused,
     pass.function = std::move(program);
     pass.inputs = fused.textures;
     pass.output = last.output;
-    pass.sprites = last.sprites;
+    pass.overlays = last.overlays;
+    pass.samples = last.samples;
     const PlanTexture& output = plan.textures[std::size_t(pass.output)];
     for (std::size_t n = 0; n < fused.textures.size(); ++n) {
         const PlanTexture& input = plan.textures[std::size_t(fused.textures[n])];

@@ -22,7 +22,7 @@ enum class FusionRefusal {
     readElsewhere,   ///< it is read away from the pixel being coloured
     otherSize,       ///< the reader has another size
     severalReaders,  ///< other passes read it too
-    sprites,         ///< sprites are drawn on it
+    overlays,        ///< something is drawn on top of it
     uniforms,        ///< more words than can be pushed
     textures,        ///< more textures than can be bound
     length           ///< more text than is worth compiling as one
@@ -75,8 +75,8 @@ struct PassFusion {
     std::vector<Kept> kept;
 };
 
-/// Leaves out passes that only copy, draws sprites in the pass that makes what they lie on, and drops what
-/// nobody reads. Needs no new programs.
+/// Leaves out passes that only copy, draws overlays in the pass that makes what they lie on, unless others
+/// lie there already that want another number of samples, and drops what nobody reads. Needs no new programs.
 void dropCopies(RenderPlan& plan);
 
 /// Decides, from the last pass to the first, which passes their readers take in.

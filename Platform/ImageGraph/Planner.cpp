@@ -161,13 +161,13 @@ class PlanBuilder {
         return texture;
     }
 
-    int lowerNode(const ImageNode& node, const SpritePass& pass) {
-        const double aspect = double(node.height) / node.width;
-        if (std::none_of(pass.sprites.begin(), pass.sprites.end(),
-                         [&](const SpriteInstance& sprite) { return isVisible(sprite, aspect); }))
-            return inputsOf(node).front();
+    int lowerNode(const ImageNode& node, const PassOverlay& overlay) {
+        if (!overlay.isVisible(node.width, node.height)) return inputsOf(node).front();
         const int texture = addPass(stock("MTICopy"), inputsOf(node), node.width, node.height, format_, {});
-        if (!failed_) plan_.passes.back().sprites = {&pass.sprites};
+        if (!failed_) {
+            plan_.passes.back().overlays = {&overlay};
+            plan_.passes.back().samples = overlay.kind().style.samples;
+        }
         return texture;
     }
 
@@ -359,7 +359,9 @@ std::uint64_t peakTextureBytes(const RenderPlan& plan) {
     }
     for (std::size_t i = 0; i < plan.passes.size(); ++i) {
         const PlanPass& pass = plan.passes[i];
-        peak = std::max(peak, held += bytes(pass.output));
+        held += bytes(pass.output);
+        const int more = pass.samples > 1 ? pass.samples : 0;  // kept beside their mean while it is drawn
+        peak = std::max(peak, held + bytes(pass.output) * std::uint64_t(more));
         std::vector<int> read = pass.inputs;
         std::ranges::sort(read);
         read.erase(std::ranges::unique(read).begin(), read.end());

@@ -40,7 +40,7 @@ struct PlanTexture {
         color;  ///< of every pixel, where that is known: premultiplied, as stored
 };
 
-/// One render pass: a full-screen draw of a function, then sprites on top of it.
+/// One render pass: a full-screen draw of a function, then what lies on top of it.
 struct PlanPass {
     std::shared_ptr<const ShaderFunction> function;
     std::array<std::uint32_t, kMaximumPushedWords> words{};
@@ -49,7 +49,8 @@ struct PlanPass {
     std::uint32_t resampled = 0;          ///< bit n: input n has another size than the output
     std::uint32_t given = 0;  ///< bit n: uniform n, selectors not counted, has a value; else it is 0
     int output = 0;
-    std::vector<const std::vector<SpriteInstance>*> sprites;  ///< lists to draw, in order
+    std::vector<const PassOverlay*> overlays;  ///< what to draw on top, in order
+    int samples = 1;                           ///< of a pixel; as many as each overlay wants
 };
 
 /// What a context runs, in order. Points into the graph, which must outlive it.

@@ -142,7 +142,7 @@ TEST(PassFusion, RefusesForAReason) {
           "MTITransform: it is read away from the pixel being coloured"}},
         {faded(withSprite(exposed(a))),
          {"MTIExposure", "MTIOpacity"},
-         {"MTIOpacity: sprites are drawn on it"}},
+         {"MTIOpacity: something is drawn on top of it"}},
     };
     for (const Case& one : cases) {
         const Fused result = fused(one.image);

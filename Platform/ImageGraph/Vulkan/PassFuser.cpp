@@ -5,7 +5,8 @@
 namespace qv {
 
 std::size_t PassFuser::Request::hash() const {
-    std::size_t hash = shape.hash() ^ std::size_t(format) << 8 ^ std::size_t(pass.resampled) << 16;
+    std::size_t hash = shape.hash() ^ std::size_t(pass.samples) ^ std::size_t(format) << 8 ^
+                       std::size_t(pass.resampled) << 16;
     for (std::int32_t selector : pass.selectors) hash = (hash ^ std::size_t(selector)) * 0x9E3779B97F4A7C15;
     return hash;
 }
@@ -35,7 +36,7 @@ std::optional<PlanPass> PassFuser::passFor(const RenderPlan& plan, const FusedPa
         pipelines_.fullScreen(pass, format);
         return pass;
     }
-    pass.sprites.clear();  // the graph's own
+    pass.overlays.clear();  // the graph's own
     ask({fused.shape, std::move(pass), format});
     return {};
 }

@@ -17,14 +17,13 @@ namespace qv {
 struct Pipeline {
     VkPipeline handle = VK_NULL_HANDLE;
     VkPipelineLayout layout = VK_NULL_HANDLE;
-    VkDescriptorSetLayout setLayout = VK_NULL_HANDLE;  ///< null for a function without inputs
+    VkDescriptorSetLayout setLayout = VK_NULL_HANDLE;  ///< null where no texture is read
     std::uint32_t slots = 0;                           ///< vec4s of pushed words
-    std::shared_ptr<const ShaderFunction> function;    ///< kept for as long as the pipeline
     std::uint64_t lastUse = 0;                         ///< serial of the last submission that uses it
 };
 
-/// Pipelines by function, variant and target format, made on first use. Thread-safe; what it hands out stays
-/// until `trim`.
+/// Pipelines by stages, variant, style and target format, made on first use. Thread-safe; what it hands out
+/// stays until `trim`.
 class PipelineStore {
   public:
     explicit PipelineStore(DeviceResources& resources) : resources_(resources) {}
@@ -36,8 +35,8 @@ class PipelineStore {
     Pipeline& fullScreen(const PlanPass& pass, TextureFormat format);
     /// Whether `fullScreen` has nothing to make.
     bool hasFullScreen(const PlanPass& pass, TextureFormat format);
-    /// The pipeline that draws sprites over a target. Throws VulkanError.
-    const Pipeline& sprites(TextureFormat format);
+    /// The pipeline that draws overlays of a kind over a target. Throws VulkanError.
+    Pipeline& overlay(const OverlayKind& kind, TextureFormat format);
 
     /// Frees the longest unused pipelines where there are many. Not while a frame is recorded.
     void trim(std::uint64_t currentSerial);
@@ -47,32 +46,29 @@ class PipelineStore {
   private:
     static constexpr std::size_t kMostPipelines = 1024;
 
-    struct Key {
-        const ShaderFunction* function;
-        std::vector<std::int32_t> selectors;
-        std::uint32_t resampled;
+    /// What a pipeline is made of; keeps the stages.
+    struct Recipe {
+        std::shared_ptr<const ShaderFunction> vertexStage, fragmentStage;
+        std::size_t textures;     ///< that the fragment stage reads
+        std::uint32_t slots = 0;  ///< vec4s of pushed words
+        DrawStyle style;
         TextureFormat format;
-        auto operator<=>(const Key&) const = default;
+        std::vector<std::int32_t> selectors = {};  ///< by constant id
+        std::uint32_t resampled = 0;               ///< as in PlanPass
+        auto operator<=>(const Recipe&) const = default;
     };
-    struct Stage {
-        const ShaderFunction* function = nullptr;
-        const VkSpecializationInfo* specialization = nullptr;
-    };
+    static Recipe fullScreenRecipe(const PlanPass& pass, TextureFormat format);
 
-    template <typename Which, typename Make>
-    Pipeline& findOrMake(std::map<Which, Pipeline>& pipelines, const Which& which, Make make);
-    Pipeline make(const PlanPass& pass, TextureFormat format);
-    VkDescriptorSetLayout setLayout(std::size_t inputs);
-    VkPipelineLayout pipelineLayout(std::size_t inputs, std::uint32_t slots);
-    VkPipeline makePipeline(Stage vertex, Stage fragment, VkPipelineLayout layout, TextureFormat format,
-                            bool sprites);
+    Pipeline& findOrMake(const Recipe& recipe);
+    Pipeline make(const Recipe& recipe);
+    VkDescriptorSetLayout setLayout(std::size_t textures);
+    VkPipelineLayout pipelineLayout(std::size_t textures, std::uint32_t slots);
 
     DeviceResources& resources_;
     std::atomic<int> made_{0};
     std::mutex mutex_;  ///< guards what follows
     std::uint64_t currentSerial_ = 0;
-    std::map<Key, Pipeline> fullScreen_;
-    std::map<TextureFormat, Pipeline> sprites_;
+    std::map<Recipe, Pipeline> pipelines_;
     std::map<std::size_t, VkDescriptorSetLayout> setLayouts_;
     std::map<std::pair<std::size_t, std::uint32_t>, VkPipelineLayout> pipelineLayouts_;
 };

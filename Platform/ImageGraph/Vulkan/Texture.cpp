@@ -1,6 +1,8 @@
 #include "Platform/ImageGraph/Vulkan/Texture.h"
 
 #include <algorithm>
+#include <bit>
+#include <initializer_list>
 
 namespace qv {
 
@@ -76,9 +78,8 @@ void DeviceResources::close() {
     if (!sampler) return;
     for (Texture* texture : textures_) texture->destroy();
     textures_.clear();
-    for (auto& uses : renderPasses_) {
-        for (VkRenderPass pass : uses) vkDestroyRenderPass(device.handle(), pass, nullptr);
-    }
+    for (const auto& [key, pass] : renderPasses_) vkDestroyRenderPass(device.handle(), pass, nullptr);
+    renderPasses_.clear();
     vkDestroySampler(device.handle(), sampler, nullptr);
     sampler = VK_NULL_HANDLE;
     memory.releaseAll();
@@ -95,9 +96,21 @@ void DeviceResources::remove(Texture& texture) {
     if (textures_.erase(&texture)) texture.destroy();
 }
 
-VkRenderPass DeviceResources::renderPass(TextureFormat format, TargetUse use) {
+VkSampleCountFlagBits DeviceResources::sampleCount(int wanted) const {
+    // What limits tell holds for every format that can be drawn into.
+    const std::uint32_t counts = device.limits().framebufferColorSampleCounts | VK_SAMPLE_COUNT_1_BIT;
+    std::uint32_t count = std::bit_floor(counts);
+    while (const std::uint32_t fewer = std::bit_floor(counts & (count - 1))) {
+        if (int(fewer) < wanted) break;
+        count = fewer;
+    }
+    return VkSampleCountFlagBits(count);
+}
+
+VkRenderPass DeviceResources::renderPass(TextureFormat format, TargetUse use, int samples) {
+    const VkSampleCountFlagBits count = sampleCount(samples);
     std::scoped_lock lock(mutex_);
-    VkRenderPass& pass = renderPasses_[int(format)][int(use)];
+    VkRenderPass& pass = renderPasses_[{format, use, count}];
     if (pass) return pass;
 
     VkAttachmentDescription target{};
@@ -111,11 +124,19 @@ VkRenderPass DeviceResources::renderPass(TextureFormat format, TargetUse use) {
     target.initialLayout = VK_IMAGE_LAYOUT_UNDEFINED;
     target.finalLayout =
         use == TargetUse::hostVisible ? VK_IMAGE_LAYOUT_GENERAL : VK_IMAGE_LAYOUT_SHADER_READ_ONLY_OPTIMAL;
-    const VkAttachmentReference reference{0, VK_IMAGE_LAYOUT_COLOR_ATTACHMENT_OPTIMAL};
+    VkAttachmentDescription several = target;
+    several.samples = count;
+    several.storeOp = VK_ATTACHMENT_STORE_OP_DONT_CARE;
+    several.finalLayout = VK_IMAGE_LAYOUT_COLOR_ATTACHMENT_OPTIMAL;
+    const bool resolves = count > VK_SAMPLE_COUNT_1_BIT;
+    const VkAttachmentDescription attachments[] = {target, several};
+    const VkAttachmentReference references[] = {{0, VK_IMAGE_LAYOUT_COLOR_ATTACHMENT_OPTIMAL},
+                                                {1, VK_IMAGE_LAYOUT_COLOR_ATTACHMENT_OPTIMAL}};
     VkSubpassDescription subpass{};
     subpass.pipelineBindPoint = VK_PIPELINE_BIND_POINT_GRAPHICS;
     subpass.colorAttachmentCount = 1;
-    subpass.pColorAttachments = &reference;
+    subpass.pColorAttachments = &references[resolves ? 1 : 0];
+    subpass.pResolveAttachments = resolves ? &references[0] : nullptr;
     // Before: earlier readers and writers of a reused texture. After: whoever reads the result.
     VkSubpassDependency dependencies[2]{};
     dependencies[0].srcSubpass = VK_SUBPASS_EXTERNAL;
@@ -133,8 +154,8 @@ VkRenderPass DeviceResources::renderPass(TextureFormat format, TargetUse use) {
     dependencies[1].dstAccessMask =
         VK_ACCESS_SHADER_READ_BIT | VK_ACCESS_TRANSFER_READ_BIT | VK_ACCESS_HOST_READ_BIT;
     VkRenderPassCreateInfo info{VK_STRUCTURE_TYPE_RENDER_PASS_CREATE_INFO};
-    info.attachmentCount = 1;
-    info.pAttachments = &target;
+    info.attachmentCount = resolves ? 2 : 1;
+    info.pAttachments = attachments;
     info.subpassCount = 1;
     info.pSubpasses = &subpass;
     info.dependencyCount = 2;
@@ -181,9 +202,11 @@ void Texture::create() {
     info.extent = {std::uint32_t(key_.width), std::uint32_t(key_.height), 1};
     info.mipLevels = 1;
     info.arrayLayers = 1;
-    info.samples = VK_SAMPLE_COUNT_1_BIT;
+    info.samples = resources_.sampleCount(key_.samples);
     info.tiling = key_.hostVisible ? VK_IMAGE_TILING_LINEAR : VK_IMAGE_TILING_OPTIMAL;
-    info.usage = kTextureUsage;
+    info.usage = key_.samples > 1
+                     ? VK_IMAGE_USAGE_COLOR_ATTACHMENT_BIT | VK_IMAGE_USAGE_TRANSIENT_ATTACHMENT_BIT
+                     : kTextureUsage;
     // Preinitialised keeps what the host writes before the first use.
     info.initialLayout = key_.hostVisible ? VK_IMAGE_LAYOUT_PREINITIALIZED : VK_IMAGE_LAYOUT_UNDEFINED;
     layout = info.initialLayout;
@@ -218,19 +241,34 @@ void Texture::createView() {
     view_ = created(vkCreateImageView, resources_.device.handle(), info, "cannot create a texture view");
 }
 
-VkFramebuffer Texture::framebuffer() {
-    if (framebuffer_) return framebuffer_;
-    const VkRenderPass pass = resources_.renderPass(key_.format, DeviceResources::TargetUse::sampled);
+namespace {
+
+VkFramebuffer makeFramebuffer(DeviceResources& resources, const TextureKey& key,
+                              std::initializer_list<VkImageView> views) {
     VkFramebufferCreateInfo info{VK_STRUCTURE_TYPE_FRAMEBUFFER_CREATE_INFO};
-    info.renderPass = pass;
-    info.attachmentCount = 1;
-    info.pAttachments = &view_;
-    info.width = std::uint32_t(key_.width);
-    info.height = std::uint32_t(key_.height);
+    info.renderPass = resources.renderPass(key.format, DeviceResources::TargetUse::sampled, key.samples);
+    info.attachmentCount = std::uint32_t(views.size());
+    info.pAttachments = views.begin();
+    info.width = std::uint32_t(key.width);
+    info.height = std::uint32_t(key.height);
     info.layers = 1;
-    framebuffer_ =
-        created(vkCreateFramebuffer, resources_.device.handle(), info, "cannot create a framebuffer");
+    return created(vkCreateFramebuffer, resources.device.handle(), info, "cannot create a framebuffer");
+}
+
+}  // namespace
+
+VkFramebuffer Texture::framebuffer() {
+    if (!framebuffer_) framebuffer_ = makeFramebuffer(resources_, key_, {view_});
     return framebuffer_;
+}
+
+ResolvingFramebuffer::ResolvingFramebuffer(DeviceResources& resources, const Texture& samples,
+                                           const Texture& target)
+    : resources_(resources),
+      handle_(makeFramebuffer(resources, samples.key(), {target.view(), samples.view()})) {}
+
+ResolvingFramebuffer::~ResolvingFramebuffer() {
+    vkDestroyFramebuffer(resources_.device.handle(), handle_, nullptr);
 }
 
 void Texture::destroy() {

@@ -5,8 +5,10 @@
 #include <atomic>
 #include <cstdint>
 #include <list>
+#include <map>
 #include <memory>
 #include <mutex>
+#include <tuple>
 #include <unordered_set>
 
 #include "Platform/ImageGraph/Planner.h"
@@ -33,7 +35,10 @@ struct DeviceResources {
 
     /// What a render pass does with its target besides drawing: how it finds it and how it leaves it.
     enum class TargetUse { sampled, hostVisible };
-    VkRenderPass renderPass(TextureFormat format, TargetUse use);
+    /// With several samples its attachments are those and the target that gets their mean.
+    VkRenderPass renderPass(TextureFormat format, TargetUse use, int samples);
+    /// The fewest samples of a pixel that the device has and that are no fewer than wanted, or its most.
+    VkSampleCountFlagBits sampleCount(int wanted) const;
 
     VulkanDevice device;
     DeviceMemory memory{device};
@@ -45,7 +50,7 @@ struct DeviceResources {
     void setUp(const MTIContextOptions& options);
 
     std::mutex mutex_;
-    VkRenderPass renderPasses_[7][2] = {};
+    std::map<std::tuple<TextureFormat, TargetUse, VkSampleCountFlagBits>, VkRenderPass> renderPasses_;
     std::unordered_set<Texture*> textures_;
 };
 
@@ -53,6 +58,7 @@ struct TextureKey {
     int width, height;
     TextureFormat format;
     bool hostVisible;  ///< linear and mapped; only where DeviceResources::hostTextures
+    int samples = 1;   ///< of a pixel; with several it can only be drawn into
     bool operator==(const TextureKey&) const = default;
 };
 
@@ -69,7 +75,7 @@ class Texture {
     const TextureKey& key() const { return key_; }
     std::uint64_t bytes() const {
         return std::uint64_t(key_.width) * std::uint64_t(key_.height) *
-               std::uint64_t(texelBytes(key_.format));
+               std::uint64_t(texelBytes(key_.format)) * std::uint64_t(key_.samples);
     }
     VkImage image() const { return image_; }
     VkImageView view() const { return view_; }
@@ -103,6 +109,21 @@ class Texture {
     MemoryRange memory_;
     std::uint8_t* pixels_ = nullptr;
     std::size_t rowBytes_ = 0;
+};
+
+/// Draws into a texture of several samples of a pixel and leaves their mean in another one of the same size
+/// and format. Held by the frame that uses it.
+class ResolvingFramebuffer {
+  public:
+    ResolvingFramebuffer(DeviceResources& resources, const Texture& samples, const Texture& target);
+    ~ResolvingFramebuffer();
+    ResolvingFramebuffer(const ResolvingFramebuffer&) = delete;
+    ResolvingFramebuffer& operator=(const ResolvingFramebuffer&) = delete;
+    VkFramebuffer handle() const { return handle_; }
+
+  private:
+    DeviceResources& resources_;
+    VkFramebuffer handle_;
 };
 
 /// Textures for reuse, by size and format. A texture handed out comes back by itself when its last holder

@@ -100,11 +100,9 @@ RenderPlan VulkanContext::planned(const MTIImage& image, PlanTarget target, Pass
     return fuser_->fuse(std::move(plan), missing);
 }
 
-VulkanContext::Submission VulkanContext::submit(const MTIImage& image, const PlanTarget& target,
-                                                Delivery delivery, const MTIVulkanImage& destination,
+VulkanContext::Submission VulkanContext::submit(RenderPlan plan, Delivery delivery,
+                                                const MTIVulkanImage& destination,
                                                 const MTIVulkanSync& sync) {
-    RenderPlan plan = planned(image, target, PassFuser::Missing::madeInBackground);
-
     std::scoped_lock lock(mutex_);
     const std::uint64_t serial = ++serial_;
     Frame& frame = *frames_[serial % kFramesInFlight];
@@ -114,6 +112,7 @@ VulkanContext::Submission VulkanContext::submit(const MTIImage& image, const Pla
     try {
         Recording recording{std::move(plan), delivery, frame, commands, serial, {}, {}, {}, {}};
         recording.textures.resize(recording.plan.textures.size());
+        atlas_.begin(commands, frame);
         beginHostImages(recording, destination);
         takeSourcesIn(recording);
         recordPasses(recording);
@@ -245,13 +244,10 @@ void VulkanContext::recordPass(Recording& recording, const PlanPass& pass) {
                   : textures_->acquire({wanted.width, wanted.height, wanted.format, inPlace});
     texture->lastUse = recording.serial;
 
-    std::vector<SpriteVertexData> vertices;
-    std::vector<SpriteRun> runs;
-    for (const auto* sprites : pass.sprites) {
-        const auto more = atlas_.layOut(*sprites, wanted.width, wanted.height, vertices, recording.commands,
-                                        recording.frame);
-        runs.insert(runs.end(), more.begin(), more.end());
-    }
+    // Before the render pass, in which nothing can be uploaded.
+    std::vector<OverlayLayout> overlays;
+    for (const PassOverlay* overlay : pass.overlays)
+        overlays.push_back(overlay->layOut(wanted.width, wanted.height, atlas_));
 
     const VkCommandBuffer commands = recording.commands;
     const auto use = inPlace ? DeviceResources::TargetUse::hostVisible : DeviceResources::TargetUse::sampled;
@@ -260,8 +256,9 @@ void VulkanContext::recordPass(Recording& recording, const PlanPass& pass) {
     Pipeline& pipeline = pipelines_.fullScreen(pass, wanted.format);
     pipeline.lastUse = recording.serial;
     VkRenderPassBeginInfo begin{VK_STRUCTURE_TYPE_RENDER_PASS_BEGIN_INFO};
-    begin.renderPass = resources_->renderPass(wanted.format, use);
-    begin.framebuffer = texture->framebuffer();
+    begin.renderPass = resources_->renderPass(wanted.format, use, pass.samples);
+    begin.framebuffer =
+        pass.samples > 1 ? resolvingFramebuffer(recording, *texture, pass.samples) : texture->framebuffer();
     begin.renderArea = area;
     vkCmdBeginRenderPass(commands, &begin, VK_SUBPASS_CONTENTS_INLINE);
     vkCmdSetViewport(commands, 0, 1, &viewport);
@@ -272,32 +269,8 @@ void VulkanContext::recordPass(Recording& recording, const PlanPass& pass) {
                        pass.words.data());
     vkCmdDraw(commands, 3, 1, 0, 0);
 
-    if (!runs.empty()) {
-        const auto instances = buffers_->acquire(vertices.size() * sizeof(SpriteVertexData));
-        std::memcpy(instances->data(), vertices.data(), vertices.size() * sizeof(SpriteVertexData));
-        recording.frame.keepAlive.push_back(instances);
-        const Pipeline& sprites = pipelines_.sprites(wanted.format);
-        vkCmdBindPipeline(commands, VK_PIPELINE_BIND_POINT_GRAPHICS, sprites.handle);
-        const VkBuffer buffer = instances->handle();
-        const VkDeviceSize offset = 0;
-        vkCmdBindVertexBuffers(commands, 0, 1, &buffer, &offset);
-        for (const SpriteRun& run : runs) {
-            run.page->lastUse = recording.serial;
-            recording.frame.keepAlive.push_back(run.page);
-            const VkDescriptorSet set = recording.frame.allocateSet(sprites.setLayout);
-            const VkDescriptorImageInfo page{resources_->sampler, run.page->view(),
-                                             run.page->sampledLayout()};
-            VkWriteDescriptorSet write{VK_STRUCTURE_TYPE_WRITE_DESCRIPTOR_SET};
-            write.dstSet = set;
-            write.descriptorCount = 1;
-            write.descriptorType = VK_DESCRIPTOR_TYPE_COMBINED_IMAGE_SAMPLER;
-            write.pImageInfo = &page;
-            vkUpdateDescriptorSets(resources_->device.handle(), 1, &write, 0, nullptr);
-            vkCmdBindDescriptorSets(commands, VK_PIPELINE_BIND_POINT_GRAPHICS, sprites.layout, 0, 1, &set, 0,
-                                    nullptr);
-            vkCmdDraw(commands, kSpriteVertices, run.count, 0, run.first);
-        }
-    }
+    for (std::size_t i = 0; i < overlays.size(); ++i)
+        drawOverlay(recording, pass.overlays[i]->kind(), overlays[i], wanted.format);
     vkCmdEndRenderPass(commands);
     recording.frame.setLayout(*texture,
                               inPlace ? VK_IMAGE_LAYOUT_GENERAL : VK_IMAGE_LAYOUT_SHADER_READ_ONLY_OPTIMAL);
@@ -305,17 +278,58 @@ void VulkanContext::recordPass(Recording& recording, const PlanPass& pass) {
     recording.statistics.bytesWritten += texture->bytes();
 }
 
+VkFramebuffer VulkanContext::resolvingFramebuffer(Recording& recording, const Texture& target, int samples) {
+    TextureKey key = target.key();
+    key.hostVisible = false;
+    key.samples = samples;
+    const auto texture = textures_->acquire(key);
+    texture->lastUse = recording.serial;
+    const auto framebuffer = std::make_shared<ResolvingFramebuffer>(*resources_, *texture, target);
+    recording.frame.keepAlive.push_back(framebuffer);
+    return framebuffer->handle();
+}
+
+void VulkanContext::drawOverlay(Recording& recording, const OverlayKind& kind, const OverlayLayout& layout,
+                                TextureFormat format) {
+    if (layout.draws.empty()) return;
+    const VkCommandBuffer commands = recording.commands;
+    const std::size_t bytes = layout.instances.size() * sizeof(float);
+    const auto instances = buffers_->acquire(bytes);
+    std::memcpy(instances->data(), layout.instances.data(), bytes);
+    recording.frame.keepAlive.push_back(instances);
+    Pipeline& pipeline = pipelines_.overlay(kind, format);
+    pipeline.lastUse = recording.serial;
+    vkCmdBindPipeline(commands, VK_PIPELINE_BIND_POINT_GRAPHICS, pipeline.handle);
+    const VkBuffer buffer = instances->handle();
+    const VkDeviceSize offset = 0;
+    vkCmdBindVertexBuffers(commands, 0, 1, &buffer, &offset);
+    for (const OverlayLayout::Draw& draw : layout.draws) {
+        for (const auto& texture : draw.textures) {
+            texture->lastUse = recording.serial;
+            recording.frame.keepAlive.push_back(texture);
+        }
+        bind(recording, pipeline, draw.textures);
+        vkCmdDraw(commands, std::uint32_t(kind.vertices), draw.count, 0, draw.first);
+    }
+}
+
 void VulkanContext::bindInputs(Recording& recording, const PlanPass& pass, const Pipeline& pipeline) {
-    if (pass.inputs.empty()) return;
+    std::vector<std::shared_ptr<Texture>> inputs;
+    for (int index : pass.inputs) {
+        inputs.push_back(index >= 0 ? recording.textures[std::size_t(index)] : recording.blank);
+        recording.statistics.bytesRead += inputs.back()->bytes();
+    }
+    bind(recording, pipeline, inputs);
+}
+
+void VulkanContext::bind(Recording& recording, const Pipeline& pipeline,
+                         std::span<const std::shared_ptr<Texture>> textures) {
+    if (textures.empty()) return;
     const VkDescriptorSet set = recording.frame.allocateSet(pipeline.setLayout);
-    std::vector<VkDescriptorImageInfo> images(pass.inputs.size());
-    std::vector<VkWriteDescriptorSet> writes(pass.inputs.size());
-    for (std::size_t i = 0; i < pass.inputs.size(); ++i) {
-        const int index = pass.inputs[i];
-        const std::shared_ptr<Texture>& input =
-            index >= 0 ? recording.textures[std::size_t(index)] : recording.blank;
-        recording.statistics.bytesRead += input->bytes();
-        images[i] = {resources_->sampler, input->view(), input->sampledLayout()};
+    std::vector<VkDescriptorImageInfo> images(textures.size());
+    std::vector<VkWriteDescriptorSet> writes(textures.size());
+    for (std::size_t i = 0; i < textures.size(); ++i) {
+        images[i] = {resources_->sampler, textures[i]->view(), textures[i]->sampledLayout()};
         writes[i].sType = VK_STRUCTURE_TYPE_WRITE_DESCRIPTOR_SET;
         writes[i].dstSet = set;
         writes[i].dstBinding = std::uint32_t(i);

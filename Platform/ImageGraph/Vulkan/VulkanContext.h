@@ -3,6 +3,7 @@
 #include <array>
 #include <memory>
 #include <mutex>
+#include <span>
 #include <vector>
 
 #include "Platform/ImageGraph/MTIContext.h"
@@ -10,8 +11,8 @@
 #include "Platform/ImageGraph/Vulkan/Frame.h"
 #include "Platform/ImageGraph/Vulkan/HostBufferPool.h"
 #include "Platform/ImageGraph/Vulkan/PassFuser.h"
+#include "Platform/ImageGraph/Vulkan/PictureAtlas.h"
 #include "Platform/ImageGraph/Vulkan/PipelineStore.h"
-#include "Platform/ImageGraph/Vulkan/SpriteAtlas.h"
 #include "Platform/ImageGraph/Vulkan/Texture.h"
 
 namespace qv {
@@ -58,29 +59,37 @@ class VulkanContext final : public MTIContext, public std::enable_shared_from_th
         RenderStatistics statistics;
     };
 
-  private:
     /// Where the result of a render goes.
     enum class Delivery { stays, hostMemory, hostImage };
 
+    /// Runs the stages of a planned render: take sources in, record the passes, deliver the outputs, submit.
+    /// Throws VulkanError.
+    Submission submit(RenderPlan plan, Delivery delivery, const MTIVulkanImage& destination = {},
+                      const MTIVulkanSync& sync = {});
+
+  private:
     /// What a render into the destination is planned for. Throws VulkanError when the image does not fit it.
     PlanTarget targetFor(const MTIImage& image, const PixelBuffer& destination) const;
     PlanTarget targetFor(const MTIImage& image, const MTIVulkanImage& destination) const;
     /// Makes what the plan needs and draws it once. Throws VulkanError.
     void warmUp(const MTIImage& image, const PlanTarget& target, Delivery delivery);
 
-    /// Runs the stages of a render: plan, take sources in, record the passes, deliver the outputs, submit.
-    /// Throws VulkanError.
-    Submission submit(const MTIImage& image, const PlanTarget& target, Delivery delivery,
-                      const MTIVulkanImage& destination = {}, const MTIVulkanSync& sync = {});
-
     /// The passes of the image, fused as far as the options and what is compiled allow. Throws VulkanError.
-    RenderPlan planned(const MTIImage& image, PlanTarget target, PassFuser::Missing missing);
+    RenderPlan planned(const MTIImage& image, PlanTarget target,
+                       PassFuser::Missing missing = PassFuser::Missing::madeInBackground);
 
     struct Recording;
     void takeSourcesIn(Recording& recording);
     void recordPasses(Recording& recording);
     void recordPass(Recording& recording, const PlanPass& pass);
     void bindInputs(Recording& recording, const PlanPass& pass, const Pipeline& pipeline);
+    /// For a pass with several samples of a pixel, whose mean `target` gets.
+    VkFramebuffer resolvingFramebuffer(Recording& recording, const Texture& target, int samples);
+    void drawOverlay(Recording& recording, const OverlayKind& kind, const OverlayLayout& layout,
+                     TextureFormat format);
+    /// The textures of a draw, at bindings 0…
+    void bind(Recording& recording, const Pipeline& pipeline,
+              std::span<const std::shared_ptr<Texture>> textures);
     void beginHostImages(Recording& recording, const MTIVulkanImage& destination);
     void finishHostImage(Recording& recording, const MTIVulkanImage& destination);
     void handToHost(Recording& recording, Submission& submission);
@@ -98,7 +107,7 @@ class VulkanContext final : public MTIContext, public std::enable_shared_from_th
     std::shared_ptr<HostBufferPool> buffers_;
     PipelineStore pipelines_;
     std::unique_ptr<PassFuser> fuser_;
-    SpriteAtlas atlas_;
+    PictureAtlas atlas_;
     std::array<std::unique_ptr<Frame>, kFramesInFlight> frames_;
     MTIImage blank_;              ///< stands for a nil input
     const std::uint64_t number_;  ///< unlike its address, never another context's

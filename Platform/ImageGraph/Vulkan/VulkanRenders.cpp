@@ -153,7 +153,7 @@ std::unique_ptr<RenderTask> VulkanContext::startRender(const MTIImage& image, co
                                                        std::string* error) {
     try {
         auto task = std::make_unique<VulkanTask>(shared_from_this(), destination);
-        task->submission() = submit(image, targetFor(image, destination), Delivery::hostMemory);
+        task->submission() = submit(planned(image, targetFor(image, destination)), Delivery::hostMemory);
         return task;
     } catch (const std::exception& failure) {
         setError(error, failure);
@@ -164,7 +164,7 @@ std::unique_ptr<RenderTask> VulkanContext::startRender(const MTIImage& image, co
 std::unique_ptr<RenderTask> VulkanContext::startRender(const MTIImage& image, std::string* error) {
     try {
         auto task = std::make_unique<VulkanTask>(shared_from_this(), PixelBuffer());
-        task->submission() = submit(image, {}, Delivery::stays);
+        task->submission() = submit(planned(image, {}), Delivery::stays);
         return task;
     } catch (const std::exception& failure) {
         setError(error, failure);
@@ -178,7 +178,7 @@ std::unique_ptr<RenderTask> VulkanContext::startRender(const MTIImage& image,
     try {
         auto task = std::make_unique<VulkanTask>(shared_from_this(), PixelBuffer());
         task->submission() =
-            submit(image, targetFor(image, destination), Delivery::hostImage, destination, sync);
+            submit(planned(image, targetFor(image, destination)), Delivery::hostImage, destination, sync);
         return task;
     } catch (const std::exception& failure) {
         setError(error, failure);
@@ -188,7 +188,7 @@ std::unique_ptr<RenderTask> VulkanContext::startRender(const MTIImage& image,
 
 Bitmap VulkanContext::renderToBitmap(const MTIImage& image, std::string* error) {
     try {
-        const Submission submission = submit(image, {}, Delivery::hostMemory);
+        const Submission submission = submit(planned(image, {}), Delivery::hostMemory);
         submission.frame->wait(submission.serial);
         const HostPixels& output = submission.outputs.front();
         Bitmap bitmap{output.texture->key().width, output.texture->key().height, nullptr};
@@ -207,7 +207,7 @@ std::vector<float> VulkanContext::renderToFloats(const MTIImage& image, std::str
     try {
         PlanTarget target;
         target.output = TextureFormat::rgba32Float;
-        const Submission submission = submit(image, target, Delivery::hostMemory);
+        const Submission submission = submit(planned(image, target), Delivery::hostMemory);
         submission.frame->wait(submission.serial);
         const HostPixels& output = submission.outputs.front();
         const std::size_t rowFloats = std::size_t(output.texture->key().width) * 4;
@@ -223,7 +223,7 @@ std::vector<float> VulkanContext::renderToFloats(const MTIImage& image, std::str
 void VulkanContext::warmUp(const MTIImage& image, const PlanTarget& target, Delivery delivery) {
     planned(image, target, PassFuser::Missing::madeNow);
     // Drivers compile at the first draw, so the way to warm a pipeline is to draw with it.
-    const Submission submission = submit(image, target, delivery);
+    const Submission submission = submit(planned(image, target), delivery);
     submission.frame->wait(submission.serial);
 }
 

@@ -1,7 +1,6 @@
-#include "Platform/ImageGraph/Vulkan/SpriteAtlas.h"
+#include "Platform/ImageGraph/Vulkan/PictureAtlas.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstring>
 
 namespace qv {
@@ -51,24 +50,9 @@ void endWriting(Texture& page, VkCommandBuffer commands, Frame& frame) {
     frame.setLayout(page, VK_IMAGE_LAYOUT_SHADER_READ_ONLY_OPTIMAL);
 }
 
-/// The outline as it is drawn: wider by the pixels of the frame and of the picture that its edge is spread
-/// over, but not beyond the soft edge of the sprite itself.
-void setOutline(SpriteVertexData& v, const SpriteOutline& outline, double levelWidth, double levelHeight) {
-    const float edgeX = 1 / v.halfSides[0], edgeY = 1 / v.halfSides[1];
-    const float padX = edgeX + float(3 / levelWidth), padY = edgeY + float(3 / levelHeight);
-    v.sides[0] = std::min(outline.left + padX, 1 + edgeX);
-    v.sides[1] = std::min(outline.right + padX, 1 + edgeX);
-    v.sides[2] = std::min(outline.bottom + padY, 1 + edgeY);
-    v.sides[3] = std::min(outline.top + padY, 1 + edgeY);
-    v.corners[0] = std::min(outline.leftBottom + padX + padY, v.sides[0] + v.sides[2]);
-    v.corners[1] = std::min(outline.rightBottom + padX + padY, v.sides[1] + v.sides[2]);
-    v.corners[2] = std::min(outline.leftTop + padX + padY, v.sides[0] + v.sides[3]);
-    v.corners[3] = std::min(outline.rightTop + padX + padY, v.sides[1] + v.sides[3]);
-}
-
 }  // namespace
 
-SpriteAtlas::Place SpriteAtlas::reserve(int width, int height) {
+PictureAtlas::Place PictureAtlas::reserve(int width, int height) {
     if (!pages_.empty()) {
         Page& page = pages_.back();
         const TextureKey& size = page.texture->key();
@@ -95,13 +79,18 @@ SpriteAtlas::Place SpriteAtlas::reserve(int width, int height) {
     return {0, 0};
 }
 
-void SpriteAtlas::abandon() noexcept {
+void PictureAtlas::begin(VkCommandBuffer commands, Frame& frame) noexcept {
+    commands_ = commands;
+    frame_ = &frame;
+}
+
+void PictureAtlas::abandon() noexcept {
     if (!std::exchange(hasUploads_, false)) return;
     pages_.clear();
     entries_.clear();
 }
 
-const SpriteAtlas::Entry& SpriteAtlas::entry(const Bitmap& bitmap, VkCommandBuffer commands, Frame& frame) {
+const PictureAtlas::Entry& PictureAtlas::entry(const Bitmap& bitmap) {
     const void* key = bitmap.pixels.get();
     if (const auto found = entries_.find(key); found != entries_.end()) {
         // The address of freed pixels may come back as another picture's.
@@ -109,7 +98,7 @@ const SpriteAtlas::Entry& SpriteAtlas::entry(const Bitmap& bitmap, VkCommandBuff
         entries_.erase(found);
     }
 
-    const SpritePicture picture(bitmap);
+    const AtlasPicture picture(bitmap);
     Entry entry{bitmap.pixels, nullptr, picture.width, picture.height, {}, picture.outline};
     // The smaller sizes stand in a column beside the picture, or in a row below it when it is wide.
     const bool isWide = picture.width > picture.height;
@@ -117,7 +106,7 @@ const SpriteAtlas::Entry& SpriteAtlas::entry(const Bitmap& bitmap, VkCommandBuff
     std::size_t bytes = 0;
     Place next{0, 0};
     for (std::size_t i = 0; i < picture.levels.size(); ++i) {
-        const SpritePicture::Level& level = picture.levels[i];
+        const AtlasPicture::Level& level = picture.levels[i];
         entry.levels[i] = next;
         cellWidth = std::max(cellWidth, next.x + level.width + kGap);
         cellHeight = std::max(cellHeight, next.y + level.height + kGap);
@@ -133,7 +122,7 @@ const SpriteAtlas::Entry& SpriteAtlas::entry(const Bitmap& bitmap, VkCommandBuff
     std::vector<VkBufferImageCopy> copies;
     VkDeviceSize offset = 0;
     for (std::size_t i = 0; i < picture.levels.size(); ++i) {
-        const SpritePicture::Level& level = picture.levels[i];
+        const AtlasPicture::Level& level = picture.levels[i];
         entry.levels[i].x += place.x;
         entry.levels[i].y += place.y;
         std::memcpy(staging->data() + offset, level.bytes.data(), level.bytes.size());
@@ -145,68 +134,12 @@ const SpriteAtlas::Entry& SpriteAtlas::entry(const Bitmap& bitmap, VkCommandBuff
         copies.push_back(copy);
         offset += level.bytes.size();
     }
-    frame.keepAlive.push_back(staging);
-    beginWriting(*entry.page, commands, frame);
-    vkCmdCopyBufferToImage(commands, staging->handle(), entry.page->image(), entry.page->layout,
+    frame_->keepAlive.push_back(staging);
+    beginWriting(*entry.page, commands_, *frame_);
+    vkCmdCopyBufferToImage(commands_, staging->handle(), entry.page->image(), entry.page->layout,
                            std::uint32_t(copies.size()), copies.data());
-    endWriting(*entry.page, commands, frame);
+    endWriting(*entry.page, commands_, *frame_);
     return entries_.emplace(key, std::move(entry)).first->second;
-}
-
-std::vector<SpriteRun> SpriteAtlas::layOut(std::span<const SpriteInstance> sprites, int width, int height,
-                                           std::vector<SpriteVertexData>& vertices, VkCommandBuffer commands,
-                                           Frame& frame) {
-    std::vector<SpriteRun> runs;
-    const double ratio = double(width) / double(height);
-    for (const SpriteInstance& sprite : sprites) {
-        if (!isVisible(sprite, 1 / ratio)) continue;
-        const CGAffineTransform& t = sprite.transform;
-        const Entry& source = entry(sprite.texture->bitmap, commands, frame);
-        if (source.outline.isEmpty()) continue;
-
-        const double aspect = double(source.height) / double(source.width);
-        SpriteVertexData v{};
-        v.center[0] = float(t.tx);
-        v.center[1] = float(-t.ty * ratio);
-        v.axisX[0] = float(t.a);
-        v.axisX[1] = float(-t.b * ratio);
-        v.axisY[0] = float(t.c * aspect);
-        v.axisY[1] = float(-t.d * aspect * ratio);
-        // The axes in pixels of the frame: half the sprite's sides.
-        const double halfX = std::hypot(t.a, t.b) * width * 0.5;
-        const double halfY = std::hypot(t.c, t.d) * aspect * width * 0.5;
-        if (!(halfX > 0.01) || !(halfY > 0.01)) continue;
-        v.halfSides[0] = float(halfX);
-        v.halfSides[1] = float(halfY);
-
-        const double shrink = std::min(source.width / (2 * halfX), source.height / (2 * halfY));
-        const double level =
-            std::clamp(std::round(std::log2(std::max(shrink, 1.0))), 0.0, SpritePicture::kLevels - 1.0);
-        const Place& place = source.levels[std::size_t(level)];
-        const double levelWidth = source.width / std::exp2(level);
-        const double levelHeight = source.height / std::exp2(level);
-        const TextureKey& page = source.page->key();
-        v.place[0] = float(place.x) / float(page.width);
-        v.place[1] = float(place.y) / float(page.height);
-        v.place[2] = float(levelWidth / page.width);
-        v.place[3] = float(levelHeight / page.height);
-        v.halfTexel[0] = 0.5f / float(page.width);
-        v.halfTexel[1] = 0.5f / float(page.height);
-        setOutline(v, source.outline, levelWidth, levelHeight);
-
-        const float alpha = sprite.alpha * sprite.tint.alpha;
-        v.factor[0] = sprite.tint.red * alpha;
-        v.factor[1] = sprite.tint.green * alpha;
-        v.factor[2] = sprite.tint.blue * alpha;
-        v.factor[3] = alpha;
-
-        if (runs.empty() || runs.back().page != source.page) {
-            runs.push_back({source.page, std::uint32_t(vertices.size()), 0});
-        }
-        vertices.push_back(v);
-        ++runs.back().count;
-    }
-    return runs;
 }
 
 }  // namespace qv

@@ -10,15 +10,15 @@ namespace qv {
 
 /// The octagon around what a picture shows, in half-sides from its centre with y up: how far it reaches to
 /// each side, and along x + y to each corner. A picture that shows nothing has negative reaches.
-struct SpriteOutline {
+struct PictureOutline {
     float left = -1, right = -1, bottom = -1, top = -1;
     float leftBottom = -2, rightBottom = -2, leftTop = -2, rightTop = -2;
 
     bool isEmpty() const { return left + right <= 0; }
 };
 
-/// A sprite's picture as the atlas keeps it: at its own size and halved several times.
-struct SpritePicture {
+/// A picture as the atlas keeps it: at its own size and halved several times.
+struct AtlasPicture {
     static constexpr int kLevels = 5;
     static constexpr int kLargestSide = 2048;
 
@@ -28,13 +28,13 @@ struct SpritePicture {
     };
 
     /// A larger picture is halved until no side exceeds `kLargestSide`.
-    explicit SpritePicture(const Bitmap& bitmap);
+    explicit AtlasPicture(const Bitmap& bitmap);
 
     int width, height;  ///< of the picture
     /// Level 0 repeats its last column and row up to a multiple of the coarsest level's pixels, so that every
     /// level begins at the same place; at level n the picture itself is `width` / 2ⁿ wide.
     std::array<Level, kLevels> levels;
-    SpriteOutline outline;
+    PictureOutline outline;
 };
 
 }  // namespace qv

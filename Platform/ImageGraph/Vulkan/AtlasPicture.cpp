@@ -1,4 +1,4 @@
-#include "Platform/ImageGraph/Vulkan/SpritePicture.h"
+#include "Platform/ImageGraph/Vulkan/AtlasPicture.h"
 
 #include <algorithm>
 #include <cstring>
@@ -7,7 +7,7 @@ namespace qv {
 
 namespace {
 
-using Level = SpritePicture::Level;
+using Level = AtlasPicture::Level;
 
 std::size_t offsetOf(const Level& level, int x, int y) {
     return (std::size_t(y) * std::size_t(level.width) + std::size_t(x)) * 4;
@@ -45,12 +45,12 @@ int roundedUp(int side, int multiple) {
     return (side + multiple - 1) / multiple * multiple;
 }
 
-SpriteOutline outlineOf(const Level& picture) {
+PictureOutline outlineOf(const Level& picture) {
     const auto isClear = [&](int x, int y) {
         const std::uint8_t* p = &picture.bytes[offsetOf(picture, x, y)];
         return (p[0] | p[1] | p[2] | p[3]) == 0;
     };
-    SpriteOutline outline;
+    PictureOutline outline;
     for (int y = 0; y < picture.height; ++y) {
         int first = 0, last = picture.width - 1;
         while (first <= last && isClear(first, y)) ++first;
@@ -74,7 +74,7 @@ SpriteOutline outlineOf(const Level& picture) {
 
 }  // namespace
 
-SpritePicture::SpritePicture(const Bitmap& bitmap) {
+AtlasPicture::AtlasPicture(const Bitmap& bitmap) {
     Level picture{bitmap.width, bitmap.height, *bitmap.pixels};
     while (picture.width > kLargestSide || picture.height > kLargestSide)
         picture = halved(extended(picture, roundedUp(picture.width, 2), roundedUp(picture.height, 2)));
