@@ -87,14 +87,10 @@ TEST(TornPapers, SheetFillsTheFramesHeight) {
 TEST(FilmFrames, LeaveThePictureFreeAndCoverItsBorder) {
     const struct {
         const char* name;
-        int coveredX, coveredY;          ///< a place that shows no picture
-        int perforationX, perforationY;  ///< or negative
-    } frames[] = {{"transitions_flim_06.png", 960, 150, 168, 78},
-                  {"transitions_flim_02_word.png", 960, 150, 240, 92},
-                  {"transitions_film_frame_01.png", 150, 400, 150, 270},
-                  {"trans_Film_frame01_2.png", 100, 100, 132, 540},
-                  {"transitions_flim_lens3.png", 200, 200, -1, -1},
-                  {"transitions_CameraFrame.png", 90, 88, -1, -1}};
+        int coveredX, coveredY;  ///< a place that shows no picture
+    } frames[] = {{"transitions_flim_06.png", 960, 150},       {"transitions_flim_02_word.png", 960, 150},
+                  {"transitions_film_frame_01.png", 150, 400}, {"trans_Film_frame01_2.png", 100, 100},
+                  {"transitions_flim_lens3.png", 200, 200},    {"transitions_CameraFrame.png", 90, 88}};
     for (const auto& frame : frames) {
         SCOPED_TRACE(frame.name);
         const Bitmap bitmap = asset(frame.name);
@@ -106,9 +102,6 @@ TEST(FilmFrames, LeaveThePictureFreeAndCoverItsBorder) {
         for (int y = 450; y < 630; ++y)
             for (int x = 860; x < 1060; ++x) covered += at(x, y)[3] / 255.0;
         EXPECT_LT(covered / (180 * 200), 0.03) << "only dust in the middle";
-        if (frame.perforationX < 0) continue;
-        const std::uint8_t* hole = at(frame.perforationX, frame.perforationY);
-        EXPECT_GT(std::min({hole[0], hole[1], hole[2]}), 190) << "light behind the holes";
     }
 }
 

@@ -220,19 +220,14 @@ TEST(Easing, TransitionsAccelerateAndSettle) {
 TEST(ClipProgress, IsAFractionOfTheClip) {
     QVProgressBasedEffectMTIFilter filter;
     filter.setStartTime(2);
-    filter.setEndTime(6);
-    for (auto [time, progress] :
-         {std::pair{1.0, 0.0f}, {2.0, 0.0f}, {3.0, 0.25f}, {6.0, 1.0f}, {9.0, 1.0f}}) {
+    const std::tuple<double, double, float> cases[] = {{6, 1, 0}, {6, 2, 0},           {6, 3, 0.25f},
+                                                       {6, 6, 1}, {6, 9, 1},           {2, 9, 0},
+                                                       {1, 9, 0}, {6, std::nan(""), 0}};
+    for (const auto& [end, time, progress] : cases) {
+        filter.setEndTime(end);
         filter.setITime(time);
-        EXPECT_FLOAT_EQ(filter.progress(), progress) << time;
+        EXPECT_FLOAT_EQ(filter.progress(), progress) << end << " at " << time;
     }
-    filter.setEndTime(2);
-    EXPECT_EQ(filter.progress(), 0);
-    filter.setEndTime(1);
-    EXPECT_EQ(filter.progress(), 0);
-    filter.setEndTime(6);
-    filter.setITime(std::nan(""));
-    EXPECT_EQ(filter.progress(), 0);
 }
 
 }  // namespace

@@ -92,22 +92,18 @@ TEST(QVSpiritFilter, AlphaAndTintScaleTheTexture) {
     const Pixel texel = {0.8f, 0.6f, 0.4f, 0.5f};
     const auto texture = flatTexture(texel);
     const UIColor tint(0.5, 1, 1.05, 0.8);
-    struct Case {
-        SpiritParam param;
-        Pixel factor;
-    };
-    const Case cases[] = {
+    const std::pair<SpiritParam, Pixel> cases[] = {
         {SpiritParam::paramWithTrans({}, texture), {1, 1, 1, 1}},
         {SpiritParam::paramWithTrans({}, 0.25f, texture), {1, 1, 1, 0.25f}},
         {SpiritParam::paramWithTrans({}, tint, texture), {0.5f, 1, 1.05f, 0.8f}},
         {SpiritParam::paramWithTrans({}, 0.5f, tint, texture), {0.5f, 1, 1.05f, 0.4f}},
     };
-    for (const Case& expected : cases) {
-        const Picture picture = drawn(ground(16, 16), {expected.param});
-        const float alpha = texel[3] * expected.factor[3];
+    for (const auto& [param, factor] : cases) {
+        const Picture picture = drawn(ground(16, 16), {param});
+        const float alpha = texel[3] * factor[3];
         Pixel color{0, 0, 0, 1};
         for (std::size_t c = 0; c < 3; ++c)
-            color[c] = texel[c] * expected.factor[c] * alpha + kGround[c] * (1 - alpha);
+            color[c] = texel[c] * factor[c] * alpha + kGround[c] * (1 - alpha);
         expectColor(picture, 8, 8, color, 2.5f / 255);
     }
 }
@@ -137,22 +133,18 @@ TEST(QVSpiritFilter, LaterSpritesLieOnTopWhateverTheirTexture) {
 
 TEST(QVSpiritFilter, TransparentCornersAreCutWithoutATrace) {
     // The same picture with the faintest of marks in its corners is drawn whole.
-    struct Shape {
-        const char* name;
-        bool (*holds)(float x, float y);
-    };
-    constexpr Shape kShapes[] = {
+    constexpr std::pair<const char*, bool (*)(float x, float y)> kShapes[] = {
         {"disc", [](float x, float y) { return std::hypot(x, y) < 0.9f; }},
         {"dot", [](float x, float y) { return std::hypot(x - 0.6f, y + 0.5f) < 0.1f; }},
         {"stroke", [](float x, float y) { return std::abs(x - 0.8f * y) < 0.06f; }},
         {"bar on the edge", [](float x, float y) { return y > 0.85f && x < 0.3f; }},
     };
-    for (const Shape& shape : kShapes) {
-        const auto texture = [&](bool marked) {
+    for (const auto& [name, holds] : kShapes) {
+        const auto texture = [inside = holds](bool marked) {
             constexpr int kWidth = 90, kHeight = 61;
             return SpiritParam::spiritTextureWithImage(UIImage(makeBitmap(kWidth, kHeight, [&](int x, int y) {
                 const bool corner = (x == 0 || x == kWidth - 1) && (y == 0 || y == kHeight - 1);
-                if (shape.holds(float(x) / kWidth * 2 - 1, float(y) / kHeight * 2 - 1)) return kWhite;
+                if (inside(float(x) / kWidth * 2 - 1, float(y) / kHeight * 2 - 1)) return kWhite;
                 return Pixel{1, 1, 1, marked && corner ? 1 / 255.f : 0};
             })));
         };
@@ -163,8 +155,8 @@ TEST(QVSpiritFilter, TransparentCornersAreCutWithoutATrace) {
                     CGAffineTransformRotate(CGAffineTransformMakeTranslation(0.03, 0.02), turn), size, -size);
                 const Picture a = drawn(ground(200, 200), {SpiritParam::paramWithTrans(place, cut)});
                 const Picture b = drawn(ground(200, 200), {SpiritParam::paramWithTrans(place, whole)});
-                EXPECT_TRUE(matches(a, b, 1.1 / 255)) << shape.name << " " << size << " " << turn;
-                EXPECT_GT(worstDifference(a, drawn(ground(200, 200), {})), 0.02) << shape.name;
+                EXPECT_TRUE(matches(a, b, 1.1 / 255)) << name << " " << size << " " << turn;
+                EXPECT_GT(worstDifference(a, drawn(ground(200, 200), {})), 0.02) << name;
             }
         }
     }
