@@ -4,7 +4,6 @@
 #include FT_BBOX_H
 #include FT_OUTLINE_H
 
-#include <cmath>
 #include <cstdlib>
 #include <numeric>
 #include <set>

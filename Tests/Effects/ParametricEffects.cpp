@@ -133,25 +133,21 @@ MTIImage cutOut(int width, int height) {
 TEST(ParametricEffects, NeutralValuesLeaveTheFrame) {
     const MTIImage input = cutOut(80, 60);
     const Picture source = render(input);
-    struct Case {
-        const char* name;
-        Settings settings;
-    };
-    for (const Case& c :
-         {Case{"QVCenterMagnifyMTIFilter", {{"effectValue", "0"}}},
-          Case{"QVCircleMagnifyMTIFilter", {{"effectValue", "0"}}},
-          Case{"QVSwirlMTIFilter", {{"effectValue", "0"}}},
-          Case{"QVSpliteKaleidoscopeMTIFilter", {{"effectValue", "0"}}},
-          Case{"QVScanlineMTIFilter", {{"effectValue", "0.75"}}},
-          Case{"QVGlassBlurMTIFilter", {{"effectValue", "0"}}},
-          Case{"QVAIRGBFilter", {{"effectValue", "0"}, {"filterNumber", "5"}, {"iTime", "0.7"}}},
-          Case{"QVAIReputationFilter", {{"distanceValue", "0"}}},
-          Case{"QVSlowZoomInEffectMTIFilter", {{"effectValue", "0"}, {"endTime", "1"}, {"iTime", "0.4"}}},
-          Case{"QVSlowZoomOutEffectMTIFilter", {{"effectValue", "0"}, {"endTime", "1"}, {"iTime", "0.4"}}},
-          Case{"QVRollZoomInEffectMTIFilter", {{"effectValue", "0"}, {"endTime", "1"}, {"iTime", "0.4"}}},
+    for (const auto& [name, settings] :
+         {std::pair<const char*, Settings>{"QVCenterMagnifyMTIFilter", {{"effectValue", "0"}}},
+          {"QVCircleMagnifyMTIFilter", {{"effectValue", "0"}}},
+          {"QVSwirlMTIFilter", {{"effectValue", "0"}}},
+          {"QVSpliteKaleidoscopeMTIFilter", {{"effectValue", "0"}}},
+          {"QVScanlineMTIFilter", {{"effectValue", "0.75"}}},
+          {"QVGlassBlurMTIFilter", {{"effectValue", "0"}}},
+          {"QVAIRGBFilter", {{"effectValue", "0"}, {"filterNumber", "5"}, {"iTime", "0.7"}}},
+          {"QVAIReputationFilter", {{"distanceValue", "0"}}},
+          {"QVSlowZoomInEffectMTIFilter", {{"effectValue", "0"}, {"endTime", "1"}, {"iTime", "0.4"}}},
+          {"QVSlowZoomOutEffectMTIFilter", {{"effectValue", "0"}, {"endTime", "1"}, {"iTime", "0.4"}}},
+          {"QVRollZoomInEffectMTIFilter", {{"effectValue", "0"}, {"endTime", "1"}, {"iTime", "0.4"}}},
           // A beat is over just before the next.
-          Case{"QVAIShockFilter", {{"effectValue", "0"}, {"iTime", "0.3333"}}}}) {
-        EXPECT_TRUE(matches(rendered(c.name, input, c.settings), source, kOneStep)) << c.name;
+          {"QVAIShockFilter", {{"effectValue", "0"}, {"iTime", "0.3333"}}}}) {
+        EXPECT_TRUE(matches(rendered(name, input, settings), source, kOneStep)) << name;
     }
 }
 

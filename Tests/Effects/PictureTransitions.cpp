@@ -33,35 +33,30 @@ class PhotoDissolve : public testing::Test {
         for (int i = 0; i < 4; ++i)
             bundle_->write("ramps_0" + std::to_string(i) + ".png", rampsBitmap(160, 90, 0));
     }
-    static MTIImage frame(int width, int height) { return plainImage(width, height, {1, 0, 0, 1}); }
 
     std::unique_ptr<TemporaryBundle> bundle_ = std::make_unique<TemporaryBundle>();
     Dissolve ramps_{"ramps_", 4};
 };
 
 TEST_F(PhotoDissolve, HasFiveStyles) {
-    const struct {
-        const char* prefix;
-        bool crop, rotate, fromBright;
-    } styles[] = {{"tran_photo_flow_", false, false, false},
-                  {"tran_photo_fade_", false, false, false},
-                  {"tran_photo_facula_", true, false, false},
-                  {"tran_photo_stroke_", false, false, false},
-                  {"tran_photo_radial_", false, true, true}};
+    // The prefix of its files; whether they are cropped, turned, and run from bright to dark.
+    const std::tuple<std::string, bool, bool, bool> styles[] = {{"tran_photo_flow_", false, false, false},
+                                                                {"tran_photo_fade_", false, false, false},
+                                                                {"tran_photo_facula_", true, false, false},
+                                                                {"tran_photo_stroke_", false, false, false},
+                                                                {"tran_photo_radial_", false, true, true}};
     for (std::int64_t type : {4, 3, 2, 1, 0}) {
         const auto made = Dissolve::filterWithType(type);
-        EXPECT_EQ(made->prefix(), styles[type].prefix);
+        EXPECT_EQ(std::tuple(made->prefix(), made->needCrop(), made->needRotate(), made->fromBrightToDark()),
+                  styles[type]);
         EXPECT_EQ(made->count(), 4);
-        EXPECT_EQ(made->needCrop(), styles[type].crop) << type;
-        EXPECT_EQ(made->needRotate(), styles[type].rotate) << type;
-        EXPECT_EQ(made->fromBrightToDark(), styles[type].fromBright) << type;
     }
     const auto byName = makeEffect<Dissolve>("QVPhotoDissolveTransitionMTIFilter");
     for (std::int64_t type : {-1, 5, 1000}) {
         EXPECT_FALSE(Dissolve::filterWithType(type));
         byName->setType(4);
         byName->setType(type);
-        EXPECT_EQ(byName->prefix(), styles[0].prefix);
+        EXPECT_EQ(byName->prefix(), std::get<0>(styles[0]));
         EXPECT_FALSE(byName->fromBrightToDark());
     }
 }
@@ -123,7 +118,7 @@ TEST_F(PhotoDissolve, FitsThePictureToTheFrame) {
                                         << each.crop << " rotate " << each.rotate);
         ramps_.setNeedCrop(each.crop);
         ramps_.setNeedRotate(each.rotate);
-        ramps_.setInputImage1(frame(int(each.frame.width), int(each.frame.height)));
+        ramps_.setInputImage1(MTIImage::initWithColor({1, 0, 0, 1}, true, each.frame));
         ASSERT_EQ(ramps_.photoImage().size(), each.size);
         const Picture photo = render(ramps_.photoImage());
         const auto expectPlace = [](Pixel pixel, Corner corner) {
