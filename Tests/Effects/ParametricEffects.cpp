@@ -99,6 +99,20 @@ TEST(ParametricEffects, StrengthChoosesALevelAndWhatIsLeftOfIt) {
     }
 }
 
+TEST(ParametricEffects, ShocksBeatFasterWithTheStrength) {
+    const auto shock = makeEffect("QVAIShockFilter");
+    // Three beats a second at no strength, ten at full: the same place in the beat seven of them later.
+    for (const auto& [strength, beat] : {std::pair{0.0f, 1.0 / 3}, {1.0f, 0.1}}) {
+        shock->setEffectValue(strength);
+        const auto periodAt = [&](double beats) {
+            shock->setITime(beats * beat);
+            return uniform<float>(shock->parameters(), "period");
+        };
+        EXPECT_NEAR(periodAt(7.25), periodAt(0.25), 1e-5);
+        EXPECT_GT(std::abs(periodAt(0.75) - periodAt(0.25)), 0.1);
+    }
+}
+
 /// One step of an 8-bit channel, and what bilinear weights of eight bits add.
 constexpr double kOneStep = 1.6 / 255;
 
