@@ -4,7 +4,6 @@
 
 #include <cmath>
 
-#include "QVFilterCore/QVAIEffectMTIFilter.h"
 #include "QVFilterCore/QVProgressBasedEffectMTIFilter.h"
 #include "QVFilterCore/QVTransitionMTIFilter.h"
 #include "QVFilterCore/QV_CubicBezier.h"
@@ -75,11 +74,8 @@ TEST(FilterClass, WhatARecordLeavesOutIsItsSuperclasss) {
     EXPECT_EQ(kBareBelow.defaultStrength(), 0.25f);
     EXPECT_EQ(kProbe.defaultStrength(), kDefaultEffectValue);
     EXPECT_EQ(kBareBelow.categoryOrInherited(), QVFilterCategory::light);
-    EXPECT_EQ(kBareBelow.kindOrInherited(), QVFilterKind::effect);
-    EXPECT_FALSE(kBareBelow.isTransition());
     EXPECT_TRUE(kBareBelow.ignores("effectValue"));
     EXPECT_FALSE(QVEffectMTIFilterClass.ignores("effectValue"));
-    EXPECT_EQ(QVEffectMTIFilterClass.levels(), 0);
     EXPECT_TRUE(kBareBelow.photoTimeConst());
     EXPECT_TRUE(kBareBelow.isSubclassOf(QVEffectMTIFilterClass));
     EXPECT_FALSE(kProbe.isSubclassOf(kBare));
@@ -87,12 +83,7 @@ TEST(FilterClass, WhatARecordLeavesOutIsItsSuperclasss) {
     // A function is named after the class itself unless a record on the way says otherwise.
     EXPECT_EQ(kProbe.fragmentFunctionDescriptor().name, "Probe");
     EXPECT_EQ(kBareBelow.fragmentFunctionDescriptor().name, "Probe");
-    EXPECT_EQ(QVAIEffectMTIFilterClass.fragmentFunctionDescriptor().name, "QVAIEffectMTIFilter");
-
-    const auto filter = kBareBelow.create();
-    ASSERT_NE(dynamic_cast<Probe*>(filter.get()), nullptr);
-    EXPECT_EQ(&filter->filterClass(), &kBareBelow);
-    EXPECT_EQ(static_cast<Probe&>(*filter).effectValue(), 0.25f);
+    EXPECT_EQ(dynamic_cast<Probe&>(*kBareBelow.create()).effectValue(), 0.25f);
 }
 
 TEST(FilterClass, PropertiesAreSetByNameAndChecked) {
@@ -159,15 +150,12 @@ TEST(FilterClass, InputsAreSetByName) {
 TEST(FilterClass, PropertiesAreReadFromText) {
     Probe filter(kProbe);
     std::string error;
-    for (auto [name, text] : {std::pair{"count", "8"},
-                              {"tint", "#ff8000"},
-                              {"point", "0.25,-3"},
-                              {"shapeOfAll", "square"},
-                              {"isPhoto", "true"},
-                              {"extractValues", "0.3,0.5"},
-                              {"iTime", "1e-3"}}) {
+    using Texts = std::vector<std::pair<const char*, const char*>>;
+    const Texts good = {{"count", "8"},           {"tint", "#ff8000"}, {"point", "0.25,-3"},
+                        {"shapeOfAll", "square"}, {"isPhoto", "true"}, {"extractValues", "0.3,0.5"},
+                        {"iTime", "1e-3"}};
+    for (const auto& [name, text] : good)
         EXPECT_TRUE(setPropertyFromText(filter, name, text, &error)) << error;
-    }
     EXPECT_EQ(filter.count(), 8);
     EXPECT_EQ(filter.tint(), UIColor(1, 128 / 255.0, 0));
     EXPECT_EQ(filter.point(), (MTIVector{0.25f, -3}));
@@ -175,17 +163,11 @@ TEST(FilterClass, PropertiesAreReadFromText) {
     EXPECT_EQ(filter.extractValues(), (std::vector<double>{0.3, 0.5}));
     EXPECT_EQ(filter.iTime(), 1e-3);
     EXPECT_EQ(filter.shape(), 1) << "variants go by name too";
-    for (auto [name, text] : {std::pair{"count", "8x"},
-                              {"count", "2.5"},
-                              {"count", ""},
-                              {"effectValue", "nan"},
-                              {"effectValue", "inf"},
-                              {"effectValue", "0,5"},
-                              {"tint", "#12"},
-                              {"point", "1,0,0"},
-                              {"point", ""},
-                              {"isPhoto", "maybe"},
-                              {"extractValues", "0.3,"}}) {
+    const Texts bad = {{"count", "8x"},        {"count", "2.5"},         {"count", ""},
+                       {"effectValue", "nan"}, {"effectValue", "inf"},   {"effectValue", "0,5"},
+                       {"tint", "#12"},        {"point", "1,0,0"},       {"point", ""},
+                       {"isPhoto", "maybe"},   {"extractValues", "0.3,"}};
+    for (const auto& [name, text] : bad) {
         error.clear();
         EXPECT_FALSE(setPropertyFromText(filter, name, text, &error)) << name << "=" << text;
         EXPECT_THAT(error, HasSubstr(name));
@@ -227,9 +209,6 @@ TEST(Easing, CubicBezierIsTheTimingFunctionOfStyleSheetsInStraightPieces) {
 }
 
 TEST(Easing, TransitionsAccelerateAndSettle) {
-    EXPECT_FLOAT_EQ(QVTransitionMTIFilter::easeInOutCubic(0.25f), 0.0625f);
-    EXPECT_FLOAT_EQ(QVTransitionMTIFilter::easeInOutCubic(0.75f), 0.9375f);
-    EXPECT_FLOAT_EQ(QVTransitionMTIFilter::easeInOutHeavy(0.25f), 0.015625f);
     for (auto ease : {QVTransitionMTIFilter::easeInOutCubic, QVTransitionMTIFilter::easeInOutHeavy}) {
         EXPECT_EQ(ease(0), 0);
         EXPECT_EQ(ease(1), 1);
@@ -241,19 +220,14 @@ TEST(Easing, TransitionsAccelerateAndSettle) {
 TEST(ClipProgress, IsAFractionOfTheClip) {
     QVProgressBasedEffectMTIFilter filter;
     filter.setStartTime(2);
-    filter.setEndTime(6);
-    for (auto [time, progress] :
-         {std::pair{1.0, 0.0f}, {2.0, 0.0f}, {3.0, 0.25f}, {6.0, 1.0f}, {9.0, 1.0f}}) {
+    const std::tuple<double, double, float> cases[] = {{6, 1, 0}, {6, 2, 0},           {6, 3, 0.25f},
+                                                       {6, 6, 1}, {6, 9, 1},           {2, 9, 0},
+                                                       {1, 9, 0}, {6, std::nan(""), 0}};
+    for (const auto& [end, time, progress] : cases) {
+        filter.setEndTime(end);
         filter.setITime(time);
-        EXPECT_FLOAT_EQ(filter.progress(), progress) << time;
+        EXPECT_FLOAT_EQ(filter.progress(), progress) << end << " at " << time;
     }
-    filter.setEndTime(2);
-    EXPECT_EQ(filter.progress(), 0);
-    filter.setEndTime(1);
-    EXPECT_EQ(filter.progress(), 0);
-    filter.setEndTime(6);
-    filter.setITime(std::nan(""));
-    EXPECT_EQ(filter.progress(), 0);
 }
 
 }  // namespace

@@ -46,33 +46,17 @@ TEST(ClipZooms, SlowOnesMoveByEvenFactors) {
     }
 }
 
-TEST(ClipZooms, WithoutStrengthTheyAreThePicture) {
-    const MTIImage input = sceneImage(64, 36);
-    const Picture picture = render(input);
-    for (const char* name : {"QVSlowZoomInEffectMTIFilter", "QVSlowZoomOutEffectMTIFilter",
-                             "QVJumpZoomInEffectMTIFilter", "QVRollZoomInEffectMTIFilter"}) {
-        const auto effect = zoomOf(name, input, 0);
-        for (const double progress : {0.0, 0.4, 1.0})
-            EXPECT_TRUE(matches(frameAt(*effect, progress), picture, 1.0 / 255)) << name;
-    }
-}
-
 TEST(ClipZooms, TheJumpIsTheSlowZoomsEnd) {
     const MTIImage input = sceneImage(80, 45);
     const auto slow = zoomOf("QVSlowZoomInEffectMTIFilter", input, 0.5f);
     const auto jump = zoomOf("QVJumpZoomInEffectMTIFilter", input, 0.5f);
-    EXPECT_EQ(jump->filterClass().fragmentFunctionDescriptor().name, "QVSlowZoomInEffectMTIFilter");
     const Picture end = frameAt(*slow, 1);
-    for (const double progress : {-3.0, 0.0, 0.5, 1.0}) {
-        EXPECT_TRUE(matches(frameAt(*jump, progress), end, 0));
-        EXPECT_EQ(jump->progress(), 1);
-    }
+    for (const double progress : {-3.0, 0.0, 0.5, 1.0})
+        EXPECT_TRUE(matches(frameAt(*jump, progress), end, 0)) << progress;
 }
 
 TEST(ClipZooms, TheRollEasesInAndOut) {
     const auto roll = zoomOf("QVRollZoomInEffectMTIFilter", {}, 1);
-    EXPECT_EQ(roll->filterClass().levels(), 3);
-    EXPECT_FALSE(roll->outputImage());
     for (const auto& [base, eased] : {std::pair{0.0, 0.0f}, {0.25, 0.0625f}, {0.5, 0.5f}, {0.75, 0.9375f}}) {
         roll->setITime(10 + 4 * base);
         EXPECT_FLOAT_EQ(roll->progress(), eased);
@@ -101,16 +85,12 @@ TEST(ClipZooms, TheRollUncoversNoCorner) {
             const bool border = x == 0 || y == 0 || x == width - 1 || y == height - 1;
             return Pixel{border ? 1.0f : 0.0f, 0, 0, 1};
         }));
+        const Picture inside = render(plainImage(width, height, {0, 0, 0, 1}));
         const auto roll = zoomOf("QVRollZoomInEffectMTIFilter", framed, 1);
         for (const int level : {0, 1, 2}) {
             roll->setLevel(level);
             for (const double progress : {0.5, 0.7, 1.0}) {
-                const Picture picture = frameAt(*roll, progress);
-                for (int y = 0; y < height; ++y) {
-                    for (int x = 0; x < width; ++x)
-                        ASSERT_LT(picture.at(x, y)[0], 0.01)
-                            << level << " " << progress << " " << x << " " << y;
-                }
+                EXPECT_TRUE(matches(frameAt(*roll, progress), inside, 0.01)) << level << " " << progress;
             }
         }
     }

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <numeric>
 
 #include "QVFilterCore/QVTransitionMTIFilter.h"
 #include "QVFilterExtension/MTIFilters/Transition/Paper/QVPaperDivisionFilter.h"
@@ -14,7 +13,7 @@ namespace {
 constexpr Pixel kFirst{0.8f, 0.5f, 0.2f, 1}, kSecond{0.2f, 0.6f, 0.9f, 1};
 
 std::unique_ptr<QVTransitionMTIFilter> transitionOf(std::string_view shortName, const MTIImage& first,
-                                               const MTIImage& second) {
+                                                    const MTIImage& second) {
     auto filter = makeEffect<QVTransitionMTIFilter>("QV" + std::string(shortName) + "TransitionMTIFilter");
     filter->setInputImage1(first);
     filter->setInputImage2(second);
@@ -32,43 +31,9 @@ float opacityOf(const MTIImage& image) {
     return NAN;
 }
 
-double mean(const Picture& picture) {
-    return std::accumulate(picture.values.begin(), picture.values.end(), 0.0) / double(picture.values.size());
-}
-
-TEST(DissolvesAndGlitches, KeysAndTheirOrder) {
-    using Keys = std::vector<std::string>;
-    const Keys plain{"progress", "start", "duration", "ratio"};
-    const Keys sized{"progress", "start", "duration", "ratio", "inputSize"};
-    const struct {
-        const char* name;
-        Keys keys;
-        float sent;  ///< progress at 0.25; the cubic ease gives 4/64
-    } classes[] = {{"Glitch", sized, 0.25f},         {"GlitchSimple", sized, 0.25f},
-                   {"GlitchPixel", sized, 0.25f},    {"TVNoise", sized, 0.25f},
-                   {"WhiteFlash", plain, 0.25f},     {"ColorFlash", plain, 0.25f},
-                   {"DarkDissolve", plain, 0.0625f}, {"BrightDissolve", plain, 0.0625f}};
-    for (const auto& each : classes) {
-        SCOPED_TRACE(each.name);
-        const auto filter = transitionOf(each.name, plainImage(64, 32, kFirst), plainImage(10, 10, kSecond));
-        filter->setProgress(0.25f);
-        filter->setTimeRange({{900, 600}, {450, 600}});
-        const MTIParameters uniforms = filter->parameters();
-        EXPECT_EQ(keysOf(uniforms), each.keys);
-        const std::pair<const char*, float> values[] = {
-            {"progress", each.sent}, {"start", 1.5f}, {"duration", 0.75f}, {"ratio", 2.0f}};
-        for (const auto& [name, value] : values) EXPECT_EQ(uniform<float>(uniforms, name), value) << name;
-        if (each.keys == sized) {
-            EXPECT_EQ(uniform<MTIVector>(uniforms, "inputSize"), (MTIVector{64, 32}));
-        }
-        EXPECT_EQ(filter->outputImage().size(), (CGSize{64, 32}));
-    }
-    // Glitches send the linear progress beside an eased one of their own.
-    EXPECT_EQ(transitionOf("Glitch", {}, {})->newProgress(), 0);
-}
-
 TEST(DissolvesAndGlitches, BrightColorDissolveAddsTheClips) {
-    const auto filter = transitionOf("BrightColorDissolve", plainImage(4, 4, kFirst), plainImage(4, 4, kSecond));
+    const auto filter =
+        transitionOf("BrightColorDissolve", plainImage(4, 4, kFirst), plainImage(4, 4, kSecond));
     for (const auto& [progress, first, second] : {std::array{0.f, 1.f, 0.f},
                                                   {0.25f, 1.f, 0.5f},
                                                   {0.5f, 1.f, 1.f},
@@ -109,32 +74,17 @@ TEST(DissolvesAndGlitches, BlackAndWhiteDissolveDarkensThenColors) {
     }
     filter->setProgress(0.8f);  // (1 − 0.800000012) / 0.30000000000000004
     EXPECT_EQ(opacityOf(filter->outputImage()), 0.66666663f);
-    filter->setInputImage1({});
-    EXPECT_FALSE(filter->outputImage());
 }
 
 TEST(DissolvesAndGlitches, DissolvesThroughDarkAndLightGoByBrightness) {
-    const MTIImage dim = plainImage(8, 8, {0.25f, 0.25f, 0.25f, 1}),
-                   lit = plainImage(8, 8, {0.8f, 0.8f, 0.8f, 1});
-    const auto lost = [&](const char* name, const MTIImage& from, const MTIImage& to, float progress,
-                          float start) {
-        const float now = frameAt(*transitionOf(name, from, to), progress).at(4, 4)[0];
-        return (start - now) / start;
+    // What a clip loses on its way to black, of what it had, and of the way to white.
+    const auto change = [](const char* name, float from, float to) {
+        const auto grey = [](float tone) { return plainImage(8, 8, {tone, tone, tone, 1}); };
+        const float now = frameAt(*transitionOf(name, grey(from), grey(to)), 0.4f).at(4, 4)[0];
+        return (now - from) / (to - from);
     };
-    const MTIImage black = plainImage(8, 8, {0, 0, 0, 1}), white = plainImage(8, 8, {1, 1, 1, 1});
-    EXPECT_GT(lost("DarkDissolve", dim, black, 0.4f, 0.25f),
-              lost("DarkDissolve", lit, black, 0.4f, 0.8f) + 0.1);
-    // Towards white, counted in what lacks to it.
-    const auto gained = [&](const MTIImage& from, float start) {
-        return (frameAt(*transitionOf("BrightDissolve", from, white), 0.4f).at(4, 4)[0] - start) / (1 - start);
-    };
-    EXPECT_GT(gained(lit, 0.8f), gained(dim, 0.25f) + 0.1);
-
-    const MTIImage scene = sceneImage(64, 36);
-    const double rest = mean(render(scene));
-    EXPECT_LT(mean(frameAt(*transitionOf("DarkDissolve", scene, scene), 0.5f)), rest - 0.15);
-    EXPECT_GT(mean(frameAt(*transitionOf("BrightDissolve", scene, scene), 0.5f)), rest + 0.15);
-    EXPECT_GT(mean(frameAt(*transitionOf("WhiteFlash", scene, scene), 0.36f)), 0.98);
+    EXPECT_GT(change("DarkDissolve", 0.25f, 0), change("DarkDissolve", 0.8f, 0) + 0.1);
+    EXPECT_GT(change("BrightDissolve", 0.8f, 1), change("BrightDissolve", 0.25f, 1) + 0.1);
 }
 
 TEST(DissolvesAndGlitches, GlitchesHoldForAStepAndRestAtTheEnds) {
@@ -159,25 +109,8 @@ TEST(DissolvesAndGlitches, GlitchesHoldForAStepAndRestAtTheEnds) {
     }
 }
 
-TEST(DissolvesAndGlitches, SnowAndBlocksHideBothClips) {
-    const MTIImage flat = plainImage(192, 108, {0.4f, 0.4f, 0.4f, 1});
-    const Picture snow = frameAt(*transitionOf("TVNoise", flat, flat), 0.5f);
-    double difference = 0;
-    for (int y = 0; y < 108; ++y)
-        for (int x = 2; x < 190; ++x) difference += std::abs(snow.at(x, y)[0] - snow.at(x + 2, y)[0]);
-    EXPECT_GT(difference / (108 * 188), 0.1);
-
-    // In the middle the blocks are a fifth of the shorter side: few colours are left in a row.
-    const Picture blocks = frameAt(*transitionOf("GlitchPixel", sceneImage(180, 180), sceneImage(180, 180)), 0.5f);
-    int changes = 0;
-    for (int x = 1; x < 180; ++x) changes += blocks.at(x, 90) != blocks.at(x - 1, 90);
-    EXPECT_GE(changes, 2);
-    EXPECT_LE(changes, 60);
-}
-
 TEST(DissolvesAndGlitches, PaperIsTornAlongTheLine) {
     QVPaperDivisionFilter filter;
-    EXPECT_EQ(filter.parameters(), (MTIParameters{{"topPoint", MTIVector()}, {"botPoint", MTIVector()}}));
     for (const auto& [width, height] : {std::pair{640, 360}, {360, 640}}) {
         SCOPED_TRACE(width);
         filter.setInputImage1(plainImage(width, height, {0.1f, 0.3f, 0.1f, 1}));
@@ -192,11 +125,8 @@ TEST(DissolvesAndGlitches, PaperIsTornAlongTheLine) {
             for (int x = 0; x < width; ++x) {
                 const Pixel p = torn.at(x, y);
                 if (p[0] > 0.4) paperEnd = x;
-                if (x < line - 20) {
-                    ASSERT_NEAR(p[1], 0.3, 1.0 / 255) << x << ", " << y;
-                }
-                if (x > line + 50) {
-                    ASSERT_NEAR(p[2], 0.3, 1.0 / 255) << x << ", " << y;
+                if (x < line - 20 || x > line + 50) {
+                    ASSERT_NEAR(p[x < line ? 1 : 2], 0.3, 1.0 / 255) << x << ", " << y;
                 }
             }
             ASSERT_NEAR(paperEnd, line, 20) << y;

@@ -1,30 +1,20 @@
-// How strength and level become uniforms: hand-worked values, and pictures where the geometry is exact.
+// The effects of one pass whose uniforms follow from strength and level: hand-worked values, and pictures
+// against what their geometry says.
 
-#include <gmock/gmock.h>
-
+#include <algorithm>
 #include <cmath>
 
-#include "QVFilterExtension/MTIFilters/Effect/Distortion/QVFlashWarpMTIFilter.h"
 #include "Tests/Support/TestEffect.h"
 
 namespace qv::test {
 namespace {
 
-using testing::ElementsAre;
-
-MTIImage gradient(int width, int height) {
-    return MTIImage::imageWithBitmap(makeBitmap(width, height, [&](int x, int y) {
-        return Pixel{float(x) / float(width), float(y) / float(height), float((x * 7 + y * 3) % 32) / 31, 1};
-    }));
-}
-
 TEST(ParametricEffects, StrengthBecomesTheUniform) {
-    struct Case {
+    const struct {
         const char* name;
         const char* key;
         float atZero, atHalf, atOne;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"QVMosaicMTIFilter", "factor", 100, 58, 16},
         {"QVCircleMosaicMTIFilter", "factor", 36, 26, 16},
         {"QVTriangleMosaicMTIFilter", "factor", 36, 26, 16},
@@ -40,14 +30,12 @@ TEST(ParametricEffects, StrengthBecomesTheUniform) {
         {"QVAIReputationFilter", "angleValue", 0, 0.5f, 1},
         {"QVAIRGBFilter", "distanceValue", 0, 0.5f, 1},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         const auto filter = makeEffect(c.name);
-        // Before a host sets anything a filter stands at its class's default strength.
-        EXPECT_FLOAT_EQ(uniform<float>(filter->parameters(), c.key), c.atHalf) << c.name;
-        filter->setEffectValue(0);
-        EXPECT_FLOAT_EQ(uniform<float>(filter->parameters(), c.key), c.atZero) << c.name;
-        filter->setEffectValue(1);
-        EXPECT_FLOAT_EQ(uniform<float>(filter->parameters(), c.key), c.atOne) << c.name;
+        for (const auto& [strength, value] : {std::pair{0.0f, c.atZero}, {0.5f, c.atHalf}, {1.0f, c.atOne}}) {
+            filter->setEffectValue(strength);
+            EXPECT_FLOAT_EQ(uniform<float>(filter->parameters(), c.key), value) << c.name << " " << strength;
+        }
     }
     const auto slices = makeEffect("QVSplitChangeFilter");
     slices->setEffectValue(0.49f);  // 7.92 is truncated
@@ -55,25 +43,26 @@ TEST(ParametricEffects, StrengthBecomesTheUniform) {
 }
 
 TEST(ParametricEffects, SomeKeepTheirEffectValueAndSomeStoreIt) {
-    for (const char* name : {"QVMosaicMTIFilter", "QVCircleMosaicMTIFilter", "QVTriangleMosaicMTIFilter",
-                             "QVCenterMagnifyMTIFilter", "QVCircleMagnifyMTIFilter", "QVRGBMTIFilter",
-                             "QVScanlineMTIFilter", "QVScanlineMTIFilter2"}) {
-        const auto filter = makeEffect(name);
-        filter->setEffectValue(0.9f);
-        EXPECT_EQ(filter->effectValue(), 0.5f) << name;
-    }
-    for (const char* name : {"QVSwirlMTIFilter", "QVSpliteKaleidoscopeMTIFilter", "QVSplitChangeFilter",
-                             "QVMirrorMTIFilter", "QVGlassBlurMTIFilter"}) {
-        const auto filter = makeEffect(name);
-        filter->setEffectValue(0.9f);
-        EXPECT_EQ(filter->effectValue(), 0.9f) << name;
+    const std::pair<float, std::vector<const char*>> classes[] = {
+        {0.5f,
+         {"QVMosaicMTIFilter", "QVCircleMosaicMTIFilter", "QVTriangleMosaicMTIFilter",
+          "QVCenterMagnifyMTIFilter", "QVCircleMagnifyMTIFilter", "QVRGBMTIFilter", "QVScanlineMTIFilter",
+          "QVScanlineMTIFilter2"}},
+        {0.9f,
+         {"QVSwirlMTIFilter", "QVSpliteKaleidoscopeMTIFilter", "QVSplitChangeFilter", "QVMirrorMTIFilter",
+          "QVGlassBlurMTIFilter"}}};
+    for (const auto& [kept, names] : classes) {
+        for (const char* name : names) {
+            const auto filter = makeEffect(name);
+            filter->setEffectValue(0.9f);
+            EXPECT_EQ(filter->effectValue(), kept) << name;
+        }
     }
 }
 
 TEST(ParametricEffects, LevelsPickFromTheTableAndOthersAreIgnored) {
     const auto check = [](const char* name, const char* key, std::vector<float> table) {
         const auto filter = makeEffect(name);
-        EXPECT_EQ(filter->filterClass().levels(), int(table.size()));
         for (std::size_t i = 0; i < table.size(); ++i) {
             filter->setLevel(std::int64_t(i));
             EXPECT_EQ(uniform<float>(filter->parameters(), key), table[i]) << name;
@@ -85,117 +74,218 @@ TEST(ParametricEffects, LevelsPickFromTheTableAndOthersAreIgnored) {
     };
     check("QVMirrorMTIFilter", "factor", {2, 4, 5});
     check("QVFullMirrorMTIFilter", "factor", {1, 2, 3});
-
-    const auto direction = makeEffect("QVSplitDirectionFilte");
-    direction->setLevel(1);
-    direction->setLevel(2);
-    direction->setLevel(-1);
-    EXPECT_EQ(uniform<std::int32_t>(direction->parameters(), "splitDirection"), 1);
-    EXPECT_EQ(direction->filterClass().levels(), 2);
 }
 
-TEST(ParametricEffects, ScanLinesTurnStrengthIntoAPatternAndItsStrength) {
-    struct Case {
-        float strength;
-        int level;
-        float value;
-    };
+TEST(ParametricEffects, StrengthChoosesALevelAndWhatIsLeftOfIt) {
     for (const char* name : {"QVScanlineMTIFilter", "QVScanlineMTIFilter2"}) {
         const auto filter = makeEffect(name);
-        for (const Case& c : {Case{0, 0, 0.5f}, Case{0.125f, 0, 0.75f}, Case{0.5f, 1, 0.5f},
-                              Case{0.625f, 1, 0.75f}, Case{0.75f, 0, 0}, Case{1, 0, 0.5f}}) {
-            filter->setEffectValue(c.strength);
-            EXPECT_EQ(uniform<std::int32_t>(filter->parameters(), "level"), c.level) << c.strength;
-            EXPECT_FLOAT_EQ(uniform<float>(filter->parameters(), "effectValue"), c.value) << c.strength;
-            EXPECT_THAT(keysOf(filter->parameters()), ElementsAre("level", "effectValue"));
+        for (const auto& [strength, level, value] : {std::tuple{0.0f, 0, 0.5f},
+                                                     {0.125f, 0, 0.75f},
+                                                     {0.5f, 1, 0.5f},
+                                                     {0.625f, 1, 0.75f},
+                                                     {0.75f, 0, 0.0f},
+                                                     {1.0f, 0, 0.5f}}) {
+            filter->setEffectValue(strength);
+            EXPECT_EQ(uniform<std::int32_t>(filter->parameters(), "level"), level) << strength;
+            EXPECT_FLOAT_EQ(uniform<float>(filter->parameters(), "effectValue"), value) << strength;
         }
     }
-}
-
-TEST(ParametricEffects, ColoursPartInThreeLevels) {
-    const auto filter = makeEffect("QVRGBMTIFilter");
-    filter->setITime(1.5);
-    filter->setIsPhoto(true);
-    struct Case {
-        float strength;
-        int level;
-        double offset;
-    };
-    for (const Case& c :
-         {Case{0, 0, 0.001}, Case{0.25f, 0, 0.03775}, Case{0.5f, 1, 0.0255}, Case{1, 2, 0.05}}) {
-        filter->setEffectValue(c.strength);
-        const MTIParameters parameters = filter->parameters();
-        EXPECT_EQ(uniform<std::int32_t>(parameters, "level"), c.level);
-        EXPECT_NEAR(uniform<float>(parameters, "xOff"), c.offset, 1e-7);
-        EXPECT_EQ(uniform<float>(parameters, "iTime"), 1.5f);
-        EXPECT_THAT(keysOf(parameters), ElementsAre("iTime", "level", "effectValue", "isPhoto", "xOff"));
+    const auto parted = makeEffect("QVRGBMTIFilter");
+    for (const auto& [strength, level, offset] :
+         {std::tuple{0.0f, 0, 0.001}, {0.25f, 0, 0.03775}, {0.5f, 1, 0.0255}, {1.0f, 2, 0.05}}) {
+        parted->setEffectValue(strength);
+        EXPECT_EQ(uniform<std::int32_t>(parted->parameters(), "level"), level);
+        EXPECT_NEAR(uniform<float>(parted->parameters(), "xOff"), offset, 1e-7);
     }
 }
 
-TEST(ParametricEffects, ConstantUniformsAndTheirOrder) {
-    const auto magnify = makeEffect("QVCircleMagnifyMTIFilter");
-    magnify->setEffectValue(1);
-    const MTIParameters glass = magnify->parameters();
-    EXPECT_THAT(keysOf(glass), ElementsAre("magnificationNum", "centerPoint", "radius", "borderColor"));
-    EXPECT_EQ(uniform<MTIVector>(glass, "centerPoint"), (MTIVector{0.5f, 0.5f}));
-    EXPECT_EQ(uniform<float>(glass, "radius"), 0.5f);
-    EXPECT_EQ(uniform<MTIVector>(glass, "borderColor"), (MTIVector{0.1f, 0.5f, 0.5f}));
-    EXPECT_EQ(uniform<MTIVector>(makeEffect("QVCenterMagnifyMTIFilter")->parameters(), "centerPoint"),
-              (MTIVector{0.1f, 0.2f}));
-
+TEST(ParametricEffects, ShocksBeatFasterWithTheStrength) {
     const auto shock = makeEffect("QVAIShockFilter");
-    EXPECT_THAT(keysOf(shock->parameters()), ElementsAre("amplitude", "period", "filterNumber"));
-    EXPECT_EQ(uniform<float>(shock->parameters(), "amplitude"), 1);
-    // Three beats a second at no strength, ten at full: the same place in the beat after one of them.
-    for (auto [strength, beat] : {std::pair{0.0f, 1.0 / 3}, std::pair{1.0f, 0.1}}) {
+    // Three beats a second at no strength, ten at full: the same place in the beat seven of them later.
+    for (const auto& [strength, beat] : {std::pair{0.0f, 1.0 / 3}, {1.0f, 0.1}}) {
         shock->setEffectValue(strength);
-        shock->setITime(0.25 * beat);
-        const float early = uniform<float>(shock->parameters(), "period");
-        shock->setITime(7.25 * beat);
-        EXPECT_NEAR(uniform<float>(shock->parameters(), "period"), early, 1e-5);
-        shock->setITime(0.75 * beat);
-        EXPECT_GT(std::abs(uniform<float>(shock->parameters(), "period") - early), 0.1);
+        const auto periodAt = [&](double beats) {
+            shock->setITime(beats * beat);
+            return uniform<float>(shock->parameters(), "period");
+        };
+        EXPECT_NEAR(periodAt(7.25), periodAt(0.25), 1e-5);
+        EXPECT_GT(std::abs(periodAt(0.75) - periodAt(0.25)), 0.1);
     }
-    EXPECT_THAT(keysOf(makeEffect("QVAIRGBFilter")->parameters()),
-                ElementsAre("filterNum", "changeFrequency", "distanceValue"));
-    EXPECT_THAT(keysOf(makeEffect("QVAIReputationFilter")->parameters()),
-                ElementsAre("angleValue", "distanceValue"));
-
-    QVFlashWarpMTIFilter warp;
-    warp.setTime(2.25);
-    EXPECT_EQ(uniform<float>(warp.parameters(), "iTime"), 2.25f);
-    EXPECT_FALSE(warp.filterClass().isSubclassOf(QVEffectMTIFilterClass));
 }
 
-TEST(ParametricEffects, TilesMirrorsAndBlocksAreWhereTheyShouldBe) {
-    const int w = 96, h = 48;
-    const MTIImage input = gradient(w, h);
+/// One step of an 8-bit channel, and what bilinear weights of eight bits add.
+constexpr double kOneStep = 1.6 / 255;
+
+using Settings = std::vector<std::pair<const char*, const char*>>;
+
+Picture rendered(std::string_view name, const MTIImage& input, const Settings& settings) {
+    const auto filter = createFilter(name);
+    std::string error;
+    for (const auto& [property, text] : settings)
+        EXPECT_TRUE(setPropertyFromText(*filter, property, text, &error)) << name << ": " << error;
+    static_cast<QVMTIOneInputFilter&>(*filter).setInputImage(input);
+    return render(filter->outputImage());
+}
+
+/// Smooth, without symmetries, opaque.
+MTIImage slopes(int width, int height) {
+    return MTIImage::imageWithBitmap(makeBitmap(width, height, [&](int x, int y) {
+        const float u = (float(x) + 0.5f) / float(width), v = (float(y) + 0.5f) / float(height);
+        return Pixel{0.1f + 0.8f * u, 0.9f - 0.7f * v, 0.2f + 0.6f * u * v, 1};
+    }));
+}
+
+/// A soft disc on nothing, with detail of single pixels.
+MTIImage cutOut(int width, int height) {
+    return MTIImage::imageWithBitmap(makeBitmap(width, height, [&](int x, int y) {
+        const float away = std::hypot(float(x) - 0.5f * float(width), float(y) - 0.5f * float(height));
+        return Pixel{float((x * 5 + y * 3) % 16) / 15, (x + y) % 2 ? 1.0f : 0.2f, 0.6f,
+                     std::clamp((0.4f * float(height) - away) / 6, 0.0f, 1.0f)};
+    }));
+}
+
+TEST(ParametricEffects, NeutralValuesLeaveTheFrame) {
+    const MTIImage input = cutOut(80, 60);
     const Picture source = render(input);
-    const auto rendered = [&](const char* name, int level = 0) {
-        const auto filter = makeEffect(name);
-        filter->setInputImage(input);
-        filter->setLevel(level);
-        return render(filter->outputImage());
-    };
-    const Picture halves = rendered("QVMirrorMTIFilter", 0), quarters = rendered("QVMirrorMTIFilter", 1);
-    const Picture four = rendered("QVSplitFourFilter"), nine = rendered("QVSplitNineFilter");
-    for (int y = 0; y < h; y += 5) {
-        for (int x = 0; x < w; x += 7) {
-            EXPECT_LE(difference(halves.at(x, y), source.at(std::min(x, w - 1 - x), y)), 1e-6);
-            EXPECT_LE(
-                difference(quarters.at(x, y), source.at(std::min(x, w - 1 - x), std::min(y, h - 1 - y))),
-                1e-6);
-            // Every tile is the same picture.
-            EXPECT_LE(difference(four.at(x, y), four.at((x + w / 2) % w, (y + h / 2) % h)), 1e-5);
-            EXPECT_LE(difference(nine.at(x, y), nine.at((x + w / 3) % w, y)), 1e-5);
-        }
+    for (const auto& [name, settings] :
+         {std::pair<const char*, Settings>{"QVCenterMagnifyMTIFilter", {{"effectValue", "0"}}},
+          {"QVCircleMagnifyMTIFilter", {{"effectValue", "0"}}},
+          {"QVSwirlMTIFilter", {{"effectValue", "0"}}},
+          {"QVSpliteKaleidoscopeMTIFilter", {{"effectValue", "0"}}},
+          {"QVScanlineMTIFilter", {{"effectValue", "0.75"}}},
+          {"QVGlassBlurMTIFilter", {{"effectValue", "0"}}},
+          {"QVAIRGBFilter", {{"effectValue", "0"}, {"filterNumber", "5"}, {"iTime", "0.7"}}},
+          {"QVAIReputationFilter", {{"distanceValue", "0"}}},
+          {"QVSlowZoomInEffectMTIFilter", {{"effectValue", "0"}, {"endTime", "1"}, {"iTime", "0.4"}}},
+          {"QVSlowZoomOutEffectMTIFilter", {{"effectValue", "0"}, {"endTime", "1"}, {"iTime", "0.4"}}},
+          {"QVRollZoomInEffectMTIFilter", {{"effectValue", "0"}, {"endTime", "1"}, {"iTime", "0.4"}}},
+          // A beat is over just before the next.
+          {"QVAIShockFilter", {{"effectValue", "0"}, {"iTime", "0.3333"}}}}) {
+        EXPECT_TRUE(matches(rendered(name, input, settings), source, kOneStep)) << name;
     }
-    // A tile is the frame made smaller: the smooth channels are where the frame has them.
-    for (int y = 2; y < h / 2 - 2; y += 3) {
-        for (int x = 2; x < w / 2 - 2; x += 3) {
-            EXPECT_NEAR(four.at(x, y)[0], (2 * x + 0.5) / w, 0.03);
-            EXPECT_NEAR(four.at(x, y)[1], (2 * y + 0.5) / h, 0.03);
-        }
+}
+
+TEST(ParametricEffects, BlocksAreAsManyAtEveryResolution) {
+    const auto changes = [](int width, int height) {
+        const Picture picture =
+            rendered("QVMosaicMTIFilter", slopes(width, height), {{"effectValue", "0.5"}});
+        int count = 0;
+        for (int x = 1; x < width; ++x)
+            count += difference(picture.at(x, height / 2), picture.at(x - 1, height / 2)) > 1e-3;
+        return count;
+    };
+    const double expected = 1920.0 / 58;
+    EXPECT_NEAR(changes(480, 270), expected, 2.5);  // 14.5 pixels are 15
+    EXPECT_NEAR(changes(1920, 1080), expected, 2);
+}
+
+TEST(ParametricEffects, DotsAreRoundOnADarkerGround) {
+    // Dots 13 pixels apart, laid out from the middle: one has its centre 6.5 pixels right of and below it.
+    const Picture picture = rendered("QVCircleMosaicMTIFilter", slopes(960, 540), {{"effectValue", "0.5"}});
+    const Pixel dot = picture.at(486, 276);
+    EXPECT_LE(difference(dot, picture.at(482, 276)), 1e-5);
+    EXPECT_LE(difference(dot, picture.at(486, 280)), 1e-5);
+    for (auto [x, y] : {std::pair{481, 271}, std::pair{491, 281}, std::pair{491, 271}})
+        EXPECT_LT(picture.at(x, y)[1], 0.6f * dot[1]) << "the corner of the cell";
+}
+
+TEST(ParametricEffects, MirrorsAndKaleidoscopesAreSymmetric) {
+    const int side = 120;
+    const MTIImage input = slopes(side, side);
+    const Picture source = render(input);
+    // Every picture is itself with its pixels at other places.
+    const auto expectSame = [](const Picture& picture, const Picture& at, auto&& place) {
+        EXPECT_TRUE(matchesPixels(picture, kOneStep, [&](int x, int y) {
+            const auto [u, v] = place(x, y);
+            return at.at(u, v);
+        }));
+    };
+    const auto across = [](int x, int y) { return std::pair{side - 1 - x, y}; };
+    const auto upsideDown = [](int x, int y) { return std::pair{x, side - 1 - y}; };
+    const auto diagonal = [](int x, int y) { return std::pair{y, x}; };
+    const Picture full = rendered("QVFullMirrorMTIFilter", input, {{"level", "0"}});
+    expectSame(full, full, across);
+    expectSame(full, full, upsideDown);
+    // Eight sectors: the strength of 7/18.
+    const Picture eight = rendered("QVSpliteKaleidoscopeMTIFilter", input, {{"splitNumber", "8"}});
+    expectSame(eight, eight, across);
+    expectSame(eight, eight, diagonal);
+    // The left half, the upper left quarter, and strips of 24 pixels about the middle one.
+    const auto low = [](int at) { return std::min(at, side - 1 - at); };
+    expectSame(rendered("QVMirrorMTIFilter", input, {{"level", "0"}}), source, [&](int x, int y) {
+        return std::pair{low(x), y};
+    });
+    expectSame(rendered("QVMirrorMTIFilter", input, {{"level", "1"}}), source, [&](int x, int y) {
+        return std::pair{low(x), low(y)};
+    });
+    expectSame(rendered("QVMirrorMTIFilter", input, {{"level", "2"}}), source, [](int x, int y) {
+        return std::pair{x / 24 % 2 ? 71 - x % 24 : x % 24 + 48, y};
+    });
+}
+
+TEST(ParametricEffects, PanelsAndTilesShowTheFrame) {
+    const int w = 96, h = 64;
+    const Picture source = render(cutOut(w, h));
+    EXPECT_TRUE(matchesPixels(rendered("QVSplitDirectionFilte", cutOut(w, h), {{"direction", "horizontal"}}),
+                              1e-6, [&](int x, int y) { return source.at(x % (w / 2) + w / 4, y); }));
+    EXPECT_TRUE(matchesPixels(rendered("QVSplitDirectionFilte", cutOut(w, h), {{"direction", "vertical"}}),
+                              1e-6, [&](int x, int y) { return source.at(x, y % (h / 2) + h / 4); }));
+    // A tile is the whole frame made smaller.
+    EXPECT_TRUE(matchesPixels(rendered("QVSplitFourFilter", rampsImage(w, h), {}), 0.02, [&](int x, int y) {
+        return Pixel{(float(x % (w / 2)) + 0.5f) * 2 / w, (float(y % (h / 2)) + 0.5f) * 2 / h, 0.5f, 1};
+    }));
+}
+
+TEST(ParametricEffects, CopiesSurroundTheOneInTheMiddle) {
+    const MTIImage input = slopes(240, 120);
+    // 2 + 10 · 0.1 is three each way.
+    const Picture three = rendered("QVAICopySplitFilter", input, {{"effectValue", "0.1"}});
+    const Picture nine = rendered("QVSplitNineFilter", input, {});
+    EXPECT_TRUE(matches(three, nine, 0.02));
+    // Between two and three the middle copy is whole and the outer ones are cut.
+    const Picture between = rendered("QVAICopySplitFilter", input, {{"effectValue", "0.05"}});
+    EXPECT_NEAR(between.at(120, 60)[0], 0.5, 0.02);
+    EXPECT_NEAR(between.at(0, 60)[0], 0.1 + 0.8 * 0.25, 0.02);
+}
+
+TEST(ParametricEffects, TheGlassMagnifiesInsideItsRimAlone) {
+    const int w = 480, h = 360;
+    const Picture source = render(slopes(w, h));
+    // A power of two; the glass has a radius of 90 pixels.
+    const Picture picture = rendered("QVCircleMagnifyMTIFilter", slopes(w, h), {{"effectValue", "1"}});
+    for (int d : {-40, -20, 0, 30}) {
+        const Pixel seen = picture.at(240 + d, 180), expected = source.at(240 + d / 2, 180);
+        EXPECT_LE(difference(seen, expected), 0.012) << d;
+    }
+    EXPECT_LE(difference(picture.at(10, 10), source.at(10, 10)), kOneStep);
+    const Pixel rim = picture.at(240 + 90, 180);
+    EXPECT_NEAR(rim[1], rim[2], 0.02);
+    EXPECT_GT(rim[1], rim[0] + 0.2) << "teal";
+}
+
+TEST(ParametricEffects, ColoursPartByTheOffset) {
+    const int w = 200, h = 20;
+    const Picture source = render(cutOut(w, h));
+    // A twentieth of the width, at level 0: ten pixels.
+    const Picture picture =
+        rendered("QVRGBMTIFilter", cutOut(w, h), {{"effectValue", "0"}, {"xOff", "0.05"}});
+    for (int x = 12; x < w - 12; x += 5) {
+        EXPECT_NEAR(picture.at(x, 10)[0], source.at(x - 10, 10)[0], 1e-5);
+        EXPECT_NEAR(picture.at(x, 10)[1], source.at(x, 10)[1], 1e-5);
+        EXPECT_NEAR(picture.at(x, 10)[2], source.at(x + 10, 10)[2], 1e-5);
+    }
+}
+
+TEST(ParametricEffects, ScanLinesDarkenEverySecondLineOfASmallFrame) {
+    const MTIImage grey = MTIImage::initWithColor({0.5f, 0.5f, 0.5f, 1}, false, {640, 360});
+    const Picture lines = rendered("QVScanlineMTIFilter", grey, {{"effectValue", "0.25"}});
+    const Picture stripes = rendered("QVScanlineMTIFilter2", grey, {{"effectValue", "0.5"}});
+    EXPECT_LT(lines.at(100, 101)[0], 0.8f * lines.at(100, 100)[0]);
+    EXPECT_LE(difference(lines.at(100, 100), lines.at(307, 102)), 1e-5);
+    // Three neighbours side by side: red, green and blue lead in turn.
+    for (std::size_t c = 0; c < 3; ++c) {
+        const Pixel stripe = stripes.at(300 + int(c), 100);
+        EXPECT_EQ(std::max_element(stripe.begin(), stripe.begin() + 3) - stripe.begin(), std::ptrdiff_t(c));
     }
 }
 
