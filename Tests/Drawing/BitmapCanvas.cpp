@@ -53,16 +53,6 @@ TEST(BitmapCanvas, HasTheSizeThatItWasAskedFor) {
     EXPECT_TRUE(BitmapCanvas({double(kMaximumImageSide), 1}));
 }
 
-TEST(BitmapCanvas, ImagesAreSnapshots) {
-    BitmapCanvas canvas({2, 2});
-    expectColor(at(canvas, 0, 0), {0, 0, 0, 0}, 0);
-    canvas.fillRect(CGRectMake(0, 0, 2, 2), UIColor(1, 0.5, 0.2));
-    auto before = canvas.image();
-    canvas.fillRect(CGRectMake(0, 0, 2, 2), UIColor::blackColor());
-    EXPECT_EQ(before.bitmap().row(0)[0], 255);
-    expectColor(at(canvas, 1, 1), {0, 0, 0, 255}, 0);
-}
-
 // Each operator against the W3C formulas, at a place that both shapes cover and at one that only the first
 // does.
 TEST(BitmapCanvas, BlendsByTheCompositingFormulas) {

@@ -95,24 +95,5 @@ TEST(UIBezierPath, QuadraticsBecomeTheSameCurve) {
     }
 }
 
-TEST(UIBezierPath, TracksItsCurrentPoint) {
-    UIBezierPath path;
-    EXPECT_EQ(path.controlPointBounds(), CGRectZero);
-    path.closePath();
-    EXPECT_TRUE(path.isEmpty());
-    path.addLineToPoint({2, 3});  // without a start it begins there
-    EXPECT_EQ(path.elements().front().verb, Verb::move);
-    path.addLineToPoint({7, 3});
-    path.closePath();
-    EXPECT_EQ(path.currentPoint(), (CGPoint{2, 3}));
-    path.applyTransform(CGAffineTransformMakeTranslation(1, 1));
-    EXPECT_EQ(path.currentPoint(), (CGPoint{3, 4}));
-    EXPECT_EQ(path.controlPointBounds(), CGRectMake(3, 4, 5, 0));
-    path.appendPath(path);
-    EXPECT_EQ(path.elements().size(), 6u);
-    path.appendPath(UIBezierPath());
-    EXPECT_EQ(path.currentPoint(), (CGPoint{3, 4}));
-}
-
 }  // namespace
 }  // namespace qv

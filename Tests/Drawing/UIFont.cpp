@@ -106,13 +106,5 @@ TEST_F(UIFontTest, OutlivesItsFileAndServesManyThreads) {
     for (auto& thread : threads) thread.join();
 }
 
-TEST(SystemFont, AlwaysMeasures) {
-    auto font = UIFont::systemFontOfSize(12);
-    ASSERT_TRUE(font);
-    EXPECT_EQ(font.pointSize(), 12);
-    EXPECT_GT(font.sizeOfText("Text").width, 12);
-    EXPECT_GT(font.lineHeight(), 8);
-}
-
 }  // namespace
 }  // namespace qv

@@ -57,30 +57,6 @@ TEST(UIImage, ReadsFilesWithTheScaleInTheirName) {
     EXPECT_EQ(UIImage().size(), (CGSize{0, 0}));
 }
 
-TEST(Resampling, KeepsConstantsRampsAndMeans) {
-    auto constant = bitmapOf(37, 23, [](int, int) { return Pixel{200, 100, 50, 201}; });
-    for (auto [width, height] : {std::pair(1, 1), {5, 23}, {36, 7}, {38, 24}, {111, 2}, {37, 230}}) {
-        auto resampled = resampledBitmap(constant, width, height);
-        for (int y = 0; y < height; ++y)
-            for (int x = 0; x < width; ++x) ASSERT_EQ(at(resampled, x, y), (Pixel{200, 100, 50, 201}));
-    }
-    // A ramp stays one, apart from the borders, where there is nothing beyond to average with.
-    auto ramp = bitmapOf(240, 3, [](int x, int) { return Pixel{std::uint8_t(x), 0, 0, 255}; });
-    auto shrunk = resampledBitmap(ramp, 30, 3);
-    for (int x = 1; x < 29; ++x) EXPECT_NEAR(at(shrunk, x, 1)[0], x * 8 + 3.5, 0.51);
-    auto grown = resampledBitmap(ramp, 960, 3);
-    for (int x = 4; x < 956; ++x) EXPECT_NEAR(at(grown, x, 1)[0], (x + 0.5) / 4 - 0.5, 0.51);
-    // What is finer than the target leaves its mean, not a pattern.
-    auto checks = bitmapOf(301, 301, [](int x, int y) {
-        return Pixel{0, std::uint8_t((x + y) % 2 * 255), 0, 255};
-    });
-    for (int side : {10, 100, 140}) {
-        auto grey = resampledBitmap(checks, side, side);
-        for (int i = 1; i < side - 1; ++i) EXPECT_NEAR(at(grey, i, side / 2)[1], 127.5, 6) << side;
-    }
-    EXPECT_EQ(resampledBitmap(constant, 37, 23).pixels, constant.pixels);
-}
-
 TEST(Resampling, AgreesWithTheTentSummedInTwoDimensions) {
     auto source = bitmapOf(53, 41, [](int x, int y) {
         auto alpha = std::uint8_t((x * 37 + y * 91) % 256);
@@ -133,12 +109,6 @@ TEST(ResizableImage, KeepsItsCapsAndRepeatsWholeTiles) {
     EXPECT_EQ(at(small, 2, 1), labelled(2, 1));
     EXPECT_EQ(at(small, 4, 2), labelled(4, 2));
     EXPECT_EQ(at(small, 6, 3), labelled(9, 8));
-    // The same in points: a canvas of scale 2 doubles everything.
-    auto doubled = drawn(image, 29, 25, 2);
-    EXPECT_EQ(doubled.width, 58);
-    EXPECT_NEAR(at(doubled, 6 + 10 + 4, 0)[0], labelled(5, 0)[0], 5);
-    EXPECT_EQ(at(doubled, 54, 0)[0], labelled(8, 0)[0]);  // where the right cap begins
-    EXPECT_NEAR(at(doubled, 57, 49)[1], labelled(9, 8)[1], 1);
 }
 
 TEST(ResizableImage, StretchesBetweenItsCaps) {

@@ -33,9 +33,22 @@ TEST(OutputFile, ReplacesAFileWholeOrLeavesIt) {
     EXPECT_EQ(readBytes(path), bytes);
     EXPECT_EQ(folder.fileCount(), 1u);
 
-    std::string error;
-    EXPECT_FALSE(writeWholeFile(folder / "none/text", bytes, &error));
-    EXPECT_NE(error.find("none/text"), std::string::npos);
+    // A link is written through, an existing file keeps its permissions.
+    std::filesystem::permissions(path, std::filesystem::perms(0640));
+    std::filesystem::create_symlink("text", folder / "link");
+    ASSERT_TRUE(writeWholeFile(folder / "link", "two"));
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "link"));
+    EXPECT_EQ(readBytes(path), "two");
+    EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0640));
+
+    for (const auto& [where, cause] : {std::pair(folder / "none/text", "No such file or directory"),
+                                       {folder / "", "Is a directory"},
+                                       {"/dev/full", "No space left on device"}}) {
+        std::string error;
+        EXPECT_FALSE(writeWholeFile(where, bytes, &error));
+        EXPECT_NE(error.find(where), std::string::npos) << error;
+        EXPECT_NE(error.find(cause), std::string::npos) << error;
+    }
 }
 
 }  // namespace

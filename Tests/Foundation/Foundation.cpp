@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
@@ -144,17 +143,6 @@ TEST_F(BundleTest, KeepsItsPlaceWhenTheProcessMoves) {
     fs::current_path(before);
     ASSERT_TRUE(bundle);
     EXPECT_TRUE(bundle->pathForResource("x.png"));
-}
-
-TEST(NSBundle, IsTheDirectoryOfTheLoadedFile) {
-    static const int here = 0;
-    auto executable = NSBundle::bundleForAddress(&here);
-    ASSERT_TRUE(executable);
-    EXPECT_EQ(executable->path(), fs::read_symlink("/proc/self/exe").parent_path());
-    auto library = NSBundle::bundleForAddress(reinterpret_cast<const void*>(&std::fopen));
-    ASSERT_TRUE(library);
-    EXPECT_TRUE(library->pathForResource("libc.so.6"));
-    EXPECT_FALSE(NSBundle::bundleForAddress(nullptr));
 }
 
 }  // namespace

@@ -5,10 +5,8 @@
 #include <cmath>
 #include <cstdio>
 #include <numbers>
-#include <vector>
 
 #include "Platform/Foundation/Random.h"
-#include "Platform/Geometry/MTIVector.h"
 #include "Platform/Geometry/UIColor.h"
 
 namespace qv {
@@ -73,22 +71,9 @@ TEST(CGRect, SetOperationsIgnoreEmptyRectangles) {
 TEST(CGSize, TextReadsBackAsTheSameNumbers) {
     EXPECT_EQ(NSStringFromCGSize({1920, 1080}), "{1920, 1080}");
     EXPECT_EQ(NSStringFromCGSize({0.1, 100000}), "{0.1, 100000}");
-    for (double side : {1 / 3.0, 1e-7, 123456.789, 1e22}) {
-        double width = 0, height = 0;
-        ASSERT_EQ(std::sscanf(NSStringFromCGSize({side, side * 3}).c_str(), "{%lf, %lf}", &width, &height),
-                  2);
-        EXPECT_EQ(width, side);
-        EXPECT_EQ(height, side * 3);
-    }
-}
-
-TEST(MTIVector, KeepsUpToFourValuesAndReadsZeroOutside) {
-    MTIVector vector{1, 2, 3, 4, 5};
-    EXPECT_EQ(vector.count(), 4u);
-    EXPECT_EQ(vector[3], 4.0f);
-    EXPECT_EQ(vector[4], 0.0f);
-    EXPECT_EQ(MTIVector::vectorWithCGPoint({1, 2}), (MTIVector{1, 2}));
-    EXPECT_NE((MTIVector{1, 2}), (MTIVector{1, 2, 0}));
+    double width = 0, height = 0;
+    ASSERT_EQ(std::sscanf(NSStringFromCGSize({1 / 3.0, 1e-7}).c_str(), "{%lf, %lf}", &width, &height), 2);
+    EXPECT_EQ(CGSize(width, height), CGSize(1 / 3.0, 1e-7));
 }
 
 TEST(UIColor, HueAgreesWithTheWellKnownColours) {

@@ -51,31 +51,13 @@ TEST(ClassPages, TheCommittedOnesAreUpToDate) {
     }
 }
 
-TEST(ClassPages, HaveEveryClassWithEverythingThatCanBeSet) {
-    std::string pages;
-    for (const std::string& name : namesIn(kCommitted)) pages += readBytes(kCommitted + "/" + name);
-    for (const Json& entry : qvfilterJSON({"list", "--json"})) {
-        const std::string name = entry["name"];
-        SCOPED_TRACE(name);
-        const std::size_t start = pages.find(fmt::format("\n## {}\n", name));
-        ASSERT_NE(start, std::string::npos);
-        const std::string section = pages.substr(start, pages.find("\n## ", start + 1) - start);
-        EXPECT_THAT(section, HasSubstr(quoted(entry["fragmentFunction"])));
-        for (const Json& input : entry["inputs"]) EXPECT_THAT(section, HasSubstr(quoted(input["name"])));
-        for (const Json& property : entry["properties"]) {
-            EXPECT_THAT(section, HasSubstr(quoted(property["name"])));
-            for (const Json& variant : property.value("variants", Json::array()))
-                EXPECT_THAT(section, HasSubstr(quoted(variant)));
-        }
-    }
-}
-
 TEST(ClassPages, CommandLinesAreOnesThatTheToolTakes) {
     // It reads all choices, and names a wrong one, before it looks for the device.
     Arguments bench{"bench", "--device", "99"};
     for (const std::string& name : namesIn(kCommitted)) {
         const std::string page = readBytes(kCommitted + "/" + name);
-        for (const std::string& choice : found(page, "    qvfilter (?:transition |.*-e |.*--only )('[^']*'|[^ \n]*)"))
+        for (const std::string& choice :
+             found(page, "    qvfilter (?:transition |.*-e |.*--only )('[^']*'|[^ \n]*)"))
             bench.push_back(choice.front() == '\'' ? choice.substr(1, choice.size() - 2) : choice);
     }
     const Outcome outcome = qvfilter(bench);
@@ -112,28 +94,6 @@ TEST(ClassPages, AreReplacedOnlyWhenTheyDifferAndThatIsAllowed) {
     EXPECT_EQ(qvfilter({"list", "--markdown", folder / "", "-y"}).exitCode, 0);
     EXPECT_THAT(readBytes(folder / "mosaic.md"), HasSubstr("# Mosaic"));
     EXPECT_EQ(qvfilter({"list", "--markdown", folder / "", "--json"}).exitCode, 2);
-}
-
-TEST(ClassPages, WhatCannotBeWrittenIsNamed) {
-    const TemporaryFolder folder;
-    fs::create_directories(folder / "taken/mosaic.md");
-    fs::create_directory(folder / "small");
-    writeBytes(folder / "file", "mine");
-    const auto refused = [&](const std::string& shell, const std::string& where, const char* cause) {
-        const Outcome outcome = run({"sh", "-c", shell + QV_TOOL + " list -y --markdown " + where});
-        EXPECT_EQ(outcome.exitCode, 5) << where;
-        EXPECT_EQ(outcome.errorLines(), 1u) << outcome.errors;
-        EXPECT_THAT(outcome.errors, HasSubstr("'" + where));
-        EXPECT_THAT(outcome.errors, HasSubstr(cause));
-    };
-    refused("", "/dev/null/x", "Not a directory");
-    refused("", folder / "file", "Not a directory");
-    refused("", folder / "taken", "mosaic.md': Is a directory");
-    refused("", "/proc/self", "No such file");  // a folder that takes no file
-    // A limit of the process stands for a disk that fills up.
-    refused("ulimit -f 1; trap '' XFSZ; ", folder / "small", "File too large");
-    EXPECT_TRUE(fs::is_empty(folder / "small"));
-    EXPECT_EQ(readBytes(folder / "file"), "mine");
 }
 
 }  // namespace

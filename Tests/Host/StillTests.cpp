@@ -35,10 +35,6 @@ class Still : public testing::Test {
     }
 };
 
-TEST_F(Still, WithoutEffectsThePictureStays) {
-    EXPECT_EQ(still({"-i", picture()}), rgbFrame(picture()));
-}
-
 TEST_F(Still, AChainAppliesEachEffectInItsTurn) {
     const std::string grey = still({"-i", picture(), "-e", "QVBlackWhiteMTIFilter"});
     EXPECT_GT(meanChroma(rgbFrame(picture())), 40);

@@ -1,6 +1,7 @@
 #include "Tests/Host/Tool.h"
 
 #include <fcntl.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -69,6 +70,23 @@ Json qvfilterJSON(Arguments arguments) {
     Json json = Json::parse(outcome.output, nullptr, false);
     EXPECT_FALSE(json.is_discarded()) << outcome.output;
     return json;
+}
+
+void expectFailure(Arguments arguments, int exitCode, const std::string& cause, Arguments before) {
+    SCOPED_TRACE(testing::PrintToString(arguments));
+    const TemporaryFolder outputs;
+    for (std::string& argument : arguments) {
+        if (argument.starts_with("OUT/")) argument = outputs / argument.substr(4);
+    }
+    before.push_back(QV_TOOL);
+    before.insert(before.end(), arguments.begin(), arguments.end());
+    const Outcome outcome = run(before);
+    EXPECT_EQ(outcome.exitCode, exitCode);
+    EXPECT_EQ(outcome.errorLines(), 1u) << outcome.errors;
+    EXPECT_THAT(outcome.errors, testing::StartsWith("qvfilter: "));
+    EXPECT_THAT(outcome.errors, testing::HasSubstr(cause));
+    EXPECT_EQ(outcome.output, "");
+    EXPECT_EQ(outputs.fileCount(), 0u);
 }
 
 void ffmpeg(Arguments arguments) {

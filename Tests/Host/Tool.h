@@ -42,6 +42,10 @@ Outcome qvfilter(Arguments arguments, const std::string& input = "/dev/null");
 /// The tool's output, which must be JSON.
 Json qvfilterJSON(Arguments arguments);
 
+/// Expects the tool to end with `exitCode`, a line that names the cause, and nothing printed. Arguments that
+/// begin with OUT/ lie in a folder of their own, which has to stay empty. `before` stands before the tool.
+void expectFailure(Arguments arguments, int exitCode, const std::string& cause, Arguments before = {});
+
 /// Runs ffmpeg; an error of its own fails the test.
 void ffmpeg(Arguments arguments);
 /// Makes `path` from a lavfi source and encoder options.

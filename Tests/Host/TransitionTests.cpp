@@ -13,8 +13,6 @@
 namespace qv {
 namespace {
 
-using ::testing::HasSubstr;
-
 constexpr const char* kClass = "QVBrightColorDissolveTransitionMTIFilter";
 
 class Transition : public testing::Test {
@@ -133,16 +131,7 @@ TEST_F(Transition, TheSecondClipTakesTheFirstOnesKind) {
     EXPECT_EQ(audio["sample_rate"], "48000");
     EXPECT_EQ(audio["channels"], 2);
     EXPECT_NEAR(number(audio, "duration"), number(video, "duration"), 0.04);
-    const std::vector<float> samples = sound(output);
-    EXPECT_GT(tone(samples, 1000, 3), 0.3);
-
-    const std::string reverse = make("other.mkv", "a.mp4", "reverse.mkv", {"--duration", "0.5"});
-    const Json turned = probe(reverse, "v:0"), mono = probe(reverse, "a:0");
-    EXPECT_EQ(turned["width"], 96);
-    EXPECT_EQ(turned["avg_frame_rate"], "30000/1001");
-    EXPECT_EQ(mono["sample_rate"], "44100");
-    EXPECT_EQ(mono["channels"], 1);
-    EXPECT_NEAR(double(sound(reverse).size()) / 44100, 3.5, 0.04);
+    EXPECT_GT(tone(sound(output), 1000, 3), 0.3);
 }
 
 TEST_F(Transition, SoundOnOneSideOrNone) {
@@ -210,41 +199,12 @@ TEST_F(Transition, OneMomentAndStrips) {
     EXPECT_GT(strip["height"], 44);
 }
 
-TEST_F(Transition, OtherContainers) {
-    for (const char* name : {"x.webm", "x.mkv", "x.avi"}) {
-        const std::string output = make("a.mp4", "b.mp4", name, {"--duration", "0.8"});
-        EXPECT_EQ(number(probe(output, "v:0"), "nb_read_frames"), 70) << name;
-        const std::vector<float> samples = sound(output);
-        EXPECT_NEAR(double(samples.size()) / 48000, 2.8, 0.03) << name;
-        EXPECT_NEAR(tone(samples, 440, 1.6), tone(samples, 440, 0.5) * std::sqrt(0.5), 0.02) << name;
-    }
-}
-
-TEST_F(Transition, ClipsWithoutAnIndex) {
-    // Neither says where its last frame ends: the last one stored is not the last one shown, or has no time.
-    for (const auto& [name, options] : {std::pair{"reordered.ts", Arguments{"-c:v", "libx264", "-bf", "2"}},
-                                        {"brief.mpg", {"-c:v", "mpeg2video", "-bf", "0"}}}) {
-        makeClip(path(name), "testsrc2=s=64x48:r=25:d=1", options);
-        const std::string output = make(name, name, "joined.mkv", {"--duration", "0.2"});
-        const std::vector<std::int64_t> times = frameTimes(output);
-        ASSERT_EQ(times.size(), 45u) << name;
-        for (std::size_t i = 1; i < times.size(); ++i) ASSERT_EQ(times[i] - times[i - 1], 40) << name << i;
-    }
-}
-
 TEST_F(Transition, WhatCannotBeIsNamed) {
-    const auto expectFailure = [&](const Arguments& arguments, int code, const std::string& cause) {
-        SCOPED_TRACE(testing::PrintToString(arguments));
-        const TemporaryFolder outputs;
-        Arguments all{"transition"};
-        all.insert(all.end(), arguments.begin(), arguments.end());
-        all.insert(all.end(), {"-o", outputs / (arguments.back() == "PNG" ? "x.png" : "x.mp4")});
-        if (arguments.back() == "PNG") all.erase(all.end() - 3);
-        const Outcome outcome = qvfilter(all);
-        EXPECT_EQ(outcome.exitCode, code);
-        EXPECT_EQ(outcome.errorLines(), 1u) << outcome.errors;
-        EXPECT_THAT(outcome.errors, HasSubstr(cause));
-        EXPECT_EQ(outputs.fileCount(), 0u);
+    const auto expectFailure = [](Arguments arguments, int code, const std::string& cause,
+                                  const char* output = "OUT/x.mp4") {
+        arguments.insert(arguments.begin(), "transition");
+        arguments.insert(arguments.end(), {"-o", output});
+        qv::expectFailure(arguments, code, cause);
     };
     const std::string a = path("a.mp4"), b = path("b.mp4"), brief = path("short.mp4");
     expectFailure({kClass, "-i", a, "-i", brief}, 3,
@@ -266,9 +226,9 @@ TEST_F(Transition, WhatCannotBeIsNamed) {
     }
     expectFailure({"ScrolTransition", "-i", a, "-i", b}, 2, "did you mean QVScrollTransitionMTIFilter");
     expectFailure({std::string(kClass) + ":speed=3", "-i", a, "-i", b}, 2, "speed");
-    expectFailure({kClass, "-i", a, "-i", b, "--at", "1.5", "PNG"}, 2, "--at");
+    expectFailure({kClass, "-i", a, "-i", b, "--at", "1.5"}, 2, "--at", "OUT/x.png");
     for (const char* count : {"0", "1"})
-        expectFailure({kClass, "-i", a, "-i", b, "--strip", count, "PNG"}, 2, "--strip");
+        expectFailure({kClass, "-i", a, "-i", b, "--strip", count}, 2, "--strip", "OUT/x.png");
     expectFailure({kClass, "-i", a, "-i", b, "--at", "0.5"}, 2, "a picture is written as");
     expectFailure({kClass, "-i", a, "-i", b, "--audio-codec", "tape"}, 5, "tape");
     make("a.mp4", "a.mp4", "same.mp4");  // the same file twice is nothing special

@@ -1,6 +1,7 @@
 #include "Platform/ImageGraph/MTIImage.h"
 
 #include <cmath>
+#include <cstring>
 #include <numbers>
 
 #include "Platform/ImageGraph/ImageNode.h"
@@ -168,6 +169,9 @@ TEST(MTIImage, ReadsAlphaAsItIsTold) {
     expect(pixel(plain), {200, 100, 0, 128});
     expect(pixel(MTIImage::imageWithBitmap(half, MTIAlphaType::nonPremultiplied)), {100, 50, 0, 128});
     expect(pixel(MTIImage::imageWithBitmap(half, MTIAlphaType::alphaIsOne)), {200, 100, 0, 255});
+    const auto buffer = PixelBuffer::create(PixelFormat::rgba8, 1, 1);
+    std::memcpy(buffer.plane(0).data, half.pixels->data(), 4);
+    expect(pixel(MTIImage::imageWithPixelBuffer(buffer)), {100, 50, 0, 128});
     const MTIImage straight = plain.imageWithAlphaType(MTIAlphaType::nonPremultiplied);
     expect(pixel(straight), {100, 50, 0, 128});
     EXPECT_EQ(straight.alphaType(), MTIAlphaType::nonPremultiplied);
@@ -190,6 +194,7 @@ TEST(MTIImage, NilAndImpossibleArgumentsGiveNilOrTheImage) {
     EXPECT_FALSE(MTIImage::imageWithContentsOfFile("/no/such/picture.png"));
     EXPECT_FALSE(MTIImage::initWithColor({1, 1, 1, 1}, true, {0, 5}));
     EXPECT_FALSE(MTIImage::initWithColor({NAN, 1, 1, 1}, true, {5, 5}));
+    EXPECT_FALSE(MTIImage::initWithColor({}, false, {kMaximumImageSide + 1.0, 5}));
     const MTIImage image = MTIImage::initWithColor({1, 1, 1, 1}, true, {5.7, 4});
     EXPECT_EQ(image.extent(), CGRectMake(0, 0, 5, 4));
     EXPECT_EQ(image.imageByApplyingTransform({1, 0, 0, 1, NAN, 0}), image);

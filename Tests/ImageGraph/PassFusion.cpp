@@ -234,7 +234,6 @@ RenderStatistics statisticsOf(MTIContext& context, const MTIImage& image) {
 }
 
 TEST(PassFusion, ChangesNoPicture) {
-    const MTIParameters unset;
     const std::vector<std::function<MTIImage()>> graphs = {
         [] {
             return exposed(exposed(faded(photo(), 0.02f), 8), 6);
@@ -242,24 +241,12 @@ TEST(PassFusion, ChangesNoPicture) {
         [] {
             return faded(exposed(pass("MTIBrightness", {photo()}, {{"brightness", 0.6f}}), 3), 0.4f);
         },
-        [] { return screened(turned(photo()), faded(turned(photo(40, 24, 1)))); },
-        [] { return screened(exposed(photo()), photo(23, 31, 1)); },
+        [] { return screened(turned(photo()), faded(photo(23, 31, 1))); },
         [] {
             return pass("MTIBlendWithMask", {exposed(photo()), photo(9, 9, 1), MTIImage()},
                         {{"component", MTIVector{0.5f, 0, 0, 0}}, {"base", 0.25f}});
         },
-        [] {
-            return faded(screened(blurred(photo()), colored({13, 9})));
-        },
-        [] {
-            return turned(faded(pass("MTIBlendMultiply", {colored(), photo()}, {{"intensity", 0.7f}})));
-        },
         [] { return withSprite(withSprite(faded(exposed(withSprite(photo()))))); },
-        [] { return faded(exposed(photo()).imageByApplyingTransform(CGAffineTransformMakeScale(0.2, 0.7))); },
-        [] {
-            const MTIImage shared = exposed(photo());
-            return screened(shared, faded(shared));
-        },
         [] {
             return exposed(pass("MTIResize", {photo()}, {}, {17, 50}));
         },  // uniforms and selectors unset

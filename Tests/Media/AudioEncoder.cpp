@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "Platform/Media/ClipWriter.h"
 
 #include "Tests/Media/SoundTools.h"
@@ -72,24 +70,6 @@ TEST(SoundEncoding, EveryContainerKeepsSoundAndPicturesInStep) {
                 channel ? 0 : 0.5, 0.02);
         }
     }
-}
-
-TEST(SoundEncoding, FailuresNameTheirCause) {
-    const TemporaryFolder files;
-    const auto error = [&](const std::string& name, const std::string& codec) {
-        ClipVideoFormat video;
-        video.width = 64, video.height = 48;
-        ClipWriterOptions options;
-        options.sound = {48000, 2, "stereo"};
-        options.audioCodec = codec;
-        std::string cause;
-        EXPECT_FALSE(ClipWriter::create(files / name, video, options, nullptr, &cause));
-        return cause;
-    };
-    EXPECT_NE(error("a.mp4", "nothing").find("there is no sound encoder 'nothing'"), std::string::npos);
-    EXPECT_NE(error("a.mp4", "libx264").find("there is no sound encoder"), std::string::npos);
-    EXPECT_NE(error("a.webm", "aac").find("takes no aac sound"), std::string::npos);
-    EXPECT_EQ(files.fileCount(), 0u);
 }
 
 }  // namespace

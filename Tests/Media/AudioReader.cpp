@@ -115,18 +115,5 @@ TEST_F(SoundReading, GapsBecomeSilence) {
     EXPECT_NEAR(samples[2 * 60000 + 1], 0.5, 1e-3) << "after it";
 }
 
-TEST_F(SoundReading, TellsSilentFilesFromBrokenOnes) {
-    const std::string silent = files_ / "silent.mkv";
-    ffmpeg("-f lavfi -i testsrc2=s=64x48:r=25:d=0.2 '" + silent + "'");
-    std::string error;
-    EXPECT_FALSE(AudioReader::open(silent, &error));
-    EXPECT_EQ(error, "");
-    EXPECT_FALSE(AudioReader::open(files_ / "none.mkv", &error));
-    EXPECT_NE(error.find("none.mkv"), std::string::npos);
-
-    const std::string path = clip("cut.wav", "-vn -c:a pcm_s16le");
-    ASSERT_TRUE(AudioReader::open(path, &error)) << "a file without pictures has sound all the same";
-}
-
 }  // namespace
 }  // namespace qv

@@ -1,8 +1,6 @@
 #include "Platform/Media/ClipReader.h"
 
-#include <fcntl.h>
 #include <gmock/gmock.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -22,18 +20,6 @@ std::string metadataValue(const ClipMetadata& metadata, const std::string& key) 
         if (name == key) return value;
     }
     return "";
-}
-
-/// Reads with the file as standard input.
-std::unique_ptr<ClipReader> openAsInput(const std::string& path) {
-    const int kept = ::dup(STDIN_FILENO), file = ::open(path.c_str(), O_RDONLY);
-    ::dup2(file, STDIN_FILENO);
-    auto reader = ClipReader::open("-");
-    if (reader) readAll(*reader);
-    ::dup2(kept, STDIN_FILENO);
-    ::close(kept);
-    ::close(file);
-    return reader;
 }
 
 TEST(ClipReader, tellsTheFacts) {
@@ -180,17 +166,12 @@ TEST_P(StoredKinds, giveTheSamplesAsTheyAre) {
         const std::string expected = readBytes(folder / "raw");
         ASSERT_EQ(samples.size(), expected.size()) << size;
         int worst = 0;
-        if (PixelBuffer::bitDepth(kind.format) == 8) {
-            for (std::size_t i = 0; i < samples.size(); ++i) {
-                worst = std::max(worst, std::abs(std::uint8_t(samples[i]) - std::uint8_t(expected[i])));
-            }
-        } else {
-            for (std::size_t i = 0; i < samples.size(); i += 2) {
-                const auto word = [&](const std::string& s) {
-                    return std::uint8_t(s[i]) | std::uint8_t(s[i + 1]) << 8;
-                };
-                worst = std::max(worst, std::abs(word(samples) - word(expected)));
-            }
+        const std::size_t bytes = PixelBuffer::bitDepth(kind.format) == 8 ? 1 : 2;
+        for (std::size_t i = 0; i < samples.size(); i += bytes) {
+            const auto code = [&](const std::string& s) {
+                return std::uint8_t(s[i]) | (bytes == 2 ? std::uint8_t(s[i + 1]) << 8 : 0);
+            };
+            worst = std::max(worst, std::abs(code(samples) - code(expected)));
         }
         EXPECT_LE(worst, kind.tolerance) << size;
     }
@@ -216,35 +197,6 @@ INSTANTIATE_TEST_SUITE_P(
         StoredKind{"yuva444p", PixelFormat::rgba8, "rgba", 2},
         StoredKind{"rgb48le", PixelFormat::i444Bits10, "yuv444p10le", 2}),
     [](const auto& info) { return info.param.stored; });
-
-TEST(ClipReader, findsAlphaWhereItIsHidden) {
-    const TemporaryFolder folder;
-    // Left half half transparent.
-    const std::string source =
-        "-f lavfi -i "
-        "color=red:s=64x64:d=0.12,format=rgba,geq=r=200:g=40:b=90:a='if(lt(X\\,32)\\,128\\,255)' ";
-    for (auto [name, codec] : {std::pair{"a.webm", "-c:v libvpx-vp9 -pix_fmt yuva420p"},
-                               {"a.mov", "-c:v qtrle"},
-                               {"b.mov", "-c:v prores_ks -pix_fmt yuva444p10le"}}) {
-        ffmpeg(source + codec + " " + folder / name);
-        const auto reader = ClipReader::open(folder / name);
-        ASSERT_TRUE(reader);
-        EXPECT_TRUE(reader->info().video.hasAlpha) << name;
-        const auto frames = readAll(*reader);
-        ASSERT_EQ(frames.size(), 3u) << name;
-        const PixelBuffer& pixels = frames[1].pixels;
-        EXPECT_EQ(pixels.format(), reader->info().video.pixelFormat) << name;
-        const bool planes = pixels.format() == PixelFormat::i420Alpha;
-        const PixelBuffer::Plane& plane = pixels.plane(planes ? 3 : 0);
-        const std::uint8_t* row = plane.data + 20 * plane.rowBytes + (planes ? 0 : 3);
-        EXPECT_NEAR(row[10 * (planes ? 1 : 4)], 128, 3) << name;
-        EXPECT_NEAR(row[50 * (planes ? 1 : 4)], 255, 3) << name;
-        // Straight colour: the half transparent side is as red as the other.
-        if (!planes) {
-            EXPECT_NEAR(plane.data[20 * plane.rowBytes + 40], 200, 6) << name;
-        }
-    }
-}
 
 TEST(ClipReader, seeksToTheFrameThatIsShown) {
     const TemporaryFolder folder;
@@ -334,7 +286,7 @@ TEST(ClipReader, deinterlacesAsTheFramesSay) {
     }
 }
 
-TEST(ClipReader, readsPicturesPipesAndOddNames) {
+TEST(ClipReader, readsPicturesAndOddNames) {
     const TemporaryFolder folder;
     for (const char* name : {"a.png", "a.jpg", "a.webp", "a.bmp", "a.tiff"}) {
         ffmpeg("-f lavfi -i testsrc2=s=66x50 -frames:v 1 " + folder / name);
@@ -360,10 +312,6 @@ TEST(ClipReader, readsPicturesPipesAndOddNames) {
         ASSERT_TRUE(reader) << name;
         EXPECT_EQ(readAll(*reader).size(), 5u);
     }
-    const auto piped = openAsInput(folder / "clip.mkv");
-    ASSERT_TRUE(piped);
-    EXPECT_THAT(piped->error(), IsEmpty());
-    EXPECT_EQ(piped->info().video.width, 64);
 }
 
 TEST(ClipReader, damagedClipsGiveTheirGoodFramesFirst) {
@@ -397,18 +345,6 @@ TEST(ClipReader, damagedClipsGiveTheirGoodFramesFirst) {
         EXPECT_EQ(reader->error().find('\n'), std::string::npos);
         EXPECT_FALSE(reader->nextFrame());
     }
-    // Whatever the bytes are, no crash and no endless loop.
-    const std::string bytes = readBytes(folder / "a.mp4");
-    std::mt19937 random(3);
-    for (int round = 0; round < 40; ++round) {
-        std::string broken = bytes;
-        for (int i = 0; i < 30; ++i) broken[random() % broken.size()] = char(random());
-        writeBytes(folder / "broken.mp4", broken);
-        const auto reader = ClipReader::open(folder / "broken.mp4", {.packets = true});
-        if (reader) {
-            EXPECT_LE(readAll(*reader).size(), 60u);
-        }
-    }
 }
 
 TEST(ClipReader, whatCannotBeReadIsNamedWithItsCause) {
@@ -441,12 +377,6 @@ TEST(ClipReader, whatCannotBeReadIsNamedWithItsCause) {
         EXPECT_FALSE(ClipReader::open(folder / name, {}, &error)) << name;
         EXPECT_THAT(error, HasSubstr("cannot read '" + folder / name + "': " + cause)) << name;
         EXPECT_EQ(error.find('\n'), std::string::npos);
-    }
-    if (::geteuid() != 0) {
-        std::string error;
-        std::filesystem::permissions(folder / "a.mp4", std::filesystem::perms(0));
-        EXPECT_FALSE(ClipReader::open(folder / "a.mp4", {}, &error));
-        EXPECT_THAT(error, HasSubstr("Permission denied"));
     }
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }

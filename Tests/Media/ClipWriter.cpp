@@ -1,15 +1,10 @@
 #include "Platform/Media/ClipWriter.h"
 
-#include <fcntl.h>
 #include <gmock/gmock.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <deque>
 #include <filesystem>
 #include <map>
-#include <mutex>
-#include <thread>
 
 #include "Platform/Media/ClipReader.h"
 #include "Platform/Media/PixelConversion.h"
@@ -308,65 +303,6 @@ TEST(ClipWriter, writesTheHostsFramesWithTheirTags) {
     }
 }
 
-TEST(ClipWriter, streamsToAPipe) {
-    const TemporaryFolder folder;
-    ffmpeg("-f lavfi -i testsrc2=s=64x48:d=0.4 -f lavfi -i sine=d=0.4 -c:v libx264 -c:a aac " +
-           folder / "a.mp4");
-    for (const char* container : {"matroska", "mpegts", "mp4"}) {
-        const std::string path = folder / container;
-        const int kept = ::dup(STDOUT_FILENO),
-                  file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-        ::dup2(file, STDOUT_FILENO);
-        const std::string error = rewrite(folder / "a.mp4", "-", {.container = container});
-        ::dup2(kept, STDOUT_FILENO);
-        ::close(kept);
-        ::close(file);
-        EXPECT_EQ(error, "") << container;
-        EXPECT_EQ(probedTimes(path).size(), 10u) << container;
-        EXPECT_EQ(outputOf("ffmpeg -v error -i " + path + " -f null - 2>&1"), "") << container;
-    }
-}
-
-TEST(ClipWriter, decodesAndEncodesOnDifferentThreads) {
-    const TemporaryFolder folder;
-    ffmpeg("-f lavfi -i testsrc2=s=160x96:d=2 -f lavfi -i sine=d=2 -c:v libx264 -c:a aac " +
-           folder / "a.mp4");
-    const auto reader = ClipReader::open(folder / "a.mp4", {.packets = true});
-    const auto writer = ClipWriter::create(folder / "b.mp4", reader->info().video, {}, reader->streams());
-    ASSERT_TRUE(writer);
-    std::mutex mutex;
-    std::deque<ClipReader::Item> queue;
-    std::thread decoding([&] {
-        while (true) {
-            ClipReader::Item item = reader->next();
-            const bool last = item.index() == 0;
-            std::lock_guard lock(mutex);
-            queue.push_back(std::move(item));
-            if (last) return;
-        }
-    });
-    for (bool last = false; !last;) {
-        std::unique_lock lock(mutex);
-        if (queue.empty()) {
-            lock.unlock();
-            std::this_thread::yield();
-            continue;
-        }
-        const ClipReader::Item item = std::move(queue.front());
-        queue.pop_front();
-        lock.unlock();
-        last = item.index() == 0;
-        if (item.index() == 1) {
-            EXPECT_TRUE(writer->write(std::get<1>(item)));
-        } else if (item.index() == 2) {
-            EXPECT_TRUE(writer->write(std::get<2>(item)));
-        }
-    }
-    decoding.join();
-    EXPECT_TRUE(writer->finish()) << writer->error();
-    EXPECT_EQ(probedTimes(folder / "b.mp4"), probedTimes(folder / "a.mp4"));
-}
-
 TEST(ClipWriter, failuresNameTheirCauseAndLeaveNothing) {
     const TemporaryFolder folder;
     ffmpeg("-f lavfi -i testsrc2=s=64x48:d=0.4 -f lavfi -i sine=d=0.4 -c:v libx264 -c:a pcm_s24le " +
@@ -387,6 +323,8 @@ TEST(ClipWriter, failuresNameTheirCauseAndLeaveNothing) {
         {folder / "a.mkv", {.codec = "aac"}, "there is no video encoder 'aac'"},
         {folder / "a.mp4", {.codec = "qtrle"}, "takes no qtrle video"},
         {folder / "old.mp4", {.audioCodec = "copy"}, "takes no pcm_s24le sound (stream 1)"},
+        {folder / "a.mp4", {.audioCodec = "libx264"}, "there is no sound encoder 'libx264'"},
+        {folder / "a.webm", {.audioCodec = "aac"}, "takes no aac sound"},
         {folder / "a.mkv", {.pixelFormat = "nonsense"}, "there is no pixel format 'nonsense'"},
         {folder / "a.mkv", {.pixelFormat = "yuv410p"}, "libx264 does not take yuv410p, but yuv420p"},
         {folder / "a.mkv", {.preset = "nonsense"}, "libx264 has no preset 'nonsense'"},

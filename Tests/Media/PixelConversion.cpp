@@ -9,56 +9,12 @@
 #include <vector>
 
 #include "Platform/Media/Bitmap.h"
+#include "Tests/Support/VideoStandard.h"
 
 namespace qv {
 namespace {
 
-constexpr PixelFormat kYUVFormats[] = {
-    PixelFormat::i420, PixelFormat::i422,       PixelFormat::i444,       PixelFormat::i420Alpha,
-    PixelFormat::nv12, PixelFormat::i420Bits10, PixelFormat::i422Bits10, PixelFormat::i444Bits10};
 constexpr ColorMatrix kMatrices[] = {ColorMatrix::bt601, ColorMatrix::bt709, ColorMatrix::bt2020};
-
-/// The recommendations' own equations, in double: E'Y = kr R + kg G + kb B, E'Cb = (B - Y) / (2 - 2 kb),
-/// quantised as (219 Y + 16) 2^(n-8) and (224 C + 128) 2^(n-8), or over the full code.
-struct Standard {
-    double kr = 0, kb = 0, kg, lumaSpan, chromaSpan, lumaOffset, chromaOffset, maximum;
-
-    Standard(const ColorDescription& color, int bits) {
-        switch (color.matrix) {
-            case ColorMatrix::bt601:
-                kr = 0.299, kb = 0.114;
-                break;
-            case ColorMatrix::bt709:
-                kr = 0.2126, kb = 0.0722;
-                break;
-            case ColorMatrix::bt2020:
-                kr = 0.2627, kb = 0.0593;
-                break;
-        }
-        kg = 1 - kr - kb;
-        const double unit = std::pow(2.0, bits - 8);
-        maximum = 256 * unit - 1;
-        lumaSpan = color.fullRange ? maximum : 219 * unit;
-        chromaSpan = color.fullRange ? maximum : 224 * unit;
-        lumaOffset = color.fullRange ? 0 : 16 * unit;
-        chromaOffset = 128 * unit;
-    }
-
-    std::array<double, 3> toYUV(const std::array<double, 3>& rgb) const {  // rgb 0..255
-        const double y = (kr * rgb[0] + kg * rgb[1] + kb * rgb[2]) / 255;
-        const double cb = (rgb[2] / 255 - y) / (2 - 2 * kb), cr = (rgb[0] / 255 - y) / (2 - 2 * kr);
-        return {y * lumaSpan + lumaOffset, cb * chromaSpan + chromaOffset, cr * chromaSpan + chromaOffset};
-    }
-
-    std::array<double, 3> toRGB(double yCode, double uCode, double vCode) const {
-        const double y = (yCode - lumaOffset) / lumaSpan, cb = (uCode - chromaOffset) / chromaSpan,
-                     cr = (vCode - chromaOffset) / chromaSpan;
-        const double r = y + (2 - 2 * kr) * cr, b = y + (2 - 2 * kb) * cb, g = (y - kr * r - kb * b) / kg;
-        std::array<double, 3> rgb{r * 255, g * 255, b * 255};
-        for (double& c : rgb) c = std::clamp(c, 0.0, 255.0);
-        return rgb;
-    }
-};
 
 int sampleAt(const PixelBuffer& buffer, int plane, int x, int y) {
     if (buffer.format() == PixelFormat::nv12 && plane > 0) {
@@ -136,7 +92,7 @@ constexpr std::pair<int, int> kSizes[] = {{1, 1}, {2, 3}, {37, 18}, {641, 361}, 
 constexpr double kTolerance = 0.65;
 
 TEST(PixelConversion, decodesByTheFormulas) {
-    for (PixelFormat format : kYUVFormats) {
+    for (PixelFormat format : test::kYUVFormats) {
         for (ColorMatrix matrix : kMatrices) {
             for (bool fullRange : {false, true}) {
                 for (auto [width, height] : kSizes) {
@@ -147,7 +103,7 @@ TEST(PixelConversion, decodesByTheFormulas) {
                     std::vector<std::uint8_t> rgba(rowBytes * std::size_t(height), 77);
                     ASSERT_TRUE(convertToRGBA8(source, rgba.data(), rowBytes));
 
-                    const Standard standard(color, PixelBuffer::bitDepth(format));
+                    const test::VideoStandard standard(color, PixelBuffer::bitDepth(format));
                     double worst = 0;
                     for (int y = 0; y < height; ++y) {
                         const std::uint8_t* row = &rgba[std::size_t(y) * rowBytes];
@@ -176,7 +132,7 @@ TEST(PixelConversion, decodesByTheFormulas) {
 }
 
 TEST(PixelConversion, encodesByTheFormulas) {
-    for (PixelFormat format : kYUVFormats) {
+    for (PixelFormat format : test::kYUVFormats) {
         if (format == PixelFormat::i420Alpha) continue;
         for (ColorMatrix matrix : kMatrices) {
             for (bool fullRange : {false, true}) {
@@ -186,7 +142,7 @@ TEST(PixelConversion, encodesByTheFormulas) {
                     const PixelBuffer result = PixelBuffer::create(format, width, height, color);
                     ASSERT_TRUE(convertFromRGBA8(rgba.data(), std::size_t(width) * 4, result));
 
-                    const Standard standard(color, PixelBuffer::bitDepth(format));
+                    const test::VideoStandard standard(color, PixelBuffer::bitDepth(format));
                     const auto meanAt = [&](int x0, int y0, int x1, int y1) {
                         std::array<double, 3> sum{};
                         int count = 0;
@@ -276,26 +232,6 @@ TEST(PixelConversion, refusesNothingToWorkOn) {
     for (auto [width, height] : {std::pair{0, 4}, {4, -1}, {kMaximumImageSide + 1, 4}}) {
         EXPECT_FALSE(PixelBuffer::create(PixelFormat::rgba8, width, height));
     }
-}
-
-TEST(PixelBuffer, coefficientsInvertEachOther) {
-    for (ColorMatrix matrix : kMatrices) {
-        for (int bits : {8, 10}) {
-            const YUVCoefficients c = yuvCoefficients({matrix, false}, bits);
-            for (std::size_t row = 0; row < 3; ++row) {
-                for (std::size_t column = 0; column < 3; ++column) {
-                    double sum = 0;
-                    for (std::size_t k = 0; k < 3; ++k) {
-                        sum += double(c.toRGB[row * 3 + k]) * double(c.fromRGB[k * 3 + column]);
-                    }
-                    EXPECT_NEAR(sum, row == column, 1e-6);
-                }
-            }
-        }
-    }
-    // Full-scale white at 10 bits limited is 940 in the low bits of a 16-bit word.
-    const YUVCoefficients c = yuvCoefficients({ColorMatrix::bt2020, false}, 10);
-    EXPECT_NEAR((940 / 65535.0 - double(c.offset[0])) * double(c.toRGB[0]), 1.0, 1e-5);
 }
 
 }  // namespace
