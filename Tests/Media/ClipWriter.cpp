@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <map>
 #include <mutex>
+#include <sstream>
 #include <thread>
 
 #include "Platform/Media/ClipReader.h"
@@ -240,6 +241,32 @@ TEST(ClipWriter, encodesEveryKindOfFrame) {
         EXPECT_NEAR(pixel[0], 200 * 128 / 255, 8) << name;
         EXPECT_NEAR(rgba[20 * 256 + 50 * 4 + 3], 255, 2) << name;
     }
+}
+
+TEST(ClipWriter, gifsHaveTheirColoursAndARateThatPlayersShow) {
+    const TemporaryFolder folder;
+    const std::string source = folder / "s.mkv", result = folder / "a.gif";
+    // Half a second at 60 frames a second, and one more frame after a pause.
+    ffmpeg(
+        "-f lavfi -i gradients=s=160x96:r=60:d=0.52:c0=red:c1=blue:n=4:seed=3 -vf "
+        "\"setpts='(N+if(eq(N,30),30))/60/TB'\" -fps_mode vfr -c:v ffv1 -pix_fmt yuv444p " +
+        source);
+    std::vector<std::string> notices;
+    ASSERT_EQ(rewrite(source, result, {}, &notices), "");
+    EXPECT_THAT(notices, ElementsAre("gif shows at most 50 frames a second; one of 2 is written"));
+    std::istringstream delays(ffprobe("-show_entries packet=duration", result));
+    int frames = 0, sum = 0, shortest = 100;
+    for (int delay; delays >> delay; ++frames) {
+        shortest = std::min(shortest, delay);
+        sum += delay;
+    }
+    EXPECT_EQ(frames, 16);
+    EXPECT_EQ(shortest, 2);  // the last frame, of a 60th
+    EXPECT_EQ(sum, 102);
+    // The colours of one palette for all pictures come to 33 dB.
+    const std::string report = outputOf("ffmpeg -nostdin -i " + result + " -i " + source +
+                                        " -lavfi 'psnr=shortest=1' -frames:v 1 -f null - 2>&1");
+    EXPECT_GT(std::stod(report.substr(report.find("average:") + 8)), 40);
 }
 
 TEST(ClipWriter, encodesSoundThatTheContainerRefuses) {
