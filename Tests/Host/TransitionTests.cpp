@@ -232,6 +232,26 @@ TEST_F(Transition, ClipsWithoutAnIndex) {
     }
 }
 
+TEST_F(Transition, OneNoteForEachFileThatIsDeinterlaced) {
+    makeClip(path("i.ts"), "testsrc2=s=64x48:r=50:d=1,tinterlace=interleave_top",
+             {"-c:v", "mpeg2video", "-flags", "+ildct+ilme", "-top", "1"});
+    const std::string note = "qvfilter: note: '" + path("i.ts") + "' is deinterlaced\n";
+    const auto errors = [](Arguments command, const Arguments& more) {
+        command.insert(command.end(), more.begin(), more.end());
+        return qvfilter(command).errors;
+    };
+    const Arguments commands[] = {
+        command("i.ts", "i.ts", {"--duration", "0.2", "-o", path("joined.mkv")}),
+        {"still", "-i", path("i.ts"), "--mask", path("i.ts"), "-y", "-o", path("still.png")},
+        {"still", "-i", path("blue.png"), "--mask", path("i.ts"), "-y", "-o", path("still.png")},
+        {"render", "-i", path("a.mp4"), "--mask", path("i.ts"), "-y", "-o", path("masked.mp4")},
+    };
+    for (const Arguments& each : commands) {
+        EXPECT_EQ(errors(each, {}), note) << each[0];
+        EXPECT_EQ(errors(each, {"--deinterlace", "off"}), "") << each[0];
+    }
+}
+
 TEST_F(Transition, WhatCannotBeIsNamed) {
     const auto expectFailure = [&](const Arguments& arguments, int code, const std::string& cause) {
         SCOPED_TRACE(testing::PrintToString(arguments));

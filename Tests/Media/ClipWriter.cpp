@@ -81,7 +81,9 @@ TEST(ClipWriter, carriesAllThatIsNotThePicture) {
         "-c:a aac " +
         folder / "plain.mp4");
     ffmpeg("-i " + folder / "plain.mp4" + " -map 0:v -map 0:a -c copy -metadata:s:v rotate=90 " + source);
-    ASSERT_EQ(rewrite(source, result), "");
+    std::vector<std::string> notices;
+    ASSERT_EQ(rewrite(source, result, {}, &notices), "");
+    EXPECT_THAT(notices, IsEmpty());
 
     const std::vector<std::int64_t> times = probedTimes(source);
     EXPECT_EQ(times.size(), 47u);
@@ -168,6 +170,20 @@ struct Encoding {
     const char* stored;  ///< pixel format of the result
     bool lossless = false;
 };
+
+TEST(ClipWriter, saysWhichStreamsAreLeftOut) {
+    const TemporaryFolder folder;
+    ffmpeg(
+        "-f lavfi -i testsrc2=s=64x48:d=0.2 -f lavfi -i testsrc=s=32x32:d=0.2 -map 0 -map 1 "
+        "-timecode 01:00:00:00 -c:v libx264 " +
+        folder / "a.mov");
+    std::vector<std::string> notices;
+    ASSERT_EQ(rewrite(folder / "a.mov", folder / "b.mkv", {}, &notices), "");
+    EXPECT_THAT(notices, ElementsAre("video stream 1 left out: only stream 0 is processed",
+                                     "data stream 2 left out: such streams are not copied",
+                                     "data stream 3 left out: such streams are not copied"));
+    EXPECT_EQ(ffprobe("-show_entries stream=codec_type", folder / "b.mkv"), "video");
+}
 
 TEST(ClipWriter, encodesEveryKindOfFrame) {
     const TemporaryFolder folder;
