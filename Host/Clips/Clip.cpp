@@ -6,7 +6,6 @@
 #include <cstring>
 
 #include "Host/Clips/PictureFile.h"
-#include "Host/CommandLine/CommandParser.h"
 #include "Host/CommandLine/Failure.h"
 
 namespace qv::host {
@@ -20,12 +19,6 @@ std::uint8_t expandedLuma(int code, bool fullRange) {
 }
 
 }  // namespace
-
-void addDeinterlaceOption(const Command& command, Deinterlacing& deinterlacing) {
-    command.choice("--deinterlace", deinterlacing,
-                   {{"auto", Deinterlacing::automatic}, {"on", Deinterlacing::all}, {"off", Deinterlacing::none}},
-                   "Whole pictures of interlaced frames; auto by their flag");
-}
 
 std::unique_ptr<ClipReader> openClip(const std::string& path, const ClipReaderOptions& options) {
     std::string cause;
@@ -165,12 +158,12 @@ PixelBuffer grayFromFrame(const PixelBuffer& frame) {
     return gray;
 }
 
-MaskSource::MaskSource(const std::string& path) {
+MaskSource::MaskSource(const std::string& path, const ClipReaderOptions& options) {
     if (path == "-" || isPictureFile(path)) {
         current_ = SubjectMask::fromBuffer(grayFromPicture(readPicture(path)));
         return;
     }
-    frames_ = std::make_unique<ShownFrames>(openClip(path));
+    frames_ = std::make_unique<ShownFrames>(openClip(path, options));
     show(frames_->at(0));
 }
 

@@ -10,13 +10,8 @@
 /// Clips as the commands read them.
 namespace qv::host {
 
-class Command;
-
 /// Seconds by which time stamps may be off and still count as reached: half of the coarsest time base in use.
 inline constexpr double kTimeTolerance = 0.0005;
-
-/// The option of commands that read clips into frames.
-void addDeinterlaceOption(const Command& command, Deinterlacing& deinterlacing);
 
 /// Fails as input.
 std::unique_ptr<ClipReader> openClip(const std::string& path, const ClipReaderOptions& options = {});
@@ -80,7 +75,8 @@ PixelBuffer grayFromFrame(const PixelBuffer& frame);
 /// time.
 class MaskSource {
   public:
-    explicit MaskSource(const std::string& path);
+    /// `options` are for a clip.
+    explicit MaskSource(const std::string& path, const ClipReaderOptions& options = {});
 
     /// The mask shown `seconds` after the first one; after the end the last. Times must not fall. Fails as
     /// input.

@@ -3,7 +3,6 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "Host/Clips/Clip.h"
 #include "Host/CommandLine/CommandParser.h"
 #include "Host/CommandLine/Failure.h"
 #include "Host/CommandLine/StandardStreams.h"
@@ -34,7 +33,7 @@ void EncodingOptions::add(const Command& command) {
     command.option("--threads", writer_.threads, "Threads of decoder and encoder, 0 for one per core")
         .range(0, 256);
     command.option("--option", options_, "name=value for the encoder or container; repeatable");
-    addDeinterlaceOption(command, deinterlacing_);
+    reading_.add(command);
     command.option("--audio-codec", writer_.audioCodec,
                    "Encoder of the sound, as aac, or copy or none; what suits the container");
     command.option("--audio-bitrate", audioBitRate_, "Bits per second of the sound, as 192k");
@@ -44,10 +43,9 @@ void EncodingOptions::add(const Command& command) {
 }
 
 ClipReaderOptions EncodingOptions::readerOptions(const std::string& input) const {
-    ClipReaderOptions result{.threads = writer_.threads, .deinterlacing = deinterlacing_};
-    result.onDeinterlacing = [input, quiet = quiet_] {
-        if (!quiet) writeStandardError(fmt::format("qvfilter: note: '{}' is deinterlaced\n", input));
-    };
+    ClipReaderOptions result = reading_.optionsFor(input);
+    result.threads = writer_.threads;
+    if (quiet_) result.onDeinterlacing = nullptr;
     return result;
 }
 

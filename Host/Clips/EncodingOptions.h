@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "Host/CommandLine/ClipReading.h"
 #include "Host/CommandLine/Progress.h"
 #include "Platform/ImageGraph/MTIImage.h"
-#include "Platform/Media/ClipReader.h"
 #include "Platform/Media/ClipWriter.h"
 
 namespace qv::host {
@@ -19,7 +19,7 @@ class EncodingOptions {
   public:
     void add(const Command& command);
 
-    /// How the clip is read; a note tells when it is deinterlaced.
+    /// How a clip or a mask is read; a note tells when it is deinterlaced.
     ClipReaderOptions readerOptions(const std::string& input) const;
     bool audio() const { return !noAudio_ && writer_.audioCodec != "none"; }
     bool quiet() const { return quiet_; }
@@ -36,7 +36,7 @@ class EncodingOptions {
 
   private:
     ClipWriterOptions writer_;
-    Deinterlacing deinterlacing_ = Deinterlacing::automatic;
+    ClipReading reading_;
     std::vector<std::string> options_;
     std::optional<double> crf_;
     std::string bitRate_, audioBitRate_;

@@ -54,7 +54,9 @@ void render(const Options& options) {
     auto reader = openClip(options.input, reading);
     const ClipInfo info = reader->info();
     const double seconds = clipSeconds(options, info);
-    auto mask = options.mask.empty() ? nullptr : std::make_unique<MaskSource>(options.mask);
+    std::unique_ptr<MaskSource> mask;
+    if (!options.mask.empty())
+        mask = std::make_unique<MaskSource>(options.mask, options.encoding.readerOptions(options.mask));
     auto effects = std::make_unique<ClipEffects>(choices, info, seconds, std::move(mask));
     const std::int64_t timesEachFrame = info.isStillPicture ? pictureFrames(info, seconds) : 1;
 

@@ -4,6 +4,7 @@
 #include "Host/Clips/Clip.h"
 #include "Host/Clips/PictureFile.h"
 #include "Host/Clips/Timeline.h"
+#include "Host/CommandLine/ClipReading.h"
 #include "Host/CommandLine/CommandLine.h"
 #include "Host/CommandLine/CommandParser.h"
 #include "Host/CommandLine/Device.h"
@@ -15,7 +16,7 @@ namespace {
 struct Options {
     std::string input, output, size, time, mask;
     std::vector<std::string> effects;
-    Deinterlacing deinterlacing = Deinterlacing::automatic;
+    ClipReading reading;
     OverwriteOptions overwrite;
     DeviceOptions device;
 };
@@ -41,7 +42,7 @@ Moment momentOfPicture(const Options& options) {
 Moment momentOfClip(const Options& options) {
     const double time = options.time.empty() ? 0.0 : parseTime("--time", options.time);
     if (time < 0) fail(ExitCode::usage, "--time of a clip is not negative");
-    const auto clip = openClip(options.input, {.deinterlacing = options.deinterlacing});
+    const auto clip = openClip(options.input, options.reading.optionsFor(options.input));
     const ClipInfo& info = clip->info();
     const ClipMoment shown = momentAt(*clip, time);
     const int rotation = info.video.rotation;
@@ -72,7 +73,10 @@ void still(const Options& options) {
     FilterInputs inputs;
     inputs.first = moment.image;
     inputs.originalSize = moment.image.size();
-    inputs.mask = options.mask.empty() ? moment.alpha : MaskSource(options.mask).at(*moment.position.time);
+    inputs.mask = moment.alpha;
+    if (!options.mask.empty())
+        inputs.mask =
+            MaskSource(options.mask, options.reading.optionsFor(options.mask)).at(*moment.position.time);
 
     const auto context = options.device.makeContext();
     const MTIImage image = EffectChain(choices, moment.position).outputImage(inputs);
@@ -96,7 +100,7 @@ void addStillCommand(CommandParser& tool) {
         .required();
     command.option("--time", options->time, "Moment of the clip, and the effects' time, seconds");
     command.option("--size", options->size, "Stretch the picture to WIDTHxHEIGHT before the effects");
-    addDeinterlaceOption(command, options->deinterlacing);
+    options->reading.add(command);
     command.option("--mask", options->mask, "Picture or video that is white where the subject is");
     options->overwrite.add(command);
     options->device.add(command);

@@ -1,15 +1,10 @@
 #include "Platform/Media/ClipReader.h"
 
-extern "C" {
-#include <libavutil/display.h>
-}
-
 #include <sys/stat.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
-#include <cstring>
 #include <deque>
 #include <limits>
 #include <span>
@@ -20,6 +15,7 @@ extern "C" {
 
 #include "Platform/Foundation/OutputFile.h"
 #include "Platform/Media/Bitmap.h"
+#include "Platform/Media/Private/ClipDescription.h"
 #include "Platform/Media/Private/Deinterlacer.h"
 #include "Platform/Media/Private/FFmpegSupport.h"
 #include "Platform/Media/Private/SourceStreams.h"
@@ -27,61 +23,8 @@ extern "C" {
 namespace qv {
 namespace {
 
-using ffmpeg::rational;
-
 /// No codec in use stores a frame farther from its place in display order than this.
 constexpr double kReorderedSeconds = 2;
-
-ClipMetadata metadataOf(const AVDictionary* dictionary) {
-    ClipMetadata result;
-    const AVDictionaryEntry* entry = nullptr;
-    while ((entry = av_dict_get(dictionary, "", entry, AV_DICT_IGNORE_SUFFIX))) {
-        result.emplace_back(entry->key, entry->value);
-    }
-    return result;
-}
-
-std::string valueOf(const AVDictionary* dictionary, const char* key) {
-    const AVDictionaryEntry* entry = av_dict_get(dictionary, key, nullptr, 0);
-    return entry ? entry->value : "";
-}
-
-ClipStreamKind kindOf(AVMediaType type) {
-    switch (type) {
-        case AVMEDIA_TYPE_VIDEO:
-            return ClipStreamKind::video;
-        case AVMEDIA_TYPE_AUDIO:
-            return ClipStreamKind::audio;
-        case AVMEDIA_TYPE_SUBTITLE:
-            return ClipStreamKind::subtitle;
-        case AVMEDIA_TYPE_ATTACHMENT:
-            return ClipStreamKind::attachment;
-        default:
-            return ClipStreamKind::data;
-    }
-}
-
-ClipStream describeStream(const AVStream& stream) {
-    const AVCodecParameters& parameters = *stream.codecpar;
-    ClipStream result;
-    result.index = stream.index;
-    result.kind = kindOf(parameters.codec_type);
-    result.codec = avcodec_get_name(parameters.codec_id);
-    result.language = valueOf(stream.metadata, "language");
-    result.timeBase = rational(stream.time_base);
-    result.bitRate = parameters.bit_rate;
-    result.isDefault = stream.disposition & AV_DISPOSITION_DEFAULT;
-    result.isCoverPicture = stream.disposition & AV_DISPOSITION_ATTACHED_PIC;
-    result.metadata = metadataOf(stream.metadata);
-    if (parameters.codec_type == AVMEDIA_TYPE_AUDIO) {
-        result.sampleRate = parameters.sample_rate;
-        result.channels = parameters.ch_layout.nb_channels;
-        char layout[64] = "";
-        av_channel_layout_describe(&parameters.ch_layout, layout, sizeof layout);
-        result.channelLayout = layout;
-    }
-    return result;
-}
 
 /// Of a name that is no plain file: whether it stands for a numbered sequence of pictures.
 bool isSequencePattern(const std::string& path) {
@@ -107,16 +50,6 @@ std::string locate(const std::string& path, std::string& cause) {
         return "";
     }
     return "file:" + path;
-}
-
-void readDisplayMatrix(const AVStream& stream, ClipVideoFormat& video) {
-    std::size_t size = 0;
-    const std::uint8_t* data = av_stream_get_side_data(&stream, AV_PKT_DATA_DISPLAYMATRIX, &size);
-    if (!data || size < 9 * sizeof(std::int32_t)) return;
-    std::memcpy(video.displayMatrix.emplace().data(), data, 9 * sizeof(std::int32_t));
-    const double anticlockwise = av_display_rotation_get(video.displayMatrix->data());
-    if (std::isnan(anticlockwise)) return;
-    video.rotation = int(std::lround(-anticlockwise / 90.0) * 90 % 360 + 360) % 360;
 }
 
 bool isBroken(const AVFrame& frame) {
@@ -147,23 +80,26 @@ struct ClipReader::State {
     bool inputEnded = false, ended = false;
     /// Set by damage in the input: frames that are still in the decoder come first.
     std::string damage;
+    bool spoilt = false;            ///< by damage that the decoder met: nothing more is taken from it
     std::optional<ClipFrame> last;  ///< the frame decoded last
     std::deque<ClipFrame> pending;  ///< found by seek(), not yet handed out
     bool jumped = false;            ///< whether frames are no longer read from the beginning on
 
+    /// Whether a whole picture has come from the decoder.
+    bool begun() const { return last || deinterlacer; }
+
     bool open(const std::string& path, const ClipReaderOptions& wanted);
     bool openInput(const std::string& path);
     bool openDecoder(int threads);
-    void describe(const std::string& path);
     Item next();
     int receive();
+    int receiveDecoded();
     bool deinterlace();
     bool feed(std::optional<ClipPacket>& other);
     std::optional<ClipFrame> finishFrame();
     bool seek(std::int64_t target);
     bool jump(std::int64_t time, int flags);
     bool readUpTo(std::int64_t time);
-    ColorDescription colorOf(AVPixelFormat format, AVColorSpace matrix, AVColorRange range) const;
     std::int64_t nominalDuration() const;
     std::optional<std::int64_t> lastPacketEnd() const;
     std::optional<std::int64_t> packetEndFrom(AVFormatContext& context, std::int64_t time) const;
@@ -187,7 +123,7 @@ bool ClipReader::State::open(const std::string& path, const ClipReaderOptions& w
         other->discard = wanted ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
     }
     if (!openDecoder(options.threads)) return false;
-    describe(path);
+    info = describeClip(path, *input, *stream, *decoder);
     streams = std::make_shared<SourceStreams>(*input, stream->index);
     messages.clear();
     return true;
@@ -227,7 +163,7 @@ bool ClipReader::State::openDecoder(int threads) {
     const AVCodecParameters& parameters = *stream->codecpar;
     const AVCodec* codec = avcodec_find_decoder(parameters.codec_id);
     // Alpha of these is a second picture beside the first, which only this decoder looks at.
-    if (valueOf(stream->metadata, "alpha_mode") == "1") {
+    if (hasAlphaPicture(*stream)) {
         const char* alphaDecoder = parameters.codec_id == AV_CODEC_ID_VP9   ? "libvpx-vp9"
                                    : parameters.codec_id == AV_CODEC_ID_VP8 ? "libvpx"
                                                                             : "";
@@ -249,74 +185,6 @@ bool ClipReader::State::openDecoder(int threads) {
                                 kMaximumImageSide, kMaximumImageSide));
     }
     return true;
-}
-
-void ClipReader::State::describe(const std::string& path) {
-    const AVCodecParameters& parameters = *stream->codecpar;
-    // Alpha that only the decoder knows of is in its format, not in the stream's.
-    const AVPixelFormat stored =
-        decoder->pix_fmt != AV_PIX_FMT_NONE ? decoder->pix_fmt : AVPixelFormat(parameters.format);
-    const AVPixFmtDescriptor* description = av_pix_fmt_desc_get(stored);
-    const bool twoPictures = valueOf(stream->metadata, "alpha_mode") == "1";
-
-    info.path = path;
-    info.container = input->iformat->name;
-    info.videoStream = stream->index;
-    info.videoCodec = avcodec_get_name(parameters.codec_id);
-    info.bitRate = input->bit_rate;
-
-    ClipVideoFormat& video = info.video;
-    video.width = decoder->width;
-    video.height = decoder->height;
-    const AVRational aspect = av_guess_sample_aspect_ratio(input.get(), stream, nullptr);
-    if (aspect.num > 0 && aspect.den > 0) video.pixelAspect = rational(aspect);
-    readDisplayMatrix(*stream, video);
-    video.timeBase = rational(stream->time_base);
-    video.averageFrameRate = rational(stream->avg_frame_rate);
-    video.realFrameRate = rational(stream->r_frame_rate);
-    video.color = colorOf(stored, parameters.color_space, parameters.color_range);
-    video.tags = {parameters.color_primaries, parameters.color_trc, parameters.color_space,
-                  parameters.chroma_location, parameters.color_range != AVCOL_RANGE_UNSPECIFIED};
-    if (description) {
-        info.storedPixelFormat = description->name;
-        video.bitDepth = description->comp[0].depth;
-        video.hasAlpha = twoPictures || (description->flags & AV_PIX_FMT_FLAG_ALPHA);
-        video.pixelFormat =
-            twoPictures ? PixelFormat::i420Alpha
-                        : ffmpeg::nearestFormat(stored, ffmpeg::isFullRange(stored, parameters.color_range));
-    }
-
-    const std::string_view container = info.container;
-    if (input->start_time != AV_NOPTS_VALUE) info.start = double(input->start_time) / AV_TIME_BASE;
-    if (stream->duration > 0) {
-        info.duration = double(stream->duration) * av_q2d(stream->time_base);
-    } else if (input->duration > 0) {
-        info.duration = double(input->duration) / AV_TIME_BASE;
-    }
-    info.frameCountEstimate = stream->nb_frames > 0
-                                  ? stream->nb_frames
-                                  : std::llround(info.duration * video.averageFrameRate.value());
-    info.isStillPicture =
-        container.ends_with("_pipe") || (container == "image2" && info.frameCountEstimate <= 1);
-    if (info.isStillPicture) info.frameCountEstimate = 1;
-
-    for (const AVStream* each : std::span(input->streams, input->nb_streams)) {
-        info.streams.push_back(describeStream(*each));
-    }
-    for (const AVChapter* chapter : std::span(input->chapters, input->nb_chapters)) {
-        info.chapters.push_back({double(chapter->start) * av_q2d(chapter->time_base),
-                                 double(chapter->end) * av_q2d(chapter->time_base),
-                                 valueOf(chapter->metadata, "title")});
-    }
-    info.metadata = metadataOf(input->metadata);
-}
-
-ColorDescription ClipReader::State::colorOf(AVPixelFormat format, AVColorSpace matrix,
-                                            AVColorRange range) const {
-    const bool fullRange = ffmpeg::isFullRange(format, range);
-    const bool converted =
-        ffmpeg::isRGB(format) && PixelBuffer::isYUV(ffmpeg::nearestFormat(format, fullRange));
-    return {ffmpeg::matrixOf(matrix, decoder->height), fullRange && !converted};
 }
 
 std::int64_t ClipReader::State::nominalDuration() const {
@@ -374,7 +242,7 @@ std::optional<ClipFrame> ClipReader::State::finishFrame() {
     ffmpeg::dropUnknownTags(*frame.get());
     const bool fullRange = ffmpeg::isFullRange(stored, frame->color_range);
     const PixelFormat format = ffmpeg::nearestFormat(stored, fullRange);
-    const ColorDescription color = colorOf(stored, frame->colorspace, frame->color_range);
+    const ColorDescription color = clipColor(stored, frame->colorspace, frame->color_range, decoder->height);
     const std::size_t planes = std::size_t(PixelBuffer::planeCount(format));
     const bool asItIs =
         ffmpeg::sameLayout(stored) == format && frame->width == info.video.width &&
@@ -432,9 +300,9 @@ bool ClipReader::State::feed(std::optional<ClipPacket>& other) {
     if (packet->stream_index == stream->index) {
         const int sent = avcodec_send_packet(decoder.get(), packet.get());
         // What precedes the first whole picture of a recording cut anywhere is no damage.
-        if (sent < 0 && sent != AVERROR(EAGAIN) && last) stop(messages.cause(sent));
+        if (sent < 0 && sent != AVERROR(EAGAIN) && begun()) stop(messages.cause(sent));
     } else if (packet->flags & AV_PKT_FLAG_CORRUPT) {
-        if (last) stop("the file is cut off");
+        if (begun()) stop("the file is cut off");
     } else if (packet->stream_index < int(input->nb_streams) &&
                input->streams[packet->stream_index]->discard < AVDISCARD_ALL) {
         const std::shared_ptr<AVPacket> kept(av_packet_alloc(), ffmpeg::Deleter{});
@@ -476,14 +344,32 @@ int ClipReader::State::receive() {
                 continue;
             }
         }
-        const int code = avcodec_receive_frame(decoder.get(), frame.get());
+        const int code = receiveDecoded();
         if (code == AVERROR_EOF && deinterlacer) {
             if (const int ended = deinterlacer->send(nullptr); ended < 0) return ended;
             continue;
         }
-        const bool broken = code == 0 && isBroken(*frame);
-        if (code != 0 || broken || !deinterlace()) return code;
+        if (code != 0 || !deinterlace()) return code;
     }
+}
+
+/// As avcodec_receive_frame(); damage is noted and is the end.
+int ClipReader::State::receiveDecoded() {
+    while (!spoilt) {
+        const int code = avcodec_receive_frame(decoder.get(), frame.get());
+        const bool broken = code == 0 && isBroken(*frame);
+        // What precedes the first whole picture of a recording cut anywhere is no damage.
+        if (broken && !begun()) continue;
+        const bool failed = code < 0 && code != AVERROR(EAGAIN) && code != AVERROR_EOF;
+        if (!broken && !(failed && (begun() || inputEnded))) return code;
+        // A decoder that goes on after its own error would show what was built on the damage.
+        spoilt = true;
+        av_frame_unref(frame.get());
+        stop(failed                     ? messages.cause(code)
+             : messages.first().empty() ? "a damaged picture"
+                                        : messages.first());
+    }
+    return AVERROR_EOF;
 }
 
 ClipReader::Item ClipReader::State::next() {
@@ -495,18 +381,10 @@ ClipReader::Item ClipReader::State::next() {
     while (!ended) {
         const int code = receive();
         if (code == 0) {
-            const bool broken = isBroken(*frame);
-            if (broken && !last) continue;
-            if (broken) {
-                if (damage.empty())
-                    damage = messages.first().empty() ? "a damaged picture" : messages.first();
-                break;
-            }
             if (auto result = finishFrame()) return *result;
         } else if (code == AVERROR_EOF) {
             break;
-        } else if (code != AVERROR(EAGAIN) && (last || inputEnded)) {
-            // A decoder that goes on after its own error would show what was built on the damage.
+        } else if (code != AVERROR(EAGAIN) && (begun() || inputEnded)) {
             stop(messages.cause(code));
             break;
         } else {
@@ -572,7 +450,7 @@ bool ClipReader::State::jump(std::int64_t time, int flags) {
     deinterlacer.reset();
     following.reset();
     messages.clear();
-    inputEnded = ended = false;
+    inputEnded = ended = spoilt = false;
     jumped = true;
     error.clear();
     damage.clear();

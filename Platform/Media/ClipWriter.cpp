@@ -2,6 +2,7 @@
 
 extern "C" {
 #include <libavutil/display.h>
+#include <libavutil/opt.h>
 }
 
 #include <cstring>
@@ -72,6 +73,7 @@ struct ClipWriter::State {
     void addDisplayMatrix();
     void noteLostAlpha();
     bool writeHeader(const std::string& path, ffmpeg::Dictionary& options);
+    void setFinalDelay();
     bool drainEncoder();
     bool drainSound();
     bool check(int code);
@@ -221,6 +223,10 @@ bool ClipWriter::State::open(const std::string& path, const ClipWriterOptions& s
     std::string cause;
     if (!encoder.open(video, settings, *output->oformat, options, cause)) return fail(cause);
     noteLostAlpha();
+    if (encoder.frameStep() > 1) {
+        copier.note(fmt::format("{} shows at most 50 frames a second; one of {} is written",
+                                output->oformat->name, encoder.frameStep()));
+    }
     ClipWriterOptions copied = settings;
     const bool makesSound = settings.sound.sampleRate > 0;
     copied.audio = settings.audio && !makesSound;
@@ -236,6 +242,13 @@ bool ClipWriter::State::open(const std::string& path, const ClipWriterOptions& s
     }
     if (makesSound && !addSound(settings)) return false;
     return writeHeader(path, options);
+}
+
+/// Of a GIF, which would show its last frame as long as the one before.
+void ClipWriter::State::setFinalDelay() {
+    std::int64_t given = 0;
+    const bool unset = av_opt_get_int(output->priv_data, "final_delay", 0, &given) >= 0 && given < 0;
+    if (unset) av_opt_set_int(output->priv_data, "final_delay", encoder.finalDelay(), 0);
 }
 
 bool ClipWriter::State::drainEncoder() {
@@ -337,6 +350,7 @@ bool ClipWriter::finish() {
     }
     const int flushed = state.copier.finish(*state.output, cause);
     if (!(cause.empty() ? state.check(flushed) : state.fail(cause))) return false;
+    if (state.output->oformat->video_codec == AV_CODEC_ID_GIF) state.setFinalDelay();
     if (!state.check(av_write_trailer(state.output.get()))) return false;
     avio_flush(state.io.get());
     if (!state.check(state.io->error)) return false;

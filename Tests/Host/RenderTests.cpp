@@ -203,13 +203,14 @@ TEST_F(Render, AnInterruptLeavesNothing) {
              {"-c:v", "libx264", "-preset", "ultrafast"});
     for (int signal : {SIGINT, SIGTERM}) {
         const TemporaryFolder outputs;
-        Process process({QV_TOOL, "render", "-i", files_ / "long.mkv", "-e", "QVFireMTIFilter", "-o",
-                         outputs / "out.mp4"});
-        std::this_thread::sleep_for(std::chrono::milliseconds(1500));
+        Process process({QV_TOOL, "render", "-i", files_ / "long.mkv", "-e", "QVFireMTIFilter", "--progress",
+                         "-o", outputs / "out.mp4"});
+        EXPECT_TRUE(process.waitForErrors("progress=continue"));
         process.signal(signal);
         const Outcome outcome = process.wait();
         EXPECT_EQ(outcome.exitCode, 130);
-        EXPECT_EQ(outcome.errors, "qvfilter: interrupted\n");
+        EXPECT_THAT(outcome.errors, testing::EndsWith("\nqvfilter: interrupted\n"));
+        EXPECT_THAT(outcome.errors, testing::Not(HasSubstr("progress=end")));
         EXPECT_EQ(outputs.fileCount(), 0u);
     }
 }

@@ -11,6 +11,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <sstream>
+#include <thread>
 
 namespace qv {
 
@@ -46,6 +47,14 @@ Process::Process(const Arguments& command, const std::string& input) {
 
 void Process::signal(int number) {
     ::kill(id_, number);
+}
+
+bool Process::waitForErrors(const std::string& text) {
+    for (int i = 0; i < 6000; ++i) {
+        if (readBytes(folder_ / "errors").find(text) != std::string::npos) return true;
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return false;
 }
 
 Outcome Process::wait() {

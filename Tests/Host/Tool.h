@@ -30,6 +30,8 @@ class Process {
     /// `input` is the file for standard input.
     explicit Process(const Arguments& command, const std::string& input = "/dev/null");
     void signal(int number);
+    /// Returns once standard error holds this, or after a minute, then false.
+    bool waitForErrors(const std::string& text);
     Outcome wait();
 
   private:

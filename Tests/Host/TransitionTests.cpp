@@ -199,6 +199,38 @@ TEST_F(Transition, OneMomentAndStrips) {
     EXPECT_GT(strip["height"], 44);
 }
 
+TEST_F(Transition, ClipsWithoutAnIndex) {
+    // Neither says where its last frame ends: the last one stored is not the last one shown, or has no time.
+    for (const auto& [name, options] : {std::pair{"reordered.ts", Arguments{"-c:v", "libx264", "-bf", "2"}},
+                                        {"brief.mpg", {"-c:v", "mpeg2video", "-bf", "0"}}}) {
+        makeClip(path(name), "testsrc2=s=64x48:r=25:d=1", options);
+        const std::string output = make(name, name, "joined.mkv", {"--duration", "0.2"});
+        const std::vector<std::int64_t> times = frameTimes(output);
+        ASSERT_EQ(times.size(), 45u) << name;
+        for (std::size_t i = 1; i < times.size(); ++i) ASSERT_EQ(times[i] - times[i - 1], 40) << name << i;
+    }
+}
+
+TEST_F(Transition, OneNoteForEachFileThatIsDeinterlaced) {
+    makeClip(path("i.ts"), "testsrc2=s=64x48:r=50:d=1,tinterlace=interleave_top",
+             {"-c:v", "mpeg2video", "-flags", "+ildct+ilme", "-top", "1"});
+    const std::string note = "qvfilter: note: '" + path("i.ts") + "' is deinterlaced\n";
+    const auto errors = [](Arguments command, const Arguments& more) {
+        command.insert(command.end(), more.begin(), more.end());
+        return qvfilter(command).errors;
+    };
+    const Arguments commands[] = {
+        command("i.ts", "i.ts", {"--duration", "0.2", "-o", path("joined.mkv")}),
+        {"still", "-i", path("i.ts"), "--mask", path("i.ts"), "-y", "-o", path("still.png")},
+        {"still", "-i", path("blue.png"), "--mask", path("i.ts"), "-y", "-o", path("still.png")},
+        {"render", "-i", path("a.mp4"), "--mask", path("i.ts"), "-y", "-o", path("masked.mp4")},
+    };
+    for (const Arguments& each : commands) {
+        EXPECT_EQ(errors(each, {}), note) << each[0];
+        EXPECT_EQ(errors(each, {"--deinterlace", "off"}), "") << each[0];
+    }
+}
+
 TEST_F(Transition, WhatCannotBeIsNamed) {
     const auto expectFailure = [](Arguments arguments, int code, const std::string& cause,
                                   const char* output = "OUT/x.mp4") {

@@ -286,6 +286,29 @@ TEST(ClipReader, deinterlacesAsTheFramesSay) {
     }
 }
 
+TEST(ClipReader, damageTakesNoGoodFrameOfAnInterlacedClip) {
+    const TemporaryFolder folder;
+    const std::string path = folder / "clip.mkv";
+    ffmpeg(
+        "-f lavfi -i testsrc2=s=64x48:r=50:d=0.6,tinterlace=interleave_top -c:v mpeg2video -g 1 "
+        "-flags +ildct+ilme -top 1 " +
+        path);
+    std::istringstream lines(ffprobe("-show_entries packet=pos,size", path));
+    std::string line;
+    constexpr std::size_t kGood = 7;
+    for (std::size_t i = 0; i <= kGood; ++i) std::getline(lines, line);
+    const std::size_t size = std::stoul(line), place = std::stoul(line.substr(line.find(',') + 1));
+    std::string bytes = readBytes(path);
+    for (std::size_t i = size / 3; i < size; ++i) bytes[place + i] = '\x55';
+    writeBytes(path, bytes);
+    for (const auto wanted : {Deinterlacing::automatic, Deinterlacing::none}) {
+        const auto reader = ClipReader::open(path, {.deinterlacing = wanted});
+        ASSERT_TRUE(reader);
+        EXPECT_EQ(readAll(*reader).size(), kGood);
+        EXPECT_THAT(reader->error(), testing::HasSubstr("damaged after 0.280 s: "));
+    }
+}
+
 TEST(ClipReader, readsPicturesAndOddNames) {
     const TemporaryFolder folder;
     for (const char* name : {"a.png", "a.jpg", "a.webp", "a.bmp", "a.tiff"}) {

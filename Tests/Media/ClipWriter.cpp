@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <map>
+#include <sstream>
 
 #include "Platform/Media/ClipReader.h"
 #include "Platform/Media/PixelConversion.h"
@@ -75,7 +76,9 @@ TEST(ClipWriter, carriesAllThatIsNotThePicture) {
         "-c:a aac " +
         folder / "plain.mp4");
     ffmpeg("-i " + folder / "plain.mp4" + " -map 0:v -map 0:a -c copy -metadata:s:v rotate=90 " + source);
-    ASSERT_EQ(rewrite(source, result), "");
+    std::vector<std::string> notices;
+    ASSERT_EQ(rewrite(source, result, {}, &notices), "");
+    EXPECT_THAT(notices, IsEmpty());
 
     const std::vector<std::int64_t> times = probedTimes(source);
     EXPECT_EQ(times.size(), 47u);
@@ -163,6 +166,20 @@ struct Encoding {
     bool lossless = false;
 };
 
+TEST(ClipWriter, saysWhichStreamsAreLeftOut) {
+    const TemporaryFolder folder;
+    ffmpeg(
+        "-f lavfi -i testsrc2=s=64x48:d=0.2 -f lavfi -i testsrc=s=32x32:d=0.2 -map 0 -map 1 "
+        "-timecode 01:00:00:00 -c:v libx264 " +
+        folder / "a.mov");
+    std::vector<std::string> notices;
+    ASSERT_EQ(rewrite(folder / "a.mov", folder / "b.mkv", {}, &notices), "");
+    EXPECT_THAT(notices, ElementsAre("video stream 1 left out: only stream 0 is processed",
+                                     "data stream 2 left out: such streams are not copied",
+                                     "data stream 3 left out: such streams are not copied"));
+    EXPECT_EQ(ffprobe("-show_entries stream=codec_type", folder / "b.mkv"), "video");
+}
+
 TEST(ClipWriter, encodesEveryKindOfFrame) {
     const TemporaryFolder folder;
     const std::string alpha =
@@ -235,6 +252,32 @@ TEST(ClipWriter, encodesEveryKindOfFrame) {
         EXPECT_NEAR(pixel[0], 200 * 128 / 255, 8) << name;
         EXPECT_NEAR(rgba[20 * 256 + 50 * 4 + 3], 255, 2) << name;
     }
+}
+
+TEST(ClipWriter, gifsHaveTheirColoursAndARateThatPlayersShow) {
+    const TemporaryFolder folder;
+    const std::string source = folder / "s.mkv", result = folder / "a.gif";
+    // Half a second at 60 frames a second, and one more frame after a pause.
+    ffmpeg(
+        "-f lavfi -i gradients=s=160x96:r=60:d=0.52:c0=red:c1=blue:n=4:seed=3 -vf "
+        "\"setpts='(N+if(eq(N,30),30))/60/TB'\" -fps_mode vfr -c:v ffv1 -pix_fmt yuv444p " +
+        source);
+    std::vector<std::string> notices;
+    ASSERT_EQ(rewrite(source, result, {}, &notices), "");
+    EXPECT_THAT(notices, ElementsAre("gif shows at most 50 frames a second; one of 2 is written"));
+    std::istringstream delays(ffprobe("-show_entries packet=duration", result));
+    int frames = 0, sum = 0, shortest = 100;
+    for (int delay; delays >> delay; ++frames) {
+        shortest = std::min(shortest, delay);
+        sum += delay;
+    }
+    EXPECT_EQ(frames, 16);
+    EXPECT_EQ(shortest, 2);  // the last frame, of a 60th
+    EXPECT_EQ(sum, 102);
+    // The colours of one palette for all pictures come to 33 dB.
+    const std::string report = outputOf("ffmpeg -nostdin -i " + result + " -i " + source +
+                                        " -lavfi 'psnr=shortest=1' -frames:v 1 -f null - 2>&1");
+    EXPECT_GT(std::stod(report.substr(report.find("average:") + 8)), 40);
 }
 
 TEST(ClipWriter, encodesSoundThatTheContainerRefuses) {

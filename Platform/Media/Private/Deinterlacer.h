@@ -2,10 +2,7 @@
 
 #include <memory>
 
-#include "Platform/Media/Private/FFmpegSupport.h"
-
-struct AVFilterContext;
-struct AVFilterGraph;
+#include "Platform/Media/Private/FilterGraph.h"
 
 namespace qv::ffmpeg {
 
@@ -20,17 +17,12 @@ class Deinterlacer {
     /// Whether a frame is of the kind that this one was made for.
     bool takes(const AVFrame& frame) const;
     /// Takes the frame's reference; nil for the end. An FFmpeg code.
-    int send(AVFrame* frame);
+    int send(AVFrame* frame) { return filters_.send(frame); }
     /// As avcodec_receive_frame().
-    int receive(AVFrame& frame);
+    int receive(AVFrame& frame) { return filters_.receive(frame); }
 
   private:
-    struct FreeGraph {
-        void operator()(AVFilterGraph* graph) const;
-    };
-
-    std::unique_ptr<AVFilterGraph, FreeGraph> graph_;
-    AVFilterContext *source_ = nullptr, *sink_ = nullptr;
+    FilterGraph filters_;
     int width_ = 0, height_ = 0, format_ = AV_PIX_FMT_NONE;
 };
 

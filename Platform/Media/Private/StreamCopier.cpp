@@ -99,6 +99,9 @@ bool StreamCopier::addStream(AVFormatContext& output, const SourceStreams::Strea
         note(fmt::format("video stream {} left out: only stream {} is processed", from.index, videoStream));
         return true;
     }
+    // The track of the chapters' titles, which are carried as chapters.
+    const bool titles = type == AVMEDIA_TYPE_DATA && from.parameters->codec_tag == MKTAG('t', 'e', 'x', 't');
+    if (titles && settings.metadata) return true;
     if (type != AVMEDIA_TYPE_AUDIO && type != AVMEDIA_TYPE_SUBTITLE) {
         note(fmt::format("{} stream {} left out: such streams are not copied", nameOf(type), from.index));
         return true;

@@ -1,6 +1,7 @@
 #include "Platform/Media/Private/VideoEncoder.h"
 
 #include <algorithm>
+#include <cmath>
 #include <string_view>
 
 extern "C" {
@@ -56,6 +57,10 @@ bool isLosslessOnly(const AVCodec& codec) {
     return description && (description->props & AV_CODEC_PROP_LOSSLESS) &&
            !(description->props & AV_CODEC_PROP_LOSSY);
 }
+
+/// Players show what a GIF holds for a hundredth of a second for a tenth.
+constexpr int kShortestGifDelay = 2;
+constexpr int kGifUnitsPerSecond = 100;
 
 /// Times of frames in these can only be multiples of the frame's duration.
 bool countsFrames(const AVCodec& codec) {
@@ -122,6 +127,7 @@ bool VideoEncoder::choosePixelFormat(const ClipVideoFormat& video, const std::st
         const AVPixFmtDescriptor* found = av_pix_fmt_desc_get(best);
         if (plain && found && !(found->flags & AV_PIX_FMT_FLAG_ALPHA)) best = AV_PIX_FMT_YUV420P;
     }
+    if (codec_->id == AV_CODEC_ID_GIF && best != AV_PIX_FMT_GRAY8) best = AV_PIX_FMT_PAL8;
     // These refuse a half chroma sample at the edge.
     if (isX26x(*codec_) && (video.width % 2 || video.height % 2)) {
         const AVPixFmtDescriptor* description = av_pix_fmt_desc_get(best);
@@ -151,6 +157,11 @@ void VideoEncoder::describe(const ClipVideoFormat& video, const AVOutputFormat& 
     timeBase_ = rational(video.timeBase);
     context.time_base = timeBase_;
     if (countsFrames(*codec_) && rate.numerator > 0) context.time_base = av_inv_q(rational(rate));
+    if (codec_->id == AV_CODEC_ID_GIF) {
+        context.time_base = {1, kGifUnitsPerSecond};
+        constexpr double kFastest = double(kGifUnitsPerSecond) / kShortestGifDelay;
+        frameStep_ = std::max(1, int(std::ceil(rate.value() / kFastest - 0.01)));
+    }
 
     context.color_primaries = AVColorPrimaries(video.tags.primaries);
     context.color_trc = AVColorTransferCharacteristic(video.tags.transfer);
@@ -223,7 +234,18 @@ bool VideoEncoder::open(const ClipVideoFormat& video, const ClipWriterOptions& s
     if (!setQuality(settings, options, cause)) return false;
     const int code = avcodec_open2(context_.get(), codec_, options.address());
     if (code < 0) cause = fmt::format("{}: {}", codec_->name, messages_.cause(code));
+    if (code >= 0 && pixelFormat_ == AV_PIX_FMT_PAL8 && codec_->id == AV_CODEC_ID_GIF && !openPalette()) {
+        cause = "there is no way to make palettes";
+        return false;
+    }
     return code >= 0 && openFilters(settings.bitstreamFilters, cause);
+}
+
+/// The colours that suit a frame best, chosen anew for each, dithered.
+bool VideoEncoder::openPalette() {
+    pixelFormat_ = AV_PIX_FMT_RGBA;
+    return palette_.emplace().open("split[a][b];[a]palettegen=stats_mode=single[p];[b][p]paletteuse=new=1",
+                                   context_->width, context_->height, pixelFormat_);
 }
 
 bool VideoEncoder::openFilters(const std::string& filters, std::string& cause) {
@@ -258,12 +280,25 @@ ffmpeg::Frame VideoEncoder::stored(const PixelBuffer& pixels) {
     return frame;
 }
 
+bool VideoEncoder::comesTooSoon(const ClipFrame& frame) const {
+    if (codec_->id != AV_CODEC_ID_GIF || lastGiven_ == AV_NOPTS_VALUE) return false;
+    const double frames = double(frame.time - lastGiven_) * av_q2d(timeBase_) * av_q2d(context_->framerate);
+    if (frameStep_ > 1 && frames < frameStep_ - 0.5) return true;
+    return av_rescale_q(frame.time, timeBase_, context_->time_base) - lastTime_ < kShortestGifDelay;
+}
+
+std::int64_t VideoEncoder::finalDelay() const {
+    return std::max<std::int64_t>(end_ - lastTime_, kShortestGifDelay);
+}
+
 bool VideoEncoder::send(const ClipFrame& frame, std::string& cause) {
     if (frame.pixels.width() != context_->width || frame.pixels.height() != context_->height) {
         cause = fmt::format("a frame of {}x{} in a clip of {}x{}", frame.pixels.width(),
                             frame.pixels.height(), context_->width, context_->height);
         return false;
     }
+    end_ = av_rescale_q(frame.time + frame.duration, timeBase_, context_->time_base);
+    if (comesTooSoon(frame)) return true;
     const std::int64_t time = av_rescale_q(frame.time, timeBase_, context_->time_base);
     if (lastTime_ != AV_NOPTS_VALUE && time <= lastTime_) {
         cause = fmt::format("the time stamps of frames do not grow ({} after {})", time, lastTime_);
@@ -281,16 +316,31 @@ bool VideoEncoder::send(const ClipFrame& frame, std::string& cause) {
     stored->color_primaries = context_->color_primaries;
     stored->color_trc = context_->color_trc;
     stored->chroma_location = context_->chroma_sample_location;
+    lastGiven_ = frame.time;
     lastTime_ = time;
     durations_[time] = av_rescale_q(frame.duration, timeBase_, context_->time_base);
     messages_.clear();
-    const int code = avcodec_send_frame(context_.get(), stored.get());
+    const int code = encode(stored.get());
     if (code < 0) cause = fmt::format("{}: {}", codec_->name, messages_.cause(code));
     return code >= 0;
 }
 
+/// As avcodec_send_frame(), through the palette; may take the frame's reference.
+int VideoEncoder::encode(AVFrame* frame) {
+    return palette_ ? palette_->send(frame) : avcodec_send_frame(context_.get(), frame);
+}
+
+/// Hands the encoder the next frame that the palette has finished, or the end.
+int VideoEncoder::pullPalette() {
+    const ffmpeg::Frame frame(av_frame_alloc());
+    if (!frame) return AVERROR(ENOMEM);
+    const int code = palette_->receive(*frame);
+    if (code < 0 && code != AVERROR_EOF) return code;
+    return avcodec_send_frame(context_.get(), code < 0 ? nullptr : frame.get());
+}
+
 bool VideoEncoder::sendEnd(std::string& cause) {
-    const int code = avcodec_send_frame(context_.get(), nullptr);
+    const int code = encode(nullptr);
     if (code < 0) cause = fmt::format("{}: {}", codec_->name, messages_.cause(code));
     return code >= 0;
 }
@@ -312,7 +362,14 @@ bool VideoEncoder::receive(AVPacket& packet, std::string& cause) {
 }
 
 bool VideoEncoder::receiveEncoded(AVPacket& packet, std::string& cause) {
-    const int code = avcodec_receive_packet(context_.get(), &packet);
+    int code = avcodec_receive_packet(context_.get(), &packet);
+    while (code == AVERROR(EAGAIN) && palette_) {
+        if (const int pulled = pullPalette(); pulled != 0) {
+            code = pulled;
+            break;
+        }
+        code = avcodec_receive_packet(context_.get(), &packet);
+    }
     if (code < 0) {
         const bool failed = code != AVERROR(EAGAIN) && code != AVERROR_EOF;
         if (failed) cause = fmt::format("{}: {}", codec_->name, messages_.cause(code));

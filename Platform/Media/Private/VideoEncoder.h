@@ -1,10 +1,12 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 
 #include "Platform/Media/ClipWriter.h"
 #include "Platform/Media/Private/FFmpegSupport.h"
+#include "Platform/Media/Private/FilterGraph.h"
 
 namespace qv {
 
@@ -19,6 +21,10 @@ class VideoEncoder {
     const AVCodecContext& context() const { return *context_; }
     PixelFormat frameFormat() const { return frameFormat_; }
     ColorDescription frameColor() const { return frameColor_; }
+    /// One of so many frames is encoded: above 1 where the format cannot show all of them.
+    int frameStep() const { return frameStep_; }
+    /// How long a GIF shows the frame encoded last, in its own unit.
+    std::int64_t finalDelay() const;
 
     bool send(const ClipFrame& frame, std::string& cause);
     bool sendEnd(std::string& cause);
@@ -31,7 +37,11 @@ class VideoEncoder {
     bool choosePixelFormat(const ClipVideoFormat& video, const std::string& wanted, std::string& cause);
     void describe(const ClipVideoFormat& video, const AVOutputFormat& container);
     bool setQuality(const ClipWriterOptions& settings, ffmpeg::Dictionary& options, std::string& cause);
+    bool openPalette();
     bool openFilters(const std::string& filters, std::string& cause);
+    bool comesTooSoon(const ClipFrame& frame) const;
+    int encode(AVFrame* frame);
+    int pullPalette();
     bool receiveEncoded(AVPacket& packet, std::string& cause);
     ffmpeg::Frame stored(const PixelBuffer& pixels);
 
@@ -40,12 +50,16 @@ class VideoEncoder {
     ffmpeg::CodecContext context_;
     ffmpeg::BitstreamFilter filters_;  ///< nil without any
     ffmpeg::FrameScaler scaler_;
+    std::optional<ffmpeg::FilterGraph>
+        palette_;            ///< makes a palette for each frame; none where none is needed
     AVRational timeBase_{};  ///< of the frames
+    int frameStep_ = 1;
     PixelFormat frameFormat_ = PixelFormat::i420;
     ColorDescription frameColor_;
-    AVPixelFormat pixelFormat_ = AV_PIX_FMT_NONE;
-    std::int64_t lastTime_ = AV_NOPTS_VALUE;
-    std::map<std::int64_t, std::int64_t> durations_;  ///< by time, of frames that are still in the encoder
+    AVPixelFormat pixelFormat_ = AV_PIX_FMT_NONE;  ///< of frames as they are handed on
+    std::int64_t lastGiven_ = AV_NOPTS_VALUE;  ///< time of the frame encoded last, in the frames' time base
+    std::int64_t lastTime_ = AV_NOPTS_VALUE, end_ = 0;  ///< the same and the clip's end, in the encoder's
+    std::map<std::int64_t, std::int64_t> durations_;    ///< by time, of frames that are still in the encoder
 };
 
 }  // namespace qv
