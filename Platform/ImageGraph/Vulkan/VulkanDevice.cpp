@@ -1,5 +1,7 @@
 #include "Platform/ImageGraph/Vulkan/VulkanDevice.h"
 
+#include <sys/mman.h>
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -37,6 +39,17 @@ void check(VkResult result, const char* what) {
 }
 
 namespace {
+
+/// Address space that software Vulkan takes while it is opened, for its compiler and its threads. It does not
+/// survive it when there is less. Measured with two threads.
+constexpr std::size_t kSoftwareDeviceBytes = 384 << 20;
+
+bool hasRoomFor(std::size_t bytes) {
+    void* place = ::mmap(nullptr, bytes, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    if (place == MAP_FAILED) return false;
+    ::munmap(place, bytes);
+    return true;
+}
 
 constexpr const char* kValidationLayer = "VK_LAYER_KHRONOS_validation";
 
@@ -269,6 +282,9 @@ void VulkanDevice::createDevice(int index) {
     physicalDevice_ = devices[std::size_t(index)];
     queueFamily_ = graphicsFamily(physicalDevice_);
     describeDevice(index);
+
+    if (info_.isProcessor && !hasRoomFor(kSoftwareDeviceBytes))
+        throw VulkanError("there is not enough memory for the Vulkan device");
 
     const float priority = 1;
     VkDeviceQueueCreateInfo queueInfo{VK_STRUCTURE_TYPE_DEVICE_QUEUE_CREATE_INFO};

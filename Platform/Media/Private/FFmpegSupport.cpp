@@ -2,6 +2,7 @@
 
 extern "C" {
 #include <libavutil/log.h>
+#include <libavutil/opt.h>
 }
 
 #include <algorithm>
@@ -12,6 +13,7 @@ extern "C" {
 #include <string_view>
 #include <system_error>
 #include <type_traits>
+#include <utility>
 
 namespace qv::ffmpeg {
 namespace {
@@ -296,16 +298,28 @@ bool FrameScaler::convert(const Picture& source, const Picture& destination) {
     if (!context_ || !sameShape(source, from_) || !sameShape(destination, to_)) {
         // Chroma at full precision: the fast paths shift and band colours.
         const int flags = SWS_BICUBIC | SWS_FULL_CHR_H_INT | SWS_FULL_CHR_H_INP | SWS_ACCURATE_RND;
-        context_.reset(sws_getContext(source.width, source.height, modernName(source.format),
-                                      destination.width, destination.height, modernName(destination.format),
-                                      flags, nullptr, nullptr, nullptr));
-        if (!context_) return false;
-        sws_setColorspaceDetails(
-            context_.get(), sws_getCoefficients(scalerMatrix(source.color.matrix)),
-            source.color.fullRange || isFullRange(source.format, AVCOL_RANGE_UNSPECIFIED),
-            sws_getCoefficients(scalerMatrix(destination.color.matrix)),
-            destination.color.fullRange || isFullRange(destination.format, AVCOL_RANGE_UNSPECIFIED), 0,
-            1 << 16, 1 << 16);
+        const bool fromFull = source.color.fullRange || isFullRange(source.format, AVCOL_RANGE_UNSPECIFIED);
+        const bool toFull =
+            destination.color.fullRange || isFullRange(destination.format, AVCOL_RANGE_UNSPECIFIED);
+        std::unique_ptr<SwsContext, Deleter> made(sws_alloc_context());
+        if (!made) return false;
+        // The ranges of deep planes count only where they are known from the start.
+        for (const auto& [name, value] : {std::pair{"srcw", source.width},
+                                          {"srch", source.height},
+                                          {"src_format", int(modernName(source.format))},
+                                          {"src_range", int(fromFull)},
+                                          {"dstw", destination.width},
+                                          {"dsth", destination.height},
+                                          {"dst_format", int(modernName(destination.format))},
+                                          {"dst_range", int(toFull)},
+                                          {"sws_flags", flags}}) {
+            if (av_opt_set_int(made.get(), name, value, 0) < 0) return false;
+        }
+        if (sws_init_context(made.get(), nullptr, nullptr) < 0) return false;
+        sws_setColorspaceDetails(made.get(), sws_getCoefficients(scalerMatrix(source.color.matrix)), fromFull,
+                                 sws_getCoefficients(scalerMatrix(destination.color.matrix)), toFull, 0,
+                                 1 << 16, 1 << 16);
+        context_ = std::move(made);
         from_ = source;
         to_ = destination;
     }
