@@ -6,6 +6,7 @@
 
 namespace qv {
 
+/// The hash of nothing.
 inline constexpr std::uint64_t kHashStart = 0xCBF29CE484222325;
 
 /// FNV-1a, 64 bits: the same for the same bytes on every machine and in every run. Names files and tells of

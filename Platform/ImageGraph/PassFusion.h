@@ -33,17 +33,21 @@ std::string_view fusionRefusalText(FusionRefusal refusal);
 /// What the program of a fused pass depends on. Uniforms' values, sizes in pixels and colours are not part of
 /// it.
 struct FusedShape {
+    /// One function of the program.
     struct Stage {
-        std::shared_ptr<const ShaderFunction> function;
-        std::vector<StageInput> inputs;
-        std::uint32_t given = 0;  ///< as in PlanPass
-        bool storesEightBits = false;
+        std::shared_ptr<const ShaderFunction> function;  ///< as it is drawn by itself
+        std::vector<StageInput> inputs;                  ///< where each of its inputs comes from
+        std::uint32_t given = 0;                         ///< as in PlanPass
+        bool storesEightBits = false;  ///< it would have been written to a texture of 8 bits
+        /// Member by member.
         bool operator==(const Stage&) const = default;
     };
-    std::vector<Stage> stages;  ///< what is read before what reads it
-    std::vector<PushedValue> values;
+    std::vector<Stage> stages;        ///< what is read before what reads it
+    std::vector<PushedValue> values;  ///< what is pushed, in the order of the block
 
+    /// Equal shapes are drawn by one program.
     bool operator==(const FusedShape&) const = default;
+    /// For tables.
     std::size_t hash() const;
     /// The functions' names with " + " between them.
     std::string name() const;
@@ -51,7 +55,7 @@ struct FusedShape {
 
 /// Some passes of a plan as one.
 struct FusedPass {
-    FusedShape shape;
+    FusedShape shape;  ///< of its program
     std::vector<int>
         members;  ///< the plan's passes, one a stage; the last is the one whose output is written
     std::vector<int> textures;                 ///< the plan's textures that are read
@@ -68,11 +72,12 @@ struct FusedPass {
 struct PassFusion {
     /// An input that stays a texture although a pass makes it.
     struct Kept {
-        int pass, input;
-        FusionRefusal why;
+        int pass;           ///< index of the pass that reads it
+        int input;          ///< which of the pass's inputs it is
+        FusionRefusal why;  ///< what speaks against taking it in
     };
     std::vector<FusedPass> passes;  ///< in order
-    std::vector<Kept> kept;
+    std::vector<Kept> kept;         ///< with the reasons
 };
 
 /// Leaves out passes that only copy, draws overlays in the pass that makes what they lie on, unless others

@@ -11,6 +11,7 @@
 
 namespace qv {
 
+/// Texels that passes read and write: channels, and bits of each.
 enum class TextureFormat { rgba8, rgba16Float, rgba32Float, r8, rg8, r16, bgra8 };
 
 /// The format of a host's image, a VkFormat; nothing when it is none that is rendered from and into.
@@ -31,33 +32,33 @@ struct PlanTarget {
 
 /// A texture of a plan: filled from a source before the passes, or written by one pass.
 struct PlanTexture {
-    int width = 0, height = 0;
-    TextureFormat format = TextureFormat::rgba8;
-    const ImageNode* source = nullptr;  ///< the bitmap or pixel buffer to fill it from
-    int plane = 0;                      ///< of the source, when it is taken in by planes
-    int lastReader = -1;                ///< index of the last pass that reads it, −1 when none does
+    int width = 0, height = 0;                    ///< pixels
+    TextureFormat format = TextureFormat::rgba8;  ///< of its texels
+    const ImageNode* source = nullptr;            ///< the bitmap or pixel buffer to fill it from
+    int plane = 0;                                ///< of the source, when it is taken in by planes
+    int lastReader = -1;  ///< index of the last pass that reads it, −1 when none does
     std::optional<std::array<float, 4>>
         color;  ///< of every pixel, where that is known: premultiplied, as stored
 };
 
 /// One render pass: a full-screen draw of a function, then what lies on top of it.
 struct PlanPass {
-    std::shared_ptr<const ShaderFunction> function;
-    std::array<std::uint32_t, kMaximumPushedWords> words{};
-    std::vector<std::int32_t> selectors;  ///< by constant id
-    std::vector<int> inputs;              ///< indices of textures, −1 for a nil image
-    std::uint32_t resampled = 0;          ///< bit n: input n has another size than the output
-    std::uint32_t given = 0;  ///< bit n: uniform n, selectors not counted, has a value; else it is 0
-    int output = 0;
+    std::shared_ptr<const ShaderFunction> function;          ///< what is drawn
+    std::array<std::uint32_t, kMaximumPushedWords> words{};  ///< its pushed block
+    std::vector<std::int32_t> selectors;                     ///< by constant id
+    std::vector<int> inputs;                                 ///< indices of textures, −1 for a nil image
+    std::uint32_t resampled = 0;  ///< bit n: input n has another size than the output
+    std::uint32_t given = 0;      ///< bit n: uniform n, selectors not counted, has a value; else it is 0
+    int output = 0;               ///< index of the texture that it writes
     std::vector<const PassOverlay*> overlays;  ///< what to draw on top, in order
     int samples = 1;                           ///< of a pixel; as many as each overlay wants
 };
 
 /// What a context runs, in order. Points into the graph, which must outlive it.
 struct RenderPlan {
-    std::vector<PlanTexture> textures;
-    std::vector<PlanPass> passes;
-    std::vector<int> outputs;  ///< the texture of the image, or one per plane
+    std::vector<PlanTexture> textures;  ///< all that are read or written
+    std::vector<PlanPass> passes;       ///< in order
+    std::vector<int> outputs;           ///< the texture of the image, or one per plane
 };
 
 /// Turns the graph behind `image` into passes. Empty passes when the image is nil or a stock function is

@@ -21,7 +21,7 @@ enum class Deinterlacing {
 struct ClipReaderOptions {
     int threads = 0;       ///< of the decoder; 0 is one per core
     bool packets = false;  ///< hand out the packets of audio and subtitles too, for a writer to copy
-    Deinterlacing deinterlacing = Deinterlacing::automatic;
+    Deinterlacing deinterlacing = Deinterlacing::automatic;  ///< of which frames
     /// Told once, before the first frame that is deinterlaced; on the thread that reads.
     std::function<void()> onDeinterlacing;
 };
@@ -34,9 +34,9 @@ struct ClipReaderOptions {
 /// process.)
 class ClipReader {
   public:
-    /// "-" is standard input. A name with a % pattern that is not a file itself is a sequence of pictures. A local
-    /// file that only lists others, as playlists do, is refused. Nil with one line that names file and cause in
-    /// `error`, when it is given.
+    /// "-" is standard input. A name with a % pattern that is not a file itself is a sequence of pictures. A
+    /// local file that only lists others, as playlists do, is refused. Nil with one line that names file and
+    /// cause in `error`, when it is given.
     static std::unique_ptr<ClipReader> open(const std::string& path, const ClipReaderOptions& options = {},
                                             std::string* error = nullptr);
     ~ClipReader();

@@ -120,7 +120,6 @@ TEST(SpriteScatterEffect, EverySpriteIsWhereItsFormulasSay) {
                     for (std::size_t i = 0; i < sprites.size(); ++i) {
                         const CGAffineTransform& t = sprites[i].transform;
                         const Expected& e = expected[i];
-                        const double near = scatter.tolerance;
                         const double turn = std::cos(e.turn), lean = std::sin(e.turn);
                         const double actual[] = {t.a, t.b, t.c, t.d, t.tx, t.ty};
                         const double wanted[] = {e.size * turn, e.size * lean, -e.size * lean,

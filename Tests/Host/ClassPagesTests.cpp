@@ -25,10 +25,6 @@ std::set<std::string> namesIn(const std::string& folder) {
     return names;
 }
 
-std::string quoted(const std::string& name) {
-    return fmt::format("`{}`", name);
-}
-
 /// All that `expression` finds, its first group.
 std::vector<std::string> found(const std::string& text, const std::string& expression) {
     const std::regex regex(expression);
