@@ -24,18 +24,19 @@ enum class DrawBlend {
 
 /// How a draw reaches its target: what a pipeline depends on besides its stages and the target's format.
 struct DrawStyle {
-    DrawTopology topology = DrawTopology::triangles;
-    DrawBlend blend = DrawBlend::replace;
+    DrawTopology topology = DrawTopology::triangles;  ///< of its vertices
+    DrawBlend blend = DrawBlend::replace;             ///< with what is there
     int instanceVectors = 0;  ///< vec4s that the vertex stage reads of each instance, at locations 0…
     int samples = 1;          ///< of a pixel at least, 1…64; the target gets their mean
+    /// An order for tables.
     auto operator<=>(const DrawStyle&) const = default;
 };
 
 /// What all overlays of a kind are drawn with.
 struct OverlayKind {
     std::shared_ptr<const ShaderFunction> vertexStage, fragmentStage;  ///< a nil one fails the render
-    DrawStyle style;
-    int vertices = 0;  ///< of one instance
+    DrawStyle style;                                                   ///< how they are drawn
+    int vertices = 0;                                                  ///< of one instance
     int textures = 0;  ///< that the fragment stage reads, at bindings 0…
 };
 

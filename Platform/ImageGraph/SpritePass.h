@@ -29,6 +29,7 @@ struct SpriteInstance {
 
 /// Sprites drawn over the input in list order; no pass when none is visible.
 struct SpritePass final : PassOverlay {
+    /// Draws `list`, the lowest first.
     explicit SpritePass(std::vector<SpriteInstance> list = {}) : sprites(std::move(list)) {}
 
     const OverlayKind& kind() const override;

@@ -9,7 +9,6 @@
 
 #include "Tests/Host/Tool.h"
 
-#include <fmt/format.h>
 
 namespace qv {
 namespace {
