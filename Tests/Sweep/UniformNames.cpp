@@ -18,10 +18,11 @@ namespace {
 /// By function, the names of all values that filters send to it.
 using SentNames = std::map<const ShaderFunction*, std::set<std::string>>;
 
-/// What the bases send to all their functions, of which each takes what it needs.
-const std::set<std::string> kSentToAll = {"iTime",    "isPhoto", "level", "effectValue",
-                                          "progress", "start",   "ratio", "duration",
-                                          "beat",     "pulse",   "step",  "pulseMotion"};
+/// What the bases send to all their functions, of which each takes what it needs; and the size that some
+/// transitions send, though functions can ask for it themselves.
+const std::set<std::string> kSentToAll = {"iTime", "isPhoto",     "level",    "effectValue", "progress",
+                                          "start", "ratio",       "duration", "beat",        "pulse",
+                                          "step",  "pulseMotion", "inputSize"};
 
 void collect(QVMTIFilter& filter, SentNames& sent) {
     const MTIImage output = filter.outputImage();
@@ -52,7 +53,10 @@ TEST(UniformNames, AgreeBetweenFiltersAndShaders) {
             if (!property->variants.empty()) {
                 for (double value = property->minimum; value <= property->maximum; ++value)
                     look(*record, property, value, sent);
-            } else if (property->name == "effectValue") {
+            } else if (property->type == QVPropertyType::real && property->driver == QVPropertyDriver::user) {
+                look(*record, property, property->maximum, sent);
+            }
+            if (property->name == "effectValue") {
                 for (double value : {0.0, 0.2, 1.0}) look(*record, property, value, sent);
             }
         }
