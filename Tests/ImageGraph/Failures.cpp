@@ -126,20 +126,21 @@ std::set<std::string> failableFunctions() {
 
 }  // namespace qv::test
 
-void* operator new(std::size_t size) {
+// Not inlined: next to an allocation that is not, the compiler would take free() for a mismatch.
+[[gnu::noinline]] void* operator new(std::size_t size) {
     if (void* memory = qv::test::allocate(size, __builtin_return_address(0))) return memory;
     throw std::bad_alloc();
 }
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     return qv::test::allocate(size, __builtin_return_address(0));
 }
-void operator delete(void* memory) noexcept {
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
     std::free(memory);
 }
-void operator delete(void* memory, std::size_t) noexcept {
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
     std::free(memory);
 }
-void operator delete(void* memory, const std::nothrow_t&) noexcept {
+[[gnu::noinline]] void operator delete(void* memory, const std::nothrow_t&) noexcept {
     std::free(memory);
 }
 
