@@ -112,11 +112,25 @@ struct BitmapCanvas::State {
     CGSize size;
     double scale;
     bool opaque;
+    std::shared_ptr<std::vector<std::uint8_t>> pixels;  ///< the surface's memory
     Surface surface{nullptr, cairo_surface_destroy};
     Context cairo{nullptr, cairo_destroy};
     std::vector<Settings> settings{1};  ///< the current one is the last
 
     bool drawable() const { return settings.back().drawable; }
+
+    /// What has been drawn, once Cairo is done with it.
+    const std::vector<std::uint8_t>& finishedPixels() const {
+        cairo_surface_flush(surface.get());
+        return *pixels;
+    }
+    UIImage imageOf(std::shared_ptr<std::vector<std::uint8_t>> memory) const {
+        if (opaque)
+            for (std::size_t i = 3; i < memory->size(); i += 4) (*memory)[i] = 255;
+        return UIImage(Bitmap{cairo_image_surface_get_width(surface.get()),
+                              cairo_image_surface_get_height(surface.get()), std::move(memory)},
+                       scale);
+    }
 
     void setSource(const UIColor& color) {
         cairo_set_source_rgba(cairo.get(), unit(color.blue()), unit(color.green()), unit(color.red()),
@@ -172,8 +186,14 @@ BitmapCanvas::BitmapCanvas(CGSize size, bool opaque, double scale) {
     auto fits = [](double side) { return side >= 1 && side <= kMaximumImageSide; };
     if (!fits(width) || !fits(height) || !(scale > 0)) return;
     auto state = std::make_unique<State>(State{size, scale, opaque});
-    state->surface.reset(cairo_image_surface_create(opaque ? CAIRO_FORMAT_RGB24 : CAIRO_FORMAT_ARGB32,
-                                                    int(width), int(height)));
+    try {
+        state->pixels = std::make_shared<std::vector<std::uint8_t>>(std::size_t(width * height) * 4);
+    } catch (const std::bad_alloc&) {
+        return;
+    }
+    state->surface.reset(cairo_image_surface_create_for_data(
+        state->pixels->data(), opaque ? CAIRO_FORMAT_RGB24 : CAIRO_FORMAT_ARGB32, int(width), int(height),
+        int(width) * 4));
     state->cairo.reset(cairo_create(state->surface.get()));
     if (cairo_status(state->cairo.get()) != CAIRO_STATUS_SUCCESS) return;
     cairo_scale(state->cairo.get(), width / size.width, height / size.height);
@@ -316,16 +336,14 @@ UIBezierPath BitmapCanvas::pathForText(const std::string& utf8, CGPoint origin, 
 
 UIImage BitmapCanvas::image() const {
     if (!state_) return {};
-    auto* surface = state_->surface.get();
-    cairo_surface_flush(surface);
-    int width = cairo_image_surface_get_width(surface), height = cairo_image_surface_get_height(surface);
-    const auto* memory = cairo_image_surface_get_data(surface);
-    // Four bytes a pixel leave no padding at the end of Cairo's rows.
-    auto pixels =
-        std::make_shared<std::vector<std::uint8_t>>(memory, memory + std::size_t(width) * height * 4);
-    if (state_->opaque)
-        for (std::size_t i = 3; i < pixels->size(); i += 4) (*pixels)[i] = 255;
-    return UIImage(Bitmap{width, height, std::move(pixels)}, state_->scale);
+    return state_->imageOf(std::make_shared<std::vector<std::uint8_t>>(state_->finishedPixels()));
+}
+
+UIImage BitmapCanvas::takeImage() {
+    if (!state_) return {};
+    state_->finishedPixels();
+    const std::unique_ptr<State> state = std::move(state_);
+    return state->imageOf(state->pixels);
 }
 
 }  // namespace qv

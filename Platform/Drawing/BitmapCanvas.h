@@ -78,6 +78,8 @@ class BitmapCanvas {
 
     /// What has been drawn so far, with the canvas's scale; later drawing does not change it.
     UIImage image() const;
+    /// The same without a copy of the pixels; the canvas is false afterwards.
+    UIImage takeImage();
 
   private:
     struct State;

@@ -41,6 +41,14 @@ constexpr std::array<std::string_view, kBlendModeCount> kBlendModeNames{
     "Hue",        "Saturation", "Color",     "Luminosity", "Add",        "Subtract",
 };
 
+/// Whether a place is a corner of pixels that an image, or one beside it, may have.
+bool isPixel(CGPoint place) {
+    const auto isWhole = [](double value) {
+        return value == std::round(value) && std::abs(value) <= 2 * kMaximumImageSide;
+    };
+    return isWhole(place.x) && isWhole(place.y);
+}
+
 constexpr std::array<std::string_view, 4> kComponentNames{"red", "green", "blue", "alpha"};
 
 }  // namespace
@@ -103,17 +111,27 @@ MTIImage MTICropFilter::outputImage() const {
     if (!placed || !isImageSide(size.width) || !isImageSide(size.height)) return {};
     if (region == inputImage_.extent() && size == in) return inputImage_;
 
+    const std::string bounds = fmt::format("{:.6g} {:.6g} {:.6g} {:.6g}", region.origin.x, region.origin.y,
+                                           region.size.width, region.size.height);
+    const StockDescription description{"crop", {{"region", bounds}, {"scale", listed(scale_)}}};
+    if (size == region.size && isPixel(region.origin)) {
+        return imageOfStockPass(
+            {.function = "MTICropPixels",
+             .inputs = {inputImage_},
+             .parameters = {{"origin", MTIVector{float(region.origin.x), float(region.origin.y)}}},
+             .size = size,
+             .pixelFormat = outputPixelFormat_,
+             .description = description});
+    }
     // From the result's centre to the region's, which lies off the input's; y up.
     const CGAffineTransform toInput{
         region.size.width / size.width, 0, 0, region.size.height / size.height, region.midX() - in.width / 2,
         in.height / 2 - region.midY()};
-    const std::string bounds = fmt::format("{:.6g} {:.6g} {:.6g} {:.6g}", region.origin.x, region.origin.y,
-                                           region.size.width, region.size.height);
     return movedImage({.image = inputImage_,
                        .toInput = toInput,
                        .outputSize = size,
                        .pixelFormat = outputPixelFormat_,
-                       .description = {"crop", {{"region", bounds}, {"scale", listed(scale_)}}}});
+                       .description = description});
 }
 
 std::string_view blendModeName(MTIBlendMode mode) {
