@@ -8,13 +8,11 @@
 
 namespace qv {
 
-UIBezierPath fittedPath(UIBezierPath path, CGSize mask, CGSize frame) {
+CGAffineTransform fittingTransform(CGSize mask, CGSize frame) {
     const double scale = std::min(frame.width / mask.width, frame.height / mask.height);
-    CGAffineTransform fit = CGAffineTransformMakeTranslation(-mask.width * 0.5, -mask.height * 0.5);
-    fit = CGAffineTransformConcat(fit, CGAffineTransformMakeScale(scale, scale));
-    path.applyTransform(CGAffineTransformConcat(
-        fit, CGAffineTransformMakeTranslation(frame.width * 0.5, frame.height * 0.5)));
-    return path;
+    const CGAffineTransform middle = CGAffineTransformMakeTranslation(-mask.width * 0.5, -mask.height * 0.5);
+    return CGAffineTransformConcat(CGAffineTransformConcat(middle, CGAffineTransformMakeScale(scale, scale)),
+                                   CGAffineTransformMakeTranslation(frame.width * 0.5, frame.height * 0.5));
 }
 
 MTIImage strokedPathImage(const UIBezierPath& path, CGSize size, double lineWidth, const UIColor& color) {

@@ -7,8 +7,8 @@
 /// Lines that the processor draws.
 namespace qv {
 
-/// A path over a mask of that size, fitted into a frame: as large as both sides allow, in the middle.
-UIBezierPath fittedPath(UIBezierPath path, CGSize mask, CGSize frame);
+/// Fits what lies over a mask of that size into a frame: as large as both sides allow, in the middle.
+CGAffineTransform fittingTransform(CGSize mask, CGSize frame);
 
 /// An image of `size` pixels that is transparent but for the path's line, with round ends and corners. Pixels
 /// are drawn, kept and handed to the device only in the box around the line. Nil when no part of it is in the

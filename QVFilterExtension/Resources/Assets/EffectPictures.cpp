@@ -1,4 +1,5 @@
-// Draws the pictures that effects read or lay over the frame: paper, bubble, star and ribbon.
+// Draws the pictures that effects read or lay over the frame: paper, gold leaf, bubble, ribbon, stars and
+// sparkles.
 
 #include <string>
 
@@ -21,7 +22,10 @@ int main(int argc, char** argv) {
     } files[] = {{"filter_snow_noise.png", paperNoise},
                  {"filter_bubble.png", soapBubble},
                  {"filter_star.png", star},
-                 {"filter_ribbon.png", ribbon}};
+                 {"filter_ribbon.png", ribbon},
+                 {"celebrate_gold_materia.png", goldLeaf},
+                 {"celebrate_star17.png", sparkle},
+                 {"celebrate_particle.png", lightDisc}};
     for (const auto& file : files) {
         std::string error;
         if (!writePNG(file.draw(), fmt::format("{}/{}", argv[1], file.name), &error)) {

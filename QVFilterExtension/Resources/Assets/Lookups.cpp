@@ -52,6 +52,15 @@ Vec3 silver(Vec3 c) {
     return Vec3{light, light, light} + Vec3{-0.014f, -0.002f, 0.020f} * tint;
 }
 
+/// Ash: hardly any colour left, the skies and lights of it cool, the embers warm; flat, with greyed blacks.
+Vec3 ashen(Vec3 c) {
+    const float light = luma(c);
+    const float tone = 0.075f + 0.76f * contrast(light, 0.35f);
+    const Vec3 faint =
+        mix(Vec3{light, light, light}, c, 0.16f) + Vec3{tone - light, tone - light, tone - light};
+    return faint + Vec3{-0.010f, -0.002f, 0.014f} * light + Vec3{0.010f, 0.002f, -0.004f} * (1 - light);
+}
+
 Bitmap table(Vec3 (*look)(Vec3)) {
     auto pixels = std::make_shared<std::vector<std::uint8_t>>(std::size_t(kSide) * kSide * 4);
     const auto code = [](float v) { return std::uint8_t(std::lround(255 * clamp01(v))); };
@@ -80,9 +89,12 @@ int main(int argc, char** argv) {
     const struct {
         const char* name;
         Vec3 (*look)(Vec3);
-    } looks[] = {{"identity", identity}, {"golden", golden}, {"silver", silver}};
+    } looks[] = {{"lookup_identity", identity},
+                 {"lookup_golden", golden},
+                 {"lookup_silver", silver},
+                 {"celebrate_ashen_lookup", ashen}};
     for (const auto& [name, look] : looks) {
-        const std::string path = fmt::format("{}/lookup_{}.png", argv[1], name);
+        const std::string path = fmt::format("{}/{}.png", argv[1], name);
         std::string error;
         if (!writePNG(table(look), path, &error)) {
             fmt::print(stderr, "draw_Lookups: {}: {}\n", path, error);

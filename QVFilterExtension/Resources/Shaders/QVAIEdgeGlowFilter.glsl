@@ -1,4 +1,5 @@
-// What lies behind the subject sinks into a dim shade of one colour, in which its edges glow. Inputs: frame, mask.
+// What lies behind the subject sinks into a dim shade of one colour, in which its edges glow. Inputs: frame, and
+// the mask, which is not read: the subject is laid over this.
 #include "color.glsl"
 #include "frame.glsl"
 
@@ -14,9 +15,9 @@ vec4 QVAIEdgeGlowFilter(vec2 uv) {
     vec3 falling = d - a, rising = b - c;
     vec3 square = falling * falling + rising * rising;
     float contrast = sqrt(max(square.r, max(square.g, square.b)));
-    float glow = smoothstep(0.05, 0.45, contrast);
+    float glow = smoothstep(0.025, 0.30, contrast);
     float light = luma(mix(here.rgb, (a + b + c + d) * 0.25, 0.5));
-    vec3 shade = mix(vec3(light), edgeGlowColor * light, 0.75) * 0.3;
+    vec3 shade = mix(vec3(light), edgeGlowColor * light, 0.75) * 0.38;
     vec3 lit = mix(edgeGlowColor, vec3(1.0), glow * glow * 0.45) * glow;
-    return mix(here, vec4(min(shade + lit, here.aaa), here.a), 1.0 - readHere(1).r);
+    return vec4(min(shade + lit, here.aaa), here.a);
 }

@@ -57,8 +57,8 @@ UIBezierPath QVAIBaseLineMTIFilter::contourPath() const {
 MTIImage QVAIBaseLineMTIFilter::getUIBezierPathImageWithPath(UIBezierPath path, double width,
                                                              const UIColor& color) const {
     const CGSize frame = inputImage().size();
-    return strokedPathImage(fittedPath(std::move(path), maskImage().size(), frame), frame,
-                            std::max(frame.width, frame.height) * width * kUnit, color);
+    path.applyTransform(fittingTransform(maskImage().size(), frame));
+    return strokedPathImage(path, frame, std::max(frame.width, frame.height) * width * kUnit, color);
 }
 
 MTIImage QVAIBaseLineMTIFilter::behindSubject(const MTIImage& image, const MTIImage& layer) const {

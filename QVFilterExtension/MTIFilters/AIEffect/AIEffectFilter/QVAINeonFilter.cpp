@@ -42,7 +42,9 @@ UIBezierPath QVAINeonFilter::contourPath() const {
 }
 
 MTIImage QVAINeonFilter::contourUIImage(const UIColor& color, CGSize size, double lineWidth) const {
-    return strokedPathImage(fittedPath(contourPath(), maskImage().size(), size), size, lineWidth, color);
+    UIBezierPath path = contourPath();
+    path.applyTransform(fittingTransform(maskImage().size(), size));
+    return strokedPathImage(path, size, lineWidth, color);
 }
 
 MTIImage QVAINeonFilter::contourLineImage() const {

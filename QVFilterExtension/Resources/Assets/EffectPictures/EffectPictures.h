@@ -18,4 +18,13 @@ Bitmap star();
 /// A curl of ribbon that hangs down in two turns, 192×480, white with shading, to be tinted.
 Bitmap ribbon();
 
+/// Beaten and creased gold leaf, 1024×1024, opaque.
+Bitmap goldLeaf();
+
+/// A sparkle of four points in a faint glow, 256×256, white, nothing left at its border.
+Bitmap sparkle();
+
+/// A disc of light with a brighter rim, 128×128, white, nothing left at its border.
+Bitmap lightDisc();
+
 }  // namespace qv::assets
