@@ -36,7 +36,6 @@ const QVFilterClass QVAIBaseLineMTIFilterClass{
                                                       .role = QVInputRole::mask,
                                                       .help = "the same in memory; its outline is drawn",
                                                       .isRequired = false})}},
-    .ignored = {"effectValue", "iTime", "isPhoto", "inputImageOriginalSize"},
     .kind = QVFilterKind::auxiliary,
 };
 

@@ -9,6 +9,7 @@ const QVFilterClass QVAIDoubleLineMTIFilterClass{
     .help = "A strong line around the subject and a fine one around that",
     .tags = {"sticker", "stroke", "border", "echo", "comic"},
     .factory = makeFilter<QVAIDoubleLineMTIFilter>,
+    .ignored = {"effectValue"},
     .kind = QVFilterKind::effect,
 };
 

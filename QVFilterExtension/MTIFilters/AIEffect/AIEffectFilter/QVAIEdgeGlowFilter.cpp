@@ -11,6 +11,7 @@ const QVFilterClass QVAIEdgeGlowFilterClass{
     .help = "The world behind the subject goes dark, its edges glow, and a line runs around the subject",
     .tags = {"neon", "tron", "hologram", "outline", "blueprint"},
     .factory = makeFilter<QVAIEdgeGlowFilter>,
+    .ignored = {"effectValue"},
     .kind = QVFilterKind::effect,
 };
 

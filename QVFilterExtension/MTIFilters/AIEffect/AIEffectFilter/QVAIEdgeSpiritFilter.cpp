@@ -22,6 +22,7 @@ struct Edge {
     CGPoint start, end;
     double from = 0;  ///< lengths of all before it
 
+    CGPoint middle() const { return {(start.x + end.x) / 2, (start.y + end.y) / 2}; }
     double length() const { return std::hypot(end.x - start.x, end.y - start.y); }
 };
 
@@ -32,9 +33,9 @@ QVOutline fromTheTop(const QVOutline& outline) {
     const auto next = [&](std::size_t i) { return outline[(i + 1) % n]; };
     double length = 0, moment = 0;
     for (std::size_t i = 0; i < n; ++i) {
-        const double edge = Edge{outline[i], next(i)}.length();
-        length += edge;
-        moment += edge * (outline[i].x + next(i).x) / 2;
+        const Edge edge{outline[i], next(i)};
+        length += edge.length();
+        moment += edge.length() * edge.middle().x;
     }
     const double middle = moment / length;
     std::size_t first = 0;
@@ -62,7 +63,7 @@ std::vector<Edge> edgesOf(const QVOutlineSet& outlines, const CGRect& mask) {
         const QVOutline points = fromTheTop(outline);
         for (std::size_t i = 0; i < points.size(); ++i) {
             const Edge edge{points[i], points[(i + 1) % points.size()], length};
-            if (isPointOnEdge(edge.start, mask) && isPointOnEdge(edge.end, mask)) continue;
+            if (isPointOnEdge(edge.middle(), mask)) continue;
             length += edge.length();
             edges.push_back(edge);
         }
@@ -79,7 +80,6 @@ const QVFilterClass QVAIEdgeSpiritFilterClass{
     .help = "Sprites along the subject's outline; which they are is set in code",
     .factory = makeFilter<QVAIEdgeSpiritFilter>,
     .isPhotoTimeConst = false,
-    .ignored = {"effectValue", "iTime", "isPhoto", "inputImageOriginalSize", "colors"},
     .kind = QVFilterKind::auxiliary,
 };
 

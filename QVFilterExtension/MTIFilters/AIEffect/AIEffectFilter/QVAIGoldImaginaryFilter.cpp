@@ -26,6 +26,7 @@ const QVFilterClass QVAIGoldImaginaryFilterClass{
     .help = "A line of gold leaf around the subject, before a world turned to ash",
     .tags = {"foil", "metal", "luxury", "rich", "celebrate"},
     .factory = makeFilter<QVAIGoldImaginaryFilter>,
+    .ignored = {"effectValue"},
     .kind = QVFilterKind::effect,
 };
 

@@ -9,6 +9,7 @@ const QVFilterClass QVAIImaginaryFilterClass{
     .help = "A clean line around the subject, as of a sticker",
     .tags = {"sticker", "cutout", "stroke", "border", "comic"},
     .factory = makeFilter<QVAIImaginaryFilter>,
+    .ignored = {"effectValue"},
     .kind = QVFilterKind::effect,
 };
 

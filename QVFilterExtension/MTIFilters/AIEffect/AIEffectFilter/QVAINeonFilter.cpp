@@ -28,7 +28,7 @@ const QVFilterClass QVAINeonFilterClass{
     .help = "A neon tube around the subject",
     .tags = {"glow", "tube", "light", "cyberpunk", "club"},
     .factory = makeFilter<QVAINeonFilter>,
-    .ignored = {"effectValue", "iTime", "isPhoto", "inputImageOriginalSize"},
+    .ignored = {"effectValue"},
 };
 
 UIBezierPath QVAINeonFilter::contourPath() const {
