@@ -137,6 +137,18 @@ TEST(BitmapCanvas, AnOpaqueCanvasStaysOpaque) {
     expectColor(at(canvas, 0, 0), {127.5, 127.5, 127.5, 255});
 }
 
+TEST(BitmapCanvas, HandsOverItsPixelsAsTheyAre) {
+    for (bool opaque : {false, true}) {
+        BitmapCanvas canvas({5, 3}, opaque, 2);
+        canvas.fillRect(CGRectMake(1, 1, 2, 1), UIColor(1, 0.5, 0, 0.5));
+        const UIImage kept = canvas.image(), taken = canvas.takeImage();
+        EXPECT_EQ(*taken.bitmap().pixels, *kept.bitmap().pixels);
+        EXPECT_EQ(taken.size(), kept.size());
+        EXPECT_FALSE(canvas);
+        EXPECT_FALSE(canvas.takeImage());
+    }
+}
+
 TEST(BitmapCanvas, StateIsSavedWholeAndExtraRestoresAreHarmless) {
     BitmapCanvas canvas({10, 10});
     auto white = UIColor::whiteColor();

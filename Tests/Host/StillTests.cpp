@@ -1,11 +1,16 @@
 // still and sheet: pictures.
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 #include "Tests/Host/Tool.h"
 
 namespace qv {
 namespace {
+
+using testing::HasSubstr;
 
 constexpr const char* kSource = "testsrc2=s=160x90:r=25:d=1";
 
@@ -74,6 +79,55 @@ TEST_F(Still, MasksComeFromPicturesClipsAndAlpha) {
     EXPECT_EQ(still({"-i", picture(), "-e", "QVInterlayerFilter", "--mask", clip()}), same);
     still({"-i", transparent, "-e", "QVInterlayerFilter"});
     EXPECT_EQ(probe(files_ / "still.png", "v:0")["pix_fmt"], "rgba") << "alpha is kept";
+}
+
+TEST_F(Still, MasksAreMadeToFit) {
+    // White on the left half; a line of pink around it. Masks of another size and shape are the same halves.
+    const auto mask = [&](const std::string& name, const std::string& size, const Arguments& more) {
+        makeClip(files_ / name, "color=black:s=" + size + ":r=25:d=0.4,drawbox=0:0:iw/2:ih:white:fill", more);
+        return files_ / name;
+    };
+    const auto shown = [&](const std::string& file, const std::string& note) {
+        const Outcome outcome =
+            qvfilter({"still", "-y", "-i", picture(), "-e", "QVAIImaginaryFilter:colors=#ff00ff", "--mask",
+                      file, "-o", files_ / "masked.png"});
+        EXPECT_EQ(outcome.exitCode, 0) << outcome.errors;
+        EXPECT_THAT(outcome.errors, HasSubstr(note));
+        EXPECT_EQ(std::count(outcome.errors.begin(), outcome.errors.end(), '\n'), note.empty() ? 0 : 1);
+        return rgbFrame(files_ / "masked.png");
+    };
+    const std::string same = shown(mask("same.png", "160x90", {"-frames:v", "1"}), "");
+    EXPECT_NE(same, rgbFrame(picture()));
+    EXPECT_LT(rmsDifference(shown(mask("large.png", "640x360", {"-frames:v", "1"}), ""), same), 20);
+    EXPECT_LT(
+        rmsDifference(
+            shown(mask("square.png", "96x96", {"-frames:v", "1"}), "96x96 is stretched over 160x90"), same),
+        20);
+    const std::string none = files_ / "none.png";
+    makeClip(none, "color=black:s=160x90", {"-frames:v", "1"});
+    EXPECT_EQ(shown(none, ""), rgbFrame(picture())) << "no subject";
+
+    // Without any, a class that can do without leaves the picture, and a note tells; another one fails.
+    const Outcome neon =
+        qvfilter({"still", "-y", "-i", picture(), "-e", "QVAINeonFilter", "-o", files_ / "neon.png"});
+    EXPECT_EQ(neon.exitCode, 0);
+    EXPECT_THAT(neon.errors, HasSubstr("no subject is known"));
+    EXPECT_EQ(rgbFrame(files_ / "neon.png"), rgbFrame(picture()));
+    const Outcome line =
+        qvfilter({"still", "-y", "-i", picture(), "-e", "QVAIImaginaryFilter", "-o", files_ / "line.png"});
+    EXPECT_EQ(line.exitCode, 2);
+    EXPECT_THAT(line.errors, HasSubstr("QVAIImaginaryFilter needs --mask FILE"));
+
+    // A mask's clip that ends early is held.
+    const std::string clips = files_ / "moving.mkv";
+    makeClip(clips, "color=gray:s=160x90:r=25:d=0.8", {"-c:v", "ffv1"});
+    const std::string shorter = mask("shorter.mkv", "160x90", {"-c:v", "ffv1"});
+    const Outcome held = qvfilter({"render", "-i", clips, "-e", "QVAIImaginaryFilter", "--mask", shorter,
+                                   "--codec", "ffv1", "-o", files_ / "held.mkv"});
+    EXPECT_EQ(held.exitCode, 0);
+    EXPECT_THAT(held.errors, HasSubstr("shorter.mkv' ends before its frames do"));
+    EXPECT_EQ(std::count(held.errors.begin(), held.errors.end(), '\n'), 1);
+    EXPECT_EQ(rgbFrame(files_ / "held.mkv", 19), rgbFrame(files_ / "held.mkv", 3));
 }
 
 TEST(Sheet, ShowsTheClassesAskedFor) {

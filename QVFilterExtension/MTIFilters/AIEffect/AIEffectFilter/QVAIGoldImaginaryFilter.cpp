@@ -13,10 +13,6 @@ QVAssetCache& assets() {
     return cache;
 }
 
-UIImage stretched(const UIImage& material, CGSize size) {
-    return scaleToSize(material.resizableImageWithCapInsets({}, UIImage::ResizingMode::stretch), size);
-}
-
 }  // namespace
 
 const QVFilterClass QVAIGoldImaginaryFilterClass{
@@ -41,12 +37,12 @@ MTIImage QVAIGoldImaginaryFilter::contourUIImage() const {
 }
 
 MTIImage QVAIGoldImaginaryFilter::tintedMaterial() const {
-    const CGSize size = inputImage().size();
+    const MTIImage material = assets().mtiImageNamed("celebrate_gold_materia.png");
     const UIColor tint = lineColor();
     MTIBlendFilter tintFilter(MTIBlendMode::color);
     tintFilter.setInputImage(MTIImage::initWithColor(
-        {float(tint.red()), float(tint.green()), float(tint.blue()), float(tint.alpha())}, false, size));
-    tintFilter.setInputBackgroundImage(assets().fittedImage("celebrate_gold_materia.png", size, stretched));
+        {float(tint.red()), float(tint.green()), float(tint.blue()), float(tint.alpha())}, false, {1, 1}));
+    tintFilter.setInputBackgroundImage(material);
     return tintFilter.outputImage();
 }
 

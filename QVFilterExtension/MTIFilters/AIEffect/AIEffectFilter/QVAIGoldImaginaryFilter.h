@@ -23,6 +23,7 @@ class QVAIGoldImaginaryFilter : public QVAIBaseLineMTIFilter {
     MTIImage imageWithLine() override;
 
   private:
+    /// The leaf in the line's metal, of its own size: tinting costs less there than in the frame's.
     MTIImage tintedMaterial() const;
 
     QVLookupMTIFilter lookupFilter_;

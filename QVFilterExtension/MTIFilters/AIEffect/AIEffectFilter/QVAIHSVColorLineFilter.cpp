@@ -10,7 +10,7 @@ constexpr int kLevelCount = 2, kFewestCopies = 2;
 constexpr std::uint8_t kFaintest = 10;
 constexpr double kWidthShare = 0.2;
 /// Of the line width, at a strength of a half.
-constexpr float kSwing = 0.15f;
+constexpr float kSwing = 0.08f;
 /// What QVAIRGBFilter makes of a strength of 1: shorter sides of the frame.
 constexpr float kFullSwing = 0.105f;
 

@@ -18,7 +18,7 @@ Bitmap star();
 /// A curl of ribbon that hangs down in two turns, 192×480, white with shading, to be tinted.
 Bitmap ribbon();
 
-/// Beaten and creased gold leaf, 1024×1024, opaque.
+/// Beaten and creased gold leaf, 768×768, opaque.
 Bitmap goldLeaf();
 
 /// A sparkle of four points in a faint glow, 256×256, white, nothing left at its border.

@@ -5,7 +5,7 @@ namespace qv::assets {
 
 namespace {
 
-constexpr int kSide = 1024;
+constexpr int kSide = 768;
 
 /// Height of the beaten leaf: broad waves, and creases where folded layers meet.
 float heightAt(float x, float y) {
