@@ -64,8 +64,15 @@ QVInputValue FilterInputs::valueFor(const QVInput& input) const {
     return MTIImage();
 }
 
-void setInputs(QVMTIFilter& filter, const FilterInputs& inputs) {
+void setInputs(QVMTIFilter& filter, const FilterInputs& given) {
     const QVFilterClass& filterClass = filter.filterClass();
+    FilterInputs inputs = given;
+    // The mask in memory is as it came; its picture is as the frame is.
+    if (const QVProperty* transform = filterClass.property("extraTransform")) {
+        const auto toFrame = std::get<CGAffineTransform>(transform->get(filter));
+        if (toFrame != CGAffineTransformIdentity)
+            inputs.mask.image = inputs.mask.image.imageByApplyingTransform(toFrame, true);
+    }
     for (const QVInput& input : filterClass.allInputs()) {
         // A texture is the class's own.
         if (input.role != QVInputRole::texture) input.set(filter, inputs.valueFor(input));

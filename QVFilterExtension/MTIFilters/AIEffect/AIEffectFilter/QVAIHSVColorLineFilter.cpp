@@ -10,9 +10,9 @@ constexpr int kLevelCount = 2, kFewestCopies = 2;
 constexpr std::uint8_t kFaintest = 10;
 constexpr double kWidthShare = 0.2;
 /// Of the line width, at a strength of a half.
-constexpr float kSwing = 0.08f;
+constexpr double kSwing = 0.1;
 /// What QVAIRGBFilter makes of a strength of 1: shorter sides of the frame.
-constexpr float kFullSwing = 0.105f;
+constexpr double kFullSwing = 0.105;
 
 }  // namespace
 
@@ -61,12 +61,15 @@ MTIImage QVAIHSVColorLineFilter::imageWithLine() {
     const MTIImage line = contourUIImage();
     if (!line) return {};
     const CGSize size = inputImage().size();
-    const float swing = getLineWidth() * kSwing * float(size.width / std::min(size.width, size.height));
+    // The line width counts the mask's pixels as the frame's; here it is a share of the width that both have.
+    const double width = getLineWidth() * size.width / maskPixelBuffer().width();
+    const double swing = width * kSwing * size.width / std::min(size.width, size.height);
     repetitionRGBFilter_.setInputImage(line);
     repetitionRGBFilter_.setITime(iTime());
     repetitionRGBFilter_.setFilterNumber(kFewestCopies +
                                          std::clamp(int(effectValue() * kLevelCount), 0, kLevelCount - 1));
-    repetitionRGBFilter_.setEffectValue(std::clamp(swing / kFullSwing * (0.5f + effectValue()), 0.0f, 1.0f));
+    repetitionRGBFilter_.setEffectValue(
+        float(std::clamp(swing / kFullSwing * (0.5 + effectValue()), 0.0, 1.0)));
 
     maskBlendFilter_.setInputImage(inputImage());
     maskBlendFilter_.setInputMask({maskImage()});

@@ -10,8 +10,8 @@ extern const QVFilterClass QVAIHSVColorLineFilterClass;
 
 /// A broad line around the subject, parted into copies of one colour each that swing around it; where they
 /// meet they are the line's colour again. Two copies, red and cyan, below a strength of a half, three in red,
-/// green and blue from there on. They swing a third of the line width (a fifth of the subject's width) at a
-/// strength of a half, and up to half of it more or less.
+/// green and blue from there on. They swing by 2 % of the subject's width at a strength of a half, and by
+/// half of that more or less at 1 and 0.
 class QVAIHSVColorLineFilter : public QVAIBaseLineMTIFilter {
   public:
     explicit QVAIHSVColorLineFilter(const QVFilterClass& filterClass = QVAIHSVColorLineFilterClass);
