@@ -118,7 +118,7 @@ TEST(QVObjectContour, ClosesGapsByTheRadius) {
 
 TEST(QVObjectContour, SeveralPeopleAndHolesInReadingOrder) {
     const auto ring = disc(150, 140, 70), hole = disc(150, 140, 30), other = disc(380, 160, 60);
-    const auto speck = disc(300, 20, 1.2);
+    const auto speck = disc(300, 20, 1.9);
     const QVOutlineSet outlines = outlinesOf(maskOf(512, 288,
                                                     [&](double x, double y) {
                                                         return ring(x, y) - hole(x, y) + other(x, y) +

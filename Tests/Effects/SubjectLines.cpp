@@ -125,12 +125,14 @@ TEST(SubjectLines, NeonIsCountedInTheMasksPixels) {
 TEST(SubjectLines, OnlyTheBoxAroundALineIsDrawn) {
     const auto effect = effectOver("QVAIImaginaryFilter", discMask(512, 288, 120, 100, 40), 1920, 1080);
     const MTIImage output = effect->outputImage();
+    std::vector<const BitmapSource*> drawn;
     for (const ImageNode* node : evaluationOrder(output)) {
         const auto* source = std::get_if<BitmapSource>(&node->operation);
-        if (!source || source->bitmap.width == 1920) continue;  // the frame
-        EXPECT_NEAR(source->bitmap.width, 3.75 * 2 * (40 + 0.64 * 4) + 15, 8);
-        EXPECT_EQ(source->bitmap.width, source->bitmap.height);
+        if (source && node != effect->inputImage().node().get()) drawn.push_back(source);
     }
+    ASSERT_EQ(drawn.size(), 1u);
+    EXPECT_NEAR(drawn[0]->bitmap.width, 3.75 * 2 * (40 + 0.64 * 4) + 15, 8);
+    EXPECT_EQ(drawn[0]->bitmap.width, drawn[0]->bitmap.height);
 }
 
 TEST(SubjectLines, FollowTheExtraTransform) {
