@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
+#include <exception>
 
 #include <opencv2/imgproc.hpp>
 

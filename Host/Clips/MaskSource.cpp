@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "Host/Clips/Clip.h"
 #include "Host/Clips/PictureFile.h"

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstring>
 #include <initializer_list>
+#include <new>
 #include <numeric>
 #include <utility>
 

@@ -1,6 +1,7 @@
 #include "QVFilterExtension/MTIFilters/AIEffect/AIEffectFilter/QVAIHSVColorLineFilter.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace qv {
 
