@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "QVFilterExtension/MTIFilters/Transition/Film/FilmFitting.h"
+#include "QVFilterExtension/MTIFilters/Transition/Film/FilmTiming.h"
 #include "QVFilterExtension/Private/QVAssetCache.h"
 
 namespace qv {

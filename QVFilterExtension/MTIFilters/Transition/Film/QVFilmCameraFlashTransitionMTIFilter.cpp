@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "QVFilterExtension/MTIFilters/Transition/Film/FilmFitting.h"
+#include "QVFilterExtension/MTIFilters/Transition/Film/FilmTiming.h"
+#include "QVFilterExtension/Private/FittedImage.h"
 #include "QVFilterExtension/Private/QVAssetCache.h"
 
 namespace qv {

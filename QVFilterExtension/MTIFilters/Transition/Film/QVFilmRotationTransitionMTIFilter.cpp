@@ -4,7 +4,8 @@
 #include <cmath>
 #include <numbers>
 
-#include "QVFilterExtension/MTIFilters/Transition/Film/FilmFitting.h"
+#include "QVFilterExtension/MTIFilters/Transition/Film/FilmTiming.h"
+#include "QVFilterExtension/Private/FittedImage.h"
 #include "QVFilterExtension/Private/QVAssetCache.h"
 
 namespace qv {

@@ -5,7 +5,8 @@
 #include <numbers>
 
 #include "Platform/Foundation/Random.h"
-#include "QVFilterExtension/MTIFilters/Transition/Film/FilmFitting.h"
+#include "QVFilterExtension/MTIFilters/Transition/Film/FilmTiming.h"
+#include "QVFilterExtension/Private/FittedImage.h"
 #include "QVFilterExtension/Private/QVAssetCache.h"
 
 namespace qv {

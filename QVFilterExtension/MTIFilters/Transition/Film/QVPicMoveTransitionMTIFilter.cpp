@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "QVFilterExtension/MTIFilters/Transition/Film/FilmFitting.h"
+#include "QVFilterExtension/MTIFilters/Transition/Film/FilmTiming.h"
+
 
 namespace qv {
 

@@ -1,4 +1,4 @@
-#include "QVFilterExtension/MTIFilters/Transition/Film/FilmFitting.h"
+#include "QVFilterExtension/Private/FittedImage.h"
 
 #include <algorithm>
 #include <cmath>

@@ -26,10 +26,4 @@ struct FilmGauge {
 /// adjoin, and each band takes up at most 0.2 of the frame.
 UIImage fittedFilm(const UIImage& film, CGSize size, const FilmGauge& gauge);
 
-/// How far `progress` has come from one moment to another, 0..1.
-inline float wayBetween(double progress, double from, double to) {
-    const double way = (progress - from) / (to - from);
-    return float(way < 0 ? 0 : way > 1 ? 1 : way);
-}
-
 }  // namespace qv
