@@ -207,7 +207,7 @@ int main(int argc, char** argv) {
         {"paper02_print.png", print(false, 41)},
         {"paper02_print_V.png", print(true, 43)},
         {"paper02_tape.png", tape()},
-        {"paper03_edgeButtom.png", edge.underPhoto()},
+        {"paper03_edgeRim.png", edge.rim()},
         {"paper03_edgeSize.png", edge.face()},
         {"paper03_kraft.png", TornPaper(topEdge(66, PaperStock::kraft)).blank()},
         {"paper04_page.jpg", page(kPageSide, {0.42f, 0.53f, 0.56f}, 91)},
@@ -219,7 +219,7 @@ int main(int argc, char** argv) {
         {"paper05_largeHole.png", largeHole.opening()},
         {"paper05_largeRim.png", largeHole.rim()},
         {"paper06_page.jpg", page(kPageSide, {0.66f, 0.53f, 0.39f}, 95)},
-        {"paper07_scrapButtom.png", scrap.underPhoto()},
+        {"paper07_scrapRim.png", scrap.rim()},
         {"paper07_scrapSize.png", scrap.face()},
     };
     for (const auto& [name, picture] : files) {

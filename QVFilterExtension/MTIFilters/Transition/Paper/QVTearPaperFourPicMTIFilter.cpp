@@ -1,6 +1,9 @@
 #include "QVFilterExtension/MTIFilters/Transition/Paper/QVTearPaperFourPicMTIFilter.h"
 
-#include <algorithm>
+#include <array>
+#include <cmath>
+#include <numbers>
+#include <string>
 
 namespace qv {
 
@@ -13,6 +16,33 @@ const QVFilterClass QVTearPaperFourPicMTIFilterClass{
     .factory = makeFilter<QVTearPaperFourPicMTIFilter>,
 };
 
+PaperPose QVTearPaperFourPicMTIFilter::printPose(std::size_t index, std::size_t phase) const {
+    if (phase < kFirst + index) return {};
+    PaperPose pose = kPrints[index].pose;
+    if (phase == kFirst + index) pose.scale *= kThrown, pose.angle *= -1.5;
+    return pose;
+}
+
+MTIParameters QVTearPaperFourPicMTIFilter::parameters() const {
+    const std::size_t phase = phaseOf(kBegins);
+    std::array<float, 4> incoming{}, grey{};
+    MTIParameters uniforms;
+    for (std::size_t i = 0; i < std::size(kPrints); ++i) {
+        incoming[i] = kPrints[i].incoming, grey[i] = kPrints[i].grey;
+        const PaperPose pose = printPose(i, phase);
+        const double angle = pose.angle / 180 * std::numbers::pi;
+        // Before it comes it lies beside the frame.
+        uniforms.set("print" + std::to_string(i + 1),
+                     pose.scale == 0 ? MTIVector{9, 9, 1, 0}
+                                     : MTIVector{float(0.5 + pose.x), float(0.5 - pose.y),
+                                                 float(std::cos(angle) / pose.scale),
+                                                 float(std::sin(angle) / pose.scale)});
+    }
+    uniforms.set("incoming", MTIVector(incoming));
+    uniforms.set("grey", MTIVector(grey));
+    return uniforms;
+}
+
 MTIImage QVTearPaperFourPicMTIFilter::outputImage() {
     if (!inputImage1() || !inputImage2()) return {};
     const std::size_t phase = phaseOf(kBegins);
@@ -23,26 +53,15 @@ MTIImage QVTearPaperFourPicMTIFilter::outputImage() {
     if (phase <= std::size(kPage))
         return laid(inputImage1(), card.imageByApplyingTransform(placed(kPage[phase - 1])));
 
-    MTIImage album = card;
     std::vector<SpiritParam> scraps;
-    const std::size_t count = phase < kFirst ? 0 : std::min(phase - kFirst + 1, std::size(kPrints));
-    for (std::size_t i = 0; i < count; ++i) {
-        const Print& print = kPrints[i];
-        PaperPose pose = print.pose;
-        const bool comes = phase == kFirst + i;
-        if (comes) pose.scale *= kThrown, pose.angle *= -1.5;
-        MTIImage clip =
-            (print.incoming ? incoming() : inputImage1()).imageByApplyingTransform(placed(pose));
-        if (print.grey) {
-            greyFilter_.setInputImage(clip);
-            greyFilter_.setStrength(1);
-            clip = greyFilter_.outputImage();
-        }
-        album = laid(album, clip);
+    for (std::size_t i = 0; i < std::size(kPrints); ++i) {
+        const PaperPose pose = printPose(i, phase);
+        if (pose.scale == 0) break;
         scraps.push_back(framing("paper02_print", pose));
-        if (!comes) scraps.push_back(scrap("paper02_tape.png", fixedTo(pose, kTape)));
+        if (phase > kFirst + i) scraps.push_back(scrap("paper02_tape.png", fixedTo(pose, kTape)));
     }
-    album = decorated(album, std::move(scraps));
+    const MTIImage album =
+        decorated(applyKernel({inputImage1(), inputImage2(), card}, parameters()), std::move(scraps));
     if (phase < kTorn) return album;
     const auto& [top, bottom] = kTears[phase - kTorn];
     divisionFilter_.setInputImage1(incoming());

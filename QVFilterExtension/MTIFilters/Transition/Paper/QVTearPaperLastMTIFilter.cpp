@@ -29,12 +29,11 @@ MTIImage QVTearPaperLastMTIFilter::outputImage() {
 
     // The handful shows what was printed where it came from.
     const double closer = rip.to.scale / rip.from.scale;
-    PaperPose print = fixedTo({closer, rip.to.x, rip.to.y, rip.to.angle}, {1, -rip.from.x, -rip.from.y});
-    PaperPose scrap = rip.to;
-    scrap.scale *= enlargement();
-    const MTIImage paperBelow =
-        paper("paper07_scrapButtom.png").imageByApplyingTransform(placed(scrap));
-    return laid(laid(poster, paperBelow), cut(inputImage1(), print, paper("paper07_scrapSize.png"), scrap));
+    const PaperPose print = fixedTo({closer, rip.to.x, rip.to.y, rip.to.angle}, {1, -rip.from.x, -rip.from.y});
+    PaperPose shape = rip.to;
+    shape.scale *= enlargement();
+    return decorated(laid(poster, cut(inputImage1(), print, paper("paper07_scrapSize.png"), shape)),
+                     {scrap("paper07_scrapRim.png", rip.to)});
 }
 
 }  // namespace qv

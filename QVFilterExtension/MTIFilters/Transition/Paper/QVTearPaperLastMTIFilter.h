@@ -17,7 +17,7 @@ class QVTearPaperLastMTIFilter : public TearPaperCollage {
     explicit QVTearPaperLastMTIFilter(const QVFilterClass& filterClass = QVTearPaperLastMTIFilterClass)
         : TearPaperCollage(filterClass) {}
 
-    static constexpr int kBegins[] = {20, 29, 38, 50, 59, 71, 80, 92, 101, 113, 122, 131, 142};  ///< 180ths
+    static constexpr int kBegins[] = {15, 26, 37, 51, 62, 76, 87, 102, 113, 127, 138, 149, 162};  ///< 180ths
     struct Rip {
         double top, bottom;  ///< where the tear crosses the frame's upper and lower side, widths from the left
         PaperPose from, to;  ///< the handful, "paper07_scrap…", before it was torn off, and where it is now

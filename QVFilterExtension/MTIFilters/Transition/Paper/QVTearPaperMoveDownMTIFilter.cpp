@@ -1,5 +1,7 @@
 #include "QVFilterExtension/MTIFilters/Transition/Paper/QVTearPaperMoveDownMTIFilter.h"
 
+#include <cmath>
+
 #include "Platform/Drawing/BitmapCanvas.h"
 
 namespace qv {
@@ -20,8 +22,8 @@ const QVFilterClass QVTearPaperMoveDownMTIFilterClass{
     .factory = makeFilter<QVTearPaperMoveDownMTIFilter>,
 };
 
-MTIImage QVTearPaperMoveDownMTIFilter::sheet(const std::string& fileName) const {
-    return fitted(fileName, [this](const UIImage& edge, CGSize frame) {
+MTIImage QVTearPaperMoveDownMTIFilter::posterShape() const {
+    return fitted("paper03_edgeSize.png", [this](const UIImage& edge, CGSize frame) {
         const double width = edge.size().width * frame.width / 1920 * enlargement(),
                      scale = width / edge.size().width;
         const double top = (0.5 - kTear) * frame.height - kTearInAsset * scale;
@@ -42,13 +44,14 @@ MTIImage QVTearPaperMoveDownMTIFilter::outputImage() {
     const Slide& slide = kSlides[phase - 1];
     const double left = 1 - double(phase) / double(std::size(kBegins));
     MTIImage wall = incoming().imageByApplyingTransform(placed({1 + (kCloser - 1) * left}));
-    // From the asset's middle to its tear.
-    const double toTear = (kAssetHeight / 2 - kTearInAsset) * enlargement() / 1920 * double(ratio());
-    wall = decorated(wall, {scrap("paper03_kraft.png",
-                                  {1, 0, kTear * kTilted - slide.wrap - toTear, slide.wrapAngle})});
-    const PaperPose pose{kTilted, 0, -slide.sheet, slide.sheetAngle};
-    wall = laid(wall, sheet("paper03_edgeButtom.png").imageByApplyingTransform(placed(pose)));
-    return laid(wall, cut(inputImage1(), pose, sheet("paper03_edgeSize.png"), pose));
+    // The middle of an edge's asset, on a sheet.
+    const double belowTear = (kAssetHeight / 2 - kTearInAsset) * enlargement() / 1920 * double(ratio());
+    const PaperPose edge{1, 0, kTear - belowTear};
+    const PaperPose poster{kTilted, 0, -slide.sheet, slide.sheetAngle},
+        wrap{kTilted, 0, -slide.wrap, slide.wrapAngle};
+    wall = decorated(wall, {scrap("paper03_kraft.png", fixedTo(wrap, edge))});
+    return decorated(laid(wall, cut(inputImage1(), poster, posterShape(), poster)),
+                     {scrap("paper03_edgeRim.png", fixedTo(poster, edge))});
 }
 
 }  // namespace qv

@@ -19,7 +19,7 @@ class QVTearPaperMoveDownMTIFilter : public TearPaperCollage {
         const QVFilterClass& filterClass = QVTearPaperMoveDownMTIFilterClass)
         : TearPaperCollage(filterClass) {}
 
-    static constexpr int kBegins[] = {20, 29, 38, 47, 58, 67, 78, 89, 100, 111, 122, 136};  ///< 180ths
+    static constexpr int kBegins[] = {15, 26, 38, 49, 63, 75, 88, 102, 116, 130, 144, 162};  ///< 180ths
     struct Slide {
         double sheet, sheetAngle;  ///< of the poster: fractions of the frame's height down, degrees
         double wrap, wrapAngle;    ///< of the wrapping paper
@@ -34,8 +34,8 @@ class QVTearPaperMoveDownMTIFilter : public TearPaperCollage {
     MTIImage outputImage() override;
 
   private:
-    /// An edge, as wide as the frame and more, at `kTear`, and white below it.
-    MTIImage sheet(const std::string& fileName) const;
+    /// "paper03_edgeSize.png", as wide as the frame and more, with its tear at `kTear`, and white below it.
+    MTIImage posterShape() const;
 };
 
 }  // namespace qv

@@ -17,7 +17,7 @@ class QVTearPaperMoveRightMTIFilter : public TearPaperCollage {
         const QVFilterClass& filterClass = QVTearPaperMoveRightMTIFilterClass)
         : TearPaperCollage(filterClass) {}
 
-    static constexpr int kBegins[] = {20, 29, 38, 47, 60, 69, 84, 93, 102, 111, 126, 135, 146};  ///< 180ths
+    static constexpr int kBegins[] = {15, 26, 36, 46, 62, 72, 90, 100, 111, 121, 139, 149, 162};  ///< 180ths
     /// The stamps, "paper04_stamp.png": scale of their clips. The outgoing one first.
     static constexpr PaperPose kStamps[][2] = {{{0.94, 0, 0, 0}, {}},
                                                {{0.78, 0, 0, -2}, {}},
@@ -34,7 +34,7 @@ class QVTearPaperMoveRightMTIFilter : public TearPaperCollage {
     /// The postmark, "paper04_postmark.png", on the outgoing stamp from phase `kMarked` on; for a phase it is seen
     /// before it hits the paper, `kMarkLifted` times as large.
     static constexpr std::size_t kMarked = 5;
-    static constexpr PaperPose kPostmark{1.5, 0.2, -0.16, 12};
+    static constexpr PaperPose kPostmark{1.35, 0.36, -0.27, 11};
     static constexpr double kMarkLifted = 1.7;
 
     MTIImage outputImage() override;

@@ -17,24 +17,24 @@ class QVTearPaperSecondMTIFilter : public TearPaperCollage {
     explicit QVTearPaperSecondMTIFilter(const QVFilterClass& filterClass = QVTearPaperSecondMTIFilterClass)
         : TearPaperCollage(filterClass) {}
 
-    static constexpr int kBegins[] = {22, 31, 40, 52, 61, 70, 84, 96, 112, 124, 136, 148};  ///< 180ths
+    static constexpr int kBegins[] = {15, 26, 36, 50, 60, 71, 87, 101, 120, 134, 148, 162};  ///< 180ths
     static constexpr double kGrowth = 0.012;
     /// The sheet, "paper02_note.png".
     static constexpr PaperPose kNote[] = {
-        {1, -0.06, -0.8, -9}, {1, 0.03, -0.36, 6},  {1, 0, -0.02, -4},  {1, 0, -0.02, -4},
-        {1, 0, -0.02, -4},    {1, 0, -0.02, -4.5},  {1, 0, -0.02, -4},  {1, 0, -0.02, -4},
-        {1, -0.02, -0.3, -2}, {1, -0.05, -0.75, 3}, {1, -0.05, -1.4, 5}};
+        {1.2, -0.06, -0.8, -9}, {1.2, 0.03, -0.36, 6},  {1.2, 0, -0.02, -4},  {1.2, 0, -0.02, -4},
+        {1.2, 0, -0.02, -4},    {1.2, 0, -0.02, -4.5},  {1.2, 0, -0.02, -4},  {1.2, 0, -0.02, -4},
+        {1.2, -0.02, -0.3, -2}, {1.2, -0.05, -0.75, 3}, {1.2, -0.05, -1.4, 5}};
     /// The print, "paper02_print.png": scale of the incoming clip.
     static constexpr PaperPose kPrint[] = {{},
                                            {},
                                            {},
                                            {1.02, 0.1, 0.13, 14},
-                                           {0.7, 0.02, 0.03, 7},
-                                           {0.6, 0, 0, -3},
-                                           {0.6, 0, 0, -3},
-                                           {0.6, 0.004, 0.002, -2.6},
-                                           {0.68, 0, 0.01, -1.5},
-                                           {0.8, 0, 0, 1.5},
+                                           {0.62, 0.02, 0.03, 7},
+                                           {0.51, 0, 0, -3},
+                                           {0.51, 0, 0, -3},
+                                           {0.51, 0.004, 0.002, -2.6},
+                                           {0.6, 0, 0.01, -1.5},
+                                           {0.76, 0, 0, 1.5},
                                            {0.94, 0, 0, -0.8}};
     struct Tape {
         std::size_t phase;  ///< from which on it lies there

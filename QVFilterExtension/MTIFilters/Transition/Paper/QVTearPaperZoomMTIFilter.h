@@ -18,7 +18,7 @@ class QVTearPaperZoomMTIFilter : public TearPaperCollage {
     explicit QVTearPaperZoomMTIFilter(const QVFilterClass& filterClass = QVTearPaperZoomMTIFilterClass)
         : TearPaperCollage(filterClass) {}
 
-    static constexpr int kBegins[] = {20, 29, 38, 50, 59, 68, 80, 90, 100, 110, 122, 136};  ///< 180ths
+    static constexpr int kBegins[] = {15, 26, 38, 53, 64, 76, 91, 104, 116, 129, 144, 162};  ///< 180ths
     static constexpr PaperPose kHole[] = {
         {0.34, 0.06, 0.04, 10}, {0.62, 0.04, 0.02, -6},  {0.58, 0.04, 0.02, -4}, {1.0, 0, 0, 4},
         {0.66, 0, 0, -3},       {0.84, -0.02, 0.01, 2},  {0.81, -0.02, 0.01, 3}, {1.12, 0, 0, -2},

@@ -45,7 +45,7 @@ class TornPaper {
     Bitmap framing(int windowWidth, int windowHeight) const;
     /// White where the sheet has a hole.
     Bitmap opening() const;
-    /// What is seen of a hole's sheet: its lip, and the shadow that it throws into the hole.
+    /// What is seen of a sheet around its face: its lip, and the shadow that it throws, in a hole into it.
     Bitmap rim() const;
 
   private:
