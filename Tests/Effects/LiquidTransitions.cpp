@@ -198,6 +198,8 @@ TEST(LiquidTransitions, FlipMirrorAndKaleidoscopeShowTheRightPlaces) {
     // Sixteen mirrors: the same seen upside down, left to right and along the diagonal.
     const auto kaleidoscope = transition("QVKaleidoscopeRotateFilter", 0.3f);
     kaleidoscope->setInputImage1(sceneImage(48, 48));
+    // A whole turn of the picture, a quarter of one of the mirrors.
+    ASSERT_TRUE(setProperty(*kaleidoscope, "rotateAngle", 2 * std::numbers::pi, &error)) << error;
     const Picture star = render(kaleidoscope->outputImage());
     EXPECT_TRUE(matchesPixels(star, 0.02, [&](int x, int y) { return star.at(x, 47 - y); }));
     EXPECT_TRUE(matchesPixels(star, 0.02, [&](int x, int y) { return star.at(47 - x, y); }));
