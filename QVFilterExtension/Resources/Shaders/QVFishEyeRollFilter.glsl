@@ -17,6 +17,6 @@ vec4 QVFishEyeRollFilter(vec2 uv) {
     float swell = swellOf(progress);
     float scale = 1.0 + swell * (0.9 * far * far - 0.4);
     float fringe = 0.05 * swell * far;
-    return partedColors(nearestAt(0.5 + away * (scale - fringe)), sourceAt(0.5 + away * scale),
-                        nearestAt(0.5 + away * (scale + fringe)));
+    vec2 place = 0.5 + away * scale;
+    return partedColors(nearestAt(place - away * fringe), sourceAt(place), nearestAt(place + away * fringe));
 }
