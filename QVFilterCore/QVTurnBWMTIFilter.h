@@ -15,8 +15,8 @@ class QVTurnBWMTIFilter : public QVMTIOneInputFilter {
     /// 0 returns the input itself, 1 is fully grey.
     float strength() const { return strength_; }
     void setStrength(float strength) { strength_ = strength; }
-    /// How much of the way from the luma, 0, to a print in black ink, 1: a grey of 0.16 or less is black then, 0.7
-    /// or more is white.
+    /// How much of the way from the luma, 0, to a print in black ink, 1: a grey of 0.16 or less is black
+    /// then, 0.7 or more is white.
     float contrast() const { return contrast_; }
     void setContrast(float contrast) { contrast_ = contrast; }
 

@@ -27,7 +27,8 @@ std::vector<Span> spansByCuts(double length, double wanted, double factor, const
     std::vector<Span> spans;
     double from = 0, to = 0;
     for (std::size_t i = 0; i < ends.size(); ++i) {
-        const double toEnd = i + 1 == ends.size() ? wanted : to + (ends[i] - from) * (i % 2 ? stretch : factor);
+        const double toEnd =
+            i + 1 == ends.size() ? wanted : to + (ends[i] - from) * (i % 2 ? stretch : factor);
         spans.push_back({from, ends[i], to, toEnd});
         from = ends[i], to = toEnd;
     }
@@ -40,8 +41,8 @@ std::vector<Span> spansByPitch(double length, double wanted, double pitch, int p
     std::vector<Span> spans;
     for (int i = 0; i < perforations; ++i) {
         const int index = i == 0 ? 0 : i + 1 == perforations ? own - 1 : 1 + (i - 1) % (own - 2);
-        spans.push_back({index * pitch, (index + 1) * pitch, i * wanted / perforations,
-                         (i + 1) * wanted / perforations});
+        spans.push_back(
+            {index * pitch, (index + 1) * pitch, i * wanted / perforations, (i + 1) * wanted / perforations});
     }
     return spans;
 }

@@ -10,8 +10,8 @@ namespace qv {
 /// stretched or left out, the third keeps its shape, and so on.
 using FittingCuts = std::vector<double>;
 
-/// A picture redrawn to `size` points, `factor` times as large; the parts that may be stretched take up what is
-/// left. Without cuts a side is scaled as a whole.
+/// A picture redrawn to `size` points, `factor` times as large; the parts that may be stretched take up what
+/// is left. Without cuts a side is scaled as a whole.
 UIImage fittedByCuts(const UIImage& image, CGSize size, double factor, const FittingCuts& xCuts,
                      const FittingCuts& yCuts);
 
@@ -22,8 +22,8 @@ struct FilmGauge {
     bool runsDown;  ///< else across
 };
 
-/// A film's frame for any frame of the clip. A whole number of perforations goes into the frame, so that copies
-/// adjoin, and each band takes up at most 0.2 of the frame.
+/// A film's frame for any frame of the clip. A whole number of perforations goes into the frame, so that
+/// copies adjoin, and each band takes up at most 0.2 of the frame.
 UIImage fittedFilm(const UIImage& film, CGSize size, const FilmGauge& gauge);
 
 }  // namespace qv

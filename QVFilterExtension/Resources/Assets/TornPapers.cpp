@@ -225,8 +225,8 @@ int main(int argc, char** argv) {
     for (const auto& [name, picture] : files) {
         const std::string path = fmt::format("{}/{}", argv[1], name);
         std::string error;
-        const bool written = path.ends_with(".jpg") ? writeJPEG(picture, path, 90, &error)
-                                                    : writePNG(picture, path, &error);
+        const bool written =
+            path.ends_with(".jpg") ? writeJPEG(picture, path, 90, &error) : writePNG(picture, path, &error);
         if (!written) {
             fmt::print(stderr, "draw_TornPapers: {}: {}\n", name, error);
             return 1;

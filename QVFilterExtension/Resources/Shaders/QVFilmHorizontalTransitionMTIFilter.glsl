@@ -30,7 +30,7 @@ vec4 QVFilmHorizontalTransitionMTIFilter(vec2 uv) {
 
     // The table's light, and the shadow of the strip on its glass.
     float beyond = max(-place.y, place.y - 1.0);
-    float shade = max(1.0 - beyond * 16.0, 0.0);
+    float shade = clamp(1.0 - beyond * 16.0, 0.0, 1.0);
     vec2 r = (uv - 0.5) * 2.0;
     vec3 table = vec3(0.985, 0.975, 0.945) * (1.0 - 0.16 * dot(r, r)) * (1.0 - 0.5 * shade * shade);
     return mix(vec4(table, 1.0), color, clamp(0.5 - beyond * size.y * grow, 0.0, 1.0));

@@ -6,8 +6,8 @@ namespace qv {
 
 extern const QVFilterClass QVBWDissolveTransitionMTIFilterClass;
 
-/// The incoming clip comes in as a grey picture of high contrast, where it is darker than the outgoing one, like a
-/// print in black ink over it; in the last three tenths the outgoing clip goes and the colour comes.
+/// The incoming clip comes in as a grey picture of high contrast, where it is darker than the outgoing one,
+/// like a print in black ink over it; in the last three tenths the outgoing clip goes and the colour comes.
 class QVBWDissolveTransitionMTIFilter : public QVTransitionMTIFilter {
   public:
     explicit QVBWDissolveTransitionMTIFilter(

@@ -33,7 +33,9 @@ MTIParameters QVFilmBlackFlashTransitionMTIFilter::parameters() const {
             {"incoming", letter == 'b' || letter == 'B' ? 1.0f : 0.0f},
             {"slipped", slipped ? kSlip : 0.0f},
             {"cue", letter == 'c' ? 1.0f : 0.0f},
-            {"leader", letter == 'X' ? 2.0f : letter == 'x' ? 1.0f : 0.0f}};
+            {"leader", letter == 'X'   ? 2.0f
+                       : letter == 'x' ? 1.0f
+                                       : 0.0f}};
 }
 
 }  // namespace qv

@@ -8,12 +8,12 @@ namespace qv {
 
 extern const QVFilterClass QVFilmBlackFlashTransitionMTIFilterClass;
 
-/// A reel that ends: cue dots in the corner, then black leader flashes between the frames, scratched and punched,
-/// and the next reel begins with frames among the leader.
+/// A reel that ends: cue dots in the corner, then black leader flashes between the frames, scratched and
+/// punched, and the next reel begins with frames among the leader.
 ///
-/// What is seen stands in `kReel`, one letter for each of equal parts of progress. Leader is nearly black, with
-/// grain, specks, three scratches that change 24 times over the transition, and a punched hole that lets the lamp
-/// through.
+/// What is seen stands in `kReel`, one letter for each of equal parts of progress. Leader is nearly black,
+/// with grain, specks, three scratches that change 24 times over the transition, and a punched hole that lets
+/// the lamp through.
 class QVFilmBlackFlashTransitionMTIFilter : public QVTransitionMTIFilter {
   public:
     explicit QVFilmBlackFlashTransitionMTIFilter(

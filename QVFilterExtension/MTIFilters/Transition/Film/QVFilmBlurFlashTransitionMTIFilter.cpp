@@ -36,10 +36,9 @@ const QVFilterClass QVFilmBlurFlashTransitionMTIFilterClass{
 MTIImage QVFilmBlurFlashTransitionMTIFilter::frameImage() const {
     const CGSize frame = inputImage1().size();
     const double side = std::min(frame.width, frame.height);
-    return assets().fittedImage("transitions_flim_lens3.png", CGSize{side, side},
-                                [](const UIImage& lens, CGSize shorter) {
-                                    return scale(lens, shorter.width / kReferenceSide);
-                                });
+    return assets().fittedImage(
+        "transitions_flim_lens3.png", CGSize{side, side},
+        [](const UIImage& lens, CGSize shorter) { return scale(lens, shorter.width / kReferenceSide); });
 }
 
 MTIParameters QVFilmBlurFlashTransitionMTIFilter::parameters() const {

@@ -7,12 +7,13 @@ namespace qv {
 
 extern const QVFilterClass QVFilmBlurFlashTransitionMTIFilterClass;
 
-/// Through the lens: its barrel closes in and turns, the outgoing clip goes out of focus and blooms into light;
-/// out of the light comes the incoming clip, into focus, and the barrel opens.
+/// Through the lens: its barrel closes in and turns, the outgoing clip goes out of focus and blooms into
+/// light; out of the light comes the incoming clip, into focus, and the barrel opens.
 ///
-/// All is symmetric about progress 0.5, where the clips change. The barrel comes from `kWideOpening` times its
-/// size between 0 and 0.3 and turns by `kTurn` in all. The blur's standard deviation reaches `kBlur` (1/1080 of the
-/// shorter side), with the square of the way to the middle from 0.1 on; the exposure reaches `kStops` with its fourth power.
+/// All is symmetric about progress 0.5, where the clips change. The barrel comes from `kWideOpening` times
+/// its size between 0 and 0.3 and turns by `kTurn` in all. The blur's standard deviation reaches `kBlur`
+/// (1/1080 of the shorter side), with the square of the way to the middle from 0.1 on; the exposure reaches
+/// `kStops` with its fourth power.
 class QVFilmBlurFlashTransitionMTIFilter : public QVTransitionMTIFilter {
   public:
     explicit QVFilmBlurFlashTransitionMTIFilter(

@@ -22,7 +22,8 @@ double finderScale(CGSize frame) {
     return std::min(frame.width / 1920, frame.height / 1080);
 }
 
-/// Only empty places are stretched: the brackets in the middle and the figures in the corners keep their shape.
+/// Only empty places are stretched: the brackets in the middle and the figures in the corners keep their
+/// shape.
 UIImage fittedFrame(const UIImage& finder, CGSize size) {
     return fittedByCuts(finder, size, finderScale(size), {520, 660, 1260, 1400}, {260, 370, 710, 820});
 }

@@ -13,9 +13,9 @@ extern const QVFilterClass QVFilmCameraFlashTransitionMTIFilterClass;
 /// outgoing clip and then of the incoming one, each creeping closer; after the third the viewfinder shows the
 /// incoming clip and goes.
 ///
-/// The viewfinder comes between progress 0 and 0.12 and goes from 0.82 to 0.98. A flash adds `kStops` of exposure
-/// that fall off over `kGlow` of progress, with their square, and a veil of light from the middle. In the gate
-/// the picture grows from `kZoomFrom` to `kZoomTo`.
+/// The viewfinder comes between progress 0 and 0.12 and goes from 0.82 to 0.98. A flash adds `kStops` of
+/// exposure that fall off over `kGlow` of progress, with their square, and a veil of light from the middle.
+/// In the gate the picture grows from `kZoomFrom` to `kZoomTo`.
 class QVFilmCameraFlashTransitionMTIFilter : public QVTransitionMTIFilter {
   public:
     explicit QVFilmCameraFlashTransitionMTIFilter(

@@ -33,13 +33,14 @@ const QVFilterClass QVFilmHorizontalTransitionMTIFilterClass{
 };
 
 MTIImage QVFilmHorizontalTransitionMTIFilter::frameImage() const {
-    return assets().fittedImage("transitions_flim_02_word.png", inputImage1().size(),
-                                [](const UIImage& film, CGSize size) { return fittedFilm(film, size, kGauge); });
+    return assets().fittedImage(
+        "transitions_flim_02_word.png", inputImage1().size(),
+        [](const UIImage& film, CGSize size) { return fittedFilm(film, size, kGauge); });
 }
 
 float QVFilmHorizontalTransitionMTIFilter::travel() const {
     const float pull = easeInOutCubic(wayBetween(progress(), 0.28, 0.66));
-    const float over = progress() < 0.7f ? 0.02f * wayBetween(progress(), 0.6, 0.66)
+    const float over = progress() < 0.7f    ? 0.02f * wayBetween(progress(), 0.6, 0.66)
                        : progress() < 0.74f ? -0.01f
                                             : 0.0f;
     return pull * kFrames + over;
@@ -59,8 +60,8 @@ MTIParameters QVFilmHorizontalTransitionMTIFilter::parameters() const {
 
 MTIImage QVFilmHorizontalTransitionMTIFilter::outputImage() {
     if (!inputImage1() || !inputImage2()) return {};
-    const MTIImage strip = applyKernel(
-        {inputImage1(), inputImage2().resize(inputImage1().size()), frameImage()}, parameters());
+    const MTIImage strip =
+        applyKernel({inputImage1(), inputImage2().resize(inputImage1().size()), frameImage()}, parameters());
     if (!isFast(progress())) return strip;
     blurMTIFilter_.setInputImage1(strip);
     blurMTIFilter_.setInputImage2(strip);

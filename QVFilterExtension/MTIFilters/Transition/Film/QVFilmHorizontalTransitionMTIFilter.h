@@ -7,12 +7,13 @@ namespace qv {
 extern const QVFilterClass QVFilmHorizontalTransitionMTIFilterClass;
 
 /// A strip of still film on a light table. The view draws back until the frame lies in its film, the strip is
-/// pulled to the left by a hand, past frames of both clips, rests at the incoming one, and the view closes in.
+/// pulled to the left by a hand, past frames of both clips, rests at the incoming one, and the view closes
+/// in.
 ///
-/// The view draws back from progress 0 to 0.3, to `kFarScale` and a lean of `kLean`, while the film around the
-/// frame comes in from `kWideOpening` times its size; from 0.7 to 1 it closes in the same way. The strip goes
-/// `kFrames` frames from 0.28 to 0.66, smeared by the box blur at `kSmear` from 0.36 to 0.58, and settles by
-/// 0.02 and −0.01 of a frame up to 0.7 and 0.74.
+/// The view draws back from progress 0 to 0.3, to `kFarScale` and a lean of `kLean`, while the film around
+/// the frame comes in from `kWideOpening` times its size; from 0.7 to 1 it closes in the same way. The strip
+/// goes `kFrames` frames from 0.28 to 0.66, smeared by the box blur at `kSmear` from 0.36 to 0.58, and
+/// settles by 0.02 and −0.01 of a frame up to 0.7 and 0.74.
 class QVFilmHorizontalTransitionMTIFilter : public QVTransitionMTIFilter {
   public:
     explicit QVFilmHorizontalTransitionMTIFilter(
@@ -30,8 +31,8 @@ class QVFilmHorizontalTransitionMTIFilter : public QVTransitionMTIFilter {
 
     /// How many frames have been pulled through.
     float travel() const;
-    /// "travel", "grow" (scale of the strip), "turn" (cosine and sine of its lean), "opening", "cover" (of the
-    /// film, 0..1), "fast" (whether it will be smeared).
+    /// "travel", "grow" (scale of the strip), "turn" (cosine and sine of its lean), "opening", "cover" (of
+    /// the film, 0..1), "fast" (whether it will be smeared).
     MTIParameters parameters() const override;
     MTIImage outputImage() override;
 

@@ -71,8 +71,8 @@ MTIParameters QVFilmRotationTransitionMTIFilter::parameters() const {
 
 MTIImage QVFilmRotationTransitionMTIFilter::outputImage() {
     if (!inputImage1() || !inputImage2()) return {};
-    const MTIImage wall = applyKernel(
-        {inputImage1(), inputImage2().resize(inputImage1().size()), frameImage()}, parameters());
+    const MTIImage wall =
+        applyKernel({inputImage1(), inputImage2().resize(inputImage1().size()), frameImage()}, parameters());
     if (!isFast(progress())) return wall;
     rotationBlurFilter_.setInputImage1(wall);
     rotationBlurFilter_.setBlurFilterValue(smearAt(progress()));

@@ -37,8 +37,9 @@ const QVFilterClass QVFilmVerticalTransitionMTIFilterClass{
 };
 
 MTIImage QVFilmVerticalTransitionMTIFilter::frameImage() const {
-    return assets().fittedImage("transitions_film_frame_01.png", inputImage1().size(),
-                                [](const UIImage& film, CGSize size) { return fittedFilm(film, size, kGauge); });
+    return assets().fittedImage(
+        "transitions_film_frame_01.png", inputImage1().size(),
+        [](const UIImage& film, CGSize size) { return fittedFilm(film, size, kGauge); });
 }
 
 float QVFilmVerticalTransitionMTIFilter::travel() const {
@@ -69,8 +70,8 @@ MTIParameters QVFilmVerticalTransitionMTIFilter::parameters() const {
 
 MTIImage QVFilmVerticalTransitionMTIFilter::outputImage() {
     if (!inputImage1() || !inputImage2()) return {};
-    const MTIImage film = applyKernel(
-        {inputImage1(), inputImage2().resize(inputImage1().size()), frameImage()}, parameters());
+    const MTIImage film =
+        applyKernel({inputImage1(), inputImage2().resize(inputImage1().size()), frameImage()}, parameters());
     const float run = runAt(progress());
     // The slope of the ease, 1 in the middle.
     const float speed = 4 * std::min(run, 1 - run) * std::min(run, 1 - run);

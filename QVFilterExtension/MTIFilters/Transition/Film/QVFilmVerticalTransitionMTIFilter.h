@@ -6,13 +6,14 @@ namespace qv {
 
 extern const QVFilterClass QVFilmVerticalTransitionMTIFilterClass;
 
-/// A cine projector that loses its loop: the film slips down a part of a frame and is caught, again and farther,
-/// then runs through in streaks and comes to a stop, a little too far, at the incoming clip.
+/// A cine projector that loses its loop: the film slips down a part of a frame and is caught, again and
+/// farther, then runs through in streaks and comes to a stop, a little too far, at the incoming clip.
 ///
-/// The film's edges close in from `kWideOpening` times their size between progress 0 and 0.12 and open from 0.84
-/// on. Each of `kSlips` lets go at its moment and falls back to where it is caught, in 1/16 of progress. From
-/// 0.42 to 0.7 the film runs `kFrames` frames, smeared by up to `kStreak` (1/1080 of the shorter side) at its
-/// fastest, and settles in two swings of `kSwing` of a frame. The lamp flickers by `kFlicker` in 60ths.
+/// The film's edges close in from `kWideOpening` times their size between progress 0 and 0.12 and open from
+/// 0.84 on. Each of `kSlips` lets go at its moment and falls back to where it is caught, in 1/16 of progress.
+/// From 0.42 to 0.7 the film runs `kFrames` frames, smeared by up to `kStreak` (1/1080 of the shorter side)
+/// at its fastest, and settles in two swings of `kSwing` of a frame. The lamp flickers by `kFlicker` in
+/// 60ths.
 class QVFilmVerticalTransitionMTIFilter : public QVTransitionMTIFilter {
   public:
     explicit QVFilmVerticalTransitionMTIFilter(

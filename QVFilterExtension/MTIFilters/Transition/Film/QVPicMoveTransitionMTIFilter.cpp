@@ -5,14 +5,15 @@
 
 #include "QVFilterExtension/MTIFilters/Transition/Film/FilmTiming.h"
 
-
 namespace qv {
 
 const QVFilterClass QVPicMoveTransitionMTIFilterClass{
     .name = "QVPicMoveTransitionMTIFilter",
     .superclass = &QVTransitionMTIFilterClass,
     .title = "Moving pictures",
-    .help = "The clips as panels in a dark room: one turns aside, the next one moves in, both mirrored by the floor",
+    .help =
+        "The clips as panels in a dark room: one turns aside, the next one moves in, both mirrored by the "
+        "floor",
     .tags = {"3D", "cover flow", "panel", "reflection", "gallery"},
     .factory = makeFilter<QVPicMoveTransitionMTIFilter>,
 };
@@ -23,7 +24,8 @@ MTIParameters QVPicMoveTransitionMTIFilter::parameters() const {
     const float distance = kFocus * (1 + (kFar - 1) * away);
     const auto panel = [&](float place) {
         const float turn = kTurn * std::clamp(2 * place, -1.0f, 1.0f);
-        return MTIVector{2 * ratio() * place * (kNear + kWiden * std::abs(place)), distance, std::cos(turn), std::sin(turn)};
+        return MTIVector{2 * ratio() * place * (kNear + kWiden * std::abs(place)), distance, std::cos(turn),
+                         std::sin(turn)};
     };
     return {{"ratio", ratio()},
             {"focus", kFocus},

@@ -7,12 +7,12 @@ namespace qv {
 
 extern const QVFilterClass QVTearPaperFourPicMTIFilterClass;
 
-/// Four prints on a page of kraft card: the page drops in, prints of both clips, in colour and in black and white,
-/// are laid down on it one after the other, each with a piece of tape, and the page is torn away from the left by the
-/// incoming clip.
+/// Four prints on a page of kraft card: the page drops in, prints of both clips, in colour and in black and
+/// white, are laid down on it one after the other, each with a piece of tape, and the page is torn away from
+/// the left by the incoming clip.
 ///
-/// The tables have a row for each phase that begins at `kBegins`; before the first the outgoing clip is alone, from
-/// the last one on the incoming clip.
+/// The tables have a row for each phase that begins at `kBegins`; before the first the outgoing clip is
+/// alone, from the last one on the incoming clip.
 class QVTearPaperFourPicMTIFilter : public TearPaperCollage {
   public:
     explicit QVTearPaperFourPicMTIFilter(const QVFilterClass& filterClass = QVTearPaperFourPicMTIFilterClass)
@@ -25,8 +25,8 @@ class QVTearPaperFourPicMTIFilter : public TearPaperCollage {
         bool incoming, grey;  ///< which clip, and whether in black and white
         PaperPose pose;       ///< scale of the clip
     };
-    /// The prints, "paper02_print.png", of the phases from `kFirst` on. A print is `kThrown` times as large, and
-    /// turned the other way, in the phase that it comes.
+    /// The prints, "paper02_print.png", of the phases from `kFirst` on. A print is `kThrown` times as large,
+    /// and turned the other way, in the phase that it comes.
     static constexpr std::size_t kFirst = 3;
     static constexpr double kThrown = 1.22;
     static constexpr Print kPrints[] = {{false, false, {0.395, -0.24, 0.242, 3}},
@@ -39,8 +39,8 @@ class QVTearPaperFourPicMTIFilter : public TearPaperCollage {
     static constexpr std::size_t kTorn = 9;
     static constexpr double kTears[][2] = {{0.16, 0.05}, {0.34, 0.46}, {0.74, 0.6}};
 
-    /// For each print "print1" to "print4": its middle, fractions of the frame from its top left, cosine and sine of its
-    /// turn over its scale; "incoming" and "grey", 0 or 1 for each.
+    /// For each print "print1" to "print4": its middle, fractions of the frame from its top left, cosine and
+    /// sine of its turn over its scale; "incoming" and "grey", 0 or 1 for each.
     MTIParameters parameters() const override;
     MTIImage outputImage() override;
 

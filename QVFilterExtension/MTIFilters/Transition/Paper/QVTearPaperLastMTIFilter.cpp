@@ -20,8 +20,7 @@ MTIImage QVTearPaperLastMTIFilter::outputImage() {
     const Rip& rip = kRips[phase - 1];
     const double left = 1 - double(phase) / double(std::size(kBegins));
     divisionFilter_.setInputImage1(inputImage1());
-    divisionFilter_.setInputImage2(
-        incoming().imageByApplyingTransform(placed({1 + (kCloser - 1) * left})));
+    divisionFilter_.setInputImage2(incoming().imageByApplyingTransform(placed({1 + (kCloser - 1) * left})));
     divisionFilter_.setPointTopVector({float(rip.top), 0});
     divisionFilter_.setPointBotVector({float(rip.bottom), 1});
     const MTIImage poster = divisionFilter_.outputImage();
@@ -29,7 +28,8 @@ MTIImage QVTearPaperLastMTIFilter::outputImage() {
 
     // The handful shows what was printed where it came from.
     const double closer = rip.to.scale / rip.from.scale;
-    const PaperPose print = fixedTo({closer, rip.to.x, rip.to.y, rip.to.angle}, {1, -rip.from.x, -rip.from.y});
+    const PaperPose print =
+        fixedTo({closer, rip.to.x, rip.to.y, rip.to.angle}, {1, -rip.from.x, -rip.from.y});
     PaperPose shape = rip.to;
     shape.scale *= enlargement();
     return decorated(laid(poster, cut(inputImage1(), print, paper("paper07_scrapSize.png"), shape)),

@@ -7,11 +7,12 @@ namespace qv {
 
 extern const QVFilterClass QVTearPaperLastMTIFilterClass;
 
-/// The last handfuls of an old poster: the outgoing clip is ripped off from the right, handful by handful; each is
-/// held up for a moment, turns and falls, and the incoming clip is what the poster covered.
+/// The last handfuls of an old poster: the outgoing clip is ripped off from the right, handful by handful;
+/// each is held up for a moment, turns and falls, and the incoming clip is what the poster covered.
 ///
-/// The tables have a row for each phase that begins at `kBegins`; before the first the outgoing clip is alone, from
-/// the last one on the incoming clip. The incoming clip comes from `kCloser` to its own size in equal steps.
+/// The tables have a row for each phase that begins at `kBegins`; before the first the outgoing clip is
+/// alone, from the last one on the incoming clip. The incoming clip comes from `kCloser` to its own size in
+/// equal steps.
 class QVTearPaperLastMTIFilter : public TearPaperCollage {
   public:
     explicit QVTearPaperLastMTIFilter(const QVFilterClass& filterClass = QVTearPaperLastMTIFilterClass)
@@ -19,7 +20,8 @@ class QVTearPaperLastMTIFilter : public TearPaperCollage {
 
     static constexpr int kBegins[] = {15, 26, 37, 51, 62, 76, 87, 102, 113, 127, 138, 149, 162};  ///< 180ths
     struct Rip {
-        double top, bottom;  ///< where the tear crosses the frame's upper and lower side, widths from the left
+        double top,
+            bottom;  ///< where the tear crosses the frame's upper and lower side, widths from the left
         PaperPose from, to;  ///< the handful, "paper07_scrap…", before it was torn off, and where it is now
     };
     static constexpr Rip kRips[] = {{0.86, 1.06, {}, {}},

@@ -17,7 +17,9 @@ const QVFilterClass QVTearPaperMoveDownMTIFilterClass{
     .name = "QVTearPaperMoveDownMTIFilter",
     .superclass = &QVTearPaperTransitionMTIFilterClass,
     .title = "Torn paper, sliding poster",
-    .help = "The clip is a torn poster that slides down in jerks; wrapping paper hangs on, the next clip is behind",
+    .help =
+        "The clip is a torn poster that slides down in jerks; wrapping paper hangs on, the next clip is "
+        "behind",
     .tags = {"rip", "poster", "kraft", "layers", "stop motion"},
     .factory = makeFilter<QVTearPaperMoveDownMTIFilter>,
 };

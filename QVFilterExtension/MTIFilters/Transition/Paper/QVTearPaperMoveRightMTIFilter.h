@@ -9,8 +9,8 @@ extern const QVFilterClass QVTearPaperMoveRightMTIFilterClass;
 /// A letter: the outgoing clip shrinks to a postage stamp on blue paper and is cancelled by a postmark; it is
 /// pushed out to the right by a stamp of the incoming clip, which comes closer until it fills the frame.
 ///
-/// The tables have a row for each phase that begins at `kBegins`; before the first the outgoing clip is alone, from
-/// the last one on the incoming clip.
+/// The tables have a row for each phase that begins at `kBegins`; before the first the outgoing clip is
+/// alone, from the last one on the incoming clip.
 class QVTearPaperMoveRightMTIFilter : public TearPaperCollage {
   public:
     explicit QVTearPaperMoveRightMTIFilter(
@@ -31,8 +31,8 @@ class QVTearPaperMoveRightMTIFilter : public TearPaperCollage {
                                                {{}, {0.56, 0.02, 0, 1.6}},
                                                {{}, {0.66, 0, 0, -1.2}},
                                                {{}, {0.84, 0, 0, 0.8}}};
-    /// The postmark, "paper04_postmark.png", on the outgoing stamp from phase `kMarked` on; for a phase it is seen
-    /// before it hits the paper, `kMarkLifted` times as large.
+    /// The postmark, "paper04_postmark.png", on the outgoing stamp from phase `kMarked` on; for a phase it is
+    /// seen before it hits the paper, `kMarkLifted` times as large.
     static constexpr std::size_t kMarked = 5;
     static constexpr PaperPose kPostmark{1.35, 0.36, -0.27, 11};
     static constexpr double kMarkLifted = 1.7;

@@ -6,12 +6,12 @@ namespace qv {
 
 extern const QVFilterClass QVTearPaperSecondMTIFilterClass;
 
-/// A page of a scrapbook: a sheet of a notebook is pushed up over the outgoing clip, a print of the incoming clip
-/// is thrown on it and taped down, and comes closer until it fills the frame.
+/// A page of a scrapbook: a sheet of a notebook is pushed up over the outgoing clip, a print of the incoming
+/// clip is thrown on it and taped down, and comes closer until it fills the frame.
 ///
-/// The tables have a row for each phase that begins at `kBegins`; before the first the outgoing clip is alone, from
-/// the last one on the incoming clip. The outgoing clip grows by `kGrowth` in each phase. The pieces of tape lie on
-/// the print at `kTapes` from their phases on.
+/// The tables have a row for each phase that begins at `kBegins`; before the first the outgoing clip is
+/// alone, from the last one on the incoming clip. The outgoing clip grows by `kGrowth` in each phase. The
+/// pieces of tape lie on the print at `kTapes` from their phases on.
 class QVTearPaperSecondMTIFilter : public TearPaperCollage {
   public:
     explicit QVTearPaperSecondMTIFilter(const QVFilterClass& filterClass = QVTearPaperSecondMTIFilterClass)

@@ -34,14 +34,14 @@ const QVFilterClass& TearPaperCollage::videoBlendClass() {
 }
 
 std::size_t TearPaperCollage::phaseOf(std::span<const int> begins) const {
-    return std::size_t(std::ranges::count_if(
-        begins, [p = double(progress())](int begin) { return p >= begin / 180.0; }));
+    return std::size_t(
+        std::ranges::count_if(begins, [p = double(progress())](int begin) { return p >= begin / 180.0; }));
 }
 
 PaperPose TearPaperCollage::fixedTo(const PaperPose& piece, const PaperPose& relative) const {
     const CGSize frame = inputImage1().size();
-    const CGPoint at = CGPointApplyAffineTransform(
-        {relative.x * frame.width, relative.y * frame.height}, placed(piece));
+    const CGPoint at =
+        CGPointApplyAffineTransform({relative.x * frame.width, relative.y * frame.height}, placed(piece));
     return {piece.scale * relative.scale, at.x / frame.width, at.y / frame.height,
             piece.angle + relative.angle};
 }
@@ -52,8 +52,8 @@ CGAffineTransform TearPaperCollage::placed(const PaperPose& pose) const {
         CGAffineTransformConcat(CGAffineTransformScale(CGAffineTransformIdentity, pose.scale, pose.scale),
                                 CGAffineTransformMakeRotation(radians(pose.angle)));
     return CGAffineTransformConcat(
-        turned, CGAffineTransformTranslate(CGAffineTransformIdentity, pose.x * frame.width,
-                                           pose.y * frame.height));
+        turned,
+        CGAffineTransformTranslate(CGAffineTransformIdentity, pose.x * frame.width, pose.y * frame.height));
 }
 
 MTIImage TearPaperCollage::laid(const MTIImage& below, const MTIImage& piece) {
@@ -79,15 +79,15 @@ MTIImage TearPaperCollage::paper(const std::string& fileName) const {
 }
 
 MTIImage TearPaperCollage::page(const std::string& fileName) const {
-    return fitted(fileName,
-                  [&](const UIImage&, CGSize) { return getScaleImageWithName(fileName); });
+    return fitted(fileName, [&](const UIImage&, CGSize) { return getScaleImageWithName(fileName); });
 }
 
 double TearPaperCollage::enlargement() const {
     return std::clamp(std::sqrt(16 / (9 * double(ratio()))), 1.0, 1.7);
 }
 
-SpiritParam TearPaperCollage::sprite(const PaperPose& pose, double width, SpiritParam::Texture texture) const {
+SpiritParam TearPaperCollage::sprite(const PaperPose& pose, double width,
+                                     SpiritParam::Texture texture) const {
     const double scale = pose.scale * width;
     const CGAffineTransform turned =
         CGAffineTransformConcat(CGAffineTransformScale(CGAffineTransformIdentity, scale, scale),

@@ -16,10 +16,10 @@ struct PaperPose {
     double angle = 0;     ///< degrees anticlockwise
 };
 
-/// Common part of the torn-paper transitions that tell their stories in phases. Progress is cut at whole 180ths;
-/// everything stands still within a phase and jumps between them. A pose of scale 1 is a clip's own place and size,
-/// and that of an asset as `drawnInMiddle` draws it. Small things grow in upright frames, where a 1920th of the
-/// width is little.
+/// Common part of the torn-paper transitions that tell their stories in phases. Progress is cut at whole
+/// 180ths; everything stands still within a phase and jumps between them. A pose of scale 1 is a clip's own
+/// place and size, and that of an asset as `drawnInMiddle` draws it. Small things grow in upright frames,
+/// where a 1920th of the width is little.
 class TearPaperCollage : public QVTearPaperTransitionMTIFilter {
   public:
     using QVTearPaperTransitionMTIFilter::QVTearPaperTransitionMTIFilter;
@@ -37,9 +37,11 @@ class TearPaperCollage : public QVTearPaperTransitionMTIFilter {
     /// `piece` over `below`.
     MTIImage laid(const MTIImage& below, const MTIImage& piece);
     /// `clip` within the shape of `size`, both lying as their poses say.
-    MTIImage cut(const MTIImage& clip, const PaperPose& clipPose, const MTIImage& size, const PaperPose& pose);
+    MTIImage cut(const MTIImage& clip, const PaperPose& clipPose, const MTIImage& size,
+                 const PaperPose& pose);
     /// An asset as `draw` makes it for the frame, kept for the process.
-    MTIImage fitted(const std::string& fileName, const std::function<UIImage(const UIImage&, CGSize)>& draw) const;
+    MTIImage fitted(const std::string& fileName,
+                    const std::function<UIImage(const UIImage&, CGSize)>& draw) const;
     /// The same, as `drawnInMiddle` draws it.
     MTIImage paper(const std::string& fileName) const;
     /// The same, as `getScaleImageWithName` does: a picture that covers the whole frame.
@@ -47,8 +49,8 @@ class TearPaperCollage : public QVTearPaperTransitionMTIFilter {
 
     /// An asset on top. Tape, marks and rims: they cost what they cover.
     SpiritParam scrap(const std::string& fileName, const PaperPose& pose) const;
-    /// A border around a clip of the same pose: `name`.png, or `name`_V.png in an upright frame, with a window of
-    /// the frame's shape.
+    /// A border around a clip of the same pose: `name`.png, or `name`_V.png in an upright frame, with a
+    /// window of the frame's shape.
     SpiritParam framing(const std::string& name, const PaperPose& pose) const;
     MTIImage decorated(const MTIImage& below, std::vector<SpiritParam> scraps);
 

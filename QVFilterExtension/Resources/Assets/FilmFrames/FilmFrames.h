@@ -14,7 +14,8 @@ Bitmap printedFilmFrame();
 /// 35 mm cine film, which runs downwards: four perforations on either side of a frame.
 Bitmap cineFilmFrame();
 /// Narrow film of home movies: one large perforation on the left, on the line between
-/// two frames, strongly rounded corners. Corners are 300×300 pixels; between them, the sides can be stretched.
+/// two frames, strongly rounded corners. Corners are 300×300 pixels; between them, the sides can be
+/// stretched.
 Bitmap homeFilmFrame();
 
 /// The view through a lens: a round opening with a coloured rim in an engraved barrel.

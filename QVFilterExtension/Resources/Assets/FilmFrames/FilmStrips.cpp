@@ -168,8 +168,8 @@ Bitmap printedFilmFrame() {
     strip.gate = {960, 540, 928, 338, 30};
     strip.seed = 2;
     punch(strip, {92, 988}, 96, 192, {0, 0, 37, 52, 14});
-    // No word lies across the middle of a frame, or across the last two perforations' border: there the film is
-    // cut for other shapes.
+    // No word lies across the middle of a frame, or across the last two perforations' border: there the film
+    // is cut for other shapes.
     printLine(strip.print, "QV COLOR 250", 24, 8, 4.0f);
     printLine(strip.print, "5024", 400, 8, 4.0f);
     printLine(strip.print, "SAFETY FILM", 600, 8, 4.0f);

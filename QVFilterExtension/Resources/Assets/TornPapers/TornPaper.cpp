@@ -98,10 +98,14 @@ void drawFibre(Raster<float>& raster, Fibre fibre, Paint&& paint) {
 /// At a place in units from the picture's top left.
 Vec3 faceColor(PaperStock stock, float u, float v) {
     switch (stock) {
-        case PaperStock::cream: return {0.925f, 0.893f, 0.83f};
-        case PaperStock::white: return {0.965f, 0.958f, 0.945f};
-        case PaperStock::kraft: return {0.74f, 0.585f, 0.42f};
-        case PaperStock::ruled: break;
+        case PaperStock::cream:
+            return {0.925f, 0.893f, 0.83f};
+        case PaperStock::white:
+            return {0.965f, 0.958f, 0.945f};
+        case PaperStock::kraft:
+            return {0.74f, 0.585f, 0.42f};
+        case PaperStock::ruled:
+            break;
     }
     // Blue lines, and a red one for the margin.
     const float line = std::abs(v / 46 - std::round(v / 46)) * 46, margin = std::abs(u - 190);
