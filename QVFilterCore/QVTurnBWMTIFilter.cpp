@@ -10,19 +10,27 @@ const QVFilterClass QVTurnBWMTIFilterClass{
     .tags = {"monochrome", "grayscale", "greyscale", "desaturate"},
     .factory = makeFilter<QVTurnBWMTIFilter>,
     .category = QVFilterCategory::adjustment,
-    .properties = {qvProperty<&QVTurnBWMTIFilter::strength, &QVTurnBWMTIFilter::setStrength>({
-        .name = "strength",
-        .help = "share of the black-and-white picture",
-        .unit = QVUnit::fraction,
-    })},
+    .properties =
+        {
+            qvProperty<&QVTurnBWMTIFilter::strength, &QVTurnBWMTIFilter::setStrength>({
+                .name = "strength",
+                .help = "share of the black-and-white picture",
+                .unit = QVUnit::fraction,
+            }),
+            qvProperty<&QVTurnBWMTIFilter::contrast, &QVTurnBWMTIFilter::setContrast>({
+                .name = "contrast",
+                .help = "from a soft grey to a print in black ink",
+                .unit = QVUnit::fraction,
+            }),
+        },
 };
 
+MTIParameters QVTurnBWMTIFilter::parameters() const {
+    return {{"strength", strength_}, {"contrast", contrast_}};
+}
+
 MTIImage QVTurnBWMTIFilter::outputImage() {
-    if (strength_ == 0) return inputImage();
-    saturationFilter_.setInputImage(inputImage());
-    saturationFilter_.setSaturation(1 - strength_);
-    saturationFilter_.setOutputPixelFormat(outputPixelFormat());
-    return saturationFilter_.outputImage();
+    return strength_ == 0 ? inputImage() : QVMTIOneInputFilter::outputImage();
 }
 
 }  // namespace qv

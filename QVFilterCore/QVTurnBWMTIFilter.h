@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Platform/ImageGraph/MTIFilters.h"
 #include "QVFilterCore/QVMTIOneInputFilter.h"
 
 namespace qv {
@@ -16,12 +15,18 @@ class QVTurnBWMTIFilter : public QVMTIOneInputFilter {
     /// 0 returns the input itself, 1 is fully grey.
     float strength() const { return strength_; }
     void setStrength(float strength) { strength_ = strength; }
+    /// How much of the way from the luma, 0, to a print in black ink, 1: a grey of 0.16 or less is black
+    /// then, 0.7 or more is white.
+    float contrast() const { return contrast_; }
+    void setContrast(float contrast) { contrast_ = contrast; }
+
+    /// "strength", "contrast".
+    MTIParameters parameters() const override;
 
     MTIImage outputImage() override;
 
   private:
-    MTISaturationFilter saturationFilter_;
-    float strength_ = 1;
+    float strength_ = 1, contrast_ = 0;
 };
 
 }  // namespace qv

@@ -94,13 +94,13 @@ TEST(FilmFrames, LeaveThePictureFreeAndCoverItsBorder) {
     for (const auto& frame : frames) {
         SCOPED_TRACE(frame.name);
         const Bitmap bitmap = asset(frame.name);
-        ASSERT_EQ(bitmap.width, 1920);
-        ASSERT_EQ(bitmap.height, 1080);
+        ASSERT_TRUE(bitmap);
         const auto at = [&](int x, int y) { return bitmap.row(y) + 4 * x; };
         EXPECT_GT(at(frame.coveredX, frame.coveredY)[3], 200);
         double covered = 0;
-        for (int y = 450; y < 630; ++y)
-            for (int x = 860; x < 1060; ++x) covered += at(x, y)[3] / 255.0;
+        for (int y = bitmap.height / 2 - 90; y < bitmap.height / 2 + 90; ++y)
+            for (int x = bitmap.width / 2 - 100; x < bitmap.width / 2 + 100; ++x)
+                covered += at(x, y)[3] / 255.0;
         EXPECT_LT(covered / (180 * 200), 0.03) << "only dust in the middle";
     }
 }

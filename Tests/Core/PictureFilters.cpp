@@ -82,6 +82,13 @@ TEST(QVTurnBWMTIFilter, MixesInTheGreyOfTheLuma) {
             return color;
         }));
     }
+    filter.setStrength(1);
+    filter.setContrast(1);
+    EXPECT_TRUE(maps(filter.picture(), 1e-4, [&](Pixel color) {
+        const float t = std::clamp((lumaOf(color) / color[3] - 0.16f) / 0.54f, 0.0f, 1.0f);
+        color[0] = color[1] = color[2] = t * t * (3 - 2 * t) * color[3];
+        return color;
+    }));
     filter.setStrength(0);
     EXPECT_TRUE(filter.isNeutral());
 }

@@ -56,7 +56,9 @@ TEST(DissolvesAndGlitches, BrightColorDissolveAddsTheClips) {
 
 TEST(DissolvesAndGlitches, BlackAndWhiteDissolveDarkensThenColors) {
     const auto filter = transitionOf("BWDissolve", plainImage(4, 4, kFirst), plainImage(4, 4, kSecond));
-    const float grey = 0.2126f * 0.2f + 0.7152f * 0.6f + 0.0722f * 0.9f;
+    // The luma, nine tenths of the way to where it lies between black at 0.16 and white at 0.7, eased.
+    const float soft = 0.2126f * 0.2f + 0.7152f * 0.6f + 0.0722f * 0.9f, t = (soft - 0.16f) / 0.54f;
+    const float grey = 0.1f * soft + 0.9f * (3 * t * t - 2 * t * t * t);
     const struct {
         float progress, first, second, color;  ///< opacities of the clips, and how much colour the second has
     } moments[] = {{0, 1, 0, 0},    {0.35f, 1, 0.5f, 0},    {std::nextafter(0.7f, 0.f), 1, 1, 0},

@@ -1,9 +1,13 @@
-// The film transition, the passes that its family is made of, and the frame around the film.
+// The film transitions, the passes that they are made of, and the frames around the film.
 
+#include "QVFilterExtension/MTIFilters/Transition/Film/QVFilmBlackFlashTransitionMTIFilter.h"
+#include "QVFilterExtension/MTIFilters/Transition/Film/QVFilmCameraFlashTransitionMTIFilter.h"
+#include "QVFilterExtension/MTIFilters/Transition/Film/QVFilmHorizontalTransitionMTIFilter.h"
 #include "QVFilterExtension/MTIFilters/Transition/Film/QVFilmRadiusTransitionMTIFilter.h"
 #include "QVFilterExtension/MTIFilters/Transition/Film/QVFilmTransitionExposureFilter.h"
 #include "QVFilterExtension/MTIFilters/Transition/Film/QVFilmTransitionMotionBlurFilter.h"
 #include "QVFilterExtension/MTIFilters/Transition/Film/QVFilmTransitionRotationBlurFilter.h"
+#include "QVFilterExtension/MTIFilters/Transition/Film/QVFilmVerticalTransitionMTIFilter.h"
 #include "Tests/Support/TemporaryBundle.h"
 #include "Tests/Support/TestEffect.h"
 
@@ -129,6 +133,115 @@ TEST(FilmTransitions, FrameIsFittedOncePerSizeAndKeepsItsPerforations) {
     EXPECT_LT(picture.at(120, 370)[3], 0.1);
     EXPECT_GT(picture.at(120, 380)[3], 0.9);
     EXPECT_EQ(frameFor(other, 240, 400), upright) << "shared by all instances";
+}
+
+constexpr Pixel kRed{0.8f, 0.1f, 0.1f, 1}, kBlue{0.1f, 0.1f, 0.8f, 1};
+
+template <typename Film>
+Picture shown(Film& film, float progress, int width = 160, int height = 90) {
+    film.setInputImage1(plainImage(width, height, kRed));
+    film.setInputImage2(plainImage(width, height, kBlue));
+    film.setProgress(progress);
+    return render(film.outputImage());
+}
+
+TEST(FilmTransitions, FilmHasAWholeNumberOfPerforationsInAnyFrame) {
+    // A perforation in the middle of every 192 columns of the upper band.
+    TemporaryBundle bundle;
+    bundle.write("transitions_flim_02_word.png", makeBitmap(1920, 1080, [](int x, int y) {
+                     const bool band = y < 210 || y >= 870,
+                                hole = y > 50 && y < 150 && std::abs(x % 192 - 96) < 40;
+                     return Pixel{0, 0, 0, band && !hole ? 1.f : 0.f};
+                 }));
+    // As many as the shorter side's 1080th, or a fifth of the height for the band, lets in.
+    for (const auto& [size, perforations] :
+         {std::pair{CGSize{320, 180}, 10}, {{180, 320}, 6}, {{200, 200}, 6}, {{420, 180}, 14}}) {
+        QVFilmHorizontalTransitionMTIFilter film;
+        film.setInputImage1(plainImage(int(size.width), int(size.height), kRed));
+        const Picture frame = render(film.frameImage());
+        const double pitch = size.width / perforations, scale = pitch / 192;
+        for (int i = 0; i < perforations; ++i) {
+            const int row = int(100 * scale);
+            EXPECT_LT(frame.at(int((i + 0.5) * pitch), row)[3], 0.3) << size.width << ", perforation " << i;
+            EXPECT_GT(frame.at(int(i * pitch), row)[3], 0.7) << size.width << ", before perforation " << i;
+        }
+        EXPECT_GT(frame.at(int(size.width / 2), int(size.height - 105 * scale))[3], 0.9);
+        EXPECT_LT(frame.at(int(size.width / 2), int(size.height / 2))[3], 0.1);
+    }
+}
+
+TEST(FilmTransitions, FilmSlipsRunsAndStopsAtTheIncomingClip) {
+    QVFilmVerticalTransitionMTIFilter down;
+    QVFilmHorizontalTransitionMTIFilter aside;
+    const std::pair<float, float> slips[] = {
+        {0.1f, 0},       {0.1401f, 0.12f}, {0.21f, 0}, {0.2201f, 0.3f},  {0.3f, 0.04f}, {0.3201f, 0.55f},
+        {0.41f, -0.06f}, {0.56f, 2.47f},   {0.7f, 5},  {0.72f, 5.0536f}, {0.9f, 5}};
+    for (const auto& [progress, frames] : slips) {
+        down.setProgress(progress);
+        EXPECT_NEAR(down.travel(), frames, 0.002) << progress;
+    }
+    for (const auto& [progress, frames] :
+         {std::pair{0.2f, 0.f}, {0.47f, 1.5f}, {0.66f, 3.02f}, {0.8f, 3.f}}) {
+        aside.setProgress(progress);
+        EXPECT_NEAR(aside.travel(), frames, 0.001) << progress;
+    }
+    // Two and a half frames down: the incoming clip above the outgoing one. Light comes through the table.
+    const Picture rolling = shown(down, 0.56f);
+    EXPECT_GT(rolling.at(80, 75)[0], 0.3);
+    EXPECT_GT(rolling.at(80, 10)[2], 0.3);
+    EXPECT_GT(shown(aside, 0.3f).at(2, 1)[1], 0.5);
+}
+
+TEST(FilmTransitions, FlashesExposeWhatTheCameraSees) {
+    QVFilmCameraFlashTransitionMTIFilter camera;
+    for (const auto& [progress, gate, incoming] :
+         {std::tuple{0.2f, false, false}, {0.45f, true, false}, {0.7f, true, true}, {0.93f, false, true}}) {
+        const Picture picture = shown(camera, progress);
+        EXPECT_EQ(picture.at(0, 0) == (Pixel{0, 0, 0, 1}), gate) << progress;
+        EXPECT_GT(picture.at(80, 30)[incoming ? 2 : 0], 0.6) << progress;
+        EXPECT_LT(picture.at(80, 30)[incoming ? 0 : 2], 0.3) << progress;
+    }
+    for (const float progress : {0.24f, 0.48f, 0.72f})
+        EXPECT_GT(shown(camera, progress).at(70, 30)[1], 0.95) << progress;
+    // A seventeenth is left of the way: its square.
+    camera.setProgress(0.4f);
+    EXPECT_NEAR(camera.flash(), 1.0 / 289, 1e-4);
+}
+
+TEST(FilmTransitions, LeaderFlashesBetweenTheReels) {
+    QVFilmBlackFlashTransitionMTIFilter reel;
+    int leaders = 0, changes = 0;
+    bool dark = false;
+    for (int slot = 0; slot < 33; ++slot) {
+        const Picture picture = shown(reel, (float(slot) + 0.5f) / 33);
+        double brightness = 0;
+        for (int i = 0; i < 20; ++i)
+            brightness += picture.at(4 + 8 * i, 80)[0] + picture.at(4 + 8 * i, 80)[2];
+        const bool nowDark = brightness / 20 < 0.5;
+        leaders += nowDark, changes += nowDark != dark, dark = nowDark;
+    }
+    EXPECT_EQ(leaders, 11);
+    EXPECT_EQ(changes, 14);
+    // The cue dot, at 120 from the right and 110 from the top of 1080.
+    EXPECT_GT(shown(reel, 4.5f / 33).at(150, 9)[1], 0.8);
+    EXPECT_LT(shown(reel, 2.5f / 33).at(150, 9)[1], 0.2);
+}
+
+TEST(FilmTransitions, PanelsStandOppositeEachOther) {
+    auto panels = makeEffect<QVTransitionMTIFilter>("QVPicMoveTransitionMTIFilter");
+    const Picture middle = shown(*panels, 0.5f);
+    EXPECT_TRUE(matchesPixels(middle, 0.1, [&](int x, int y) {
+        const Pixel other = middle.at(159 - x, y);
+        const bool panel = std::abs(other[0] - other[2]) > 0.2;
+        return panel ? Pixel{other[2], other[1], other[0], 1} : middle.at(x, y);
+    }));
+    EXPECT_GT(middle.at(40, 45)[0], 0.5);
+    // Where a pinhole camera sees the left panel's inner edge, which is turned towards it.
+    const double half = 16 / 9.0, x = -half * (0.3 + 0.425) + std::cos(0.86) * half,
+                 distance = 2.4 * 1.6 - std::sin(0.86) * half;
+    const int edge = int(80 + 45 * 2.4 * x / distance);
+    EXPECT_GT(middle.at(edge - 2, 45)[0], 0.4) << edge;
+    EXPECT_LT(middle.at(edge + 2, 45)[0], 0.35) << edge;
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <limits>
+#include <numbers>
 
 #include "QVFilterCore/QVTransitionMTIFilter.h"
 #include "Tests/Support/TestEffect.h"
@@ -198,10 +199,20 @@ TEST(LiquidTransitions, FlipMirrorAndKaleidoscopeShowTheRightPlaces) {
     // Sixteen mirrors: the same seen upside down, left to right and along the diagonal.
     const auto kaleidoscope = transition("QVKaleidoscopeRotateFilter", 0.3f);
     kaleidoscope->setInputImage1(sceneImage(48, 48));
+    // A whole turn of the picture, a quarter of one of the mirrors.
+    ASSERT_TRUE(setProperty(*kaleidoscope, "rotateAngle", 2 * std::numbers::pi, &error)) << error;
     const Picture star = render(kaleidoscope->outputImage());
     EXPECT_TRUE(matchesPixels(star, 0.02, [&](int x, int y) { return star.at(x, 47 - y); }));
     EXPECT_TRUE(matchesPixels(star, 0.02, [&](int x, int y) { return star.at(47 - x, y); }));
     EXPECT_TRUE(matchesPixels(star, 0.02, [&](int x, int y) { return star.at(y, x); }));
+    // The middle shows it, though it has the end's progress.
+    const auto change = transition("QVKaleidoscopeChangeFilter", 0.5f);
+    const MTIImage scene48 = sceneImage(48, 48);
+    change->setInputImage1(plainImage(48, 48, {1, 0, 0, 1}));
+    change->setInputImage2(scene48);
+    EXPECT_GT(meanDifference(render(change->outputImage()), render(scene48)), 0.05);
+    change->setProgress(0.998f);
+    EXPECT_TRUE(matches(render(change->outputImage()), render(scene48), 0.001));
     // Below two of them the picture stays as it is.
     ASSERT_TRUE(setProperty(*kaleidoscope, "splitNumber", 1.0, &error)) << error;
     EXPECT_TRUE(matches(render(kaleidoscope->outputImage()), render(sceneImage(48, 48)), 0.001));

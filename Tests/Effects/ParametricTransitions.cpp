@@ -179,9 +179,10 @@ TEST(ParametricTransitions, StripsAndQuartersComeFromTheirSides) {
         // The upper left quarter moves up, the upper right one to the right.
         {"FourSlice", 0, -1, 0.4, {{0, 0.4}, {0.5, 0.1}}, {{0, 0}, {0.5, 0.1}}, 0.5},
         {"FourSlice", 0, -1, 0.45, {{0.5, 0}, {0.1, 0.5}}, {{0.9, 0}, {0.1, 0.5}}, 0.5},
-        // The scan halts half way down, with the incoming clip behind it.
-        {"Scan", 0, -1, 0.45, top, bottom, 0.98},
-        {"Scan", 0, -1, 0.55, top, bottom, 0.98},
+        // The scan lingers half way down, with the incoming clip behind it, but moves on.
+        {"Scan", 0, -1, 0.5, top, bottom, 0.98},
+        {"Scan", 0, -1, 0.35, {{0, 0.05}, {0.9, 0.1}}, {{0, 0.4}, {0.9, 0.1}}, 0.5},
+        {"Scan", 0, -1, 0.65, {{0, 0.55}, {0.9, 0.05}}, {{0, 0.85}, {0.9, 0.1}}, 0.5},
     };
     for (const auto& each : cases) {
         const auto transition =

@@ -1,5 +1,4 @@
-// The torn-paper transition: where its pieces stand, what lies on what, and how its assets are drawn and
-// kept.
+// The torn-paper transitions: where their pieces stand, what lies on what, and how assets are drawn and kept.
 
 #include "QVFilterExtension/MTIFilters/Transition/Paper/QVPaperVideoBlendFilter.h"
 #include "QVFilterExtension/MTIFilters/Transition/Paper/QVTearPaperMoveLeftMTIFilter.h"
@@ -187,6 +186,66 @@ TEST_F(TearPaper, TheSheetIsAsHighAsTheFrame) {
     EXPECT_GT(shape.at(56, 80)[3], 0.99f);
     EXPECT_GT(shape.at(89, 0)[3], 0.99f);
     EXPECT_GT(shape.at(89, 159)[3], 0.99f);
+}
+
+enum Seen { red, blue, grey, other };
+
+Seen seenIn(const Pixel& p) {
+    const float spread = std::max({p[0], p[1], p[2]}) - std::min({p[0], p[1], p[2]});
+    if (p[0] > 0.6f && p[1] < 0.3f && p[2] < 0.3f) return red;
+    if (p[2] > 0.6f && p[0] < 0.3f) return blue;
+    return spread < 0.02f && p[0] < 0.3f ? grey : other;
+}
+
+TEST(TearPaperStories, ShowTheClipsWhereTheirPiecesLie) {
+    // Steps of 180, places in a frame of 192×108; red goes, blue comes. `grey` is a clip in black and white.
+    const struct {
+        const char* stem;
+        int step, x, y;
+        Seen seen;
+    } places[] = {
+        {"Second", 40, 3, 54, red},       {"Second", 40, 96, 80, other},    {"Second", 80, 96, 54, blue},
+        {"Second", 80, 3, 3, red},        {"Second", 80, 43, 54, other},    {"Second", 155, 8, 54, blue},
+        {"MoveDown", 30, 96, 60, red},    {"MoveDown", 90, 96, 8, blue},    {"MoveDown", 90, 96, 90, red},
+        {"MoveDown", 90, 96, 45, other},  {"MoveDown", 150, 96, 50, blue},  {"MoveRight", 50, 96, 54, red},
+        {"MoveRight", 50, 8, 8, other},   {"MoveRight", 105, 170, 54, red}, {"MoveRight", 105, 20, 50, blue},
+        {"MoveRight", 130, 96, 54, blue}, {"Zoom", 20, 20, 54, red},        {"Zoom", 60, 96, 54, blue},
+        {"Zoom", 60, 20, 54, red},        {"Zoom", 120, 96, 54, blue},      {"Zoom", 120, 4, 4, red},
+        {"Zoom", 150, 4, 4, blue},        {"FourPic", 95, 50, 28, red},     {"FourPic", 95, 142, 79, grey},
+        {"FourPic", 95, 143, 29, grey},   {"FourPic", 95, 50, 79, blue},    {"FourPic", 50, 50, 79, other},
+        {"FourPic", 130, 30, 54, blue},   {"FourPic", 130, 143, 29, grey},  {"Last", 30, 20, 54, red},
+        {"Last", 80, 40, 20, red},        {"Last", 80, 186, 10, blue},      {"Last", 150, 20, 20, blue},
+    };
+    for (const auto& place : places) {
+        const auto story =
+            makeEffect<QVTransitionMTIFilter>("QVTearPaper" + std::string(place.stem) + "MTIFilter");
+        story->setInputImage1(plainImage(192, 108, {0.9f, 0.1f, 0.1f, 1}));
+        story->setInputImage2(plainImage(192, 108, {0.1f, 0.1f, 0.9f, 1}));
+        story->setProgress(float(place.step) / 180);
+        const Pixel p = render(story->outputImage()).at(place.x, place.y);
+        EXPECT_EQ(seenIn(p), place.seen) << place.stem << " " << place.step << " at " << place.x << ", "
+                                         << place.y << ": " << p[0] << " " << p[1] << " " << p[2];
+    }
+}
+
+TEST(TearPaperStories, StandStillAndJump) {
+    for (const char* stem : {"Second", "MoveDown", "MoveRight", "Zoom", "FourPic", "Last"}) {
+        const auto story = makeEffect<QVTransitionMTIFilter>("QVTearPaper" + std::string(stem) + "MTIFilter");
+        story->setInputImage1(sceneImage(96, 54));
+        story->setInputImage2(rampsImage(96, 54));
+        int jumps = 0, stills = 0;
+        Picture last = render(story->inputImage1());
+        for (int step = 0; step < 180; step += 2) {
+            story->setProgress((float(step) + 0.5f) / 180);
+            Picture now = render(story->outputImage());
+            (now.values == last.values ? stills : jumps) += 1;
+            last = std::move(now);
+        }
+        // On twos to fives at thirty frames a second.
+        EXPECT_GE(jumps, 11) << stem;
+        EXPECT_LE(jumps, 14) << stem;
+        EXPECT_EQ(jumps + stills, 90);
+    }
 }
 
 }  // namespace

@@ -12,11 +12,9 @@ vec4 QVFishEyeBlurFilter(vec2 uv) {
     vec2 size = outputSize();
     vec2 away = uv - 0.5;
     float swell = swellOf(progress);
-    vec2 way = (vec2(0.014, 0.0) + away * (0.05 * dot(away, away))) * size * (swell * (2.0 * swell - swell * swell));
+    vec2 way = (vec2(0.022, 0.0) + away * (0.08 * dot(away, away))) * size * (swell * (2.0 * swell - swell * swell));
     vec2 place = uv * size + way * tapShift(pixelHere());
-    vec4 sum = tapAt(place - 5.0 * way) + tapAt(place - 4.0 * way) + tapAt(place - 3.0 * way);
-    sum += tapAt(place - 2.0 * way) + tapAt(place - way) + tapAt(place) + tapAt(place + way);
-    sum += tapAt(place + 2.0 * way) + tapAt(place + 3.0 * way) + tapAt(place + 4.0 * way);
-    sum += tapAt(place + 5.0 * way);
-    return sum / 11.0;
+    vec4 sum = tapAt(place - 3.0 * way) + tapAt(place - 2.0 * way) + tapAt(place - way) + tapAt(place);
+    sum += tapAt(place + way) + tapAt(place + 2.0 * way) + tapAt(place + 3.0 * way);
+    return sum / 7.0;
 }

@@ -1,10 +1,13 @@
 // A fisheye lens, strongest in the middle of the transition.
+#include "borders.glsl"
 #include "frame.glsl"
 #include "liquid.glsl"
 
 uniform float progress;  // eased
 
 vec4 sourceAt(vec2 place) { return readInput(0, mirrorAtEdges(place)); }
+// For the fringes of colour, the smear of which follows.
+vec4 nearestAt(vec2 place) { return readPixel(0, pixelAt(mirrorAtEdges(place) * outputSize())); }
 
 vec4 QVFishEyeRollFilter(vec2 uv) {
     vec2 size = outputSize();
@@ -14,6 +17,6 @@ vec4 QVFishEyeRollFilter(vec2 uv) {
     float swell = swellOf(progress);
     float scale = 1.0 + swell * (0.9 * far * far - 0.4);
     float fringe = 0.05 * swell * far;
-    return partedColors(sourceAt(0.5 + away * (scale - fringe)), sourceAt(0.5 + away * scale),
-                        sourceAt(0.5 + away * (scale + fringe)));
+    vec2 place = 0.5 + away * scale;
+    return partedColors(nearestAt(place - away * fringe), sourceAt(place), nearestAt(place + away * fringe));
 }

@@ -1,7 +1,7 @@
 // The kaleidoscope opens from the middle outwards and closes again.
 #include "liquid.glsl"
 
-uniform float progress;  // eased; 0 and 1 show the second input alone, 0.5 the first
+uniform float progress;  // eased; 0 shows the second input alone, 0.5 the first
 
 vec4 QVKaleidoscopeChangeFilter(vec2 uv) {
     vec2 size = outputSize();
@@ -9,5 +9,7 @@ vec4 QVKaleidoscopeChangeFilter(vec2 uv) {
     float swell = swellOf(progress);
     swell *= swell;
     float share = clamp((1.2 * swell - length(reach)) * 6.0, 0.0, 1.0);
+    // 1 stands for the very middle and for the end: at the end the mirrors are open.
+    if (progress >= 1.0) share = 1.0;
     return mix(readHere(1), readHere(0), share);
 }

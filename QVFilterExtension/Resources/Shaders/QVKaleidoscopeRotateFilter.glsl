@@ -1,5 +1,5 @@
 // Sectors around the middle of the frame, each the reflection of its neighbours. The picture turns behind them, and
-// they turn the other way at a quarter of its speed.
+// they turn the other way at a quarter of its speed. As the turn begins the mirrors close.
 #include "coords.glsl"
 #include "motion.glsl"
 
@@ -15,5 +15,6 @@ vec4 QVKaleidoscopeRotateFilter(vec2 uv) {
     float angle = atan(away.y, away.x) * 0.15915494 + 0.25 * turn;
     float folded = abs(angle - sector * floor(angle / sector + 0.5));
     vec2 place = 0.5 + turnOf(folded + turn) * length(away) / size;
-    return readInput(0, count < 1.5 ? uv : mirrorRepeat(place));
+    float closed = smoothstep(0.03, 0.2, abs(rotateAngle));
+    return readInput(0, count < 1.5 ? uv : mix(uv, mirrorRepeat(place), closed));
 }

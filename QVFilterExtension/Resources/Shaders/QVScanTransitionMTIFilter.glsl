@@ -2,7 +2,7 @@
 // one, which still glows with the scan's lines.
 #include "borders.glsl"
 
-uniform float progress;  // eased
+uniform float progress;  // eased: fast at both ends, at rest in the middle
 uniform float ratio;     // of the frame, width to height
 // Where the line moves to: 0 down, 1 up, 2 right, 3 left, 4 down to the right, 5 outwards as a circle.
 selector int scanType;
@@ -24,7 +24,10 @@ vec4 QVScanTransitionMTIFilter(vec2 uv) {
         way = away / max(at, 1e-4);
     }
     const float kReach = 0.16;  // of the glow, to either side
-    float distance = at - mix(-kReach, extent + kReach, progress);
+    // Most of the ease is taken back: the line only lingers in the middle.
+    float fromMiddle = 2.0 * progress - 1.0;
+    float come = 0.5 + 0.5 * sign(fromMiddle) * pow(abs(fromMiddle), 0.42);
+    float distance = at - mix(-kReach, extent + kReach, come);
     float near = max(1.0 - abs(distance) * (1.0 / kReach), 0.0);
     float glow = near * near, lens = glow * (1.0 - near) * 0.22;
     bool behind = distance < 0.0;

@@ -4,35 +4,25 @@
 #include "color.glsl"
 #include "frame.glsl"
 #include "liquid.glsl"
-#include "particles.glsl"
 
 uniform float progress;     // linear
 uniform float alphaChange;  // 0 to 1 in the middle and back
-
-// Four smooth random numbers, -0.5..0.5.
-vec4 currents(vec2 place, float seed) {
-    vec2 cell = floor(place), t = place - cell;
-    t = t * t * (3.0 - 2.0 * t);
-    vec4 top = mix(particleDraw(cell, seed), particleDraw(cell + vec2(1.0, 0.0), seed), t.x);
-    vec4 bottom = mix(particleDraw(cell + vec2(0.0, 1.0), seed), particleDraw(cell + 1.0, seed), t.x);
-    return mix(top, bottom, t.y) - 0.5;
-}
 
 vec4 QVTurbulenceBlendMTIFilter(vec2 uv) {
     vec2 size = outputSize();
     vec2 perShortSide = size / min(size.x, size.y);
     vec2 place = uv * perShortSide;
-    vec4 wide = currents(place * 2.3 + vec2(0.5, -0.35) * progress, 31.0);
-    vec4 fine = currents(place * 5.2 + wide.xy * 3.2 - vec2(0.3, 0.7) * progress, 32.0);
+    vec4 wide = currents(place * 1.6 + vec2(0.5, -0.35) * progress, 31.0);
+    float fine = currents(place * 3.3 + wide.xy * 1.8 - vec2(0.3, 0.7) * progress, 32.0).x;
 
     float share = progress < 0.5 ? 0.5 * alphaChange : 1.0 - 0.5 * alphaChange;
     float apart = 4.0 * share * (1.0 - share);  // 0 at the ends
-    vec2 carried = (wide.yz + 0.5 * fine.yz) * (0.16 * apart) / perShortSide;
+    vec2 carried = wide.yz * (0.2 * apart) / perShortSide;
     vec4 outgoing = readPixel(0, pixelAt(mirroredPlace((uv + carried * share) * size, size)));
     vec4 incoming = readInput(1, mirrorAtEdges(uv - carried * (1.0 - share)));
 
     // When a place changes, about 0..1, and how far that has come.
-    float late = 0.5 + wide.x + 0.5 * fine.x - 0.12 * (luma(incoming.rgb) - luma(outgoing.rgb));
+    float late = 0.5 + wide.x + 0.6 * fine - 0.12 * (luma(incoming.rgb) - luma(outgoing.rgb));
     const float kSoftness = 0.35;
     float front = clamp((share * (1.0 + kSoftness) - late) / kSoftness, 0.0, 1.0);
     front = mix(share, front * front * (3.0 - 2.0 * front), min(8.0 * share * (1.0 - share), 1.0));

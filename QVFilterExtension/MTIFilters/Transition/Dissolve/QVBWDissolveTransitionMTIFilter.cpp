@@ -9,7 +9,7 @@ const QVFilterClass QVBWDissolveTransitionMTIFilterClass{
     .name = "QVBWDissolveTransitionMTIFilter",
     .superclass = &QVTransitionMTIFilterClass,
     .title = "Dissolve through grey",
-    .help = "The other clip comes in grey through the shadows, then gains its colour",
+    .help = "The other clip is printed over this one in black ink, then gains its colour",
     .tags = {"black and white", "crossfade", "fade", "monochrome"},
     .factory = makeFilter<QVBWDissolveTransitionMTIFilter>,
 };
@@ -23,6 +23,7 @@ MTIImage QVBWDissolveTransitionMTIFilter::outputImage() {
     QVTurnBWMTIFilter grey;
     grey.setInputImage(inputImage2());
     grey.setStrength(remaining);
+    grey.setContrast(kContrast);
     grey.setOutputPixelFormat(outputPixelFormat());
 
     MTIOpacityFilter opacity;

@@ -6,7 +6,8 @@ namespace qv {
 
 extern const QVFilterClass QVScanTransitionMTIFilterClass;
 
-/// A bright line scans the picture and leaves the incoming clip; it halts in the middle.
+/// A bright line scans the picture and leaves the incoming clip. The line takes the ease of `newProgress`
+/// back to the power of 0.42: it lingers in the middle but does not halt.
 class QVScanTransitionMTIFilter : public QVTransitionMTIFilter {
   public:
     explicit QVScanTransitionMTIFilter(const QVFilterClass& filterClass = QVScanTransitionMTIFilterClass)

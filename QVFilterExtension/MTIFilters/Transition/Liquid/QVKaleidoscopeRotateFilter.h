@@ -24,7 +24,7 @@ class QVKaleidoscopeRotateFilter : public QVLiquidTransitionMTIFilter {
     MTIParameters parameters() const override;
 
   private:
-    float rotateAngle_ = 0;
+    float rotateAngle_ = 0.6f;
     double splitNumber_ = 16;
 };
 

@@ -42,7 +42,11 @@ UIImage QVTearPaperTransitionMTIFilter::getScaleImageWithName(const std::string&
 
 QVTearPaperTransitionMTIFilter::DrawnAsset QVTearPaperTransitionMTIFilter::drawnInMiddle(
     const std::string& fileName) const {
-    const UIImage asset = qv_imageWithFileName(fileName);
+    return drawnInMiddle(qv_imageWithFileName(fileName));
+}
+
+QVTearPaperTransitionMTIFilter::DrawnAsset QVTearPaperTransitionMTIFilter::drawnInMiddle(
+    const UIImage& asset) const {
     const CGSize canvas = inputImage1().size(), own = asset.size();
     CGSize size;
     if (asset) {

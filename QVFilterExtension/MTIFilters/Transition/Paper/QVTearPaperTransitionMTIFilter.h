@@ -34,6 +34,7 @@ class QVTearPaperTransitionMTIFilter : public QVTransitionMTIFilter {
         CGSize size;     ///< of the asset on it, pixels
     };
     /// What `getScaleFrameImageWithName` draws.
+    DrawnAsset drawnInMiddle(const UIImage& asset) const;
     DrawnAsset drawnInMiddle(const std::string& fileName) const;
     /// From the top left corner on, as high as the frame.
     UIImage drawnAtFrameHeight(const std::string& fileName) const;

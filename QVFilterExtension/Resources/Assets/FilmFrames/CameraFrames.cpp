@@ -10,6 +10,8 @@ namespace qv::assets {
 namespace {
 
 constexpr int kWidth = 1920, kHeight = 1080;
+constexpr int kLensSide = 1440;
+constexpr float kLensMiddle = 720;
 constexpr float kPi = 3.14159265f;
 constexpr float kLine = 4, kThin = 2.6f;  // widths of the viewfinder's lines
 
@@ -33,12 +35,12 @@ float sheen(float angle, float sharpness) {
 
 /// Words and marks engraved around the middle.
 Raster<float> engraving() {
-    Raster<float> layer(kWidth, kHeight);
+    Raster<float> layer(kLensSide, kLensSide);
     const auto around = [&](std::string_view text, float degrees, float radius, float unit) {
         const float start = degrees / 180 * kPi - 0.5f * printWidth(text) * unit / radius;
         printText(layer, text, 0.8f * unit, [=](float x, float y) {
             const float angle = start + x * unit / radius, r = radius - (y - 0.5f * kPrintHeight) * unit;
-            return PrintPoint{960 + r * std::cos(angle), 540 + r * std::sin(angle)};
+            return PrintPoint{kLensMiddle + r * std::cos(angle), kLensMiddle + r * std::sin(angle)};
         });
     };
     around("QV OPTICS", 180, 626, 5.5f);
@@ -47,8 +49,10 @@ Raster<float> engraving() {
     around("NO 2407", 152, 626, 4.5f);
     for (int i = 0; i < 240; ++i) {
         const float angle = float(i) / 120 * kPi, length = i % 10 == 0 ? 16.0f : i % 5 == 0 ? 11.0f : 6.0f;
-        printStroke(layer, {960 + 536 * std::cos(angle), 540 + 536 * std::sin(angle)},
-                    {960 + (536 - length) * std::cos(angle), 540 + (536 - length) * std::sin(angle)}, 1.6f);
+        const auto at = [&](float r) {
+            return PrintPoint{kLensMiddle + r * std::cos(angle), kLensMiddle + r * std::sin(angle)};
+        };
+        printStroke(layer, at(536), at(536 - length), 1.6f);
     }
     return layer;
 }
@@ -57,8 +61,8 @@ Raster<float> engraving() {
 
 Bitmap lensFrame() {
     const Raster<float> marks = engraving();
-    return buildBitmap(kWidth, kHeight, [&](int px, int py) {
-        const float dx = float(px) + 0.5f - 960, dy = float(py) + 0.5f - 540;
+    return buildBitmap(kLensSide, kLensSide, [&](int px, int py) {
+        const float dx = float(px) + 0.5f - kLensMiddle, dy = float(py) + 0.5f - kLensMiddle;
         const float r = std::hypot(dx, dy), angle = std::atan2(dy, dx);
         // The opening's edge is out of focus; inside it the light falls off and the glass shows its coating.
         const float barrel = smoothstep(482, 504, r);

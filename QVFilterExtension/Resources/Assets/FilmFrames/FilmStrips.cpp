@@ -167,10 +167,13 @@ Bitmap printedFilmFrame() {
     Strip strip;
     strip.gate = {960, 540, 928, 338, 30};
     strip.seed = 2;
-    punch(strip, {92, 988}, 60, 180, {0, 0, 37, 52, 14});
-    const char* const words[] = {"QV COLOR 250", "SAFETY FILM", "QV COLOR 250"};
-    for (int i = 0; i < 3; ++i) printLine(strip.print, words[i], 150 + 720 * float(i), 8, 4.0f);
-    printLine(strip.print, "5024", 640, 8, 4.0f);
+    punch(strip, {92, 988}, 96, 192, {0, 0, 37, 52, 14});
+    // No word lies across the middle of a frame, or across the last two perforations' border: there the film
+    // is cut for other shapes.
+    printLine(strip.print, "QV COLOR 250", 24, 8, 4.0f);
+    printLine(strip.print, "5024", 400, 8, 4.0f);
+    printLine(strip.print, "SAFETY FILM", 600, 8, 4.0f);
+    printLine(strip.print, "QV COLOR 250", 1390, 8, 4.0f);
     printLine(strip.print, "24", 330, 1050, 4.0f);
     printLine(strip.print, ">24A", 1050, 1050, 4.0f);
     printLine(strip.print, "25", 1770, 1050, 4.0f);
@@ -182,8 +185,8 @@ Bitmap printedFilmFrame() {
         x += width + 5 + 5 * std::floor(bars.range(0, 3));
     }
     for (int i = 0; i < 4; ++i) {
-        printLine(strip.print, i % 2 ? "-> 25" : "QV MOTION", 240 + 480 * float(i), 164, 2.7f);
-        printLine(strip.print, i % 2 ? "SAFETY" : "1 2 3 4", 120 + 480 * float(i), 900, 2.7f);
+        printLine(strip.print, i % 2 ? "-> 25" : "QV MOTION", 200 + 480 * float(i), 164, 2.7f);
+        printLine(strip.print, i % 2 ? "SAFETY" : "1 2 3 4", 40 + 480 * float(i), 900, 2.7f);
     }
     return develop(strip);
 }
@@ -195,7 +198,7 @@ Bitmap cineFilmFrame() {
     strip.seed = 1;
     punch(strip, {150, 1770}, 0, 270, {0, 0, 79, 56, 22});
     printLine(strip.print, "QV SAFETY FILM", 46, 160, 4.2f, 1);
-    printLine(strip.print, "5024 250", 46, 760, 4.2f, 1);
+    printLine(strip.print, "5024 250", 46, 830, 4.2f, 1);
     printLine(strip.print, "A1", 1890, 106, 4.2f, 1);
     printLine(strip.print, "0024-07", 1890, 560, 4.2f, 1);
     return develop(strip);
@@ -206,9 +209,9 @@ Bitmap homeFilmFrame() {
     strip.runsDown = true;
     strip.gate = {1015, 540, 735, 508, 74};
     strip.seed = 3;
-    punch(strip, {132}, -540, 1080, {0, 0, 92, 132, 34});
-    printLine(strip.print, "QV SUPER 8", 1874, 150, 5.0f, 1);
-    printLine(strip.print, "24", 1874, 820, 5.0f, 1);
+    punch(strip, {132}, 0, 1080, {0, 0, 92, 132, 34});
+    printLine(strip.print, "QV 8", 1874, 150, 5.0f, 1);
+    printLine(strip.print, "24", 1874, 860, 5.0f, 1);
     return develop(strip);
 }
 

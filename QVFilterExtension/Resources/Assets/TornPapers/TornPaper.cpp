@@ -95,6 +95,24 @@ void drawFibre(Raster<float>& raster, Fibre fibre, Paint&& paint) {
     }
 }
 
+/// At a place in units from the picture's top left.
+Vec3 faceColor(PaperStock stock, float u, float v) {
+    switch (stock) {
+        case PaperStock::cream:
+            return {0.925f, 0.893f, 0.83f};
+        case PaperStock::white:
+            return {0.965f, 0.958f, 0.945f};
+        case PaperStock::kraft:
+            return {0.74f, 0.585f, 0.42f};
+        case PaperStock::ruled:
+            break;
+    }
+    // Blue lines, and a red one for the margin.
+    const float line = std::abs(v / 46 - std::round(v / 46)) * 46, margin = std::abs(u - 190);
+    const Vec3 lined = mix(Vec3{0.955f, 0.95f, 0.93f}, Vec3{0.56f, 0.70f, 0.86f}, clamp01(1.9f - line));
+    return mix(lined, Vec3{0.90f, 0.47f, 0.45f}, clamp01(2.2f - margin));
+}
+
 }  // namespace
 
 TornPaper::TornPaper(const TornPiece& piece)
@@ -119,7 +137,7 @@ void TornPaper::tear() {
             const float fromMiddleX = float(x) + 0.5f - float(piece_.width) / 2,
                         fromMiddleY = float(y) + 0.5f - float(piece_.height) / 2;
             const Place place = placeIn(piece_.tears, fromMiddleX, fromMiddleY, 60 * piece_.unit);
-            const float depth = place.depth / piece_.unit;
+            const float depth = (piece_.hole ? -place.depth : place.depth) / piece_.unit;
             const float u = fromMiddleX / piece_.unit, v = fromMiddleY / piece_.unit;
             float& outer = outer_.at(x, y);
             float& inner = inner_.at(x, y);
@@ -226,8 +244,7 @@ Rgba TornPaper::shade(int x, int y, bool blank) const {
     const float alpha = coverage_.at(x, y), shadow = shadow_.at(x, y);
     const float onFace = clamp01(inner_.at(x, y) * piece_.unit + 0.5f);
     if (!blank && onFace == 1) return {{1, 1, 1}, 1};  // hidden
-    constexpr Vec3 kShadow{0.045f, 0.035f, 0.03f}, kCore{0.975f, 0.962f, 0.935f},
-        kFace{0.925f, 0.893f, 0.83f};
+    constexpr Vec3 kShadow{0.045f, 0.035f, 0.03f}, kCore{0.975f, 0.962f, 0.935f};
     Vec3 paper = kCore;
     {
         const float u = float(x) / piece_.unit, v = float(y) / piece_.unit;
@@ -236,12 +253,12 @@ Rgba TornPaper::shade(int x, int y, bool blank) const {
         // Fibres that did not bleach stand out of a face.
         const float fibre = fibres_.at(x, y);
         const float tint = 1 + 0.08f * cloud + 0.09f * fibre;
-        if (blank) paper = mix(kCore, kFace * tint, onFace);
+        if (blank) paper = mix(kCore, faceColor(piece_.stock, u, v) * tint, onFace);
         const int step = std::max(1, int(piece_.unit + 0.5f));
         const float rise = relief_.clamped(x + step, y - step) - relief_.clamped(x - step, y + step);
         float light = 1 - 0.062f * rise * piece_.unit / float(step) + 0.035f * cloud + 0.02f * grain;
         // The skin's rim shades the core beside it.
-        light *= 1 - 0.16f * (1 - onFace) * std::exp(inner_.at(x, y) / 2.2f);
+        light *= 1 - 0.16f * (1 - onFace) * std::exp(std::min(inner_.at(x, y), 1.0f) / 2.2f);
         paper *= std::clamp(light, 0.62f, 1.06f);
     }
     return {kShadow * (shadow * (1 - alpha)) + paper * alpha, alpha + shadow * (1 - alpha)};
@@ -260,6 +277,32 @@ Bitmap TornPaper::underPhoto() const {
 
 Bitmap TornPaper::blank() const {
     return buildBitmap(piece_.width, piece_.height, [&](int x, int y) { return shade(x, y, true); });
+}
+
+Bitmap TornPaper::framing(int windowWidth, int windowHeight) const {
+    return buildBitmap(piece_.width, piece_.height, [&](int x, int y) {
+        const float fromX = std::abs(float(x) + 0.5f - float(piece_.width) / 2) - float(windowWidth) / 2,
+                    fromY = std::abs(float(y) + 0.5f - float(piece_.height) / 2) - float(windowHeight) / 2;
+        const float outside = std::max(fromX, fromY);
+        Rgba paper = shade(x, y, true);
+        paper.color *= 1 - 0.3f * clamp01(1 - std::abs(outside - 1));
+        return outside < 0 ? Rgba{} : paper;
+    });
+}
+
+Bitmap TornPaper::opening() const {
+    return buildBitmap(piece_.width, piece_.height, [&](int x, int y) {
+        const float alpha = clamp01(1.5f - inner_.at(x, y) * piece_.unit);
+        return Rgba{{alpha, alpha, alpha}, alpha};
+    });
+}
+
+Bitmap TornPaper::rim() const {
+    return buildBitmap(piece_.width, piece_.height, [&](int x, int y) {
+        const float seen = clamp01(1.5f - inner_.at(x, y) * piece_.unit);
+        const Rgba paper = shade(x, y, false);
+        return Rgba{paper.color * seen, paper.alpha * seen};
+    });
 }
 
 }  // namespace qv::assets

@@ -15,12 +15,17 @@ struct Tear {
     float lip;   ///< how wide the white core shows along the tear, units
 };
 
-/// A piece torn out of a sheet.
+/// What a blank face is made of.
+enum class PaperStock { cream, white, kraft, ruled };
+
+/// A piece torn out of a sheet, or a hole torn into one.
 struct TornPiece {
     int width, height;        ///< of its pictures, pixels
     float unit;               ///< pixels that a unit of the paper takes up; a fibre is about one unit thick
     std::vector<Tear> tears;  ///< clockwise as seen; those outside the picture run off it
     std::uint32_t seed;
+    PaperStock stock = PaperStock::cream;
+    bool hole = false;  ///< the tears are those of a hole; the sheet lies around it
 };
 
 /// Torn paper seen from above, lit from the upper right: a face, around it a lip of the paper's white core,
@@ -36,6 +41,12 @@ class TornPaper {
     Bitmap underPhoto() const;
     /// A blank sheet.
     Bitmap blank() const;
+    /// A blank sheet with a window in its middle, sharply cut, pixels; around it a faint line is printed.
+    Bitmap framing(int windowWidth, int windowHeight) const;
+    /// White where the sheet has a hole.
+    Bitmap opening() const;
+    /// What is seen of a sheet around its face: its lip, and the shadow that it throws, in a hole into it.
+    Bitmap rim() const;
 
   private:
     void tear();
