@@ -4,15 +4,11 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <filesystem>
 #include <map>
 #include <mutex>
 
-#include "Platform/Foundation/Log.h"
-#include "Platform/ImageGraph/MTIContext.h"
-#include "QVFilterCore/QVClipTime.h"
-#include "QVFilterCore/QVMTIFilter.h"
+#include "Bindings/Plugin/PluginFilter.h"
 #include "QVFilterExtension/QVFilterRegistry.h"
 #include "QVFilterExtension/QVFilterVersion.h"
 
@@ -85,50 +81,12 @@ std::optional<Parameter> parameterOf(const QVFilterClass& filterClass, const QVP
     return parameter;
 }
 
-/// Whether a host of this interface has what the class needs: one frame or two, and a mask in the frame's
-/// alpha.
-bool isCarried(const QVFilterClass& filterClass) {
-    if (filterClass.kindOrInherited() == QVFilterKind::auxiliary) return false;
-    return std::ranges::all_of(filterClass.allInputs(), [&](const QVInput& input) {
-        const bool isThere = input.role == QVInputRole::frame || input.role == QVInputRole::mask ||
-                             (input.role == QVInputRole::incoming && filterClass.isTransition());
-        return isThere || !input.isRequired;
-    });
-}
-
 /// FFmpeg counts milliseconds, other hosts seconds.
 bool countsMilliseconds(const void* caller) {
     Dl_info host;
     if (!::dladdr(caller, &host) || !host.dli_fname) return false;
     const std::string name = std::filesystem::path(host.dli_fname).filename();
     return name.starts_with("libavfilter") || name.starts_with("ffmpeg");
-}
-
-/// Made at the first frame: hosts construct plugins only to read what they are.
-std::shared_ptr<MTIContext> context() {
-    static std::mutex mutex;
-    static auto& kept = *new std::shared_ptr<MTIContext>;
-    const std::lock_guard lock(mutex);
-    if (!kept) {
-        MTIContextOptions options;
-        options.fusion = MTIFusion::beforeFirstFrame;
-        std::string error;
-        kept = MTIContext::create(options, &error);
-        if (!kept) logLineOnce("frames pass unchanged: " + error);
-    }
-    return kept;
-}
-
-/// White where the frame is opaque; nil when it is so everywhere.
-PixelBuffer maskOfAlpha(const std::uint8_t* rgba, int width, int height) {
-    PixelBuffer mask = PixelBuffer::create(PixelFormat::gray8, width, height);
-    if (!mask) return {};
-    bool opaque = true;
-    for (int y = 0; y < height; ++y) {
-        std::uint8_t* row = mask.plane(0).data + std::size_t(y) * mask.plane(0).rowBytes;
-        for (int x = 0; x < width; ++x, rgba += 4) opaque &= (row[x] = rgba[3]) == 255;
-    }
-    return opaque ? PixelBuffer() : mask;
 }
 
 }  // namespace
@@ -140,45 +98,17 @@ struct qv_frei0r_plugin {
 
 struct qv_frei0r_instance {
     const qv_frei0r_plugin* plugin;
-    std::unique_ptr<QVMTIFilter> filter;
+    PluginFilter drawing;
     int width, height;
     std::int64_t frames = 0;
 
-    PixelBuffer wrap(const void* pixels) const {
-        const PixelBuffer::Plane plane{static_cast<std::uint8_t*>(const_cast<void*>(pixels)),
-                                       std::size_t(width) * 4};
-        return PixelBuffer::wrap(PixelFormat::rgba8, width, height, {}, {plane},
-                                 {pixels, [](const void*) {}});
-    }
-    void setNumber(std::string_view name, double value) {
-        if (const QVProperty* property = filter->filterClass().property(name)) property->set(*filter, value);
-    }
     void moveTo(double time, const void* caller) {
         double seconds = countsMilliseconds(caller) ? time / 1000 : time;
         // Some hosts have no time for some frames.
         constexpr double kUsualRate = 25, kLongest = 1e6;
         if (!(seconds >= 0 && seconds < kLongest)) seconds = double(frames) / kUsualRate;
         ++frames;
-        setNumber("iTime", seconds);
-        setNumber("time", seconds);
-    }
-    void setInputs(const void* first, const void* second) {
-        PixelBuffer mask;
-        for (const QVInput& input : filter->filterClass().allInputs()) {
-            QVInputValue value = input.isBuffer ? QVInputValue(PixelBuffer()) : QVInputValue(MTIImage());
-            if (input.role == QVInputRole::frame && first)
-                value = MTIImage::imageWithPixelBuffer(wrap(first));
-            if (input.role == QVInputRole::incoming && second)
-                value = MTIImage::imageWithPixelBuffer(wrap(second));
-            if (input.role == QVInputRole::mask && first) {
-                if (!mask) mask = maskOfAlpha(static_cast<const std::uint8_t*>(first), width, height);
-                if (input.isBuffer) value = mask;
-                if (!input.isBuffer) value = MTIImage::imageWithPixelBuffer(mask);
-            }
-            if (input.role != QVInputRole::texture) input.set(*filter, std::move(value));
-        }
-        if (const QVProperty* size = filter->filterClass().property("inputImageOriginalSize"))
-            size->set(*filter, MTIVector{float(width), float(height)});
+        drawing.setSeconds(seconds);
     }
 };
 
@@ -186,7 +116,7 @@ const qv_frei0r_plugin* qv_frei0r_plugin_of(const char* file) {
     static std::mutex mutex;
     static auto& plugins = *new std::map<const QVFilterClass*, qv_frei0r_plugin>;
     const QVFilterClass* filterClass = filterClassNamed(std::filesystem::path(file).stem().string());
-    if (!filterClass || !isCarried(*filterClass)) return nullptr;
+    if (!filterClass || !isPluginClass(*filterClass)) return nullptr;
     const std::lock_guard lock(mutex);
     const auto [entry, isNew] = plugins.try_emplace(filterClass, qv_frei0r_plugin{filterClass, {}});
     if (!isNew) return &entry->second;
@@ -226,9 +156,9 @@ qv_frei0r_instance* qv_frei0r_construct(const qv_frei0r_plugin* plugin, unsigned
     if (width < 1 || height < 1 || width > unsigned(kMaximumImageSide) ||
         height > unsigned(kMaximumImageSide))
         return nullptr;
-    auto instance = std::make_unique<qv_frei0r_instance>(
-        qv_frei0r_instance{plugin, plugin->filterClass->create(), int(width), int(height)});
-    instance->setNumber("endTime", kUsualSeconds);
+    auto instance = std::unique_ptr<qv_frei0r_instance>(
+        new qv_frei0r_instance{plugin, PluginFilter(*plugin->filterClass), int(width), int(height)});
+    instance->drawing.setNumber("endTime", kUsualSeconds);
     return instance.release();
 }
 
@@ -238,7 +168,9 @@ void qv_frei0r_destruct(qv_frei0r_instance* instance) {
 
 void qv_frei0r_set(qv_frei0r_instance* instance, f0r_param_t value, int index) {
     const Parameter& parameter = instance->plugin->parameters.at(std::size_t(index));
-    const auto set = [&](const QVPropertyValue& typed) { parameter.property->set(*instance->filter, typed); };
+    const auto set = [&](const QVPropertyValue& typed) {
+        parameter.property->set(instance->drawing.filter(), typed);
+    };
     if (parameter.type == F0R_PARAM_BOOL) return set(*static_cast<double*>(value) >= 0.5);
     if (parameter.type == F0R_PARAM_COLOR) {
         const auto& color = *static_cast<f0r_param_color_t*>(value);
@@ -255,12 +187,13 @@ void qv_frei0r_set(qv_frei0r_instance* instance, f0r_param_t value, int index) {
 
 void qv_frei0r_get(qv_frei0r_instance* instance, f0r_param_t value, int index) {
     const Parameter& parameter = instance->plugin->parameters.at(std::size_t(index));
-    const QVPropertyValue held = parameter.property->get(*instance->filter);
+    const QVPropertyValue held = parameter.property->get(instance->drawing.filter());
     if (const auto* flag = std::get_if<bool>(&held)) {
         *static_cast<double*>(value) = *flag ? 1 : 0;
     } else if (const auto* colors = std::get_if<std::vector<UIColor>>(&held)) {
         const UIColor color = colors->empty() ? UIColor{1, 1, 1, 1} : colors->front();
-        *static_cast<f0r_param_color_t*>(value) = {float(color.red()), float(color.green()), float(color.blue())};
+        *static_cast<f0r_param_color_t*>(value) = {float(color.red()), float(color.green()),
+                                                   float(color.blue())};
     } else if (const auto* place = std::get_if<MTIVector>(&held)) {
         const auto at = [&](std::size_t i) {
             return place->count() == 2 ? parameter.folded((*place)[i]) : 0.5;
@@ -276,18 +209,7 @@ void qv_frei0r_get(qv_frei0r_instance* instance, f0r_param_t value, int index) {
 void qv_frei0r_update(qv_frei0r_instance* instance, double time, const uint32_t* first,
                       const uint32_t* second, uint32_t* out, const void* caller) {
     instance->moveTo(time, caller);
-    std::string error = "no device";
-    bool drawn = false;
-    if (const auto device = context()) {
-        instance->setInputs(first, second);
-        const MTIImage output = instance->filter->outputImage();
-        const auto task = output ? device->startRender(output, instance->wrap(out), &error) : nullptr;
-        drawn = task && task->wait(&error);
-        if (!drawn) {
-            logLineOnce(fmt::format("{}: frames pass unchanged: {}", instance->filter->filterClass().name,
-                                    output ? error : "no mask in the alpha channel, or an asset is missing"));
-        }
-        instance->setInputs(nullptr, nullptr);  // the host's memory is its own again
-    }
-    if (!drawn) std::memcpy(out, first, std::size_t(instance->width) * std::size_t(instance->height) * 4);
+    const auto bytes = [](const uint32_t* pixels) { return reinterpret_cast<const std::uint8_t*>(pixels); };
+    instance->drawing.draw({instance->width, instance->height, bytes(first), bytes(second), {}},
+                           reinterpret_cast<std::uint8_t*>(out));
 }

@@ -11,7 +11,7 @@ WIDTH, HEIGHT = 160, 90
 
 
 def run(*command: str, stdin: bytes = b"", **settings) -> bytes:
-    result = subprocess.run(command, input=stdin, capture_output=True, **settings)
+    result = subprocess.run(command, input=stdin, capture_output=True, timeout=120, **settings)
     assert result.returncode == 0, f"{command}: {result.stderr.decode()}"
     return result.stdout
 
