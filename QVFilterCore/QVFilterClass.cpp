@@ -100,6 +100,11 @@ bool QVFilterClass::ignores(std::string_view propertyName) const {
     return false;
 }
 
+std::string_view QVFilterClass::driverName(const QVProperty& property) const {
+    if (ignores(property.name)) return "none";
+    return property.driver == QVPropertyDriver::host ? "host" : "user";
+}
+
 const std::vector<QVInput>& QVFilterClass::allInputs() const {
     static const std::vector<QVInput> kNone;
     const QVFilterClass* record = nearest(*this, [](auto& r) { return r.inputs.has_value(); });

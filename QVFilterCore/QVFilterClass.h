@@ -81,6 +81,8 @@ struct QVFilterClass {
     const QVProperty* property(std::string_view propertyName) const;
     /// Whether setting the property changes no picture of the class.
     bool ignores(std::string_view propertyName) const;
+    /// Who sets a property of the class: "user", "host", or "none" where that changes no picture.
+    std::string_view driverName(const QVProperty& property) const;
 
     /// What the class works on, in order; the first is the frame that the result has the size of.
     const std::vector<QVInput>& allInputs() const;

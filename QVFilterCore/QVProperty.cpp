@@ -5,6 +5,7 @@
 #include <cctype>
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
 #include <optional>
 
 #include "Platform/Foundation/Log.h"
@@ -163,7 +164,41 @@ double roundStep(double value) {
     return power * (digit < 2 ? 1 : digit < 5 ? 2 : 5);
 }
 
+std::string listText(const auto& values) {
+    std::string text;
+    for (const double value : values) {
+        if (!text.empty()) text += ',';
+        text += fmt::format("{}", shortestNumber(value));
+    }
+    return text;
+}
+
+struct ToText {
+    std::string operator()(bool value) const { return value ? "true" : "false"; }
+    std::string operator()(std::int64_t value) const { return fmt::format("{}", value); }
+    std::string operator()(double value) const { return fmt::format("{}", shortestNumber(value)); }
+    std::string operator()(const MTIVector& vector) const { return listText(vector.values()); }
+    std::string operator()(const std::vector<UIColor>& colors) const {
+        std::string text;
+        for (const UIColor& color : colors) text += (text.empty() ? "" : ",") + color.hex();
+        return text;
+    }
+    std::string operator()(const std::vector<double>& values) const { return listText(values); }
+    std::string operator()(const CGAffineTransform& t) const {
+        return listText(std::array{t.a, t.b, t.c, t.d, t.tx, t.ty});
+    }
+    std::string operator()(const CMTimeRange& range) const {
+        return listText(std::array{CMTimeGetSeconds(range.start), CMTimeGetSeconds(range.duration)});
+    }
+};
+
 }  // namespace
+
+std::string_view typeName(QVPropertyType type) {
+    static constexpr std::array<std::string_view, 10> kNames = {
+        "bool", "int", "float", "point", "size", "color", "colors", "numbers", "transform", "timeRange"};
+    return kNames[std::size_t(type)];
+}
 
 std::string_view unitName(QVUnit unit) {
     static constexpr std::array<std::string_view, 13> kNames = {"",
@@ -227,6 +262,16 @@ std::optional<QVPropertyValue> parseProperty(const QVProperty& property, std::st
     }
     if (!checkRange(property, *value, error)) return std::nullopt;
     return value;
+}
+
+double shortestNumber(double value) {
+    const float narrowed = float(value);
+    if (double(narrowed) != value) return value;
+    return std::strtod(fmt::format("{}", narrowed).c_str(), nullptr);
+}
+
+std::string propertyText(const QVPropertyValue& value) {
+    return std::visit(ToText{}, value);
 }
 
 bool setProperty(QVMTIFilter& filter, std::string_view name, const QVPropertyValue& value,

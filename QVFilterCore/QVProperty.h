@@ -37,6 +37,9 @@ enum class QVPropertyType {
 using QVPropertyValue = std::variant<bool, std::int64_t, double, MTIVector, std::vector<UIColor>,
                                      std::vector<double>, CGAffineTransform, CMTimeRange>;
 
+/// "bool", "int", "float", "point", "size", "color", "colors", "numbers", "transform" or "timeRange".
+std::string_view typeName(QVPropertyType type);
+
 /// What a property's numbers count. Colours, switches, selectors, transforms and spans of time need none.
 enum class QVUnit {
     none,
@@ -177,6 +180,13 @@ constexpr QVProperty qvProperty(QVProperty facts) {
 /// or its range.
 std::optional<QVPropertyValue> parseProperty(const QVProperty& property, std::string_view text,
                                              std::string* error);
+
+/// A value as `parseProperty` reads it, whole numbers without a point; a number that was a float has no more
+/// digits than it needs as one.
+std::string propertyText(const QVPropertyValue& value);
+
+/// A number that prints with the fewest digits that read back as the same float, if it is one.
+double shortestNumber(double value);
 
 /// Sets a property of a filter by name, after checking type and range. False with the cause in `error`.
 bool setProperty(QVMTIFilter& filter, std::string_view name, const QVPropertyValue& value,

@@ -17,5 +17,6 @@
 #include "QVFilterCore/QVMTITwoInputFilter.h"
 #include "QVFilterCore/QVResourceBundle.h"
 #include "QVFilterCore/QVTransitionMTIFilter.h"
+#include "QVFilterExtension/QVFilterClassJSON.h"
 #include "QVFilterExtension/QVFilterRegistry.h"
 #include "QVFilterExtension/QVFilterVersion.h"

@@ -2,7 +2,9 @@
 
 include(CMakePackageConfigHelpers)
 
-install(TARGETS QVFilterExtension EXPORT QVFilterExtensionTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(TARGETS QVFilterExtension qv EXPORT QVFilterExtensionTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(FILES Bindings/C/qv.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(DIRECTORY Bindings/Python/qv DESTINATION lib/python3/dist-packages PATTERN __pycache__ EXCLUDE)
 set_target_properties(qvfilter PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
 install(TARGETS qvfilter RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(DIRECTORY ${QV_BUNDLE} DESTINATION ${CMAKE_INSTALL_LIBDIR})
@@ -27,4 +29,5 @@ file(RELATIVE_PATH QV_PC_INCLUDEDIR ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL
 configure_file(cmake/QVFilterExtension.pc.in ${CMAKE_BINARY_DIR}/generated/QVFilterExtension.pc @ONLY)
 install(FILES ${CMAKE_BINARY_DIR}/generated/QVFilterExtensionConfig.cmake
     ${CMAKE_BINARY_DIR}/generated/QVFilterExtensionConfigVersion.cmake DESTINATION ${package_dir})
-install(FILES ${CMAKE_BINARY_DIR}/generated/QVFilterExtension.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+configure_file(Bindings/C/qv.pc.in ${CMAKE_BINARY_DIR}/generated/qv.pc @ONLY)
+install(FILES ${CMAKE_BINARY_DIR}/generated/QVFilterExtension.pc ${CMAKE_BINARY_DIR}/generated/qv.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

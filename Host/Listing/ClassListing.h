@@ -4,7 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "Host/Listing/PropertyJSON.h"
+#include "Host/Listing/JSON.h"
+#include "QVFilterCore/QVFilterClass.h"
 
 namespace qv::host {
 
@@ -15,7 +16,7 @@ std::unique_ptr<QVMTIFilter> newInstance(const QVFilterClass& filterClass);
 /// that only keeps numbers finite is left out.
 std::string rangeText(const QVProperty& property);
 
-/// Everything that the class object says, with the properties' defaults as a new instance has them.
+/// What `filterClassJSON` says.
 Json classToJSON(const QVFilterClass& filterClass);
 
 /// The same for reading.

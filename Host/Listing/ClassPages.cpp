@@ -79,7 +79,7 @@ std::string valueText(const QVProperty& property, const QVMTIFilter& filter) {
     }
     if (const auto* number = std::get_if<double>(&value))
         return code(fmt::format("{}", shortestNumber(*number)));
-    const std::string text = propertyValueToText(value);
+    const std::string text = propertyText(value);
     return text.empty() ? "none" : code(text);
 }
 

@@ -19,6 +19,8 @@ libdir=$(dirname "$(dirname "$(find "$work/moved" -name QVFilterExtension.pc)")"
 export PKG_CONFIG_PATH=$libdir/pkgconfig LD_LIBRARY_PATH=$libdir
 g++ $flags "$source/Examples/RenderStill/main.cpp" -o "$work/render-still" $(pkg-config --cflags --libs QVFilterExtension)
 
+gcc -std=c11 -Wall -Wextra -Werror "$source/Examples/CRender/main.c" -o "$work/c-render" $(pkg-config --cflags --libs qv)
+
 # The package, the headers, the library and the tool are of one version.
 version=$(pkg-config --modversion QVFilterExtension)
 cat >"$work/version.cpp" <<'END'
@@ -42,6 +44,10 @@ for program in "$work/RenderStill/render-still" "$work/render-still"; do
     "$program" QVNoSuchFilter "$work/in.png" "$work/out.png" 2>/dev/null && { echo "an unknown class was taken"; exit 1; }
     rm "$work/out.png"
 done
+"$work/c-render" mosaic "$work/in.png" "$work/out.ppm" effectValue=1 | grep -q "64x48 by QVMosaicMTIFilter"
+"$work/c-render" mosaic "$work/in.png" "$work/out.ppm" effectValue=2 2>&1 | grep -q "outside 0 to 1"
+ffmpeg -v error -i "$work/out.ppm" -pix_fmt rgb24 -f rawvideo - | cmp -s - <(ffmpeg -v error -i "$work/in.png" -pix_fmt rgb24 -f rawvideo -) &&
+    { echo "the C program's picture did not change"; exit 1; }
 "$work/HostDevice/host-device" QVFireMTIFilter "$work/out.png" | grep -q "on the editor's"
 test -s "$work/out.png"
 "$work/moved/bin/qvfilter" list >"$work/list.txt"  # whole: grep -q would close the pipe

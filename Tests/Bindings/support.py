@@ -1,0 +1,43 @@
+"""Pictures and programs for the tests of the bindings."""
+
+import os
+import subprocess
+from pathlib import Path
+
+import numpy as np
+
+TOOL, SOURCE = os.environ["QV_TOOL"], Path(os.environ["QV_SOURCE_ROOT"])
+WIDTH, HEIGHT = 160, 90
+
+
+def run(*command: str, stdin: bytes = b"", **settings) -> bytes:
+    result = subprocess.run(command, input=stdin, capture_output=True, timeout=120, **settings)
+    assert result.returncode == 0, f"{command}: {result.stderr.decode()}"
+    return result.stdout
+
+
+def picture(seed: int, channels: int = 3, width: int = WIDTH, height: int = HEIGHT) -> np.ndarray:
+    y, x = np.mgrid[0:height, 0:width]
+    planes = [(x * (2 + c) + y * 3 + 70 * seed) % 256 for c in range(3)] + [np.full_like(x, 255)]
+    return np.dstack(planes[:channels]).astype(np.uint8)
+
+
+def write(path: str, *frames: np.ndarray) -> str:
+    """A PNG, or a lossless clip of 25 frames a second."""
+    height, width = frames[0].shape[:2]
+    codec = ["-c:v", "ffv1", "-pix_fmt", "bgr0"] if path.endswith(".mkv") else []
+    run("ffmpeg", "-v", "error", "-y", "-f", "rawvideo", "-pix_fmt", "rgb24", "-s", f"{width}x{height}", "-r", "25", "-i", "-",
+        *codec, path, stdin=b"".join(frame.tobytes() for frame in frames))
+    return path
+
+
+def read(path: str, width: int = WIDTH, height: int = HEIGHT) -> np.ndarray:
+    """All frames: count x height x width x 3."""
+    raw = run("ffmpeg", "-v", "error", "-i", path, "-pix_fmt", "rgb24", "-f", "rawvideo", "-")
+    return np.frombuffer(raw, np.uint8).reshape(-1, height, width, 3)
+
+
+def still(source: str, choice: str, time: float, target: str) -> np.ndarray:
+    """What the tool draws."""
+    run(TOOL, "still", "-y", "-i", source, "-e", choice, "--time", str(time), "-o", target)
+    return read(target)[0]
