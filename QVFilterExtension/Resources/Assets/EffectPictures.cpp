@@ -1,4 +1,5 @@
-// Draws the pictures that effects read or lay over the frame: paper, bubble, star and ribbon.
+// Draws the pictures that effects read or lay over the frame: paper, bubble, star, ribbon, noise and
+// materials.
 
 #include <string>
 
@@ -21,7 +22,11 @@ int main(int argc, char** argv) {
     } files[] = {{"filter_snow_noise.png", paperNoise},
                  {"filter_bubble.png", soapBubble},
                  {"filter_star.png", star},
-                 {"filter_ribbon.png", ribbon}};
+                 {"filter_ribbon.png", ribbon},
+                 {"filter_noise.png", sensorNoise},
+                 {"filter_material_foil.png", foilMaterial},
+                 {"filter_material_gold.png", goldMaterial},
+                 {"filter_material_marble.png", marbleMaterial}};
     for (const auto& file : files) {
         std::string error;
         if (!writePNG(file.draw(), fmt::format("{}/{}", argv[1], file.name), &error)) {

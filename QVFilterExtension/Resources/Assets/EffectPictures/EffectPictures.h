@@ -18,4 +18,14 @@ Bitmap star();
 /// A curl of ribbon that hangs down in two turns, 192×480, white with shading, to be tinted.
 Bitmap ribbon();
 
+/// Noise of a camera's sensor, 256×256, opaque, and without a seam when it is repeated: red holds grain of a
+/// pixel or two, green and blue blotches of nine, all about 0.5.
+Bitmap sensorNoise();
+
+/// Materials, 768×768, opaque: crumpled foil with the colours of a hologram, gold leaf with worn seams, white
+/// marble with dark and golden veins.
+Bitmap foilMaterial();
+Bitmap goldMaterial();
+Bitmap marbleMaterial();
+
 }  // namespace qv::assets
