@@ -137,14 +137,21 @@ TEST(QVBlackWhiteMTIFilter, GreyAtHalfStrengthHardAtFull) {
 }
 
 TEST(QVBlackFilmShakeMTIFilter, StandsWithinASlotAndJumpsBetweenThem) {
-    // Brightness climbs by 1/30 a pixel around the middle row.
+    // Green climbs by 1/30 a pixel around the middle row; the even blue tells of the lamp.
     const Bitmap input = makeBitmap(120, 120, [](int x, int y) {
-        return Pixel{float(x) / 120, std::clamp((float(y) - 45) / 30, 0.f, 1.f), 0, 1};
+        return Pixel{float(x) / 120, std::clamp((float(y) - 45) / 30, 0.f, 1.f), 0.6f, 1};
     });
     const auto jitter = [&](double time) { return rendered("QVBlackFilmShakeMTIFilter", input, 1, time); };
     EXPECT_TRUE(matches(jitter(0.001), jitter(0.06), 0));  // a slot is 1/16 s
     std::set<float> places;
-    for (int slot = 0; slot < 32; ++slot) places.insert(jitter((slot + 0.5) / 16).at(60, 60)[1]);
+    std::set<float> lamps;
+    for (int slot = 0; slot < 32; ++slot) {
+        const Pixel middle = jitter((slot + 0.5) / 16).at(60, 60);
+        places.insert(middle[1] * 0.6f / middle[2]);
+        lamps.insert(middle[2]);
+    }
+    EXPECT_GT(*lamps.rbegin(), 1.1f * *lamps.begin()) << "the lamp flickers";
+    EXPECT_LT(jitter(0.01).at(2, 60)[2], 0.1f) << "the gate";
     EXPECT_GE(places.size(), 12u);
     // At most 0.015 of the shorter side, 1.8 pixels, off.
     for (const float place : places) EXPECT_NEAR(place, 15 / 30., 1.9 / 30);
