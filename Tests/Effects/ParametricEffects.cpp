@@ -241,11 +241,18 @@ TEST(ParametricEffects, CopiesSurroundTheOneInTheMiddle) {
     // 2 + 10 · 0.1 is three each way.
     const Picture three = rendered("QVAICopySplitFilter", input, {{"effectValue", "0.1"}});
     const Picture nine = rendered("QVSplitNineFilter", input, {});
-    EXPECT_TRUE(matches(three, nine, 0.02));
-    // Between two and three the middle copy is whole and the outer ones are cut.
+    // Copies have half of their colour and 0.62 of their light.
+    const auto faded = [](const Pixel& p) {
+        return 0.62f * 0.5f * (p[0] + 0.2126f * p[0] + 0.7152f * p[1] + 0.0722f * p[2]);
+    };
+    for (const auto& [x, y] : {std::pair{15, 10}, {225, 15}, {100, 8}, {30, 100}, {200, 110}})
+        EXPECT_NEAR(three.at(x, y)[0], faded(nine.at(x, y)), 0.02) << x << " " << y;
+    // The large one has 0.54 of the frame's size.
+    for (const int x : {70, 120, 160})
+        EXPECT_NEAR(three.at(x, 60)[0], 0.1 + 0.8 * (0.5 + ((x + 0.5) / 240 - 0.5) / 0.54), 0.01) << x;
+    // Between two and three the outer copies are cut.
     const Picture between = rendered("QVAICopySplitFilter", input, {{"effectValue", "0.05"}});
-    EXPECT_NEAR(between.at(120, 60)[0], 0.5, 0.02);
-    EXPECT_NEAR(between.at(0, 60)[0], 0.1 + 0.8 * 0.25, 0.02);
+    EXPECT_NEAR(between.at(0, 60)[0], faded({0.3f, 0.55f, 0.275f, 1}), 0.01);
 }
 
 TEST(ParametricEffects, TheGlassMagnifiesInsideItsRimAlone) {
