@@ -92,12 +92,21 @@ const QVFilterClass QVMotionBlurMTIFilterClass{
                 .unit = QVUnit::radians,
                 .step = 0.01,
             }),
+            qvProperty<&Blur::lightsOnly, &Blur::setLightsOnly>({
+                .name = "lightsOnly",
+                .title = "Lights only",
+                .help = "smears the lights of the picture and leaves the rest black",
+            }),
         },
 };
 
 MTIImage QVMotionBlurMTIFilter::outputImage() {
-    if (!inputImage() || !(blurSize_ > 0) || !std::isfinite(blurSize_) || !std::isfinite(blurAngle_))
-        return inputImage();
+    const bool isLine = blurSize_ > 0 && std::isfinite(blurSize_) && std::isfinite(blurAngle_);
+    if (!inputImage() || (!isLine && !lightsOnly_)) return inputImage();
+    if (!isLine) {
+        return applied(inputImage(), inputImage().size(),
+                       {{"pass", kBox}, {"tapStep", MTIVector{0, 0}}, {"steps", 1.0f}});
+    }
     const Line line(blurSize_, blurAngle_, inputImage().size());
     if (line.isOnGrid && line.steps <= kLongestBox) {
         return applied(inputImage(), inputImage().size(),
@@ -109,6 +118,7 @@ MTIImage QVMotionBlurMTIFilter::outputImage() {
 
 MTIImage QVMotionBlurMTIFilter::applied(const MTIImage& image, CGSize size, MTIParameters parameters) const {
     const auto kernel = filterClass().kernel();
+    if (lightsOnly_ && image.node() == inputImage().node()) parameters.set("lightsOnly", std::int32_t(true));
     return kernel ? kernel->applyToInputImages({image}, std::move(parameters), size, outputPixelFormat())
                   : MTIImage();
 }

@@ -19,12 +19,17 @@ class QVMotionBlurMTIFilter : public QVMTIOneInputFilter {
     explicit QVMotionBlurMTIFilter(const QVFilterClass& filterClass = QVMotionBlurMTIFilterClass)
         : QVMTIOneInputFilter(filterClass) {}
 
-    /// Whole length of the smear in pixels; 0 or less returns the input itself.
+    /// Whole length of the smear in pixels; 0 or less returns the input itself, or its lights.
     double blurSize() const { return blurSize_; }
     void setBlurSize(double pixels) { blurSize_ = pixels; }
     /// Radians, anticlockwise from the horizontal.
     double blurAngle() const { return blurAngle_; }
     void setBlurAngle(double radians) { blurAngle_ = radians; }
+
+    /// Whether lights alone are smeared: a pixel counts by 1.9 luma⁴, at most 1, and leaves black otherwise.
+    /// So they streak, and what the smear is screened over keeps its tones. False at first.
+    bool lightsOnly() const { return lightsOnly_; }
+    void setLightsOnly(bool lightsOnly) { lightsOnly_ = lightsOnly; }
 
     MTIImage outputImage() override;
 
@@ -35,6 +40,7 @@ class QVMotionBlurMTIFilter : public QVMTIOneInputFilter {
     MTIImage smearedByColumns(const Line& line) const;
 
     double blurSize_ = 0, blurAngle_ = 0;
+    bool lightsOnly_ = false;
 };
 
 }  // namespace qv
