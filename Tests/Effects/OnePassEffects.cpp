@@ -122,17 +122,21 @@ TEST(QVBlackWhiteMTIFilter, GreyAtHalfStrengthHardAtFull) {
         return Pixel{float(x * 37 % 64) / 63, float(x * 23 % 64) / 63, float(x) / 63, x % 2 ? 1.f : 0.6f};
     });
     const Picture before = pictureOf(colors), grey = rendered("QVBlackWhiteMTIFilter", colors, 0.5f);
-    // Rec. 709 of the premultiplied colour is the premultiplied Rec. 709 of the colour.
-    EXPECT_TRUE(matchesPixels(grey, 1e-4, [&](int x, int y) {
+    // A yellow filter, four fifths of a smooth step, corners a sixth darker, and a warm print.
+    EXPECT_TRUE(matchesPixels(grey, 1.0 / 255, [&](int x, int y) {
         const Pixel was = before.at(x, y);
-        const float luma = 0.2126f * was[0] + 0.7152f * was[1] + 0.0722f * was[2];
-        return Pixel{luma, luma, luma, was[3]};
+        const double g = (0.42 * was[0] + 0.5 * was[1] + 0.08 * was[2]) / was[3],
+                     across = (2 * x + 1) / 64.0 - 1;
+        const double print =
+            was[3] * (0.2 * g + 0.8 * g * g * (3 - 2 * g)) * (1 - 0.16 * across * across / 2);
+        return Pixel{float(print), float(0.995 * print), float(0.98 * print), was[3]};
     }));
-    // A quarter of 1: 3/16 - 2/64 = 0.15625 by the S-curve, stretched by 1.06 and lowered by 0.03.
+    // In the middle, full strength is a quarter of that and three of a step of the step.
     const Picture hard = rendered("QVBlackWhiteMTIFilter", plain({64 / 255.f, 64 / 255.f, 64 / 255.f, 1}), 1);
-    const double x = 64 / 255.;
-    EXPECT_NEAR(hard.at(5, 5)[1], x * x * (3 - 2 * x) * 1.06 - 0.03, 1e-4);
-    EXPECT_EQ(rendered("QVBlackWhiteMTIFilter", plain({1, 1, 1, 1}), 1).at(0, 0)[0], 1);
+    const auto step = [](double v) { return v * v * (3 - 2 * v); };
+    const double x = 64 / 255., soft = 0.2 * x + 0.8 * step(x);
+    EXPECT_NEAR(hard.at(16, 16)[0], 0.25 * soft + 0.75 * step(step(x)), 1.0 / 255);
+    EXPECT_GT(rendered("QVBlackWhiteMTIFilter", plain({1, 1, 1, 1}), 1).at(16, 16)[0], 0.99);
     EXPECT_EQ(rendered("QVBlackWhiteMTIFilter", plain({0, 0, 0, 1}), 1).at(0, 0)[0], 0);
 }
 
