@@ -226,14 +226,26 @@ TEST(ParametricEffects, MirrorsAndKaleidoscopesAreSymmetric) {
 TEST(ParametricEffects, PanelsAndTilesShowTheFrame) {
     const int w = 96, h = 64;
     const Picture source = render(cutOut(w, h));
-    EXPECT_TRUE(matchesPixels(rendered("QVSplitDirectionFilte", cutOut(w, h), {{"direction", "horizontal"}}),
-                              1e-6, [&](int x, int y) { return source.at(x % (w / 2) + w / 4, y); }));
-    EXPECT_TRUE(matchesPixels(rendered("QVSplitDirectionFilte", cutOut(w, h), {{"direction", "vertical"}}),
-                              1e-6, [&](int x, int y) { return source.at(x, y % (h / 2) + h / 4); }));
+    // But for the line of two half pixels between them.
+    const auto expectPanels = [&](const Picture& picture, double tolerance, bool across, bool down,
+                                  auto&& at) {
+        EXPECT_TRUE(matchesPixels(picture, tolerance, [&](int x, int y) {
+            const bool isLine =
+                (across && (x == w / 2 - 1 || x == w / 2)) || (down && (y == h / 2 - 1 || y == h / 2));
+            return isLine ? picture.at(x, y) : at(x, y);
+        }));
+    };
+    expectPanels(rendered("QVSplitDirectionFilte", cutOut(w, h), {{"direction", "horizontal"}}), 1e-6, true,
+                 false, [&](int x, int y) { return source.at(x % (w / 2) + w / 4, y); });
+    // Of those one above the other the middle lies 0.42 from the top: 26.88 rows, 16 of them above it.
+    expectPanels(rendered("QVSplitDirectionFilte", cutOut(w, h), {{"direction", "vertical"}}), 1e-6, false,
+                 true, [&](int x, int y) { return source.at(x, y % (h / 2) + 11); });
     // A tile is the whole frame made smaller.
-    EXPECT_TRUE(matchesPixels(rendered("QVSplitFourFilter", rampsImage(w, h), {}), 0.02, [&](int x, int y) {
+    const Picture four = rendered("QVSplitFourFilter", rampsImage(w, h), {});
+    expectPanels(four, 0.02, true, true, [&](int x, int y) {
         return Pixel{(float(x % (w / 2)) + 0.5f) * 2 / w, (float(y % (h / 2)) + 0.5f) * 2 / h, 0.5f, 1};
-    }));
+    });
+    EXPECT_NEAR(four.at(w / 2, 5)[2], 0.75, 0.02) << "half white";
 }
 
 TEST(ParametricEffects, CopiesSurroundTheOneInTheMiddle) {
