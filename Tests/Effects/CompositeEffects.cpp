@@ -61,11 +61,11 @@ TEST(QVBlurMTIFilter, MakesADiscOfALight) {
         const float level = std::abs(x - 200) < 5 && std::abs(y - 200) < 5 ? 1.0f : 0.1f;
         return Pixel{level, level, level, 1};
     }));
-    // 0.045 of 400 at full strength: 18 pixels; two seconds on, 0.3 of it.
+    // 0.045 of 400 at full strength: 18 pixels, about a light of 10; two seconds on, 0.3 of it.
     const Picture open = frameOf(*blur, light, 1, 0), nearlySharp = frameOf(*blur, light, 1, 2);
     EXPECT_EQ(QVBlurMTIFilter::defocus(0), 1);
     EXPECT_NEAR(QVBlurMTIFilter::defocus(2), 0.3, 1e-12);
-    for (const auto& [dx, dy] : {std::pair{16, 0}, {-11, 11}, {0, -16}}) {
+    for (const auto& [dx, dy] : {std::pair{20, 0}, {-14, 14}, {0, -20}}) {
         EXPECT_GT(open.at(200 + dx, 200 + dy)[0], 0.3f) << dx << " " << dy;
         EXPECT_NEAR(nearlySharp.at(200 + dx, 200 + dy)[0], 0.1f, 0.03f) << dx << " " << dy;
         EXPECT_NEAR(open.at(200 + 2 * dx, 200 + 2 * dy)[0], 0.1f, 0.03f) << "beyond the disc";
