@@ -64,9 +64,9 @@ TEST(MotionBlurEffects, TheSmearGrowsWithTheWidth) {
     }
 }
 
-/// What is smeared of a channel of a pixel: the lights, by 1.9 luma⁴.
+/// What is smeared of a channel of a pixel: the lights, by 1.2 luma².
 double smeared(double channel, double luma) {
-    return channel * std::min(1.9 * std::pow(luma, 4), 1.0);
+    return channel * std::min(1.2 * luma * luma, 1.0);
 }
 
 TEST(MotionBlurEffects, WorkOnPlainLightAsWorkedByHand) {
