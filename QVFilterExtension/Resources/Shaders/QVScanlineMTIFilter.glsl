@@ -11,11 +11,14 @@ vec4 QVScanlineMTIFilter(vec2 uv) {
     // Whole pixels, so that no moire shows: four at 360p, ten at 1080p.
     float line = 2.0 * nearestPixels(min(size.x, size.y) * (1.0 / 216.0));
     vec4 color = readHere(0);
+    // Phosphor glows in purer colours than film.
+    float grey = luma(color.rgb);
+    color.rgb = clamp(mix(vec3(grey), color.rgb, 1.0 + 0.6 * effectValue), 0.0, color.a);
     float dark = 0.5 - 0.5 * wave(place.y / line - 0.5 / line);
     vec2 away = uv * 2.0 - 1.0;
     // The tube: beams that are thicker where they are bright, and less light in the corners.
-    float beam = dark * (1.0 - 0.35 * luma(color.rgb));
-    float tube = 1.0 - 0.22 * effectValue * dot(away, away);
+    float beam = dark * (1.0 - 0.35 * grey);
+    float tube = 1.0 - 0.36 * effectValue * dot(away, away) * (0.4 + 0.3 * dot(away, away));
     if (level == 0) {
         // What the dark lines take, the bright ones give back in part.
         color.rgb *= (1.0 + effectValue * (0.38 - 1.2 * beam)) * tube;
