@@ -25,11 +25,12 @@ class QVInterstellarMTIFilter : public QVEffectMTIFilter {
     explicit QVInterstellarMTIFilter(const QVFilterClass& filterClass = QVInterstellarMTIFilterClass)
         : QVEffectMTIFilter(filterClass) {}
 
-    /// Of the way and of the surge at a time: the surge is 0..1, the way 0..1 through a period, faster as the
-    /// ship surges.
+    /// Where the ship is and how it flies.
     struct Flight {
-        double way, surge;
+        double way;    ///< 0..1 through a period, faster as the ship surges
+        double surge;  ///< 0 drifting, 1 at full speed
     };
+    /// At a time; as at time 0 when it is not finite.
     static Flight flightAt(double seconds);
 
     /// "effectValue", "way", "surge".

@@ -11,8 +11,8 @@ extern const QVFilterClass QVNoiseMTIFilterClass;
 /// elsewhere 24 times a second. A strength of 0 leaves the frame as it is; without the picture there is no
 /// output.
 ///
-/// - A grain is 2 units of 1/1080 of the shorter side, a blotch 7; at full strength they reach ±0.26 and ±0.31
-/// in the
+/// - A grain is 2 units of 1/1080 of the shorter side, a blotch 14; at full strength they reach ±0.26 and
+/// ±0.31 in the
 ///   shadows and a quarter of that in the lights.
 /// - A row of bands is 24 units high and ±0.05 bright; black is lifted to 0.09, and 30 % of the colour goes.
 class QVNoiseMTIFilter : public QVEffectMTIFilter {

@@ -13,10 +13,10 @@ extern const QVFilterClass QVSliceLineMTIFilterClass;
 /// from
 ///   the horizontal, leaning to the right and to the left in turn, up to 0.16 of the shorter side off the
 ///   middle.
-/// - A blade crosses the frame in 0.08 s; the halves slip by up to 0.14 of the shorter side at full strength,
-/// most of
+/// - A blade crosses the frame in 0.08 s; the halves slip by 0.1 to 0.18 of the shorter side at full
+/// strength, most of
 ///   it in the first 0.15 s. From 1.7 to 2.1 s they slide back.
-/// - A cut is a line of 5 units of 1/1080 of the shorter side that flashes and fades to a hairline, with a
+/// - A cut is a line of 10 units of 1/1080 of the shorter side that flashes and fades to a hairline, with a
 /// soft
 ///   shadow on its lower side.
 class QVSliceLineMTIFilter : public QVEffectMTIFilter {

@@ -14,7 +14,8 @@ extern const QVFilterClass QVGhostMTIFilterClass;
 /// - Meanwhile it rises by `ghostDistance` and grows by 30 % about a point a quarter below the middle, and
 /// trails
 ///   three echoes of itself, up to 0.07 of the shorter side long.
-/// - It is what is light in the picture: squared, 60 % colourless, tinted (0.72, 0.96, 1.1).
+/// - It is what is light in the picture, g (0.25 + 0.95 g) of a tone g, 60 % colourless, tinted (0.66,
+/// 0.94, 1.12).
 /// - The scene below loses half of its light and 60 % of its colour at full strength.
 class QVGhostMTIFilter : public QVEffectMTIFilter {
   public:
