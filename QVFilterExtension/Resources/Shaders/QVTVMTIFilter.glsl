@@ -51,7 +51,8 @@ vec4 QVTVMTIFilter(vec2 uv) {
     float snow = particleDraw(vec2(pixelHere()) / unit, draw + 43.0).x;
     rgb = mix(rgb, vec3(snow), troubled * (0.3 + 0.6 * band.y));
     rgb += (snow - 0.5) * 0.08 * effectValue;
-    float lines = 0.5 + 0.5 * wave(uv.y * 240.0);
+    // No more lines than the frame has pixels for.
+    float lines = 0.5 + 0.5 * wave(uv.y * min(240.0, floor(size.y / 3.0)));
     rgb *= 1.0 + effectValue * (0.3 - 0.5 * lines - 0.28 * dot(glass, glass) * 0.5);
     rgb += flash * effect * (0.25 + 0.75 * smoothstep(0.7, 0.0, lit.y)) * (1.0 - rgb);
     color.rgb = clamp(rgb, 0.0, color.a);

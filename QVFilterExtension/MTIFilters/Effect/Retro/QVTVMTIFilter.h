@@ -18,8 +18,8 @@ extern const QVFilterClass QVTVMTIFilterClass;
 /// | 5.35..5.55 | the picture falls into a line |
 /// | 5.55..5.85 | the line shrinks to a dot, which goes out |
 ///
-/// The tube bulges by 8 % at full strength, has 240 lines, round corners of 0.12 of its shorter side, and
-/// dark corners.
+/// The tube bulges by 8 % at full strength, has 240 lines, or one in three rows of small frames, round
+/// corners of 0.12 of its shorter side, and dark corners.
 class QVTVMTIFilter : public QVEffectMTIFilter {
   public:
     /// Seconds from switching on to switching on.
