@@ -37,6 +37,12 @@ const QVFilterClass QVEffectMTIFilterClass{
                 .help = "the input is a still picture",
                 .driver = QVPropertyDriver::host,
             }),
+            qvProperty<&Effect::movesPhotos, &Effect::setMovesPhotos>({
+                .name = "movesPhotos",
+                .title = "Moves photos",
+                .help = "time goes on over a photo too, where the class lets it stand still",
+                .driver = QVPropertyDriver::host,
+            }),
             qvProperty<&Effect::extractValues, &Effect::setExtractValues>({
                 .name = "extractValues",
                 .title = "Extra settings",

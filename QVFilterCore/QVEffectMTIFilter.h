@@ -28,8 +28,11 @@ class QVEffectMTIFilter : public QVMTIOneInputFilter {
     /// The input is a still picture.
     bool isPhoto() const { return isPhoto_; }
     virtual void setIsPhoto(bool isPhoto) { isPhoto_ = isPhoto; }
-    /// A host lets time stand still on a photo when this is true.
-    bool isPhotoTimeConst() const { return filterClass().photoTimeConst(); }
+    /// Whether the effect is to move on photos too, where its class lets time stand still. False at first.
+    bool movesPhotos() const { return movesPhotos_; }
+    void setMovesPhotos(bool movesPhotos) { movesPhotos_ = movesPhotos; }
+    /// A host lets time stand still on a photo when this is true: the class says so, and not `movesPhotos`.
+    bool isPhotoTimeConst() const { return filterClass().photoTimeConst() && !movesPhotos_; }
 
     /// Extra settings of the effect, in an order that the class states.
     const std::vector<double>& extractValues() const { return extractValues_; }
@@ -46,7 +49,7 @@ class QVEffectMTIFilter : public QVMTIOneInputFilter {
     float effectValue_;
     std::int64_t level_ = 0;
     double iTime_ = 0;
-    bool isPhoto_ = false;
+    bool isPhoto_ = false, movesPhotos_ = false;
     std::vector<double> extractValues_;
 };
 

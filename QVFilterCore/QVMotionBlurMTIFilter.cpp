@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <numbers>
+#include <utility>
 
 namespace qv {
 
@@ -92,25 +93,37 @@ const QVFilterClass QVMotionBlurMTIFilterClass{
                 .unit = QVUnit::radians,
                 .step = 0.01,
             }),
+            qvProperty<&Blur::lightsOnly, &Blur::setLightsOnly>({
+                .name = "lightsOnly",
+                .title = "Lights only",
+                .help = "smears the lights of the picture and leaves the rest black",
+            }),
         },
 };
 
 MTIImage QVMotionBlurMTIFilter::outputImage() {
-    if (!inputImage() || !(blurSize_ > 0) || !std::isfinite(blurSize_) || !std::isfinite(blurAngle_))
-        return inputImage();
+    const bool isLine = blurSize_ > 0 && std::isfinite(blurSize_) && std::isfinite(blurAngle_);
+    if (!inputImage() || (!isLine && !lightsOnly_)) return inputImage();
+    if (!isLine) {
+        return applied({inputImage()}, inputImage().size(),
+                       {{"pass", kBox}, {"tapStep", MTIVector{0, 0}}, {"steps", 1.0f}});
+    }
     const Line line(blurSize_, blurAngle_, inputImage().size());
     if (line.isOnGrid && line.steps <= kLongestBox) {
-        return applied(inputImage(), inputImage().size(),
+        return applied({inputImage()}, inputImage().size(),
                        {{"pass", kBox}, {"tapStep", line.tapStep()}, {"steps", float(line.steps)}});
     }
     const MTIImage smeared = blurSize_ > kLongestSampled ? smearedByColumns(line) : MTIImage();
     return smeared ? smeared : sampled();
 }
 
-MTIImage QVMotionBlurMTIFilter::applied(const MTIImage& image, CGSize size, MTIParameters parameters) const {
+MTIImage QVMotionBlurMTIFilter::applied(std::vector<MTIImage> images, CGSize size,
+                                        MTIParameters parameters) const {
     const auto kernel = filterClass().kernel();
-    return kernel ? kernel->applyToInputImages({image}, std::move(parameters), size, outputPixelFormat())
-                  : MTIImage();
+    if (!kernel) return {};
+    if (lightsOnly_ && images.back().node() == inputImage().node())
+        parameters.set("lightsOnly", std::int32_t(true));
+    return kernel->applyToInputImages(std::move(images), std::move(parameters), size, outputPixelFormat());
 }
 
 MTIImage QVMotionBlurMTIFilter::sampled() const {
@@ -119,7 +132,7 @@ MTIImage QVMotionBlurMTIFilter::sampled() const {
     do {
         length /= kSampleTaps;
         const MTIVector tapStep{float(length * std::cos(blurAngle_)), float(-length * std::sin(blurAngle_))};
-        image = applied(image, image.size(), {{"pass", kSamples}, {"tapStep", tapStep}});
+        image = applied({image}, image.size(), {{"pass", kSamples}, {"tapStep", tapStep}});
     } while (length > kLongestSampled / kSampleTaps);
     return image;
 }
@@ -136,7 +149,7 @@ MTIImage QVMotionBlurMTIFilter::smearedByColumns(const Line& line) const {
     CGSize size{std::ceil(line.side() / reduction) + 2 * border, lastRow - firstRow + 1};
     if (size.width > kMaximumImageSide || size.height > kMaximumImageSide) return {};
 
-    MTIImage image = applied(inputImage(), size,
+    MTIImage image = applied({inputImage()}, size,
                              {{"pass", kGather},
                               {"reduction", std::int32_t(reduction)},
                               {"isOnGrid", std::int32_t(line.isOnGrid)},
@@ -148,7 +161,7 @@ MTIImage QVMotionBlurMTIFilter::smearedByColumns(const Line& line) const {
     while (columns > kLongestBox) {
         reduction = reductionFor(columns);
         size.width = std::ceil(size.width / reduction) + 2;
-        image = applied(image, size,
+        image = applied({image}, size,
                         {{"pass", kGather},
                          {"reduction", std::int32_t(reduction)},
                          {"isOnGrid", std::int32_t(true)},
@@ -164,8 +177,10 @@ MTIImage QVMotionBlurMTIFilter::smearedByColumns(const Line& line) const {
     // Gathering and spreading blur by a sixth of a column's variance each; the box has the rest of columns²
     // / 12.
     const double box = std::sqrt(std::max(columns * columns - 4, 1.0));
-    image = applied(image, size, {{"pass", kBox}, {"tapStep", MTIVector{1, 0}}, {"steps", float(box)}});
-    return applied(image, line.picture,
+    image = applied({image}, size, {{"pass", kBox}, {"tapStep", MTIVector{1, 0}}, {"steps", float(box)}});
+    std::vector<MTIImage> images{image};
+    if (lightsOnly_) images.push_back(inputImage());
+    return applied(std::move(images), line.picture,
                    {{"pass", kSpread},
                     {"isOnGrid", std::int32_t(line.isOnGrid)},
                     {"column", line.function(1 / scale, 0, -start / scale)},

@@ -1,7 +1,6 @@
 #include "QVFilterCore/QVPeriodicEffectMTIFilter.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "QVFilterCore/QVClipTime.h"
 
@@ -33,25 +32,8 @@ const QVFilterClass QVPeriodicEffectMTIFilterClass{
         },
 };
 
-namespace {
-
-/// Periods since time 0: whole ones, and the part of the one that runs, 0 up to 1.
-struct BeatTime {
-    double number = 0, part = 0;
-    bool isValid = false;
-};
-
-BeatTime beatTime(double seconds, double period) {
-    const double beats = seconds / period;
-    if (!(period > 0) || !std::isfinite(beats)) return {};
-    const double number = std::floor(beats);
-    return {number, beats - number, true};
-}
-
-}  // namespace
-
 bool QVPeriodicEffectMTIFilter::isEffectWithTime(double seconds) const {
-    const BeatTime beat = beatTime(seconds, period_);
+    const QVTimeCycle beat = timeCycleAt(seconds, period_);
     return beat.isValid && beat.part < kActiveFraction;
 }
 
@@ -68,7 +50,7 @@ double QVPeriodicEffectMTIFilter::pulse(double progress) {
 MTIParameters QVPeriodicEffectMTIFilter::parameters() const {
     MTIParameters all = QVEffectMTIFilter::parameters();
     const bool isOn = isEffectWithTime(iTime());
-    const BeatTime beat = isOn ? beatTime(iTime(), period_) : BeatTime();
+    const QVTimeCycle beat = isOn ? timeCycleAt(iTime(), period_) : QVTimeCycle();
     const double progress = beat.part / kActiveFraction;
     // The shutter opens and closes within the beat.
     const double halfShutter =
@@ -76,7 +58,7 @@ MTIParameters QVPeriodicEffectMTIFilter::parameters() const {
     all.set("progress", float(progress));
     all.set("pulse", float(pulse(progress)));
     all.set("pulseMotion", float(isOn ? pulse(progress + halfShutter) - pulse(progress - halfShutter) : 0.0));
-    all.set("beat", float(beat.number - 4096 * std::floor(beat.number / 4096)));
+    all.set("beat", beat.wrappedNumber());
     return all;
 }
 

@@ -4,6 +4,7 @@
 
 #include "Host/CommandLine/Diagnostics.h"
 #include "Host/CommandLine/Failure.h"
+#include "QVFilterCore/QVEffectMTIFilter.h"
 
 namespace qv::host {
 
@@ -103,6 +104,15 @@ std::unique_ptr<QVMTIFilter> makeFilterOnClip(const EffectChoice& choice, const 
     return filter;
 }
 
+namespace {
+
+bool standsStillOnPhotos(const QVMTIFilter& filter) {
+    const auto* effect = dynamic_cast<const QVEffectMTIFilter*>(&filter);
+    return effect ? effect->isPhotoTimeConst() : filter.filterClass().photoTimeConst();
+}
+
+}  // namespace
+
 MTIImage outputImageOf(QVMTIFilter& filter) {
     MTIImage image = filter.outputImage();
     if (!image) {
@@ -127,9 +137,8 @@ bool EffectChain::takesMask() const {
 
 void EffectChain::moveTo(double seconds) {
     for (const Link& link : links_) {
-        const QVFilterClass& filterClass = *link.choice.filterClass;
-        if (isPhoto_ && filterClass.photoTimeConst()) continue;
-        setUnlessGiven(*link.filter, link.choice, timeProperty(filterClass), seconds);
+        if (isPhoto_ && standsStillOnPhotos(*link.filter)) continue;
+        setUnlessGiven(*link.filter, link.choice, timeProperty(*link.choice.filterClass), seconds);
     }
 }
 

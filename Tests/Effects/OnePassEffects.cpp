@@ -122,29 +122,40 @@ TEST(QVBlackWhiteMTIFilter, GreyAtHalfStrengthHardAtFull) {
         return Pixel{float(x * 37 % 64) / 63, float(x * 23 % 64) / 63, float(x) / 63, x % 2 ? 1.f : 0.6f};
     });
     const Picture before = pictureOf(colors), grey = rendered("QVBlackWhiteMTIFilter", colors, 0.5f);
-    // Rec. 709 of the premultiplied colour is the premultiplied Rec. 709 of the colour.
-    EXPECT_TRUE(matchesPixels(grey, 1e-4, [&](int x, int y) {
+    // A yellow filter, four fifths of a smooth step, corners a sixth darker, and a warm print.
+    EXPECT_TRUE(matchesPixels(grey, 1.0 / 255, [&](int x, int y) {
         const Pixel was = before.at(x, y);
-        const float luma = 0.2126f * was[0] + 0.7152f * was[1] + 0.0722f * was[2];
-        return Pixel{luma, luma, luma, was[3]};
+        const double g = (0.42 * was[0] + 0.5 * was[1] + 0.08 * was[2]) / was[3],
+                     across = (2 * x + 1) / 64.0 - 1;
+        const double print =
+            was[3] * (0.2 * g + 0.8 * g * g * (3 - 2 * g)) * (1 - 0.16 * across * across / 2);
+        return Pixel{float(print), float(0.995 * print), float(0.98 * print), was[3]};
     }));
-    // A quarter of 1: 3/16 - 2/64 = 0.15625 by the S-curve, stretched by 1.06 and lowered by 0.03.
+    // In the middle, full strength is a quarter of that and three of a step of the step.
     const Picture hard = rendered("QVBlackWhiteMTIFilter", plain({64 / 255.f, 64 / 255.f, 64 / 255.f, 1}), 1);
-    const double x = 64 / 255.;
-    EXPECT_NEAR(hard.at(5, 5)[1], x * x * (3 - 2 * x) * 1.06 - 0.03, 1e-4);
-    EXPECT_EQ(rendered("QVBlackWhiteMTIFilter", plain({1, 1, 1, 1}), 1).at(0, 0)[0], 1);
+    const auto step = [](double v) { return v * v * (3 - 2 * v); };
+    const double x = 64 / 255., soft = 0.2 * x + 0.8 * step(x);
+    EXPECT_NEAR(hard.at(16, 16)[0], 0.25 * soft + 0.75 * step(step(x)), 1.0 / 255);
+    EXPECT_GT(rendered("QVBlackWhiteMTIFilter", plain({1, 1, 1, 1}), 1).at(16, 16)[0], 0.99);
     EXPECT_EQ(rendered("QVBlackWhiteMTIFilter", plain({0, 0, 0, 1}), 1).at(0, 0)[0], 0);
 }
 
 TEST(QVBlackFilmShakeMTIFilter, StandsWithinASlotAndJumpsBetweenThem) {
-    // Brightness climbs by 1/30 a pixel around the middle row.
+    // Green climbs by 1/30 a pixel around the middle row; the even blue tells of the lamp.
     const Bitmap input = makeBitmap(120, 120, [](int x, int y) {
-        return Pixel{float(x) / 120, std::clamp((float(y) - 45) / 30, 0.f, 1.f), 0, 1};
+        return Pixel{float(x) / 120, std::clamp((float(y) - 45) / 30, 0.f, 1.f), 0.6f, 1};
     });
     const auto jitter = [&](double time) { return rendered("QVBlackFilmShakeMTIFilter", input, 1, time); };
     EXPECT_TRUE(matches(jitter(0.001), jitter(0.06), 0));  // a slot is 1/16 s
     std::set<float> places;
-    for (int slot = 0; slot < 32; ++slot) places.insert(jitter((slot + 0.5) / 16).at(60, 60)[1]);
+    std::set<float> lamps;
+    for (int slot = 0; slot < 32; ++slot) {
+        const Pixel middle = jitter((slot + 0.5) / 16).at(60, 60);
+        places.insert(middle[1] * 0.6f / middle[2]);
+        lamps.insert(middle[2]);
+    }
+    EXPECT_GT(*lamps.rbegin(), 1.1f * *lamps.begin()) << "the lamp flickers";
+    EXPECT_LT(jitter(0.01).at(2, 60)[2], 0.1f) << "the gate";
     EXPECT_GE(places.size(), 12u);
     // At most 0.015 of the shorter side, 1.8 pixels, off.
     for (const float place : places) EXPECT_NEAR(place, 15 / 30., 1.9 / 30);

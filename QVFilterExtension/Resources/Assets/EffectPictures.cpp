@@ -1,5 +1,5 @@
-// Draws the pictures that effects read or lay over the frame: paper, gold leaf, bubble, ribbon, stars and
-// sparkles.
+// Draws the pictures that effects read or lay over the frame: paper, bubble, stars, sparkles, ribbon, noise and
+// materials.
 
 #include <string>
 
@@ -25,7 +25,11 @@ int main(int argc, char** argv) {
                  {"filter_ribbon.png", ribbon},
                  {"celebrate_gold_materia.png", goldLeaf},
                  {"celebrate_star17.png", sparkle},
-                 {"celebrate_particle.png", lightDisc}};
+                 {"celebrate_particle.png", lightDisc},
+                 {"filter_noise.png", sensorNoise},
+                 {"filter_material_foil.png", foilMaterial},
+                 {"filter_material_gold.png", goldMaterial},
+                 {"filter_material_marble.png", marbleMaterial}};
     for (const auto& file : files) {
         std::string error;
         if (!writePNG(file.draw(), fmt::format("{}/{}", argv[1], file.name), &error)) {

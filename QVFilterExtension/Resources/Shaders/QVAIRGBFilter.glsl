@@ -19,8 +19,10 @@ vec2 copyPlace(int index, vec2 turned) {
 #define COPY(index) \
     if (filterNum > index) { \
         vec4 copied = readPixel(0, pixelAt(mirrorAtEdges(uv + copyPlace(index, turned) * reach) * size)); \
-        color.rgb += copied.rgb * tint(index); \
-        color.a += copied.a; \
+        vec3 tinted = copied.rgb * tint(index); \
+        color.rgb += tinted; \
+        brightest = max(brightest, tinted); \
+        color.a = max(color.a, copied.a); \
         white += tint(index); \
     }
 
@@ -28,13 +30,13 @@ vec4 QVAIRGBFilter(vec2 uv) {
     vec2 size = inputSize(0);
     float turn = fract(changeFrequency * 0.25);
     vec2 turned = vec2(wave(turn), wave(turn - 0.25));
-    vec2 reach = distanceValue * (0.08 + 0.05 * wave(changeFrequency * 0.75)) * min(size.x, size.y) / size;
+    vec2 reach = distanceValue * (0.05 + 0.025 * wave(changeFrequency * 0.75)) * min(size.x, size.y) / size;
     vec4 color = vec4(0.0);
-    vec3 white = vec3(0.0);
+    vec3 white = vec3(0.0), brightest = vec3(0.0);
     COPY(0) COPY(1) COPY(2) COPY(3) COPY(4) COPY(5) COPY(6) COPY(7)
-    color.rgb /= white;
-    color.a /= float(max(filterNum, 1));
-    // Where only some copies lie, their light shines over what is behind.
-    color.a = max(color.a, max(color.r, max(color.g, color.b)));
+    // Copies shine over what is darker than they are, as neon does, and the middle of the picture keeps its drawing.
+    color.rgb = mix(color.rgb / white, brightest, 0.72);
+    vec4 here = readHere(0);
+    color.rgb = mix(color.rgb, min(here.rgb, color.rgb), 0.45 * min(distanceValue * 4.0, 1.0));
     return color;
 }

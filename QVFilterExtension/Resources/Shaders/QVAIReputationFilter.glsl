@@ -1,27 +1,33 @@
-// The picture repeated along a line, each repetition fainter than the one before.
-#include "borders.glsl"
+// The picture repeated along a line: a row of cards, each behind the one before, smaller, fainter and colder.
 #include "frame.glsl"
 
-uniform float angleValue;     // direction of the line, turns anticlockwise from the right
-uniform float distanceValue;  // of two repetitions, half shorter sides of the frame
+uniform float angleValue;     // direction of the row, turns anticlockwise from the right
+uniform float distanceValue;  // of two cards, half shorter sides of the frame; at 0 the first is the frame
 
-vec4 under(vec4 front, vec4 behind) { return front + behind * (1.0 - front.a); }
+// Card number `index` over `behind`; `row` is the way from card to card, shorter sides.
+vec4 card(vec4 behind, vec2 uv, vec2 size, vec2 row, float index, vec3 tint) {
+    float shorter = min(size.x, size.y), unit = unitPixels(size);
+    float scale = exp2(-0.2 * index * min(distanceValue * 8.0, 1.0)) / (1.0 + 1.4 * distanceValue);
+    vec2 away = (uv - 0.5) * size - row * shorter * (index - 0.9);
+    vec2 beyond = abs(away) - 0.5 * size * scale;
+    float outside = max(beyond.x, beyond.y);
+    // Where the cards lie on each other there is no shadow, nor beyond the frame.
+    float shadow = 1.0 - clamp(length(max(beyond, 0.0)) / (48.0 * unit), 0.0, 1.0);
+    behind.rgb *= 1.0 - 0.5 * shadow * shadow;
+    vec4 face = readInput(0, 0.5 + away / (scale * size));
+    face.rgb *= tint;
+    float line = clamp(1.0 - abs(outside + 1.5 * unit) / max(1.5 * unit, 0.75), 0.0, 1.0);
+    face.rgb += 0.5 * line * min(distanceValue * 8.0, 1.0) * (face.a - face.rgb);
+    return mix(behind, face, clamp(0.5 - outside, 0.0, 1.0));
+}
 
 vec4 QVAIReputationFilter(vec2 uv) {
     vec2 size = inputSize(0);
-    vec2 direction = vec2(cos(angleValue * 6.2831853), -sin(angleValue * 6.2831853));
-    vec2 step1 = direction * distanceValue * 0.5 * min(size.x, size.y) / size;
-    vec4 first = readHere(0), second = readPixel(0, pixelAt(mirrorAtEdges(uv - step1) * size));
-    vec4 third = readPixel(0, pixelAt(mirrorAtEdges(uv - 2.0 * step1) * size));
-    vec4 fourth = readPixel(0, pixelAt(mirrorAtEdges(uv - 3.0 * step1) * size));
-    // Bright parts shine through what lies on them, from repetition to repetition colder; the rest shows as in a multiple
-    // exposure.
-    vec4 shining = max(max(first, second * vec4(0.88, 0.83, 0.9, 1.0)),
-                       max(third * vec4(0.52, 0.66, 0.88, 1.0), fourth * vec4(0.3, 0.46, 0.7, 1.0)));
-    vec4 color = under(under(under(first * 0.62, second * 0.6), third * 0.5), fourth * 0.4);
-    // What four opaque layers of these opacities cover counts as all; soft edges that lie on each other stay as soft
-    // as they are.
-    color *= 1.0 / (1.0 - 0.38 * 0.4 * 0.5 * 0.6);
-    color *= min(shining.a / max(color.a, 1e-6), 1.0);
-    return mix(color, shining, 0.6);
+    vec2 row = vec2(cos(angleValue * 6.2831853), -sin(angleValue * 6.2831853)) * distanceValue * 0.5;
+    vec4 color = readInput(0, 0.5 + (uv - 0.5) * 0.6);
+    color.rgb *= vec3(0.16, 0.2, 0.28);
+    color = card(color, uv, size, row, 3.0, vec3(0.3, 0.42, 0.62));
+    color = card(color, uv, size, row, 2.0, vec3(0.5, 0.6, 0.78));
+    color = card(color, uv, size, row, 1.0, vec3(0.74, 0.8, 0.9));
+    return card(color, uv, size, row, 0.0, vec3(1.0));
 }

@@ -1,14 +1,22 @@
-// A lens over the whole frame: strongest at one point, fading to nothing at a circle around it.
-uniform float magnificationNum;  // at the point itself, times
+// A large lens before the frame: it magnifies about one point, the less the farther away, and parts the colours
+// towards its rim.
+uniform float magnificationNum;  // of the glass, times
 uniform vec2 centerPoint;        // from the frame's middle, in half frames, x right, y up
 
 vec4 QVCenterMagnifyMTIFilter(vec2 uv) {
     vec2 center = 0.5 + vec2(0.5, -0.5) * centerPoint;
-    vec2 size = outputSize();
-    vec2 away = uv - center;
-    vec2 pixels = away * size;
-    float radius = 0.3 * (size.x + size.y);
-    float t = min(length(pixels) / radius, 1.0);
-    float ease = t * t * (3.0 - 2.0 * t);
-    return readInput(0, center + away * mix(1.0 / magnificationNum, 1.0, ease));
+    vec2 size = outputSize(), away = uv - center;
+    // The lens reaches the farthest corner, so that nothing is squeezed on the way there.
+    float reach = length((0.5 + abs(center - 0.5)) * size);
+    float t = min(length(away * size) / reach, 1.0);
+    // A glass of so many times, held where it shows a third of that.
+    float shrink = 3.0 / (2.0 + magnificationNum);
+    float here = mix(shrink, 1.0, t * t * (3.0 - 2.0 * t));
+    float fringe = 0.022 * (1.0 - shrink) * t * (1.0 - 0.5 * t);
+    vec4 green = readInput(0, center + away * here);
+    vec4 red = readInput(0, center + away * (here - fringe)), blue = readInput(0, center + away * (here + fringe));
+    vec4 color = vec4(red.r, green.g, blue.b, max(green.a, max(red.a, blue.a)));
+    // The glass is thinner towards the rim and mirrors a window there.
+    color.rgb *= 1.0 - 0.5 * (1.0 - shrink) * t * t * t;
+    return color;
 }

@@ -1,6 +1,5 @@
 // The foot of the picture burns: flames lick up, embers fly, and the scene glows in their unsteady light. More
 // strength, higher and brighter flames.
-#include "noise.glsl"
 #include "particles.glsl"
 #include "wave.glsl"
 
@@ -18,26 +17,52 @@ float embers(vec2 p, float cells, float rise, float seed) {
     return spark * flicker * step(draw.z, 0.1 + 0.25 * effectValue);
 }
 
+// Four smooth random values of a place, 0..1.
+vec4 air(vec2 p, float seed) {
+    vec2 cell = floor(p), t = smoothstep(0.0, 1.0, p - cell);
+    vec4 above = mix(particleDraw(cell, seed), particleDraw(cell + vec2(1.0, 0.0), seed), t.x);
+    vec4 below = mix(particleDraw(cell + vec2(0.0, 1.0), seed), particleDraw(cell + 1.0, seed), t.x);
+    return mix(above, below, t.y);
+}
+
+// How hot the flames of a layer are, 0..1, hottest at their foot. `x` and `up`, from the foot, in short sides; `gust` of
+// the air there, -0.5..0.5; `height` of the highest tongues.
+float flames(float x, float up, vec3 gust, float height, float width, float rise, float seed) {
+    float rel = up / height, time = iTime * rise;
+    // The air carries the tongues away as it rises, in large turns and in small ones.
+    vec4 lick = air(vec2(x * 6.5 / width + 1.5 * gust.x, up * 4.2 / width - time * 2.1), seed + 1.0);
+    float bent = x + width * (0.5 * gust.y * (0.3 + rel) + 0.13 * (lick.x - 0.5) * min(3.0 * rel, 1.0));
+    // Each tongue is as high as its place says; it sinks and shoots up.
+    vec4 tongue = air(vec2(bent * 6.0 / width, time * 1.4), seed + 2.0);
+    vec4 thread = air(vec2(bent * 17.0 / width, up * 3.4 / width - time * 2.9), seed + 3.0);
+    float top = 0.16 + 0.7 * tongue.x + 0.3 * tongue.y * gust.z;
+    // Ridges are threads of fire; between them the flame is torn, the more the higher.
+    float ridge = 1.0 - abs(2.0 * mix(thread.x, lick.y, 0.45) - 1.0);
+    float torn = (1.0 - ridge) * min(1.6 * rel / top, 1.0);
+    return clamp((1.0 - rel / top) * 1.3 - 0.75 * torn + 0.12 * (ridge - 0.5), 0.0, 1.0);
+}
+
+// The colours of burning gas by its heat: dark red at the tips, orange, yellow, nearly white at the hottest.
+vec3 burning(float heat) {
+    float hot = heat * heat;
+    return clamp(vec3(heat * 2.6, hot * 2.1 - 0.02, hot * hot * 1.15 - 0.12), 0.0, 1.0);
+}
+
 vec4 QVFireMTIFilter(vec2 uv) {
     vec2 size = outputSize();
     float perShortSide = 1.0 / min(size.x, size.y);
     vec2 p = uv * size * perShortSide;
     float up = (1.0 - uv.y) * size.y * perShortSide;  // from the foot, short sides
-    float height = (0.16 + 0.66 * effectValue) * min(size.y * perShortSide, 1.25);
+    float height = (0.2 + 0.62 * effectValue) * min(size.y * perShortSide, 1.25);
     float rel = up / height;
 
-    // Big tongues sway slowly; small ones ride on them and rise faster, drawn out as they do.
-    float big = valueNoise(vec2(p.x * 3.1, up * 1.5 - iTime * 1.1), 1.0);
-    vec2 q = vec2(p.x + (big - 0.5) * (0.1 + 0.45 * up), up);
-    float mid = valueNoise(vec2(q.x * 7.3, q.y * 2.3 - iTime * 2.0), 2.0);
-    float small = valueNoise(vec2(q.x * 15.0 + mid * 1.5, q.y * 5.0 - iTime * 3.6), 3.0);
-    float fine = valueNoise(vec2(q.x * 31.0 + small * 1.5, q.y * 12.0 - iTime * 5.8), 4.0);
-    float tongue = 1.0 - abs(2.0 * mid - 1.0);  // ridges: filaments instead of clouds
-    float body = big * 0.36 + tongue * 0.3 + small * 0.24 + fine * 0.1;
-
-    float flame = max(body * 1.5 + 0.12 - rel * (0.55 + 0.3 * rel), 0.0) * clamp(body * 2.6 - rel * 0.75, 0.0, 1.0);
-    float heat = min(flame * (0.6 + 0.2 * effectValue + 0.3 * fine), 1.0);
-    vec3 fire = clamp(vec3(heat * 2.3 - 0.1, heat * heat * 1.75 - 0.08, heat * heat * heat * heat * 0.8), 0.0, 1.0);
+    // Two walls of fire, the one behind higher and darker.
+    vec3 gust = air(vec2(p.x * 2.6, up * 1.8 - iTime * 0.9), 1.0).xyz - 0.5;
+    float behind = flames(p.x, up, gust, height * 1.25, 1.0, 0.8, 2.0);
+    float front = flames(p.x + 7.3, up, gust.zxy, height * 0.8, 0.7, 1.15, 6.0);
+    vec3 fire = burning(0.12 + behind * 0.58) * smoothstep(0.0, 0.34, behind);
+    fire = mix(fire, burning(0.3 + 0.62 * front), smoothstep(0.0, 0.3, front));
+    fire *= min(0.7 + 0.6 * effectValue, 1.0);
 
     float spark = max(embers(p, 9.0, 0.34, 11.0), 0.8 * embers(p, 15.0, 0.24, 12.0));
     spark *= clamp(1.4 - up / (height * 2.2), 0.0, 1.0);
@@ -45,9 +70,9 @@ vec4 QVFireMTIFilter(vec2 uv) {
     vec4 color = readHere(0);
     float unsteady = 0.86 + 0.09 * wave(iTime * 2.3) + 0.05 * wave(iTime * 5.9 + 0.3);
     float glow = unsteady * effectValue / (1.0 + 1.6 * rel * rel);
-    vec3 rgb = color.rgb * (1.0 - 0.55 * effectValue) * (1.0 + glow * vec3(1.1, 0.35, -0.25));
+    vec3 rgb = color.rgb * (1.0 - 0.5 * effectValue) * (1.0 + glow * vec3(1.1, 0.35, -0.25));
     rgb += color.a * glow * vec3(0.17, 0.055, 0.005);
-    rgb *= 1.0 - 0.8 * max(min(fire.r * 1.2, 1.0), spark);
+    rgb *= 1.0 - 0.85 * max(min(fire.r * 1.2, 1.0), 0.5 * spark * spark);
     vec3 light = max(fire, spark * vec3(1.0, 0.62, 0.2));
     rgb += light - rgb * light;  // screen
     float alpha = max(color.a, light.r);

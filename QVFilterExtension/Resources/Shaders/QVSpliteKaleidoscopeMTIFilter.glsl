@@ -11,9 +11,10 @@ vec4 QVSpliteKaleidoscopeMTIFilter(vec2 uv) {
     // Turns from the upright; each sector is folded along its own middle.
     float turned = atan(away.x, -away.y) * 0.15915494;
     float folded = abs(turned - sector * floor(turned / sector + 0.5));
-    // The wedge that all show lies along the diagonal to the top right, the longest way through the picture. The waves
-    // stand for cosine and sine.
-    vec2 axis = normalize(vec2(size.x, -size.y)), side = vec2(-axis.y, axis.x);
-    vec2 place = 0.5 + (axis * wave(folded) + side * wave(folded - 0.25)) * length(away) / size;
+    // The wedge that all show comes down from the upper left and crosses the middle of the picture, where its subject
+    // is, at the ring that the eye rests on. The waves stand for cosine and sine.
+    vec2 axis = normalize(size), side = vec2(-axis.y, axis.x);
+    vec2 apex = 0.5 * size - 0.3 * min(size.x, size.y) * axis;
+    vec2 place = (apex + (axis * wave(folded) + side * wave(folded - 0.25)) * length(away) * 0.8) / size;
     return readInput(0, mirrorAtEdges(count < 1.5 ? uv : place));
 }

@@ -10,7 +10,7 @@ const QVFilterClass QVColCoverPEMTIFilterClass{
     .name = "QVColCoverPEMTIFilter",
     .superclass = &QVPeriodicEffectMTIFilterClass,
     .title = "Colour beat",
-    .help = "A colour closes over the picture on the beat",
+    .help = "A colour closes over the picture on the beat, as an iris does",
     .tags = {"flash", "strobe", "cover", "tint", "music"},
     .factory = makeFilter<QVColCoverPEMTIFilter>,
     .properties = {qvProperty<&Effect::coverCol, &Effect::setCoverCol>({

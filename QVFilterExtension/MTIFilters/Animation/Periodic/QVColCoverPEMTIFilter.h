@@ -6,8 +6,9 @@ namespace qv {
 
 extern const QVFilterClass QVColCoverPEMTIFilterClass;
 
-/// A colour closes over the picture on the beat, from the corners inwards, and lets go of it. At a strength
-/// of 1 nothing of the picture is left at the height of the beat.
+/// A colour closes over the picture on the beat, from the corners inwards as an iris does, and opens again.
+/// At a strength of 1 nothing of the picture is left at the height of the beat. The rim of the iris is soft
+/// over 0.32 of half the frame's diagonal.
 class QVColCoverPEMTIFilter : public QVPeriodicEffectMTIFilter {
   public:
     explicit QVColCoverPEMTIFilter(const QVFilterClass& filterClass = QVColCoverPEMTIFilterClass)

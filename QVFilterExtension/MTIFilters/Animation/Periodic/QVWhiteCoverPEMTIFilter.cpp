@@ -6,8 +6,8 @@ const QVFilterClass QVWhiteCoverPEMTIFilterClass{
     .name = "QVWhiteCoverPEMTIFilter",
     .superclass = &QVColCoverPEMTIFilterClass,
     .title = "White beat",
-    .help = "White closes over the picture on the beat, like a camera's flash",
-    .tags = {"flash", "strobe", "camera flash", "music"},
+    .help = "White closes over the picture on the beat, as an iris does",
+    .tags = {"flash", "strobe", "iris", "music"},
     .factory = makeFilter<QVWhiteCoverPEMTIFilter>,
     .fragmentFunction = "QVColCoverPEMTIFilter",
 };

@@ -7,7 +7,7 @@ const QVFilterClass QVRemainBlackMTIFilterClass{
     .name = "QVRemainBlackMTIFilter",
     .superclass = &QVBaseRemainMTIFilterClass,
     .title = "Black fade",
-    .help = "The picture comes out of black, or fades into it",
+    .help = "The picture comes out of the dark, lights first, or sinks into it",
     .tags = {"fade in", "fade out", "fade to black"},
 };
 

@@ -7,7 +7,7 @@ const QVFilterClass QVSlowZoomInEffectMTIFilterClass{
     .name = "QVSlowZoomInEffectMTIFilter",
     .superclass = &QVProgressBasedEffectMTIFilterClass,
     .title = "Slow zoom in",
-    .help = "A slow push into the middle of the frame over the clip",
+    .help = "A slow push into the middle of the frame over the clip, its edges out of focus",
     .tags = {"ken burns", "push in", "dolly", "photo", "camera move"},
 };
 

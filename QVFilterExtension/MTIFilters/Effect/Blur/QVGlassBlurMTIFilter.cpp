@@ -5,9 +5,9 @@ namespace qv {
 const QVFilterClass QVGlassBlurMTIFilterClass{
     .name = "QVGlassBlurMTIFilter",
     .superclass = &QVEffectMTIFilterClass,
-    .title = "Frosted glass",
-    .help = "The picture behind frosted glass",
-    .tags = {"blur", "privacy", "bathroom window", "noise"},
+    .title = "Reeded glass",
+    .help = "The picture behind ribbed, slightly frosted glass",
+    .tags = {"blur", "frosted glass", "fluted", "privacy", "bathroom window"},
     .factory = makeFilter<QVGlassBlurMTIFilter>,
     .category = QVFilterCategory::blur,
 };

@@ -46,7 +46,9 @@ const QVFilterClass QVMotionBlurEffectMTIFilterClass{
 };
 
 QVMotionBlurEffectMTIFilter::QVMotionBlurEffectMTIFilter(const QVFilterClass& filterClass)
-    : QVEffectMTIFilter(filterClass) {}
+    : QVEffectMTIFilter(filterClass) {
+    blurFilter_.setLightsOnly(true);
+}
 
 void QVMotionBlurEffectMTIFilter::setEffectValue(float value) {
     QVEffectMTIFilter::setEffectValue(value);

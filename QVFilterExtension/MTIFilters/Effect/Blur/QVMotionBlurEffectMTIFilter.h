@@ -11,7 +11,8 @@ namespace qv {
 extern const QVFilterClass QVMotionBlurEffectMTIFilterClass;
 
 /// A smear along a direction, slightly enlarged, screened over the sharp picture, and all of it a little
-/// darker. The smear lies on the horizontal.
+/// darker. It is a smear of the lights alone (`QVMotionBlurMTIFilter::lightsOnly`), so that these streak and
+/// the other tones come out as they were. The smear lies on the horizontal.
 ///
 /// Until `setEffectValue` is called, `scale` and `opacity` have values of their own that belong to no
 /// strength.

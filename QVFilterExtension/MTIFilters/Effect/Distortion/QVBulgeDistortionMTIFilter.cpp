@@ -7,7 +7,7 @@ const QVFilterClass QVBulgeDistortionMTIFilterClass{
     .name = "QVBulgeDistortionMTIFilter",
     .superclass = &QVEffectMTIFilterClass,
     .title = "Bulge",
-    .help = "Swells the middle of the picture",
+    .help = "Swells the middle of the picture into a glossy ball",
     .tags = {"fisheye", "swell", "balloon", "warp"},
     .category = QVFilterCategory::distortion,
 };

@@ -10,7 +10,7 @@ const QVFilterClass QVCenterMagnifyMTIFilterClass{
     .name = "QVCenterMagnifyMTIFilter",
     .superclass = &QVEffectMTIFilterClass,
     .title = "Magnifying lens",
-    .help = "A lens over the whole frame",
+    .help = "A large lens before the frame, with coloured fringes",
     .tags = {"zoom", "fisheye", "loupe", "lens"},
     .factory = makeFilter<QVCenterMagnifyMTIFilter>,
     .category = QVFilterCategory::distortion,
@@ -19,7 +19,7 @@ const QVFilterClass QVCenterMagnifyMTIFilterClass{
             qvProperty<&Effect::magnificationNum, &Effect::setMagnificationNum>({
                 .name = "magnificationNum",
                 .title = "Magnification",
-                .help = "at the centre of the lens",
+                .help = "power of the glass: a third of what it adds is seen at its centre",
                 .minimum = 1,
                 .maximum = 20,
                 .unit = QVUnit::factor,

@@ -6,8 +6,9 @@ namespace qv {
 
 extern const QVFilterClass QVCenterMagnifyMTIFilterClass;
 
-/// A lens over the whole frame: strongest at `magnifyCenter`, fading to nothing on a circle around it. A
-/// magnification of 1 leaves the frame as it is.
+/// A large lens before the frame. It shows what is at `magnifyCenter` (2 + `magnificationNum`) / 3 times as
+/// large, the farther away the less, and nothing larger at the farthest corner of the frame. Towards the rim
+/// it parts the colours and darkens. A magnification of 1 leaves the frame as it is.
 class QVCenterMagnifyMTIFilter : public QVEffectMTIFilter {
   public:
     explicit QVCenterMagnifyMTIFilter(const QVFilterClass& filterClass = QVCenterMagnifyMTIFilterClass);
@@ -15,7 +16,7 @@ class QVCenterMagnifyMTIFilter : public QVEffectMTIFilter {
     /// Derives `magnificationNum` and resets `magnifyCenter`; `effectValue` itself keeps its value.
     void setEffectValue(float value) override;
 
-    /// Magnification at the centre of the lens, times.
+    /// Power of the glass, times.
     double magnificationNum() const { return magnificationNum_; }
     void setMagnificationNum(double times) { magnificationNum_ = times; }
     /// Centre of the lens, counted from the middle of the frame in half frames, x right, y up.

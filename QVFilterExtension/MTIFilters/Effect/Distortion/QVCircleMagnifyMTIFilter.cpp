@@ -26,7 +26,7 @@ const QVFilterClass QVCircleMagnifyMTIFilterClass{
     .name = "QVCircleMagnifyMTIFilter",
     .superclass = &QVEffectMTIFilterClass,
     .title = "Magnifying glass",
-    .help = "A round magnifying glass with a coloured rim",
+    .help = "A round magnifying glass with a coloured rim and a handle",
     .tags = {"zoom", "loupe", "circle", "detail"},
     .factory = makeFilter<QVCircleMagnifyMTIFilter>,
     .category = QVFilterCategory::distortion,

@@ -6,8 +6,10 @@ namespace qv {
 
 extern const QVFilterClass QVCircleMagnifyMTIFilterClass;
 
-/// A round magnifying glass with a coloured rim, half as wide as the frame's shorter side. At a magnification
-/// of 1 there is no glass and no rim.
+/// A round magnifying glass, half as wide as the frame's shorter side, with a rim of coloured metal, 18/1080
+/// of the shorter side wide, and a dark handle, 300/1080 long, that points down to the right. It bends most
+/// along its rim, and the lamp of the room lies on glass and metal. At a magnification of 1 there is no
+/// glass.
 class QVCircleMagnifyMTIFilter : public QVEffectMTIFilter {
   public:
     explicit QVCircleMagnifyMTIFilter(const QVFilterClass& filterClass = QVCircleMagnifyMTIFilterClass);

@@ -10,7 +10,7 @@ const QVFilterClass QVSwirlMTIFilterClass{
     .name = "QVSwirlMTIFilter",
     .superclass = &QVEffectMTIFilterClass,
     .title = "Swirl",
-    .help = "A whirl around the middle of the frame",
+    .help = "A whirlpool around the middle of the frame",
     .tags = {"twirl", "vortex", "whirl", "spiral"},
     .factory = makeFilter<QVSwirlMTIFilter>,
     .category = QVFilterCategory::distortion,
@@ -19,7 +19,7 @@ const QVFilterClass QVSwirlMTIFilterClass{
             qvProperty<&Effect::angle, &Effect::setAngle>({
                 .name = "angle",
                 .title = "Turn",
-                .help = "how far the very middle is turned",
+                .help = "how far the picture is turned a third of the way from the middle to the rim",
                 .minimum = -2,
                 .maximum = 2,
                 .unit = QVUnit::turns,

@@ -7,7 +7,7 @@ const QVFilterClass QVBlackFilmShakeMTIFilterClass{
     .name = "QVBlackFilmShakeMTIFilter",
     .superclass = &QVEffectMTIFilterClass,
     .title = "Projector jitter",
-    .help = "Jitters the picture, or a frame to lay over one, as in a projector's gate",
+    .help = "The picture, or a frame to lay over one, jitters and flickers in a projector's gate",
     .tags = {"gate weave", "old film", "shake", "vintage", "overlay"},
     .category = QVFilterCategory::film,
 };

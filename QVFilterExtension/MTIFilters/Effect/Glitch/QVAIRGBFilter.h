@@ -7,7 +7,9 @@ namespace qv {
 extern const QVFilterClass QVAIRGBFilterClass;
 
 /// The picture taken apart into copies of one colour each, which swing around it; together they are white.
-/// The strength is how far they swing; 0 leaves the frame as it is.
+/// They shine over what is darker than they are; where they agree, the picture keeps its drawing.
+/// The strength is how far they swing, 0.025 to 0.075 of the shorter side at full strength; 0 leaves the
+/// frame as it is.
 class QVAIRGBFilter : public QVEffectMTIFilter {
   public:
     explicit QVAIRGBFilter(const QVFilterClass& filterClass = QVAIRGBFilterClass)

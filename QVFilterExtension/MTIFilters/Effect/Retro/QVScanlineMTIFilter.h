@@ -6,7 +6,9 @@ namespace qv {
 
 extern const QVFilterClass QVScanlineMTIFilterClass;
 
-/// The lines of a television tube: dark lines at level 0, lines and coloured stripes at level 1.
+/// The lines of a television tube: dark lines at level 0, lines and coloured stripes at level 1. Lines are
+/// 1/108 of the frame's shorter side apart, in whole pixels; lights cover a third of the dark between them,
+/// and the corners are darker.
 class QVScanlineMTIFilter : public QVEffectMTIFilter {
   public:
     explicit QVScanlineMTIFilter(const QVFilterClass& filterClass = QVScanlineMTIFilterClass);

@@ -6,7 +6,7 @@ const QVFilterClass QVAICopySplitFilterClass{
     .name = "QVAICopySplitFilter",
     .superclass = &QVEffectMTIFilterClass,
     .title = "Copies around",
-    .help = "Small copies of the frame around one in its middle",
+    .help = "Small copies of the frame around a large one in its middle",
     .tags = {"split screen", "grid", "clone", "multiply", "picture in picture"},
     .factory = makeFilter<QVAICopySplitFilter>,
     .category = QVFilterCategory::split,

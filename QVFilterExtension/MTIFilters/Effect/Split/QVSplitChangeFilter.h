@@ -6,7 +6,8 @@ namespace qv {
 
 extern const QVFilterClass QVSplitChangeFilterClass;
 
-/// The whole frame in a grid of four to twelve small frames each way, more with more strength.
+/// The whole frame in a grid of four to twelve small frames each way, more with more strength, parted by thin
+/// white lines.
 class QVSplitChangeFilter : public QVEffectMTIFilter {
   public:
     explicit QVSplitChangeFilter(const QVFilterClass& filterClass = QVSplitChangeFilterClass);

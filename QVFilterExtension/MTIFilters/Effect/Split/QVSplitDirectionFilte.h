@@ -6,7 +6,9 @@ namespace qv {
 
 extern const QVFilterClass QVSplitDirectionFilteClass;
 
-/// Two panels, each the middle of the frame at its own scale: side by side, or one above the other.
+/// Two panels, each the middle of the frame at its own scale, with a white line of 6/1080 of the shorter side
+/// between them: side by side, or one above the other, where they show the part about 0.42 of the height from
+/// the top.
 class QVSplitDirectionFilte : public QVEffectMTIFilter {
   public:
     explicit QVSplitDirectionFilte(const QVFilterClass& filterClass = QVSplitDirectionFilteClass)

@@ -6,7 +6,7 @@ namespace qv {
 
 extern const QVFilterClass QVSplitFourFilterClass;
 
-/// Two by two small frames. The strength changes nothing.
+/// Two by two small frames, parted by white lines. The strength changes nothing.
 class QVSplitFourFilter : public QVEffectMTIFilter {
   public:
     explicit QVSplitFourFilter(const QVFilterClass& filterClass = QVSplitFourFilterClass)

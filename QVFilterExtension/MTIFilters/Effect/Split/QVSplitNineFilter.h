@@ -6,7 +6,7 @@ namespace qv {
 
 extern const QVFilterClass QVSplitNineFilterClass;
 
-/// Three by three small frames. The strength changes nothing.
+/// Three by three small frames, parted by white lines. The strength changes nothing.
 class QVSplitNineFilter : public QVEffectMTIFilter {
   public:
     explicit QVSplitNineFilter(const QVFilterClass& filterClass = QVSplitNineFilterClass)

@@ -10,7 +10,7 @@ const QVFilterClass QVAIReputationFilterClass{
     .name = "QVAIReputationFilter",
     .superclass = &QVEffectMTIFilterClass,
     .title = "Echoes in a row",
-    .help = "The picture repeated along a line, fainter each time",
+    .help = "A row of cards with the picture, each smaller and fainter",
     .tags = {"echo", "trail", "repeat", "repetition", "clone", "step and repeat"},
     .factory = makeFilter<QVAIReputationFilter>,
     .category = QVFilterCategory::stylize,

@@ -6,8 +6,10 @@ namespace qv {
 
 extern const QVFilterClass QVAIReputationFilterClass;
 
-/// The picture repeated along a line, each repetition fainter than the one before. The strength is the
-/// direction of the line: a full turn anticlockwise from the right.
+/// The picture repeated along a line: four cards in a row, each behind the one before, 0.87 times as large,
+/// fainter and colder, over a dark enlargement. The first has 1 / (1 + 1.4 d) of the frame's size at the
+/// distance d. The strength is the direction of the row: a full turn anticlockwise from the right. A distance
+/// of 0 leaves the frame as it is.
 class QVAIReputationFilter : public QVEffectMTIFilter {
   public:
     explicit QVAIReputationFilter(const QVFilterClass& filterClass = QVAIReputationFilterClass)

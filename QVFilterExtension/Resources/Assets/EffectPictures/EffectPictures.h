@@ -27,4 +27,14 @@ Bitmap sparkle();
 /// A disc of light with a brighter rim, 128×128, white, nothing left at its border.
 Bitmap lightDisc();
 
+/// Noise of a camera's sensor, 256×256, opaque, and without a seam when it is repeated: red holds grain of a
+/// pixel or two, green and blue blotches of nine, all about 0.5.
+Bitmap sensorNoise();
+
+/// Materials, 768×768, opaque: crumpled foil with the colours of a hologram, gold leaf with worn seams, white
+/// marble with dark and golden veins.
+Bitmap foilMaterial();
+Bitmap goldMaterial();
+Bitmap marbleMaterial();
+
 }  // namespace qv::assets

@@ -5,10 +5,3 @@ float unitPixels(vec2 frame) { return min(frame.x, frame.y) * (1.0 / 1080.0); }
 
 // The frame mirrored at its edges, for places at most one frame outside.
 vec2 mirrorAtEdges(vec2 uv) { return 1.0 - abs(1.0 - abs(uv)); }
-
-// Panels along one side, each the middle of the frame at its own scale. `direction` 0: side by side; 1: one above
-// the other.
-vec2 panelPlace(vec2 uv, float number, int direction) {
-    vec2 inside = 0.5 + (fract(uv * number) - 0.5) / number;
-    return direction == 0 ? vec2(inside.x, uv.y) : vec2(uv.x, inside.y);
-}
