@@ -1,0 +1,22 @@
+#pragma once
+
+#include "QVFilterExtension/MTIFilters/AIEffect/AIEffectFilter/QVAIMattingCopyFilter.h"
+#include "QVFilterExtension/MTIFilters/Effect/Stylize/QVAIGhostFilter.h"
+
+namespace qv {
+
+extern const QVFilterClass QVAIMattingGhostFilterClass;
+
+/// The ghost of the subject leaves it, over the frame. The strength is how far.
+class QVAIMattingGhostFilter : public QVAIMattingCopyFilter {
+  public:
+    explicit QVAIMattingGhostFilter(const QVFilterClass& filterClass = QVAIMattingGhostFilterClass)
+        : QVAIMattingCopyFilter(filterClass) {}
+
+    MTIImage outputImage() override;
+
+  private:
+    QVAIGhostFilter ghostFilter_;
+};
+
+}  // namespace qv
