@@ -20,9 +20,10 @@ float outwards(float value) {
 vec3 outline(float value, float age) {
     float from = outwards(value) - reach * age;
     // A bright line with a glow that reaches inwards, where the ghost is.
-    float line = 0.0018 + 0.0022 * age, near = from / line;
-    float light = 1.0 / (1.0 + near * near) + 0.3 * exp2(-abs(from) * (from > 0.0 ? 140.0 : 46.0));
-    return mix(nearColor, farColor, age) * (light * (1.0 - age) * (1.0 - age) * min(age * 8.0, 1.0));
+    float line = 0.0018 + 0.004 * age, near = from / line;
+    float around = from * (from > 0.0 ? 140.0 : 50.0);
+    float light = 1.0 / (1.0 + near * near) + 0.3 / (1.0 + around * around);
+    return mix(nearColor, farColor, age) * (light * (1.0 - age) * (1.0 - 0.45 * age) * min(age * 8.0, 1.0));
 }
 
 #define OUTLINE(first) \

@@ -7,14 +7,14 @@
 uniform float iTime;     // place in the ghost's movement, 0..1
 uniform float distance;  // of the ghost from the picture, shorter sides of the frame
 uniform float presence;  // how much there is of it, 0..1
+uniform float inFront;   // share of its light that also falls in front of the picture, 0..1
 
-// What the double that is `part` of the way, 0..1, covers this place with.
-vec4 double_(vec4 seen, vec2 place, float part) {
-    // Its light, cold and lifted: a dark figure has a ghost too. It has no feet.
+// What a double shows: its light, cold and lifted, since a dark figure has a ghost too. It has no feet.
+vec4 pale(vec4 seen, vec2 place) {
     float light = luma(seen.rgb);
-    vec3 pale = mix(seen.rgb, light * vec3(0.78, 0.98, 1.08), 0.72) + seen.a * vec3(0.04, 0.09, 0.11);
+    vec3 cold = mix(seen.rgb, light * vec3(0.92, 1.16, 1.26), 0.78) + seen.a * vec3(0.1, 0.17, 0.2);
     float fades = clamp((1.05 - place.y) * 2.6, 0.0, 1.0);
-    return min(vec4(pale, seen.a), seen.a) * fades;
+    return min(vec4(cold, seen.a), seen.a) * fades;
 }
 
 // Where a double that is `part` of the way shows what is at `uv`: up, swaying, and wavering like smoke.
@@ -29,18 +29,21 @@ vec2 risen(vec2 uv, float part, vec2 unit) {
 #define DOUBLE(part, share) \
     { \
         vec2 place = mirrorAtEdges(risen(uv, part, unit)); \
-        vec4 ghost = double_(readPixel(0, pixelAt(place * size)), place, part) * (presence * (share)); \
-        color = ghost + color * (1.0 - 0.7 * ghost.a); \
+        vec4 seen = pale(readPixel(0, pixelAt(place * size)), place) * (share); \
+        ghost = seen + ghost * (1.0 - seen.a); \
     }
 
 vec4 QVAIGhostFilter(vec2 uv) {
     vec2 size = inputSize(0), unit = min(size.x, size.y) / size;
-    vec4 color = readHere(0);
-    // What the soul has left pales and darkens.
-    vec3 left = mix(color.rgb, luma(color.rgb) * vec3(0.94, 1.0, 1.04), 0.7) * 0.72;
-    color.rgb = mix(color.rgb, left, presence * 0.8);
-    DOUBLE(0.3, 0.2)
-    DOUBLE(0.62, 0.3)
-    DOUBLE(1.0, 0.62)
-    return vec4(min(color.rgb, min(color.a, 1.0)), min(color.a, 1.0));
+    vec4 body = readHere(0), ghost = vec4(0.0);
+    DOUBLE(0.3, 0.3)
+    DOUBLE(0.62, 0.4)
+    DOUBLE(1.0, 0.74)
+    ghost *= presence;
+    // What the soul has left pales and darkens. The ghost hovers behind it, and a little of its light in front.
+    vec3 left = mix(body.rgb, luma(body.rgb) * vec3(0.94, 1.0, 1.04), 0.6) * 0.74;
+    body.rgb = mix(body.rgb, left, presence * 0.8);
+    vec3 light = ghost.rgb * mix(1.0, inFront, body.a);
+    float alpha = body.a + ghost.a * (1.0 - body.a);
+    return vec4(min(body.rgb + light * (1.0 - body.rgb * body.a), alpha), alpha);
 }

@@ -11,7 +11,10 @@ extern const QVFilterClass QVAIMattingGhostFilterClass;
 class QVAIMattingGhostFilter : public QVAIMattingCopyFilter {
   public:
     explicit QVAIMattingGhostFilter(const QVFilterClass& filterClass = QVAIMattingGhostFilterClass)
-        : QVAIMattingCopyFilter(filterClass) {}
+        : QVAIMattingCopyFilter(filterClass) {
+        // The ghost stays behind the face that it left.
+        ghostFilter_.setInFront(0.15);
+    }
 
     MTIImage outputImage() override;
 

@@ -22,11 +22,13 @@ MTIImage QVAIRGBMTIFilter::outputImage() {
     soften.setInputImage(maskImage());
     soften.setOutputPixelFormat(outputPixelFormat());
     const MTIImage page = MTIImage::initWithColor({1, 1, 1, 1}, pageIsSRGB(), inputImage().size());
-    MTIBlendFilter normalBlend(MTIBlendMode::normal);
-    normalBlend.setInputBackgroundImage(page);
-    normalBlend.setInputImage(subjectCutOut(*this, soften.outputImage()));
-    normalBlend.setOutputPixelFormat(outputPixelFormat());
-    return applyKernel({normalBlend.outputImage(), page}, parameters());
+    // The page shows through just as it would below a cut-out over transparency.
+    MTIBlendWithMaskFilter subjectOnPage;
+    subjectOnPage.setInputBackgroundImage(page);
+    subjectOnPage.setInputImage(inputImage());
+    subjectOnPage.setInputMask({soften.outputImage(), MTIColorComponent::red, MTIMaskMode::normal});
+    subjectOnPage.setOutputPixelFormat(outputPixelFormat());
+    return applyKernel({subjectOnPage.outputImage(), page}, parameters());
 }
 
 }  // namespace qv

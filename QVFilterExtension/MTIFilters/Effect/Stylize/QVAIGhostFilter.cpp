@@ -35,6 +35,12 @@ const QVFilterClass QVAIGhostFilterClass{
                 .help = "how much there is of the ghost",
                 .unit = QVUnit::fraction,
             }),
+            qvProperty<&Effect::inFront, &Effect::setInFront>({
+                .name = "inFront",
+                .title = "In front",
+                .help = "share of the ghost's light that falls in front of the picture",
+                .unit = QVUnit::fraction,
+            }),
         },
 };
 
@@ -44,7 +50,7 @@ QVAIGhostFilter::QVAIGhostFilter(const QVFilterClass& filterClass) : QVEffectMTI
 
 void QVAIGhostFilter::setEffectValue(float value) {
     QVEffectMTIFilter::setEffectValue(value);
-    distance_ = 0.05 * double(value) + 0.2 * double(value) * double(value);
+    distance_ = 0.22 * double(value);
     presence_ = double(value) * (1.6 - 0.6 * double(value));
 }
 
@@ -52,7 +58,8 @@ MTIParameters QVAIGhostFilter::parameters() const {
     const double sway = iTime() / kSway;
     return {{"iTime", float(sway - std::floor(sway))},
             {"distance", float(distance_)},
-            {"presence", float(presence_)}};
+            {"presence", float(presence_)},
+            {"inFront", float(inFront_)}};
 }
 
 }  // namespace qv

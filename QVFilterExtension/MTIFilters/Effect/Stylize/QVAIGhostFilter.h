@@ -22,11 +22,15 @@ class QVAIGhostFilter : public QVEffectMTIFilter {
     double presence() const { return presence_; }
     void setPresence(double presence) { presence_ = presence; }
 
-    /// "iTime", "distance", "presence".
+    /// Share of the ghost's light that falls in front of the picture, 0..1: where that is opaque, no other is seen.
+    double inFront() const { return inFront_; }
+    void setInFront(double share) { inFront_ = share; }
+
+    /// "iTime" (place in the movement), "distance", "presence", "inFront".
     MTIParameters parameters() const override;
 
   private:
-    double distance_, presence_;
+    double distance_, presence_, inFront_ = 0.6;
 };
 
 }  // namespace qv
