@@ -38,9 +38,10 @@ std::vector<std::uint8_t> fileOf(const PixelBuffer& buffer) try {
 }
 
 void writeFile(const std::vector<std::uint8_t>& file, const std::string& path) {
+    // The temporary folder is everybody's: a link could lead out of it, and a pipe would wait for a reader.
     std::error_code ignored;
-    // A link could lead out of the temporary folder, which is everybody's.
-    if (file.empty() || fs::is_symlink(path, ignored)) return;
+    const fs::file_type there = fs::symlink_status(path, ignored).type();
+    if (file.empty() || (there != fs::file_type::not_found && there != fs::file_type::regular)) return;
     writeWholeFile(path, {reinterpret_cast<const char*>(file.data()), file.size()});
 }
 
