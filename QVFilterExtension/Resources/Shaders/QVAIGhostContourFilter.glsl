@@ -40,8 +40,8 @@ vec4 QVAIGhostContourFilter(vec2 uv) {
     float behind = 1.0 - clamp(readHere(1).r, 0.0, 1.0);
     vec3 light = vec3(0.0);
     OUTLINE(0.0) OUTLINE(0.3333333) OUTLINE(0.6666667)
-    light = min(light * (1.5 * glow * behind), 1.0) * frame.a;
+    light = min(light * (1.5 * glow * behind), 1.0);
     // The scene darkens, so that light shows on it; light that meets light saturates.
     vec3 scene = frame.rgb * (1.0 - 0.45 * glow * behind);
-    return vec4(light + scene * (1.0 - light), frame.a);
+    return vec4(light * frame.a + scene * (1.0 - light), frame.a);
 }
