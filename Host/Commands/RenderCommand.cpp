@@ -3,11 +3,11 @@
 #include <memory>
 
 #include "Host/Clips/ClipSource.h"
+#include "Host/Clips/EncodingOptions.h"
 #include "Host/Clips/RenderPipeline.h"
 #include "Host/CommandLine/CommandLine.h"
 #include "Host/CommandLine/CommandParser.h"
 #include "Host/CommandLine/Device.h"
-#include "Host/Clips/EncodingOptions.h"
 #include "Host/CommandLine/Interrupt.h"
 #include "Host/CommandLine/Progress.h"
 

@@ -15,7 +15,8 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int kJPEGQuality = 80;
-/// Files that may wait to be written; on a disk that is slower than that, later frames are left for another time.
+/// Files that may wait to be written; on a disk that is slower than that, later frames are left for another
+/// time.
 constexpr int kMostPendingFiles = 64;
 
 /// The time in units of the clip's, with whole runs of the clip taken off.
@@ -28,8 +29,8 @@ CMTime wrappedTime(CMTime time, CMTime duration) {
 /// The file of a frame; empty without a frame.
 std::vector<std::uint8_t> fileOf(const PixelBuffer& buffer) try {
     if (!buffer) return {};
-    auto pixels =
-        std::make_shared<std::vector<std::uint8_t>>(std::size_t(buffer.width()) * std::size_t(buffer.height()) * 4);
+    auto pixels = std::make_shared<std::vector<std::uint8_t>>(std::size_t(buffer.width()) *
+                                                              std::size_t(buffer.height()) * 4);
     const Bitmap bitmap{buffer.width(), buffer.height(), pixels};
     if (!convertToRGBA8(buffer, pixels->data(), bitmap.rowBytes())) return {};
     return jpegBytes(bitmap, kJPEGQuality);
@@ -79,7 +80,8 @@ MTIImage QVEffectVideoFrameCacheManager::decodeImageFromVideo(const std::string&
     return image;
 }
 
-std::shared_ptr<QVVideoDecoder> QVEffectVideoFrameCacheManager::decoderForVideo(const std::string& videoPath) {
+std::shared_ptr<QVVideoDecoder> QVEffectVideoFrameCacheManager::decoderForVideo(
+    const std::string& videoPath) {
     auto decoder =
         decoderCache_.objectForKey(videoPath, [&] { return std::make_shared<QVVideoDecoder>(videoPath); });
     decoder->setupAssetReader();

@@ -13,22 +13,23 @@
 
 namespace qv {
 
-/// The frames of the clips that effects lay over footage. A frame is decoded once; from then on it is read from a
-/// JPEG file in the system's temporary folder (`TMPDIR`, else /tmp), which is written in the background:
-/// QVFilterVideoCache/CLIP/NUMBER, with the clip's file name without extension and the frame's number. Clips of the
-/// same name share their files, and processes share them too: a file appears when it is whole. What cannot be
-/// written is decoded each time, and what is no picture is decoded and replaced; neither is told.
+/// The frames of the clips that effects lay over footage. A frame is decoded once; from then on it is read
+/// from a JPEG file in the system's temporary folder (`TMPDIR`, else /tmp), which is written in the
+/// background: QVFilterVideoCache/CLIP/NUMBER, with the clip's file name without extension and the frame's
+/// number. Clips of the same name share their files, and processes share them too: a file appears when it is
+/// whole. What cannot be written is decoded each time, and what is no picture is decoded and replaced;
+/// neither is told.
 ///
-/// Frames are numbered at most 15 a second, and a number is always the same frame, that which the clip shows at
-/// number / rate: so no frame depends on what was asked for before. For the same reason a frame that was just decoded
-/// has gone through JPEG too. Thread-safe.
+/// Frames are numbered at most 15 a second, and a number is always the same frame, that which the clip shows
+/// at number / rate: so no frame depends on what was asked for before. For the same reason a frame that was
+/// just decoded has gone through JPEG too. Thread-safe.
 class QVEffectVideoFrameCacheManager {
   public:
     /// The one of the process. What it still has to write is written before the process ends.
     static QVEffectVideoFrameCacheManager& sharedManager();
 
-    /// The frame of a clip at a time; the clip starts anew at its end. Nil when it cannot be read, and for times
-    /// below zero.
+    /// The frame of a clip at a time; the clip starts anew at its end. Nil when it cannot be read, and for
+    /// times below zero.
     MTIImage imageFromVideo(const std::string& videoPath, CMTime time);
     /// The same, decoded whatever has been written; the time must lie within the clip. The file follows.
     MTIImage decodeImageFromVideo(const std::string& videoPath, CMTime time);

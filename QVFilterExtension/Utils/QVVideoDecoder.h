@@ -10,7 +10,8 @@
 
 namespace qv {
 
-/// Frames of one clip by their time. What cannot be read gives no frame, and is opened anew next time. Thread-safe.
+/// Frames of one clip by their time. What cannot be read gives no frame, and is opened anew next time.
+/// Thread-safe.
 class QVVideoDecoder {
   public:
     /// A decoder of the clip at an absolute path, which need not exist.
@@ -31,8 +32,8 @@ class QVVideoDecoder {
     /// When the frame of a number is shown; for numbers past the end the last instant of the clip.
     CMTime timeOfFrameIndex(std::int64_t index) const;
 
-    /// The frame that the clip shows at a time, if it begins less than 1 / `frameRate` seconds away: so there is
-    /// none far before the first frame, after the end, or where the clip is damaged. Nil then.
+    /// The frame that the clip shows at a time, if it begins less than 1 / `frameRate` seconds away: so there
+    /// is none far before the first frame, after the end, or where the clip is damaged. Nil then.
     PixelBuffer frameBufferWithTime(CMTime time);
 
   private:

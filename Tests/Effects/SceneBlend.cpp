@@ -1,5 +1,5 @@
-// Subjects that turn into a scene: the box of the subject, the height at which the scene begins, and what lies on
-// what.
+// Subjects that turn into a scene: the box of the subject, the height at which the scene begins, and what
+// lies on what.
 
 #include <cstring>
 
@@ -43,8 +43,8 @@ TEST(SceneBlend, FadesFromTheSubjectToTheSceneOverAFifthOfItsHeight) {
         CGAffineTransform transform;
         int height;
         double top, boxHeight;  ///< of the box as the frame shows it
-    } cases[] = {{0, {}, 60, 10, 30},     {0.25f, {}, 60, 10, 30},        {0.5f, {}, 60, 10, 30},
-                 {1, {}, 60, 10, 30},     {0.5f, upsideDown, 60, 20, 30}, {0.5f, quarterTurn, 40, 0, 0}};
+    } cases[] = {{0, {}, 60, 10, 30}, {0.25f, {}, 60, 10, 30},        {0.5f, {}, 60, 10, 30},
+                 {1, {}, 60, 10, 30}, {0.5f, upsideDown, 60, 20, 30}, {0.5f, quarterTurn, 40, 0, 0}};
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << c.strength << ", " << c.transform.a << " " << c.transform.d);
         QVSceneBlendFilter filter;
@@ -61,9 +61,9 @@ TEST(SceneBlend, FadesFromTheSubjectToTheSceneOverAFifthOfItsHeight) {
         ASSERT_EQ(column.height, c.height);
         for (int y = 0; y < c.height; ++y) {
             const double at = (y + 0.5 - top) / height, begins = 1 - double(c.strength);
-            const double white = std::clamp((std::min(begins + 0.2, 1.0) - at) /
-                                                std::max(std::min(begins + 0.2, 1.0) - begins, 1e-9),
-                                            0.0, 1.0);
+            const double white = std::clamp(
+                (std::min(begins + 0.2, 1.0) - at) / std::max(std::min(begins + 0.2, 1.0) - begins, 1e-9),
+                0.0, 1.0);
             EXPECT_NEAR(column.at(0, y)[0], white, 0.6 / 255) << y;
         }
     }
@@ -134,7 +134,9 @@ TEST(SceneBlend, BackgroundsFollowTheFrameWhenItChangesByTwoPixels) {
     EXPECT_NE(backgroundAt(33, 102), wide);
 
     QVBuildingFilter building;
-    EXPECT_LT(difference(render(building.backgroundImage()).at(0, 0), {25 / 255.0f, 47 / 255.0f, 58 / 255.0f, 1}), 1e-3);
+    EXPECT_LT(
+        difference(render(building.backgroundImage()).at(0, 0), {25 / 255.0f, 47 / 255.0f, 58 / 255.0f, 1}),
+        1e-3);
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
-// Frames of scene clips: which frame a time shows, where it is kept, and what becomes of it when that goes wrong.
+// Frames of scene clips: which frame a time shows, where it is kept, and what becomes of it when that goes
+// wrong.
 
 #include <gmock/gmock.h>
 #include <sys/resource.h>
@@ -40,8 +41,8 @@ class SceneFrames : public testing::Test {
     }
 
     static MTIImage imageAt(const std::string& path, double seconds) {
-        return QVEffectVideoFrameCacheManager::sharedManager().imageFromVideo(path,
-                                                                              CMTimeMakeWithSeconds(seconds, 600));
+        return QVEffectVideoFrameCacheManager::sharedManager().imageFromVideo(
+            path, CMTimeMakeWithSeconds(seconds, 600));
     }
     static Bitmap bitmapOf(const MTIImage& image) {
         const auto* source = image ? std::get_if<BitmapSource>(&image.node()->operation) : nullptr;
@@ -66,8 +67,9 @@ TEST_F(SceneFrames, AreNumberedUpToFifteenASecond) {
         float rate;
         double seconds;
         std::int64_t index;
-    } cases[] = {{{1, 30}, 15, 0, 0},   {{1, 30}, 15, 0.06, 1},   {{1, 30}, 15, 0.033, 0}, {{1, 12}, 12, 0.46, 6},
-                 {{1, 12}, 12, 0.45, 5}, {{2, 1}, 1, 1.5, 2}, {{2, 1}, 1, -0.6, -1}};
+    } cases[] = {{{1, 30}, 15, 0, 0},    {{1, 30}, 15, 0.06, 1}, {{1, 30}, 15, 0.033, 0},
+                 {{1, 12}, 12, 0.46, 6}, {{1, 12}, 12, 0.45, 5}, {{2, 1}, 1, 1.5, 2},
+                 {{2, 1}, 1, -0.6, -1}};
     for (const auto& c : cases) {
         const std::string path = folder_ / (std::to_string(c.frameTime.denominator) + ".mp4");
         writeGreyClip(path, 3, c.frameTime, [](int) { return 100; });
@@ -92,7 +94,8 @@ TEST_F(SceneFrames, AreThoseOfTheTimeWhateverWasAskedForBefore) {
         EXPECT_TRUE(fs::is_regular_file(framePath(index))) << index;
     }
     for (std::size_t i = std::size(times); i-- > 0;)
-        EXPECT_EQ(*bitmapOf(imageAt(path, times[i])).pixels, *decoded[i].pixels) << "read back at " << times[i];
+        EXPECT_EQ(*bitmapOf(imageAt(path, times[i])).pixels, *decoded[i].pixels)
+            << "read back at " << times[i];
     EXPECT_EQ(frameAt(path, -0.5), -1);
     EXPECT_EQ(frameAt(path, NAN), 0);
 }
@@ -135,7 +138,8 @@ TEST_F(SceneFrames, AreDecodedWhereTheirFileIsNone) {
     EXPECT_EQ(frameAt(path, 0.2), 6);
     finish();
     const std::string whole = readBytes(framePath(3));
-    for (const std::string& bytes : {whole.substr(0, whole.size() / 2), std::string("no picture"), std::string()}) {
+    for (const std::string& bytes :
+         {whole.substr(0, whole.size() / 2), std::string("no picture"), std::string()}) {
         spoil([&](const std::string& file) { writeBytes(file, bytes); });
         EXPECT_EQ(readBytes(framePath(3)), whole) << "mended";
     }
@@ -179,7 +183,8 @@ TEST_F(SceneFrames, AreDecodedWhereTheyCannotBeKept) {
 TEST_F(SceneFrames, AreMissingWhereTheClipIsDamagedOrEmpty) {
     const std::string bytes = readBytes(clip()), path = folder_ / "damaged.mp4";
     EXPECT_EQ(frameAt(path, 0.2), -1) << "no file";
-    for (const std::string& damaged : {std::string(), std::string("no clip"), bytes.substr(0, bytes.size() / 4)}) {
+    for (const std::string& damaged :
+         {std::string(), std::string("no clip"), bytes.substr(0, bytes.size() / 4)}) {
         writeBytes(path, damaged);
         for (double time : {0.0, 0.2, 1.4}) EXPECT_EQ(frameAt(path, time), -1);
     }

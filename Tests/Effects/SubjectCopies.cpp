@@ -1,5 +1,5 @@
-// Effects on the subject alone or on the background alone: what they send to the effects that they are made of, and
-// where the frame stays as it is.
+// Effects on the subject alone or on the background alone: what they send to the effects that they are made
+// of, and where the frame stays as it is.
 
 #include "QVFilterCore/QVAIEffectMTIFilter.h"
 #include "Tests/Support/TestEffect.h"
@@ -89,8 +89,9 @@ TEST(SubjectCopies, LeaveTheFrameWhereTheyHaveNoBusiness) {
     const struct {
         std::string name;
         float untouchedMask;
-    } cases[] = {{"QVAIMattingRGBCopyFilter", 0},       {"QVAIMattingShockFilter", 0}, {"QVAIMattingRepetitionFilter", 0},
-                 {"QVAIMattingGhostFilter", 0},         {"QVAIMattingSplitFilter", 1}, {"QVAIMattingKaleidoscopeFilter", 1}};
+    } cases[] = {{"QVAIMattingRGBCopyFilter", 0},    {"QVAIMattingShockFilter", 0},
+                 {"QVAIMattingRepetitionFilter", 0}, {"QVAIMattingGhostFilter", 0},
+                 {"QVAIMattingSplitFilter", 1},      {"QVAIMattingKaleidoscopeFilter", 1}};
     for (const auto& c : cases) {
         for (int side : {1, 90}) {
             const auto effect = onScene(c.name, grey(c.untouchedMask, side));
@@ -150,7 +151,8 @@ TEST(SubjectPrints, PartTheInksByTheirDistance) {
 TEST(SubjectPrints, LieOnAWhitePage) {
     for (const char* name : {"QVAIRGBDispersionFilter", "QVAIRGBCyanSeperateFilter"}) {
         const auto effect = onScene(name, grey(0));
-        EXPECT_LT(worstDifference(render(effect->outputImage()), render(plainImage(64, 48, {1, 1, 1, 1}))), 1e-3);
+        EXPECT_LT(worstDifference(render(effect->outputImage()), render(plainImage(64, 48, {1, 1, 1, 1}))),
+                  1e-3);
         effect->setMaskImage(grey(1));
         effect->setEffectValue(0);
         EXPECT_LT(worstDifference(render(effect->outputImage()), render(effect->inputImage())), 1.01 / 255);
@@ -173,7 +175,8 @@ TEST(GhostContour, LeavesTheSubjectAndTheFarBackgroundAndTakesTheColoursOfTheUse
     EXPECT_LT(difference(picture.at(120, 150), {0.5f, 0.5f, 0.5f, 1}), 0.01);
     EXPECT_LT(picture.at(8, 8)[0], 0.4) << "the scene darkens";
     double brightest = 0;
-    for (int x = 160; x < 200; ++x) brightest = std::max(brightest, double(picture.at(x, 150)[1] - picture.at(x, 150)[0]));
+    for (int x = 160; x < 200; ++x)
+        brightest = std::max(brightest, double(picture.at(x, 150)[1] - picture.at(x, 150)[0]));
     EXPECT_GT(brightest, 0.3) << "an outline of the colour crosses the row beside the subject";
 }
 

@@ -33,7 +33,8 @@ void write(const SceneClip& clip, const std::string& path) {
     for (int i = 0; i < clip.frames; ++i) {
         const PixelBuffer frame = writer->makeFrame();
         const SceneFrame picture = clip.draw(i);
-        if (!frame || !convertFromRGBA8(picture.data(), kSceneWidth * 4, frame) || !writer->write(ClipFrame{frame, i, 1}))
+        if (!frame || !convertFromRGBA8(picture.data(), kSceneWidth * 4, frame) ||
+            !writer->write(ClipFrame{frame, i, 1}))
             throw std::runtime_error(path + ": " + writer->error());
     }
     if (!writer->finish()) throw std::runtime_error(writer->error());

@@ -13,8 +13,8 @@ namespace {
 
 using Effect = QVAIGhostContourFilter;
 
-/// Outlines are drawn by how far the subject is, which a wide blur of its mask tells. It is smooth: a quarter of
-/// the frame's size is enough.
+/// Outlines are drawn by how far the subject is, which a wide blur of its mask tells. It is smooth: a quarter
+/// of the frame's size is enough.
 constexpr double kDistanceScale = 0.25;
 /// Its standard deviation, of the frame's shorter side; the shader knows it.
 constexpr double kDistanceBlur = 0.035;
@@ -67,7 +67,8 @@ void QVAIGhostContourFilter::setEffectValue(float value) {
 MTIParameters QVAIGhostContourFilter::parameters() const {
     const double lives = iTime() / kSeconds;
     const UIColor near = colors().empty() ? UIColor{0.62, 1.0, 0.98} : colors().front();
-    const UIColor far = colors().empty() ? UIColor{0.56, 0.3, 1.0} : colors()[std::min<std::size_t>(1, colors().size() - 1)];
+    const UIColor far =
+        colors().empty() ? UIColor{0.56, 0.3, 1.0} : colors()[std::min<std::size_t>(1, colors().size() - 1)];
     return {{"iTime", float(lives - std::floor(lives))},
             {"reach", float(reach_)},
             {"glow", float(glow_)},

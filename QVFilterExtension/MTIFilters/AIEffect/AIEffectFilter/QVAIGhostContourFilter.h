@@ -6,10 +6,10 @@ namespace qv {
 
 extern const QVFilterClass QVAIGhostContourFilterClass;
 
-/// Glowing outlines leave the subject one after the other, rise behind it, swell and fade, three at a time; one sets
-/// out every second. The strength is how far they go and how bright they are. The first of `colors` is their colour at
-/// the subject, the second where they end (the first again, if there is no second); a pale cyan and a violet of its
-/// own. Nil without a mask.
+/// Glowing outlines leave the subject one after the other, rise behind it, swell and fade, three at a time;
+/// one sets out every second. The strength is how far they go and how bright they are. The first of `colors`
+/// is their colour at the subject, the second where they end (the first again, if there is no second); a pale
+/// cyan and a violet of its own. Nil without a mask.
 class QVAIGhostContourFilter : public QVAIEffectMTIFilter {
   public:
     explicit QVAIGhostContourFilter(const QVFilterClass& filterClass = QVAIGhostContourFilterClass);

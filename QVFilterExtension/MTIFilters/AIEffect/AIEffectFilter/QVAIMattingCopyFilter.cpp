@@ -33,7 +33,8 @@ void QVAIMattingCopyFilter::setEffectValue(float value) {
 
 void QVAIMattingCopyFilter::setLevel(std::int64_t level) {
     const int levels = filterClass().levels();
-    if (isValidLevel(level, std::size_t(levels))) setEffectValue(float(level) / float(std::max(levels - 1, 1)));
+    if (isValidLevel(level, std::size_t(levels)))
+        setEffectValue(float(level) / float(std::max(levels - 1, 1)));
 }
 
 MTIImage QVAIMattingCopyFilter::overFrame(QVEffectMTIFilter& effect) const {

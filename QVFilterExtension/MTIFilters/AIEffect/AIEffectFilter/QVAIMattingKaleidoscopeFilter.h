@@ -10,7 +10,8 @@ extern const QVFilterClass QVAIMattingKaleidoscopeFilterClass;
 /// The subject in front of the frame in a kaleidoscope, whose sectors grow in number with the strength.
 class QVAIMattingKaleidoscopeFilter : public QVAIMattingCopyFilter {
   public:
-    explicit QVAIMattingKaleidoscopeFilter(const QVFilterClass& filterClass = QVAIMattingKaleidoscopeFilterClass)
+    explicit QVAIMattingKaleidoscopeFilter(
+        const QVFilterClass& filterClass = QVAIMattingKaleidoscopeFilterClass)
         : QVAIMattingCopyFilter(filterClass) {}
 
     MTIImage outputImage() override;

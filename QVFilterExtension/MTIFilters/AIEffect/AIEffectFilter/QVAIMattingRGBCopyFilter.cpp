@@ -12,7 +12,8 @@ const QVFilterClass QVAIMattingRGBCopyFilterClass{
     .defaultEffectValue = 0.0f,
     .properties =
         {
-            qvLevels({.title = "Copies", .help = "number of copies; sets the strength", .variants = kCopyLevels}),
+            qvLevels(
+                {.title = "Copies", .help = "number of copies; sets the strength", .variants = kCopyLevels}),
             qvProperty<&QVEffectMTIFilter::extractValues, &QVEffectMTIFilter::setExtractValues>({
                 .name = "extractValues",
                 .title = "Distance",

@@ -11,7 +11,8 @@ const QVFilterClass QVAIMattingShockFilterClass{
     .factory = makeFilter<QVAIMattingShockFilter>,
     .properties =
         {
-            qvLevels({.title = "Copies", .help = "number of copies; sets the strength", .variants = kCopyLevels}),
+            qvLevels(
+                {.title = "Copies", .help = "number of copies; sets the strength", .variants = kCopyLevels}),
             qvProperty<&QVEffectMTIFilter::extractValues, &QVEffectMTIFilter::setExtractValues>({
                 .name = "extractValues",
                 .title = "Pace",

@@ -7,8 +7,8 @@ namespace qv {
 
 extern const QVFilterClass QVAIMattingShockFilterClass;
 
-/// Translucent copies of the subject punch towards the viewer, over the frame. The strength chooses their number, 2, 4
-/// or 6; the first of `extractValues` (0..1; 0 without) sets the pace.
+/// Translucent copies of the subject punch towards the viewer, over the frame. The strength chooses their
+/// number, 2, 4 or 6; the first of `extractValues` (0..1; 0 without) sets the pace.
 class QVAIMattingShockFilter : public QVAIMattingCopyFilter {
   public:
     explicit QVAIMattingShockFilter(const QVFilterClass& filterClass = QVAIMattingShockFilterClass)

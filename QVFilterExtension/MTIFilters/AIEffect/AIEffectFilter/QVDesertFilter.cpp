@@ -30,9 +30,9 @@ void QVDesertFilter::setInputImage(MTIImage image) {
 MTIImage QVDesertFilter::createBackgroundImage() const {
     const CGSize size = inputImage().size();
     BitmapCanvas canvas(size, true);
-    canvas.drawLinearGradient({0, 0}, {0, size.height},
-                              {{0, {255 / 255.0, 233 / 255.0, 220 / 255.0}},
-                               {1, {196 / 255.0, 140 / 255.0, 109 / 255.0}}});
+    canvas.drawLinearGradient(
+        {0, 0}, {0, size.height},
+        {{0, {255 / 255.0, 233 / 255.0, 220 / 255.0}}, {1, {196 / 255.0, 140 / 255.0, 109 / 255.0}}});
     return MTIImage::imageWithUIImage(canvas.image());
 }
 

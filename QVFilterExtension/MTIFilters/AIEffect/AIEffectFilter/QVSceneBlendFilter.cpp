@@ -56,7 +56,8 @@ CGRect QVSceneBlendFilter::getMinRectFromMask(const PixelBuffer& mask) {
         bottom = y;
         left = std::min(left, int(first - row));
         // Only what widens the box is looked at.
-        while (--end > row + std::max(right, 0) && !isSubject(*end)) {}
+        while (--end > row + std::max(right, 0) && !isSubject(*end)) {
+        }
         if (isSubject(*end)) right = std::max(right, int(end - row));
     }
     if (top < 0) return CGRectZero;

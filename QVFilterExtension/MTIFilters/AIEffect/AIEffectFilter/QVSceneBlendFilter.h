@@ -8,8 +8,9 @@ namespace qv {
 
 extern const QVFilterClass QVSceneBlendFilterClass;
 
-/// Turns the subject into a scene: it loses its colours, and from a height that the strength raises it dissolves
-/// downwards into a clip. Around it lies a background. A layer whose picture or mask is missing is left out.
+/// Turns the subject into a scene: it loses its colours, and from a height that the strength raises it
+/// dissolves downwards into a clip. Around it lies a background. A layer whose picture or mask is missing is
+/// left out.
 class QVSceneBlendFilter : public QVAIEffectMTIFilter {
   public:
     explicit QVSceneBlendFilter(const QVFilterClass& filterClass = QVSceneBlendFilterClass)
@@ -26,9 +27,9 @@ class QVSceneBlendFilter : public QVAIEffectMTIFilter {
     static CGRect getMinRectFromMask(const PixelBuffer& mask);
     /// From the pixels of `maskPixelBuffer` to the frame's orientation about its middle, y down.
     CGAffineTransform uiTransform() const;
-    /// White where the subject stays, black where it is the scene: white down to the share 1 − strength of its
-    /// height, black from 0.2 further on. As high as `maskImage`, and one pixel wide since all columns are alike. Nil
-    /// without either form of the mask.
+    /// White where the subject stays, black where it is the scene: white down to the share 1 − strength of
+    /// its height, black from 0.2 further on. As high as `maskImage`, and one pixel wide since all columns
+    /// are alike. Nil without either form of the mask.
     MTIImage getGradientMask() const;
 
     MTIImage outputImage() override;

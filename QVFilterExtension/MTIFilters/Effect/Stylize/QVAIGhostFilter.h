@@ -6,8 +6,8 @@ namespace qv {
 
 extern const QVFilterClass QVAIGhostFilterClass;
 
-/// The soul leaves the picture: a pale, cold, wavering double hovers above it, with echoes on the way, while the picture
-/// itself pales. A picture with transparency, as a cut-out subject, has a ghost of its shape.
+/// The soul leaves the picture: a pale, cold, wavering double hovers above it, with echoes on the way, while
+/// the picture itself pales. A picture with transparency, as a cut-out subject, has a ghost of its shape.
 class QVAIGhostFilter : public QVEffectMTIFilter {
   public:
     explicit QVAIGhostFilter(const QVFilterClass& filterClass = QVAIGhostFilterClass);
@@ -22,7 +22,8 @@ class QVAIGhostFilter : public QVEffectMTIFilter {
     double presence() const { return presence_; }
     void setPresence(double presence) { presence_ = presence; }
 
-    /// Share of the ghost's light that falls in front of the picture, 0..1: where that is opaque, no other is seen.
+    /// Share of the ghost's light that falls in front of the picture, 0..1: where that is opaque, no other is
+    /// seen.
     double inFront() const { return inFront_; }
     void setInFront(double share) { inFront_ = share; }
 

@@ -25,7 +25,8 @@ Ground groundAt(float column, float row) {
 
 /// Height of the dunes: long backs to windward, in the west, steep faces to leeward, and crests that wander.
 float duneHeight(Ground g) {
-    const float wander = 0.44f * noise(1.15f * g.x + 11, 0.95f * g.y + 5, 7) + 0.07f * noise(3.1f * g.x, 2.6f * g.y + 2, 8);
+    const float wander =
+        0.44f * noise(1.15f * g.x + 11, 0.95f * g.y + 5, 7) + 0.07f * noise(3.1f * g.x, 2.6f * g.y + 2, 8);
     const float along = 1.45f * g.x + 0.9f * g.y + 1.35f * wander;
     const float at = along - std::floor(along);
     // Sand rests at one angle on the lee side, whose foot runs out; the crest is a sharp edge.
@@ -57,7 +58,8 @@ Vec3 sunlitSand(float column, float row, float& crest) {
     const Vec3 normal = normalize({-slopeX, -slopeY, 1});
     const float sun = std::max(dot(normal, normalize({-0.86f, -0.22f, 0.42f})), 0.0f);
     const float sky = 0.5f + 0.5f * normal.z;
-    const Vec3 light = Vec3{2.0f, 1.55f, 1.08f} * sun + Vec3{0.30f, 0.29f, 0.37f} * sky + Vec3{0.20f, 0.13f, 0.08f};
+    const Vec3 light =
+        Vec3{2.0f, 1.55f, 1.08f} * sun + Vec3{0.30f, 0.29f, 0.37f} * sky + Vec3{0.20f, 0.13f, 0.08f};
     // Coarse and fine grains of more than one stone.
     const float grains = 0.9f + 0.2f * hash01(int(column * 2), int(row * 2), 3);
     const float patches = fractalNoise(4 * g.x + 2, 4 * g.y, 3, 60);
@@ -69,7 +71,9 @@ Vec3 sunlitSand(float column, float row, float& crest) {
 float tiledNoise(float x, float y, int period, std::uint32_t seed) {
     const int ix = floorToInt(x), iy = floorToInt(y);
     const float u = x - float(ix), v = y - float(iy);
-    const auto at = [&](int column, int row) { return hash01((column % period + period) % period, row, seed); };
+    const auto at = [&](int column, int row) {
+        return hash01((column % period + period) % period, row, seed);
+    };
     const float su = u * u * (3 - 2 * u), sv = v * v * (3 - 2 * v);
     return mix(mix(at(ix, iy), at(ix + 1, iy), su), mix(at(ix, iy + 1), at(ix + 1, iy + 1), su), sv);
 }
@@ -103,8 +107,8 @@ struct Desert {
             for (int x = 0; x < kSceneWidth; ++x) {
                 Vec3 sum;
                 for (int i = 0; i < 4; ++i)
-                    sum += sunlitSand(float(x) + 0.25f + 0.5f * float(i % 2), float(y) + 0.25f + 0.5f * float(i / 2),
-                                      crest.at(x, y));
+                    sum += sunlitSand(float(x) + 0.25f + 0.5f * float(i % 2),
+                                      float(y) + 0.25f + 0.5f * float(i / 2), crest.at(x, y));
                 sand.at(x, y) = sum * 0.25f;
             }
         });
@@ -125,8 +129,9 @@ struct Desert {
                 const float over = crest.at(x, y);
                 const int row = std::clamp(y + int(26 * over), 0, kSceneHeight - 1);
                 const float gust = 0.35f + 0.65f * blown(gusts, x, row, run);
-                const float veil =
-                    gust * (0.7f * blown(slow, x, row, run) + 0.95f * blown(fast, x, row, 2 * run)) * (0.6f + 0.6f * over);
+                const float veil = gust *
+                                   (0.7f * blown(slow, x, row, run) + 0.95f * blown(fast, x, row, 2 * run)) *
+                                   (0.6f + 0.6f * over);
                 const Vec3 light = mix(sand.at(x, y), Vec3{1.35f, 1.0f, 0.70f}, std::min(veil, 0.85f));
                 develop(film, light * 0.62f, x, y, std::uint32_t(index), 1.2f,
                         &rgba[(std::size_t(y) * kSceneWidth + std::size_t(x)) * 4]);

@@ -21,13 +21,13 @@ constexpr int kWindowsOfFloor = kBays * kWindowsOfBay;
 
 struct Window {
     int left, top, width, height;
-    Vec3 color;                ///< of its light
-    float lampX, lampY;        ///< 0..1 of the window
-    float curtains, blind;     ///< how far they are drawn, 0..1
-    int figure;                ///< column of somebody at the window, pixels; -1 without
+    Vec3 color;             ///< of its light
+    float lampX, lampY;     ///< 0..1 of the window
+    float curtains, blind;  ///< how far they are drawn, 0..1
+    int figure;             ///< column of somebody at the window, pixels; -1 without
     bool balcony;
     enum { dark, lit, switched, television } light;
-    float on, off;             ///< when a switched light changes, 0..1 of the loop
+    float on, off;  ///< when a switched light changes, 0..1 of the loop
 };
 
 Window makeWindow(int floor, int column) {
@@ -40,8 +40,11 @@ Window makeWindow(int floor, int column) {
     w.top = floor * kFloorHeight + 12;
     w.balcony = place == 1;
     w.height = w.balcony ? 42 : 36;
-    constexpr std::array<Vec3, 5> kColors{Vec3{1.0f, 0.50f, 0.13f}, {1.0f, 0.60f, 0.22f}, {1.0f, 0.70f, 0.38f},
-                                          {0.62f, 0.85f, 1.0f}, {1.0f, 0.34f, 0.13f}};
+    constexpr std::array<Vec3, 5> kColors{Vec3{1.0f, 0.50f, 0.13f},
+                                          {1.0f, 0.60f, 0.22f},
+                                          {1.0f, 0.70f, 0.38f},
+                                          {0.62f, 0.85f, 1.0f},
+                                          {1.0f, 0.34f, 0.13f}};
     w.color = kColors[std::min(std::size_t(draw.next() * 5.0f), std::size_t(4))] * draw.range(0.6f, 1.2f);
     w.lampX = draw.range(0.15f, 0.85f);
     w.lampY = draw.range(0.1f, 0.55f);
@@ -49,7 +52,10 @@ Window makeWindow(int floor, int column) {
     w.blind = draw.next() < 0.3f ? draw.range(0.2f, 0.7f) : 0;
     w.figure = draw.next() < 0.13f ? int(draw.range(0.25f, 0.75f) * float(w.width)) : -1;
     const float kind = draw.next();
-    w.light = kind < 0.40f ? Window::dark : kind < 0.80f ? Window::lit : kind < 0.93f ? Window::switched : Window::television;
+    w.light = kind < 0.40f   ? Window::dark
+              : kind < 0.80f ? Window::lit
+              : kind < 0.93f ? Window::switched
+                             : Window::television;
     if (w.light == Window::television) w.color = {0.42f, 0.66f, 1.15f};
     w.on = draw.next();
     w.off = w.on + draw.range(0.25f, 0.75f);
@@ -83,7 +89,8 @@ Vec3 roomLight(const Window& w, int x, int y) {
     if (w.figure >= 0) {
         const float hx = float(x - w.figure), head = std::hypot(hx, float(y) - 0.45f * float(w.height));
         const float shoulder = std::abs(hx) - 4.5f - 5 * smoothstep(0.58f, 0.78f, v);
-        const float covered = std::max(smoothstep(5.2f, 4.0f, head), v > 0.56f ? smoothstep(1, -1, shoulder) : 0.0f);
+        const float covered =
+            std::max(smoothstep(5.2f, 4.0f, head), v > 0.56f ? smoothstep(1, -1, shoulder) : 0.0f);
         light *= 1 - 0.88f * covered;
     }
     return w.color * light;
@@ -109,7 +116,8 @@ struct Facade {
 
     Facade() {
         for (int floor = 0; floor < kFloors; ++floor)
-            for (int column = 0; column < kWindowsOfFloor; ++column) windows.push_back(makeWindow(floor, column));
+            for (int column = 0; column < kWindowsOfFloor; ++column)
+                windows.push_back(makeWindow(floor, column));
         parallelFor(kSceneHeight, [&](int y) {
             for (int x = 0; x < kSceneWidth; ++x) wall.at(x, y) = wallAt(x, y);
         });
@@ -118,7 +126,8 @@ struct Facade {
 
     static Vec3 wallAt(int x, int y) {
         const int inBay = x % kBayWidth, inFloor = y % kFloorHeight;
-        Vec3 light = Vec3{0.016f, 0.036f, 0.050f} * (0.8f + 0.4f * noise(float(x) * 0.35f, float(y) * 0.35f, 3));
+        Vec3 light =
+            Vec3{0.016f, 0.036f, 0.050f} * (0.8f + 0.4f * noise(float(x) * 0.35f, float(y) * 0.35f, 3));
         // Courses of stone.
         if (inFloor % 15 == 7) light *= 0.78f;
         // A ledge under each row: lit from the street, with its shadow below.
@@ -156,7 +165,8 @@ struct Facade {
                     // Dark panes mirror the sky over the street.
                     const float sky = 1 - float(y) / float(w.height), streak = (x + y) % 31 < 7 ? 1.6f : 1;
                     stone = Vec3{0.012f, 0.040f, 0.060f} * (0.35f + 1.1f * sky * sky) * streak;
-                    room.at(w.left + x, w.top + y) = roomLight(w, x, y) * (y < 5 ? 0.55f + 0.09f * float(y) : 1.0f);
+                    room.at(w.left + x, w.top + y) =
+                        roomLight(w, x, y) * (y < 5 ? 0.55f + 0.09f * float(y) : 1.0f);
                 }
             }
         }
@@ -174,7 +184,8 @@ struct Facade {
                     const int x = cx + dx, y = (cy + dy + small.height()) % small.height();
                     if (x < 0 || x >= small.width()) continue;
                     const float wide = float(dx) * 38 / float(w.width) * 1.3f;
-                    small.at(x, y) += w.color * (0.05f * levels[i] * std::exp(-0.13f * (wide * wide + float(dy * dy))));
+                    small.at(x, y) +=
+                        w.color * (0.05f * levels[i] * std::exp(-0.13f * (wide * wide + float(dy * dy))));
                 }
             }
         }
@@ -190,12 +201,15 @@ struct Facade {
         parallelFor(kSceneHeight, [&](int y) {
             const int row = (y - index * kRise + kSceneHeight) % kSceneHeight;
             for (int x = 0; x < kSceneWidth; ++x) {
-                // A sign across the street, and the sky's last light from the other side; they stay where they are.
-                const float left = 1 - float(x) / kSceneWidth, pulse = 0.75f + 0.25f * std::sin(kTurn * 2 * time);
+                // A sign across the street, and the sky's last light from the other side; they stay where
+                // they are.
+                const float left = 1 - float(x) / kSceneWidth,
+                            pulse = 0.75f + 0.25f * std::sin(kTurn * 2 * time);
                 const Vec3 street = Vec3{1, 1, 1} + Vec3{2.6f, 0.1f, 0.9f} * (left * left * pulse) +
                                     Vec3{0.1f, 1.0f, 1.1f} * ((1 - left) * (1 - left));
                 const float sampleY = (float(row) + 0.5f) / 8;
-                Vec3 light = wall.at(x, row) * street + around.sample((float(x) + 0.5f) / 8, sampleY) * Vec3{0.8f, 0.8f, 0.8f};
+                Vec3 light = wall.at(x, row) * street +
+                             around.sample((float(x) + 0.5f) / 8, sampleY) * Vec3{0.8f, 0.8f, 0.8f};
                 if (const int window = windowAt.at(x, row); window >= 0)
                     light += room.at(x, row) * (0.72f * levels[std::size_t(window)]);
                 develop(film, light, x, y, std::uint32_t(index), 1.0f,
