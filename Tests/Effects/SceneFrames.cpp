@@ -48,12 +48,15 @@ class SceneFrames : public testing::Test {
         const auto* source = image ? std::get_if<BitmapSource>(&image.node()->operation) : nullptr;
         return source ? source->bitmap : Bitmap();
     }
-    /// Number of the frame that the picture of a time shows; -1 without one.
-    static int frameAt(const std::string& path, double seconds, int darkest = 20) {
-        const Bitmap bitmap = bitmapOf(imageAt(path, seconds));
+    /// Number of the frame that a picture shows; -1 without one.
+    static int frameOf(const MTIImage& image, int darkest = 20) {
+        const Bitmap bitmap = bitmapOf(image);
         if (!bitmap || bitmap.width != 64 || bitmap.height != 36) return -1;
         const double luma = 16 + bitmap.row(18)[4 * 32] * 219 / 255.0;
         return int(std::lround((luma - darkest) / 4));
+    }
+    static int frameAt(const std::string& path, double seconds, int darkest = 20) {
+        return frameOf(imageAt(path, seconds), darkest);
     }
     void finish() { QVEffectVideoFrameCacheManager::sharedManager().finishWriting(); }
 
@@ -214,7 +217,11 @@ TEST_F(SceneFrames, MayBeAskedForOnAnyThread) {
         threads.emplace_back([&, t] {
             for (int i = 0; i < 30; ++i) {
                 const int index = (i * 7 + t * 5) % 22;
-                EXPECT_EQ(frameAt(paths[(i + t) % 3], index / 15.0), 2 * index);
+                const std::string& path = paths[std::size_t(i / 10)];
+                const auto image = QVEffectVideoFrameCacheManager::sharedManager().decodeImageFromVideo(
+                    path, CMTimeMakeWithSeconds(index / 15.0, 600));
+                EXPECT_EQ(frameOf(image), 2 * index);
+                EXPECT_EQ(frameAt(path, index / 15.0), 2 * index);
             }
         });
     }

@@ -29,7 +29,7 @@ vec3 outline(float value, float age) {
 #define OUTLINE(first) \
     { \
         float age = fract(iTime + first); \
-        float sway = wave(age * 0.7 + first) + 0.35 * wave(uv.y * 2.3 + age * 1.5 + first); \
+        float sway = wave(age * 0.7 + first) + waver; \
         vec2 from = vec2(0.25 * sway, -1.1 * age) * (reach * age) * unit; \
         light += outline(readInput(2, uv - from).r, age); \
     }
@@ -38,6 +38,7 @@ vec4 QVAIGhostContourFilter(vec2 uv) {
     vec2 size = inputSize(0), unit = min(size.x, size.y) / size;
     vec4 frame = readHere(0);
     float behind = 1.0 - clamp(readHere(1).r, 0.0, 1.0);
+    float waver = 0.35 * wave(uv.y * 2.3 + iTime);
     vec3 light = vec3(0.0);
     OUTLINE(0.0) OUTLINE(0.3333333) OUTLINE(0.6666667)
     light = min(light * (1.5 * glow * behind), 1.0);

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "QVFilterExtension/MTIFilters/AIEffect/AIEffectFilter/QVAIGhostFilter.h"
 #include "QVFilterExtension/MTIFilters/AIEffect/AIEffectFilter/QVAIMattingCopyFilter.h"
-#include "QVFilterExtension/MTIFilters/Effect/Stylize/QVAIGhostFilter.h"
 
 namespace qv {
 

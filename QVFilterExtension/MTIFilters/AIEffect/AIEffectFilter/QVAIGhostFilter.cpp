@@ -1,4 +1,4 @@
-#include "QVFilterExtension/MTIFilters/Effect/Stylize/QVAIGhostFilter.h"
+#include "QVFilterExtension/MTIFilters/AIEffect/AIEffectFilter/QVAIGhostFilter.h"
 
 #include <cmath>
 
