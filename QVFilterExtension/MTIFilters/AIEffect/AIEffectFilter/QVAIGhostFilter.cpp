@@ -16,7 +16,7 @@ constexpr double kSway = 8;
 const QVFilterClass QVAIGhostFilterClass{
     .name = "QVAIGhostFilter",
     .superclass = &QVEffectMTIFilterClass,
-    .title = "Ghost",
+    .title = "Hovering ghost",
     .help = "A pale, wavering double leaves the picture and hovers above it",
     .tags = {"spirit", "soul", "double exposure", "apparition", "spooky", "echo"},
     .factory = makeFilter<QVAIGhostFilter>,
