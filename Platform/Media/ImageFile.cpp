@@ -320,9 +320,7 @@ InputFile openInput(const std::string& path, std::string& cause) {
     return file;
 }
 
-bool decodeFile(const std::string& path, CodecState& state) {
-    const InputFile file = openInput(path, state.cause);
-    if (!file) return false;
+bool decodeFile(const InputFile& file, CodecState& state) {
     const int first = std::fgetc(file.get());
     if (first == EOF) {
         state.cause = std::ferror(file.get()) ? std::generic_category().message(errno) : "the file is empty";
@@ -341,6 +339,22 @@ bool report(std::string* error, const char* action, const std::string& path, con
     return false;
 }
 
+/// The picture in a file; nil with the cause, which is kept for a file that could not be opened.
+Bitmap decoded(const InputFile& file, std::string& cause) try {
+    if (!file) return {};
+    CodecState state;
+    if (!decodeFile(file, state)) {
+        cause = state.cause;
+        return {};
+    }
+    applyOrientation(state);
+    if (!state.opaque) premultiply(state.pixels.data(), state.pixels.size() / 4);
+    return {state.width, state.height, std::make_shared<const Bytes>(std::move(state.pixels))};
+} catch (const std::bad_alloc&) {
+    cause = "out of memory";
+    return {};
+}
+
 /// Gives the state a copy of the bitmap's pixels.
 bool takePixels(CodecState& state, const Bitmap& bitmap) {
     if (!bitmap) {
@@ -354,18 +368,24 @@ bool takePixels(CodecState& state, const Bitmap& bitmap) {
 
 }  // namespace
 
-Bitmap readImageFile(const std::string& path, std::string* error) try {
-    CodecState state;
-    if (!decodeFile(path, state)) {
-        report(error, "read", path, state.cause);
-        return {};
+Bitmap readImageFile(const std::string& path, std::string* error) {
+    std::string cause;
+    Bitmap bitmap = decoded(openInput(path, cause), cause);
+    if (!bitmap) report(error, "read", path, cause);
+    return bitmap;
+}
+
+Bitmap readImageBytes(std::span<const std::uint8_t> bytes, std::string* error) {
+    std::string cause = "the file is empty";
+    InputFile file;
+    if (!bytes.empty()) {
+        // Opened for reading alone, the bytes are not written.
+        file.reset(::fmemopen(const_cast<std::uint8_t*>(bytes.data()), bytes.size(), "rb"));
+        if (!file) cause = std::generic_category().message(errno);
     }
-    applyOrientation(state);
-    if (!state.opaque) premultiply(state.pixels.data(), state.pixels.size() / 4);
-    return {state.width, state.height, std::make_shared<const Bytes>(std::move(state.pixels))};
-} catch (const std::bad_alloc&) {
-    report(error, "read", path, "out of memory");
-    return {};
+    Bitmap bitmap = decoded(file, cause);
+    if (!bitmap && error) *error = fmt::format("cannot read a picture in memory: {}", cause);
+    return bitmap;
 }
 
 bool writePNG(const Bitmap& bitmap, const std::string& path, std::string* error) try {
@@ -387,23 +407,33 @@ bool writePNG(const Bitmap& bitmap, const std::string& path, std::string* error)
     return report(error, "write", path, "out of memory");
 }
 
-bool writeJPEG(const Bitmap& bitmap, const std::string& path, int quality, std::string* error) try {
+std::vector<std::uint8_t> jpegBytes(const Bitmap& bitmap, int quality, std::string* error) try {
     CodecState state;
-    if (!takePixels(state, bitmap)) return report(error, "write", path, state.cause);
-
-    jpeg_compress_struct codec{};
-    JPEGErrors errors;
-    useErrors(errors, state);
-    codec.err = &errors.manager;
     unsigned char* data = nullptr;
     unsigned long size = 0;
-    const bool encoded = encodeJPEG(codec, state, quality, data, size);
-    jpeg_destroy_compress(&codec);
+    bool encoded = false;
+    if (takePixels(state, bitmap)) {
+        jpeg_compress_struct codec{};
+        JPEGErrors errors;
+        useErrors(errors, state);
+        codec.err = &errors.manager;
+        encoded = encodeJPEG(codec, state, quality, data, size);
+        jpeg_destroy_compress(&codec);
+    }
     const std::unique_ptr<unsigned char, decltype(&std::free)> keep(data, std::free);
-    if (!encoded) return report(error, "write", path, state.cause);
-    return writeWholeFile(path, {reinterpret_cast<const char*>(data), size}, error);
+    if (encoded) return {data, data + size};
+    if (error) *error = state.cause;
+    return {};
 } catch (const std::bad_alloc&) {
-    return report(error, "write", path, "out of memory");
+    if (error) *error = "out of memory";
+    return {};
+}
+
+bool writeJPEG(const Bitmap& bitmap, const std::string& path, int quality, std::string* error) {
+    std::string cause;
+    const Bytes bytes = jpegBytes(bitmap, quality, &cause);
+    if (bytes.empty()) return report(error, "write", path, cause);
+    return writeWholeFile(path, {reinterpret_cast<const char*>(bytes.data()), bytes.size()}, error);
 }
 
 }  // namespace qv

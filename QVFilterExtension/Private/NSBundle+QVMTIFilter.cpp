@@ -8,4 +8,9 @@ std::shared_ptr<const NSBundle> qv_ResourcesBundle() {
     return resourceBundle();
 }
 
+std::string qv_pathOfAsset(std::string_view fileName) {
+    const auto bundle = qv_ResourcesBundle();
+    return bundle ? bundle->pathForResource(fileName).value_or("") : "";
+}
+
 }  // namespace qv

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <memory>
+#include <string>
+#include <string_view>
 
 #include "Platform/Foundation/NSBundle.h"
 
@@ -9,5 +11,8 @@ namespace qv {
 /// The bundle that holds the library's assets, by file name; nil while there is none (see
 /// QVResourceBundle.h).
 std::shared_ptr<const NSBundle> qv_ResourcesBundle();
+
+/// Where an asset lies; empty when it is not there.
+std::string qv_pathOfAsset(std::string_view fileName);
 
 }  // namespace qv

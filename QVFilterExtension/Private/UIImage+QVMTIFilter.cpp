@@ -19,9 +19,8 @@ UIImage redrawn(const UIImage& image, CGSize size, double scale) {
 }  // namespace
 
 UIImage qv_imageWithFileName(std::string_view name) {
-    auto bundle = qv_ResourcesBundle();
-    auto path = bundle ? bundle->pathForResource(name) : std::nullopt;
-    return path ? UIImage::imageWithContentsOfFile(*path) : UIImage();
+    const std::string path = qv_pathOfAsset(name);
+    return path.empty() ? UIImage() : UIImage::imageWithContentsOfFile(path);
 }
 
 UIImage scale(const UIImage& image, double factor) {

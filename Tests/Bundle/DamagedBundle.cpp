@@ -11,7 +11,7 @@
 #include "Platform/Foundation/Log.h"
 #include "QVFilterCore/QVResourceBundle.h"
 #include "QVFilterExtension/QVFilterRegistry.h"
-#include "Tests/Media/TemporaryFolder.h"
+#include "Tests/Support/SceneClip.h"
 #include "Tests/Support/SweepInputs.h"
 
 namespace qv {
@@ -125,7 +125,7 @@ class DamagedBundle : public testing::Test {
         lines_.clear();
     }
 
-    TemporaryFolder folder_;
+    test::TemporaryFileFolder folder_;  // damaged scenes leave no frames for others
     fs::path bundle_ = folder_ / "a.bundle", source_;
     std::vector<std::string> lines_;
 };

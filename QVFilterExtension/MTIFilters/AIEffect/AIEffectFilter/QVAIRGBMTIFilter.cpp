@@ -1,0 +1,34 @@
+#include "QVFilterExtension/MTIFilters/AIEffect/AIEffectFilter/QVAIRGBMTIFilter.h"
+
+#include "Platform/ImageGraph/MTIFilters.h"
+#include "QVFilterExtension/Private/QVSubjectCutOut.h"
+
+namespace qv {
+
+const QVFilterClass QVAIRGBMTIFilterClass{
+    .name = "QVAIRGBMTIFilter",
+    .superclass = &QVAIEffectMTIFilterClass,
+    .title = "Subject print",
+    .help = "The subject on a white page, its colours out of register",
+    .factory = makeFilter<QVAIRGBMTIFilter>,
+    .inputs = {{kInputImage, kSubjectMask}},
+    .ignored = {"colors"},
+};
+
+MTIImage QVAIRGBMTIFilter::outputImage() {
+    if (!inputImage() || !maskImage()) return {};
+    MTIGaussianBlurFilter soften;
+    soften.setRadius(1);
+    soften.setInputImage(maskImage());
+    soften.setOutputPixelFormat(outputPixelFormat());
+    const MTIImage page = MTIImage::initWithColor({1, 1, 1, 1}, pageIsSRGB(), inputImage().size());
+    // The page shows through just as it would below a cut-out over transparency.
+    MTIBlendWithMaskFilter subjectOnPage;
+    subjectOnPage.setInputBackgroundImage(page);
+    subjectOnPage.setInputImage(inputImage());
+    subjectOnPage.setInputMask({soften.outputImage(), MTIColorComponent::red, MTIMaskMode::normal});
+    subjectOnPage.setOutputPixelFormat(outputPixelFormat());
+    return applyKernel({subjectOnPage.outputImage(), page}, parameters());
+}
+
+}  // namespace qv
