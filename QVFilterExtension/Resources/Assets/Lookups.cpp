@@ -7,7 +7,7 @@
 #include <fmt/format.h>
 
 #include "Platform/Media/ImageFile.h"
-#include "QVFilterExtension/Resources/Assets/Support/Vec3.h"
+#include "QVFilterExtension/Resources/Assets/Lookups/FilmStock.h"
 
 using namespace qv;
 using namespace qv::assets;
@@ -80,9 +80,18 @@ int main(int argc, char** argv) {
     const struct {
         const char* name;
         Vec3 (*look)(Vec3);
-    } looks[] = {{"identity", identity}, {"golden", golden}, {"silver", silver}};
+    } looks[] = {{"lookup_identity", identity},
+                 {"lookup_golden", golden},
+                 {"lookup_silver", silver},
+                 {"black_film_dark", darkSilver},
+                 {"light_film_light", warmHomeMovie},
+                 {"fuji_film_lookup", portraitNegative},
+                 {"noisy_film_lookup", pushedNegative},
+                 {"damage_film_lookup", fadedPrint},
+                 {"rec_film_lookup", camcorder},
+                 {"vhs_film_lookup", cassette}};
     for (const auto& [name, look] : looks) {
-        const std::string path = fmt::format("{}/lookup_{}.png", argv[1], name);
+        const std::string path = fmt::format("{}/{}.png", argv[1], name);
         std::string error;
         if (!writePNG(table(look), path, &error)) {
             fmt::print(stderr, "draw_Lookups: {}: {}\n", path, error);
