@@ -43,7 +43,7 @@ MTIImage QVNoisyFilmEffectGroupMTIFilter::outputImage() {
     if (!inputImage()) return {};
     spiritFilter_.setOutputPixelFormat(outputPixelFormat());
     lookupFilter_.setIntensity(0.4f + 0.6f * effectValue());
-    return dirtied(graded(grained(QVEffectMTIFilter::outputImage(), 0.25 + 0.55 * effectValue())));
+    return dirtied(graded(grained(QVEffectMTIFilter::outputImage(), 0.16 + 0.3 * effectValue())));
 }
 
 }  // namespace qv

@@ -34,8 +34,8 @@ namespace {
 constexpr char kFont[] = "Aldrich-Regular.ttf";
 constexpr double kBlink = 1.2, kBlinkOn = 0.6;  // seconds
 // Of the display, in 1080ths of the frame's shorter side.
-constexpr double kInset = 62, kBracket = 84, kMargin = 96, kText = 42, kSmallText = 32, kBattery = 92,
-                 kBadge = 118, kDot = 34;
+constexpr double kInset = 56, kBracket = 92, kMargin = 98, kText = 54, kSmallText = 40, kBattery = 112,
+                 kBadge = 142, kDot = 40;
 
 QVAssetCache& classAssets() {
     static auto& cache = *new QVAssetCache;

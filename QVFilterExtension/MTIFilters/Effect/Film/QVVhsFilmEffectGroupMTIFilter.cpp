@@ -83,8 +83,7 @@ MTIImage QVVhsFilmEffectGroupMTIFilter::tapeImage() const {
     crop.setInputImage(assets().mtiImageNamed("vhs_film_glitch_" + std::to_string(index) + ".png"));
     crop.setCropRegion(MTICropRegionMakeFractional(filmDraw(slot + 53.4) * (1 - kCropWidth),
                                                    top * (1 - kCropHeight), kCropWidth, kCropHeight));
-    const MTIImage tape = crop.outputImage();
-    return tape ? tape : MTIImage::initWithColor({0.25f, 0.5f, 0, 1}, false, {1, 1});
+    return crop.outputImage();
 }
 
 std::vector<SpiritParam> QVVhsFilmEffectGroupMTIFilter::params() const {

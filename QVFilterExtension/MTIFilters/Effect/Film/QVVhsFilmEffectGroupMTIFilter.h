@@ -31,8 +31,7 @@ class QVVhsFilmEffectGroupMTIFilter : public FilmEffectGroup {
 
     /// Tears and bleeds the picture.
     QVVhsMTIFilter& vhsFilter() { return vhsFilter_; }
-    /// What the tape does to the picture at the moment, as `vhsFilter` reads it; even where its picture is
-    /// missing.
+    /// What the tape does to the picture at the moment, as `vhsFilter` reads it; nil without its asset.
     MTIImage tapeImage() const;
 
     /// The recorder's display.

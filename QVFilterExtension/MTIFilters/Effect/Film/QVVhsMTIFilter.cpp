@@ -18,7 +18,8 @@ const QVFilterClass QVVhsMTIFilterClass{
                                  {.name = "inputImage2",
                                   .role = QVInputRole::texture,
                                   .help = "noise in red about a quarter, throw of the lines in green about a "
-                                          "half, loss of colour in blue"})}},
+                                          "half, loss of colour in blue",
+                                  .isRequired = false})}},
     .properties = {qvProperty<&Vhs::effectValue, &Vhs::setEffectValue>({
         .name = "effectValue",
         .title = "Strength",
@@ -26,5 +27,11 @@ const QVFilterClass QVVhsMTIFilterClass{
         .unit = QVUnit::fraction,
     })},
 };
+
+MTIImage QVVhsMTIFilter::outputImage() {
+    const MTIImage tape =
+        inputImage2() ? inputImage2() : MTIImage::initWithColor({0.25f, 0.5f, 0, 1}, false, {1, 1});
+    return applyKernel({inputImage(), tape}, parameters());
+}
 
 }  // namespace qv

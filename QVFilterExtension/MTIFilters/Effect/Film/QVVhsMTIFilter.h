@@ -7,7 +7,7 @@ namespace qv {
 extern const QVFilterClass QVVhsMTIFilterClass;
 
 /// A picture off a video cassette. The first image is the picture, the second is what the tape does to it, of
-/// any size:
+/// any size; without one the tape is new:
 ///
 /// - red: noise of the brightness about 0.25, up to 2.4 times as far as it is off that;
 /// - green: how far a line is thrown sideways, 0.5 being not at all, 0 and 1 an eighth of the frame's width;
@@ -26,6 +26,7 @@ class QVVhsMTIFilter : public QVMTITwoInputFilter {
     void setEffectValue(float value) { effectValue_ = value; }
 
     MTIParameters parameters() const override { return {{"effectValue", effectValue_}}; }
+    MTIImage outputImage() override;
 
   private:
     float effectValue_ = 0.5f;

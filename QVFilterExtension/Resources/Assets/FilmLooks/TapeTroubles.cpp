@@ -67,8 +67,8 @@ Bitmap tapeTrouble(int index) {
         for (int x = 0; x < kWidth; ++x) {
             Tape& pixel = tape.at(x, y);
             pixel.throwAside += shiver;
-            pixel.noise += 0.085f * (noise(float(x) * 0.33f, float(y) * 1.7f, seed + 1) - 0.5f) +
-                           0.045f * (hash01(x, y, seed + 2) - 0.5f);
+            pixel.noise += 0.065f * (noise(float(x) * 0.33f, float(y) * 1.7f, seed + 1) - 0.5f) +
+                           0.04f * (hash01(x, y, seed + 2) - 0.5f);
         }
     }
     for (int i = 0; i < 10; ++i)
