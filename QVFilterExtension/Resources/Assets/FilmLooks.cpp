@@ -18,21 +18,19 @@ struct Series {
     int count;
     Bitmap (*draw)(int index);
 };
-constexpr Series kSeries[] = {{"black_film_dirt_{:02}", 9, blackFilmDirt},
-                              {"black_film_hair_{:04}", 6, filmHair},
-                              {"light_film_dirt_a_{:02}", 9, fineDirt},
-                              {"light_film_dirt_b_{:02}", 10, lightDirt},
-                              {"film_scratch_{}", 6, filmScratch},
-                              {"damage_film_burn_{}", 6, filmBurn},
-                              {"vhs_film_glitch_{}", 8, tapeTrouble}};
+constexpr Series kSeries[] = {
+    {"black_film_dirt_{:02}", 9, blackFilmDirt}, {"black_film_hair_{:04}", 6, filmHair},
+    {"light_film_dirt_a_{:02}", 9, fineDirt},    {"light_film_dirt_b_{:02}", 10, lightDirt},
+    {"film_scratch_{}", 6, filmScratch},         {"damage_film_burn_{}", 6, filmBurn},
+    {"vhs_film_glitch_{}", 8, tapeTrouble}};
 
 constexpr struct {
     const char* name;
     Bitmap (*draw)();
-} kSingles[] = {{"blackFilm_frame", blackFilmGate},    {"light_film_frame", lightFilmGate},
+} kSingles[] = {{"blackFilm_frame", blackFilmGate},     {"light_film_frame", lightFilmGate},
                 {"damage_film_frame", damagedFilmGate}, {"rec_film_corner", displayCorner},
-                {"rec_film_auto", autoBadge},          {"rec_film_battery", batterySign},
-                {"rec_film_dot", recordingDot},        {"vhs_film_rect", letterBox},
+                {"rec_film_auto", autoBadge},           {"rec_film_battery", batterySign},
+                {"rec_film_dot", recordingDot},         {"vhs_film_rect", letterBox},
                 {"vhs_film_triangle", playTriangle}};
 
 }  // namespace

@@ -15,8 +15,8 @@ UIImage bordered(const UIImage& asset, CGSize size) {
     const double ratio = std::max(own.width / size.width, own.height / size.height);
     const UIImage fitted = scale(asset, 1 / ratio);
     const double cap = std::round(fitted.size().width / 3);
-    return scaleToSize(
-        fitted.resizableImageWithCapInsets({cap, cap, cap, cap}, UIImage::ResizingMode::tile), size);
+    return scaleToSize(fitted.resizableImageWithCapInsets({cap, cap, cap, cap}, UIImage::ResizingMode::tile),
+                       size);
 }
 
 }  // namespace
@@ -70,7 +70,8 @@ double FilmEffectGroup::heightPerWidth() const {
 
 FilmSpriteKind FilmEffectGroup::scratchesAlongFilm(std::span<const std::string> names, int count,
                                                    double visibleShare, double alpha) const {
-    // The pictures are 16 times as high as wide: this much of 1080 is half a scratch as high as a square frame.
+    // The pictures are 16 times as high as wide: this much of 1080 is half a scratch as high as a square
+    // frame.
     constexpr double kLeast = 34, kSpan = 60;
     return {names, count, visibleShare, kSpan, kLeast, heightPerWidth(), alpha, true};
 }

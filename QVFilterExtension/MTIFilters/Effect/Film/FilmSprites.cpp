@@ -12,7 +12,7 @@ namespace qv {
 
 namespace {
 
-constexpr double kSlot = 0.1;                          // seconds
+constexpr double kSlot = 0.1;  // seconds
 constexpr double kFadeIn = kSlot * 0.1, kFadeOutAt = 0.09, kFadeOut = kSlot - kFadeOutAt;
 constexpr double kTurn = 6.283185307179586;
 constexpr double kReferenceSide = 1080;

@@ -11,8 +11,8 @@
 namespace qv {
 
 /// One kind of dirt that comes and goes on a film. Its copies lie in slots of a tenth of a second: the slot
-/// decides whether a copy is seen, which of the pictures it shows, where, how large and how turned it is. Each
-/// copy's slots are shifted against the others', so that never all of them change at once.
+/// decides whether a copy is seen, which of the pictures it shows, where, how large and how turned it is.
+/// Each copy's slots are shifted against the others', so that never all of them change at once.
 struct FilmSpriteKind {
     std::span<const std::string> names;   ///< of the pictures, in the bundle
     int count = 0;                        ///< of copies

@@ -66,8 +66,7 @@ MTIImage QVLightFilmEffectGroupMTIFilter::outputImage() {
     const double e = effectValue();
     const double grain = isPhoto() ? 0.15 : e < 0.5 ? 0.08 + 0.14 * e : 0.15 + 0.1 * (e - 0.5);
     frameBlendFilter_.setOutputPixelFormat(outputPixelFormat());
-    return applyingLightImageWithInput(
-        framed(dirtied(graded(grained(inputImage(), grain))), frameImage()));
+    return applyingLightImageWithInput(framed(dirtied(graded(grained(inputImage(), grain))), frameImage()));
 }
 
 }  // namespace qv

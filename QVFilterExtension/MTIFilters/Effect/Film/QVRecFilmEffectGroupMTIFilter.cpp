@@ -60,9 +60,10 @@ std::vector<SpiritParam> QVRecFilmEffectGroupMTIFilter::params() const {
     OnScreenDisplay display(inputImage().size());
     const double right = display.width(), bottom = display.height();
     const double bracket = kInset + kBracket / 2;
-    const CGPoint corners[] = {
-        {bracket, bracket}, {bracket, bottom - bracket}, {right - bracket, bottom - bracket},
-        {right - bracket, bracket}};
+    const CGPoint corners[] = {{bracket, bracket},
+                               {bracket, bottom - bracket},
+                               {right - bracket, bottom - bracket},
+                               {right - bracket, bracket}};
     for (int i = 0; i < 4; ++i)
         display.addPicture(textureNamed("rec_film_corner.png"), corners[i], kBracket, i);
 

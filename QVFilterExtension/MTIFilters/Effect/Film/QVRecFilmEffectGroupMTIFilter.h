@@ -10,9 +10,9 @@ extern const QVFilterClass QVRecFilmEffectGroupMTIFilterClass;
 /// clockwise from the top left, the battery, a blinking dot beside the running counter, the time code of the
 /// clip, and the badge "AUTO" with the gain, "3dB".
 ///
-/// The picture is a sensor's: edges sharpened along the lines by up to 0.9 of the detail, colours smeared over
-/// 1/180 of the shorter side, deep blacks, lights that clip, and noise of up to 5 %. All of it goes with the
-/// strength; the display does not. The counter goes on with the clip, the dot is on for 0.6 of every 1.2
+/// The picture is a sensor's: edges sharpened along the lines by up to 0.9 of the detail, colours smeared
+/// over 1/180 of the shorter side, deep blacks, lights that clip, and noise of up to 5 %. All of it goes with
+/// the strength; the display does not. The counter goes on with the clip, the dot is on for 0.6 of every 1.2
 /// seconds, on a photo always.
 class QVRecFilmEffectGroupMTIFilter : public FilmEffectGroup {
   public:

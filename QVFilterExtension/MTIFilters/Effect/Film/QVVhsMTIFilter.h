@@ -13,9 +13,9 @@ extern const QVFilterClass QVVhsMTIFilterClass;
 /// - green: how far a line is thrown sideways, 0.5 being not at all, 0 and 1 an eighth of the frame's width;
 /// - blue: how much of the colour is lost.
 ///
-/// Without anything on the tape, brightness is soft and rings by 1/480 of the frame's shorter side, and colour
-/// bleeds to the right over 1/40 of it. The lowest 1.4 % of the lines are those at which the heads switch:
-/// bent, and full of the tape's noise.
+/// Without anything on the tape, brightness is soft and rings by 1/480 of the frame's shorter side, and
+/// colour bleeds to the right over 1/40 of it. The lowest 1.4 % of the lines are those at which the heads
+/// switch: bent, and full of the tape's noise.
 class QVVhsMTIFilter : public QVMTITwoInputFilter {
   public:
     explicit QVVhsMTIFilter(const QVFilterClass& filterClass = QVVhsMTIFilterClass)

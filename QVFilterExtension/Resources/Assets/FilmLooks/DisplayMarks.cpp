@@ -9,7 +9,8 @@ const UIColor kWhite(1, 1, 1), kRim(0, 0, 0, 0.20);
 
 UIBezierPath lines(std::initializer_list<CGPoint> points) {
     UIBezierPath path;
-    for (const CGPoint& point : points) point == *points.begin() ? path.moveToPoint(point) : path.addLineToPoint(point);
+    for (const CGPoint& point : points)
+        point == *points.begin() ? path.moveToPoint(point) : path.addLineToPoint(point);
     return path;
 }
 
@@ -46,12 +47,25 @@ Bitmap autoBadge() {
             word.appendPath(path);
         }
     };
-    letter(0, {{{0, kBottom}, {0, kTop + 14}, {14, kTop}, {30, kTop}, {kLetter, kTop + 14}, {kLetter, kBottom}},
-               {{0, 70}, {kLetter, 70}}});
-    letter(1, {{{0, kTop}, {0, kBottom - 12}, {12, kBottom}, {32, kBottom}, {kLetter, kBottom - 12}, {kLetter, kTop}}});
+    letter(0,
+           {{{0, kBottom}, {0, kTop + 14}, {14, kTop}, {30, kTop}, {kLetter, kTop + 14}, {kLetter, kBottom}},
+            {{0, 70}, {kLetter, 70}}});
+    letter(1, {{{0, kTop},
+                {0, kBottom - 12},
+                {12, kBottom},
+                {32, kBottom},
+                {kLetter, kBottom - 12},
+                {kLetter, kTop}}});
     letter(2, {{{0, kTop}, {kLetter, kTop}}, {{kLetter / 2, kTop}, {kLetter / 2, kBottom}}});
-    letter(3, {{{12, kTop}, {32, kTop}, {kLetter, kTop + 12}, {kLetter, kBottom - 12}, {32, kBottom}, {12, kBottom},
-                {0, kBottom - 12}, {0, kTop + 12}, {12, kTop}}});
+    letter(3, {{{12, kTop},
+                {32, kTop},
+                {kLetter, kTop + 12},
+                {kLetter, kBottom - 12},
+                {32, kBottom},
+                {12, kBottom},
+                {0, kBottom - 12},
+                {0, kTop + 12},
+                {12, kTop}}});
     strokeMarked(canvas, word, 10, 5);
     return canvas.image().bitmap();
 }
@@ -61,15 +75,18 @@ Bitmap batterySign() {
     strokeMarked(canvas, UIBezierPath::bezierPathWithRoundedRect({{14, 16}, {220, 100}}, 16), 9);
     fillMarked(canvas, UIBezierPath::bezierPathWithRoundedRect({{243, 46}, {18, 40}}, 6), kWhite, 6);
     for (int bar = 0; bar < 2; ++bar)
-        fillMarked(canvas, UIBezierPath::bezierPathWithRoundedRect({{36.0 + 62 * bar, 38}, {48, 56}}, 5), kWhite, 4);
+        fillMarked(canvas, UIBezierPath::bezierPathWithRoundedRect({{36.0 + 62 * bar, 38}, {48, 56}}, 5),
+                   kWhite, 4);
     return canvas.image().bitmap();
 }
 
 Bitmap recordingDot() {
     BitmapCanvas canvas({128, 128});
     canvas.drawRadialGradient({64, 64}, 0, {64, 64}, 64,
-                              {{0, UIColor(1, 0.1, 0.08, 0.55)}, {0.5, UIColor(1, 0.1, 0.08, 0.4)},
-                               {0.75, UIColor(1, 0.1, 0.08, 0.08)}, {1, UIColor(1, 0.1, 0.08, 0)}});
+                              {{0, UIColor(1, 0.1, 0.08, 0.55)},
+                               {0.5, UIColor(1, 0.1, 0.08, 0.4)},
+                               {0.75, UIColor(1, 0.1, 0.08, 0.08)},
+                               {1, UIColor(1, 0.1, 0.08, 0)}});
     canvas.fillPath(UIBezierPath::bezierPathWithOvalInRect({{28, 28}, {72, 72}}), UIColor(0.96, 0.09, 0.07));
     return canvas.image().bitmap();
 }

@@ -48,7 +48,8 @@ float lint(const Place& place, std::uint32_t seed) {
     const float warpY = place.y + 26 * (fractalNoise(place.x * 0.012f, place.y * 0.012f, 3, seed + 9) - 0.5f);
     const float thread = std::abs(noise(warpX * 0.021f, warpY * 0.021f, seed + 3) - 0.5f);
     const float reach = smoothstep(-34, -2, place.distance) * place.corner;
-    return smoothstep(0.016f, 0.004f, thread) * reach * smoothstep(0.52f, 0.62f, noise(place.x * 0.008f, place.y * 0.008f, seed + 4));
+    return smoothstep(0.016f, 0.004f, thread) * reach *
+           smoothstep(0.52f, 0.62f, noise(place.x * 0.008f, place.y * 0.008f, seed + 4));
 }
 
 }  // namespace
@@ -87,8 +88,8 @@ Bitmap damagedFilmGate() {
         const float shade = 0.40f * place.shade(36, 20) + 0.22f * place.shade(36, 70);
         // Perforations peep in beside the corners of the left and right sides.
         const float hx = place.dx + 16, hy = place.dy - 205;
-        const float hole = std::hypot(std::max(std::abs(hx) - 20, 0.0f), std::max(std::abs(hy) - 34, 0.0f)) - 14 +
-                           ragged(place, 14, 3, 281);
+        const float hole = std::hypot(std::max(std::abs(hx) - 20, 0.0f), std::max(std::abs(hy) - 34, 0.0f)) -
+                           14 + ragged(place, 14, 3, 281);
         const float lamp = smoothstep(1.8f, -1.8f, hole), glow = std::exp(-std::max(hole, 0.0f) / 10);
         const float alpha = std::max({metal, shade, 0.9f * lint(place, 271), lamp});
         const Vec3 base = Vec3{0.045f, 0.030f, 0.022f} + Vec3{0.60f, 0.22f, 0.05f} * (0.6f * glow * metal);

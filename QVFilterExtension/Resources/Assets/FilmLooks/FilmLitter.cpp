@@ -34,7 +34,8 @@ void drawSpeck(Coverage& layer, const Speck& speck, std::uint32_t seed) {
         for (int x = bound(speck.x - reach, layer.width()); x <= bound(speck.x + reach, layer.width()); ++x) {
             const float dx = float(x) + 0.5f - speck.x, dy = float(y) + 0.5f - speck.y;
             const float u = (dx * c + dy * s) / speck.stretch, v = (dy * c - dx * s);
-            const float lobes = fractalNoise(u * 1.7f / speck.radius + 20, v * 1.7f / speck.radius + 20, 3, seed);
+            const float lobes =
+                fractalNoise(u * 1.7f / speck.radius + 20, v * 1.7f / speck.radius + 20, 3, seed);
             const float crumbs = noise(float(x) * 0.2f, float(y) * 0.2f, seed + 9);
             const float r = std::hypot(u, v) / speck.radius;
             const float edge = 1 + speck.ragged * (1.9f * (lobes - 0.5f) + 0.22f * (crumbs - 0.5f));
@@ -80,7 +81,8 @@ std::vector<Point> centered(std::vector<Point> way, float side) {
     }
     const float fit = std::min(1.0f, 0.94f * side / std::max(high.x - low.x, high.y - low.y));
     for (Point& p : way)
-        p = {0.5f * side + fit * (p.x - 0.5f * (low.x + high.x)), 0.5f * side + fit * (p.y - 0.5f * (low.y + high.y))};
+        p = {0.5f * side + fit * (p.x - 0.5f * (low.x + high.x)),
+             0.5f * side + fit * (p.y - 0.5f * (low.y + high.y))};
     return way;
 }
 
@@ -146,8 +148,8 @@ Bitmap blackFilmDirt(int index) {
     }
     for (int i = 0; i < 7; ++i)
         drawSpeck(layer,
-                  {draw.range(24, kSide - 24), draw.range(24, kSide - 24), 1 + 4 * draw.next() * draw.next(), 1.3f,
-                   draw.range(0, 3), 0.6f},
+                  {draw.range(24, kSide - 24), draw.range(24, kSide - 24), 1 + 4 * draw.next() * draw.next(),
+                   1.3f, draw.range(0, 3), 0.6f},
                   seed + 50 + std::uint32_t(i));
     const bool isOnNegative = index == 1 || index == 5 || index == 7;
     return inked(layer, isOnNegative ? kSilver : kSoot, isOnNegative ? 0.95f : 0.9f, index % 2 == 0);
@@ -174,7 +176,8 @@ Bitmap lightDirt(int index) {
     const std::uint32_t seed = 400 + std::uint32_t(index) * 5;
     const int count = index % 3 == 2 ? 9 : index % 3 == 1 ? 2 : 1;
     for (int i = 0; i < count; ++i) {
-        const float radius = count > 2 ? draw.range(3, 11) : draw.range(17, 30), away = count > 1 ? 34.0f : 4.0f;
+        const float radius = count > 2 ? draw.range(3, 11) : draw.range(17, 30),
+                    away = count > 1 ? 34.0f : 4.0f;
         drawSpeck(layer,
                   {64 + draw.range(-away, away), 64 + draw.range(-away, away), radius, draw.range(1, 2.4f),
                    draw.range(0, 3), draw.range(0.4f, 1.1f), 1.6f, index == 4 ? 0.7f : 0.0f},
@@ -207,7 +210,8 @@ Bitmap filmScratch(int index) {
     for (int i = 0; i < lines; ++i) {
         float x = draw.range(16, 48);
         const float lean = draw.range(-0.006f, 0.006f), start = draw.range(10, 260);
-        const float end = kHeight - draw.range(10, 380), width = draw.range(0.8f, 2.4f) / (1 + 0.3f * float(i));
+        const float end = kHeight - draw.range(10, 380),
+                    width = draw.range(0.8f, 2.4f) / (1 + 0.3f * float(i));
         for (float y = start; y < end;) {
             const float next = y + draw.range(6, 46);
             const float ends = smoothstep(start, start + 120, y) * smoothstep(end, end - 120, y);
@@ -240,9 +244,11 @@ Bitmap filmBurn(int index) {
         const float scorched = smoothstep(0.34f, 0.16f, at);
         const float hole = hot > 0 ? smoothstep(hot, hot - 0.035f, at) : 0;
         const float rim = hot > 0 ? smoothstep(hot + 0.05f, hot, at) * (1 - hole) : 0;
-        const Vec3 brown = mix(Vec3{0.30f, 0.13f, 0.04f}, Vec3{0.07f, 0.03f, 0.015f}, scorched) *
-                           (0.6f + 0.9f * lit * smoothstep(0.55f, 0.8f, blister.value) + 0.3f * blister.value);
-        const Vec3 lamp = mix(Vec3{1.0f, 0.90f, 0.62f}, Vec3{1, 0.99f, 0.95f}, smoothstep(hot, hot - 0.10f, at));
+        const Vec3 brown =
+            mix(Vec3{0.30f, 0.13f, 0.04f}, Vec3{0.07f, 0.03f, 0.015f}, scorched) *
+            (0.6f + 0.9f * lit * smoothstep(0.55f, 0.8f, blister.value) + 0.3f * blister.value);
+        const Vec3 lamp =
+            mix(Vec3{1.0f, 0.90f, 0.62f}, Vec3{1, 0.99f, 0.95f}, smoothstep(hot, hot - 0.10f, at));
         const Vec3 color = mix(mix(brown, Vec3{1.0f, 0.55f, 0.14f}, 0.9f * rim), lamp, hole);
         const float border = smoothstep(0.5f, 0.42f, std::max(std::abs(x - 0.5f), std::abs(y - 0.5f)));
         const float alpha = border * std::max(hole, 0.94f * smoothstep(0.42f, 0.26f, at));

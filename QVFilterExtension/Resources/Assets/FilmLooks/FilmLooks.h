@@ -6,7 +6,8 @@ namespace qv::assets {
 
 // What lies on film, on transparent ground; each index is another picture of its kind.
 
-/// Dust of a print, 192×192: dark and soft where it lay on the print, bright where on the negative. 9 of them.
+/// Dust of a print, 192×192: dark and soft where it lay on the print, bright where on the negative. 9 of
+/// them.
 Bitmap blackFilmDirt(int index);
 /// Tiny bits of fibre, 128×128, cream. 9 of them.
 Bitmap fineDirt(int index);

@@ -41,7 +41,8 @@ void band(Picture& tape, float middle, float height, float strength, HashStream&
         }
         const int count = int(row * row * 15 + draw.next());
         for (int i = 0; i < count; ++i)
-            dash(tape, int(draw.next() * kWidth), y, int(draw.range(5, 18 + 46 * row)), row * draw.range(0.2f, 0.75f));
+            dash(tape, int(draw.next() * kWidth), y, int(draw.range(5, 18 + 46 * row)),
+                 row * draw.range(0.2f, 0.75f));
     }
 }
 
@@ -63,7 +64,8 @@ Bitmap tapeTrouble(int index) {
     const float middle = kHeight / 2;
     for (int y = 0; y < kHeight; ++y) {
         // The drum never turns quite evenly.
-        const float shiver = 0.010f * (noise(float(y) * 0.11f, 0, seed) - 0.5f) + 0.004f * (hash01(0, y, seed) - 0.5f);
+        const float shiver =
+            0.010f * (noise(float(y) * 0.11f, 0, seed) - 0.5f) + 0.004f * (hash01(0, y, seed) - 0.5f);
         for (int x = 0; x < kWidth; ++x) {
             Tape& pixel = tape.at(x, y);
             pixel.throwAside += shiver;
@@ -72,7 +74,8 @@ Bitmap tapeTrouble(int index) {
         }
     }
     for (int i = 0; i < 10; ++i)
-        dash(tape, int(draw.next() * kWidth), int(draw.next() * kHeight), int(draw.range(6, 30)), 0.3f * draw.next());
+        dash(tape, int(draw.next() * kWidth), int(draw.next() * kHeight), int(draw.range(6, 30)),
+             0.3f * draw.next());
 
     switch (index) {
         case 2:
@@ -102,7 +105,8 @@ Bitmap tapeTrouble(int index) {
             band(tape, middle + 116, 9, 0.6f, draw);
             break;
         case 7:
-            for (int i = 0; i < 6; ++i) band(tape, draw.range(200, 760), draw.range(5, 34), draw.range(0.5f, 1), draw);
+            for (int i = 0; i < 6; ++i)
+                band(tape, draw.range(200, 760), draw.range(5, 34), draw.range(0.5f, 1), draw);
             tear(tape, int(middle) + 40, 80, -0.12f);
             break;
         default:

@@ -39,13 +39,15 @@ struct Light {
 
 using Leak = std::vector<Light>;
 
-/// Light behind the moments: a first sweep from right to left (0 to 5), a flash (6, 7), curtains (8 to 14, from
-/// either side into 11 and 12), perforations (15 to 17), a lens (18 to 22), and blue light from the front.
+/// Light behind the moments: a first sweep from right to left (0 to 5), a flash (6, 7), curtains (8 to 14,
+/// from either side into 11 and 12), perforations (15 to 17), a lens (18 to 22), and blue light from the
+/// front.
 const Leak& leakOf(int index) {
     using enum Shape;
     static const std::vector<Leak> leaks{
         // 0: a first red breath on the right border.
-        {{edge, 1.80f, 0.42f, 184, 0.55f, 0.075f, 0.62f, kBack}, {glow, 1.70f, 0.30f, 80, 0.34f, 0.20f, 0.22f, kRose}},
+        {{edge, 1.80f, 0.42f, 184, 0.55f, 0.075f, 0.62f, kBack},
+         {glow, 1.70f, 0.30f, 80, 0.34f, 0.20f, 0.22f, kRose}},
         // 1: orange, through a gap at the lower right.
         {{edge, 1.84f, 0.78f, 205, 0.72f, 0.15f, 0.80f, kBack},
          {glow, 1.62f, 0.88f, 24, 0.42f, 0.15f, 0.85f, kWarm},
@@ -65,7 +67,8 @@ const Leak& leakOf(int index) {
          {glow, 0.02f, 0.02f, 140, 0.30f, 0.16f, 0.85f, kWarm},
          {veil, 0, 0, 0, 0, 0, 0.04f, kRose}},
         // 5: a last ember on the left.
-        {{edge, -0.05f, 0.62f, -4, 0.42f, 0.085f, 0.55f, kBack}, {glow, 0.10f, 0.84f, 60, 0.26f, 0.12f, 0.20f, kRose}},
+        {{edge, -0.05f, 0.62f, -4, 0.42f, 0.085f, 0.55f, kBack},
+         {glow, 0.10f, 0.84f, 60, 0.26f, 0.12f, 0.20f, kRose}},
         // 6: the flash of an opened camera, from the upper right.
         {{glow, 1.60f, 0.10f, 150, 1.00f, 0.52f, 1.55f, kBack},
          {glow, 1.72f, 0.02f, 150, 0.62f, 0.30f, 2.3f, kWarm},
@@ -76,7 +79,8 @@ const Leak& leakOf(int index) {
          {glow, 1.20f, 0.60f, 0, 0.36f, 0.30f, 0.32f, kRose},
          {edge, 0.9f, 1.04f, -90, 0.9f, 0.09f, 0.40f, kBack}},
         // 8: magenta from the lower left corner.
-        {{glow, 0.02f, 1.02f, -30, 0.66f, 0.34f, 0.95f, kRose}, {glow, -0.04f, 1.04f, -24, 0.34f, 0.16f, 0.95f, kWarm}},
+        {{glow, 0.02f, 1.02f, -30, 0.66f, 0.34f, 0.95f, kRose},
+         {glow, -0.04f, 1.04f, -24, 0.34f, 0.16f, 0.95f, kWarm}},
         // 9: curtains over the left third.
         {{curtain, 0.36f, 0.52f, 88, 0.95f, 0.17f, 0.85f, kBack},
          {curtain, 0.22f, 0.60f, 91, 0.80f, 0.060f, 0.95f, kWarm},
@@ -95,13 +99,15 @@ const Leak& leakOf(int index) {
          {edge, -0.04f, 0.5f, 0, 0.8f, 0.065f, 0.42f, kBack},
          {edge, 1.82f, 0.5f, 180, 0.8f, 0.065f, 0.42f, kBack}},
         // 13: rays from the lower right.
-        {{fan, 1.92f, 1.14f, 214, 1.40f, 0.42f, 1.00f, kBack}, {glow, 1.76f, 1.02f, 30, 0.40f, 0.24f, 1.10f, kWarm}},
+        {{fan, 1.92f, 1.14f, 214, 1.40f, 0.42f, 1.00f, kBack},
+         {glow, 1.76f, 1.02f, 30, 0.40f, 0.24f, 1.10f, kWarm}},
         // 14: rays from above, across the middle.
         {{fan, 1.05f, -0.30f, 100, 1.50f, 0.50f, 0.95f, kBack},
          {glow, 1.02f, -0.04f, 0, 0.42f, 0.16f, 1.15f, kWarm},
          {veil, 0, 0, 0, 0, 0, 0.06f, kRose}},
         // 15: perforations along the bottom.
-        {{holes, 0.30f, 0.985f, 0, 0.262f, 0.060f, 0.85f, kWarm}, {edge, 0.89f, 1.05f, -90, 1.1f, 0.065f, 0.52f, kBack}},
+        {{holes, 0.30f, 0.985f, 0, 0.262f, 0.060f, 0.85f, kWarm},
+         {edge, 0.89f, 1.05f, -90, 1.1f, 0.065f, 0.52f, kBack}},
         // 16: they flare upwards.
         {{holes, 0.18f, 0.945f, 0, 0.262f, 0.085f, 1.20f, kWarm},
          {edge, 0.89f, 1.06f, -90, 1.2f, 0.22f, 0.85f, kBack},
@@ -130,9 +136,11 @@ const Leak& leakOf(int index) {
          {arc, 1.96f, 0.94f, 204, 0.70f, 0.050f, 0.42f, kCyan},
          {glow, 1.72f, 0.96f, 30, 0.34f, 0.20f, 0.55f, kBack}},
         // 22: dull embers from above.
-        {{edge, 1.20f, -0.06f, 82, 0.8f, 0.11f, 0.60f, kBack}, {glow, 1.52f, 0.06f, 10, 0.40f, 0.10f, 0.32f, kRose}},
+        {{edge, 1.20f, -0.06f, 82, 0.8f, 0.11f, 0.60f, kBack},
+         {glow, 1.52f, 0.06f, 10, 0.40f, 0.10f, 0.32f, kRose}},
         // 23: blue on the left border.
-        {{edge, -0.05f, 0.44f, 3, 0.62f, 0.085f, 0.62f, kFront}, {glow, 0.08f, 0.20f, 70, 0.40f, 0.14f, 0.30f, kViolet}},
+        {{edge, -0.05f, 0.44f, 3, 0.62f, 0.085f, 0.62f, kFront},
+         {glow, 0.08f, 0.20f, 70, 0.40f, 0.14f, 0.30f, kViolet}},
         // 24: a slanted band, cyan in violet.
         {{curtain, 0.56f, 0.52f, 70, 0.92f, 0.17f, 0.75f, kViolet},
          {curtain, 0.62f, 0.46f, 72, 0.66f, 0.055f, 0.85f, kCyan},
@@ -183,7 +191,8 @@ float exposureAt(const Light& light, float x, float y, std::uint32_t seed) {
         }
         case Shape::fan: {
             const float r = std::hypot(dx, dy), off = std::remainder(std::atan2(dy, dx) - turn, 2 * kPi);
-            const float rays = noise(off * 14 + 20, 0.8f * r, seed + 3), fine = noise(off * 41 + 60, r, seed + 4);
+            const float rays = noise(off * 14 + 20, 0.8f * r, seed + 3),
+                        fine = noise(off * 41 + 60, r, seed + 4);
             return bell(off / light.width) * bell(r / light.length) * (0.35f + 0.8f * rays + 0.35f * fine);
         }
         case Shape::holes:
@@ -225,7 +234,8 @@ Bitmap filmLeak(int index) {
             const float exposures[3] = {exposure.x, exposure.y, exposure.z};
             for (int c = 0; c < 3; ++c) {
                 const float code = 255 * (1 - std::exp(-exposures[c]));
-                out[c] = std::uint8_t(std::clamp(code + grain * std::min(1.0f, code / 8) + 0.5f, 0.0f, 255.0f));
+                out[c] =
+                    std::uint8_t(std::clamp(code + grain * std::min(1.0f, code / 8) + 0.5f, 0.0f, 255.0f));
             }
             out[3] = 255;
         }

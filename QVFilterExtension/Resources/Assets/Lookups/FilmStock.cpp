@@ -66,13 +66,13 @@ Vec3 FilmPrinter::operator()(Vec3 code) const {
     const float codes[3] = {code.x, code.y, code.z};
     float off[3];  // what each layer departs from its grey card
     for (std::size_t i = 0; i < 3; ++i)
-        off[i] = stock_.layers[i].negative.density(std::log10(std::max(linear(codes[i]), kFaintest) / kGrey)) -
-                 greys_[i];
+        off[i] =
+            stock_.layers[i].negative.density(std::log10(std::max(linear(codes[i]), kFaintest) / kGrey)) -
+            greys_[i];
     const Vec3 coupled = spreadOver({off[0], off[1], off[2]}, -stock_.coupling);
     const float held[3] = {coupled.x, coupled.y, coupled.z};
     float dyes[3];
-    for (std::size_t i = 0; i < 3; ++i)
-        dyes[i] = printed(stock_.layers[i], greys_[i] + held[i], lights_[i]);
+    for (std::size_t i = 0; i < 3; ++i) dyes[i] = printed(stock_.layers[i], greys_[i] + held[i], lights_[i]);
     const Vec3 dye =
         spreadOver(Vec3{dyes[0], dyes[1], dyes[2]} * stock_.faded, stock_.sideAbsorption) + stock_.stain;
     const auto shown = [](float density) {
@@ -85,7 +85,8 @@ Vec3 FilmPrinter::operator()(Vec3 code) const {
 
 Vec3 darkSilver(Vec3 code) {
     static const FilmPrinter print([] {
-        const FilmLayer layer{{0.68f, -1.9f, 1.0f, 0.16f, 0.16f}, {2.25f, -0.42f, 0.75f, 0.09f, 0.12f}, 0.105f};
+        const FilmLayer layer{
+            {0.68f, -1.9f, 1.0f, 0.16f, 0.16f}, {2.25f, -0.42f, 0.75f, 0.09f, 0.12f}, 0.130f};
         return FilmStock{{layer, layer, layer}, 0, 0, {1, 1, 1}, {0.01f, 0.012f, 0.02f}};
     }());
     // Little red light counts; faces are lit by what they reflect of the green.
@@ -94,45 +95,45 @@ Vec3 darkSilver(Vec3 code) {
 }
 
 Vec3 warmHomeMovie(Vec3 code) {
-    static const FilmPrinter print(FilmStock{
-        {{{{0.62f, -1.8f, 1.0f, 0.20f, 0.22f}, {2.15f, -0.40f, 0.46f, 0.09f, 0.10f}, 0.222f},
-          {{0.59f, -1.8f, 1.0f, 0.20f, 0.22f}, {2.10f, -0.40f, 0.52f, 0.09f, 0.12f}, 0.182f},
-          {{0.54f, -1.9f, 1.0f, 0.22f, 0.24f}, {2.05f, -0.40f, 0.52f, 0.11f, 0.14f}, 0.142f}}},
-        0.08f,
-        0.02f,
-        {1, 1, 1},
-        {0.000f, 0.012f, 0.045f}});
+    static const FilmPrinter print(
+        FilmStock{{{{{0.62f, -1.8f, 1.0f, 0.20f, 0.22f}, {2.15f, -0.40f, 0.46f, 0.09f, 0.10f}, 0.222f},
+                    {{0.59f, -1.8f, 1.0f, 0.20f, 0.22f}, {2.10f, -0.40f, 0.52f, 0.09f, 0.12f}, 0.182f},
+                    {{0.54f, -1.9f, 1.0f, 0.22f, 0.24f}, {2.05f, -0.40f, 0.52f, 0.11f, 0.14f}, 0.142f}}},
+                  0.04f,
+                  0.03f,
+                  {1, 1, 1},
+                  {0.000f, 0.012f, 0.045f}});
     return print(code);
 }
 
 Vec3 portraitNegative(Vec3 code) {
-    static const FilmPrinter print(FilmStock{
-        {{{{0.620f, -1.75f, 1.1f, 0.20f, 0.20f}, {2.12f, -0.42f, 0.50f, 0.09f, 0.12f}, 0.215f},
-          {{0.585f, -1.85f, 1.1f, 0.22f, 0.20f}, {2.08f, -0.42f, 0.46f, 0.09f, 0.12f}, 0.222f},
-          {{0.545f, -1.95f, 1.1f, 0.24f, 0.20f}, {2.02f, -0.42f, 0.42f, 0.10f, 0.13f}, 0.216f}}},
-        0.10f,
-        0.02f,
-        {1, 1, 1},
-        {0.000f, 0.002f, 0.014f}});
+    static const FilmPrinter print(
+        FilmStock{{{{{0.620f, -1.75f, 1.1f, 0.20f, 0.20f}, {2.12f, -0.42f, 0.50f, 0.09f, 0.12f}, 0.215f},
+                    {{0.585f, -1.85f, 1.1f, 0.22f, 0.20f}, {2.08f, -0.42f, 0.46f, 0.09f, 0.12f}, 0.222f},
+                    {{0.545f, -1.95f, 1.1f, 0.24f, 0.20f}, {2.02f, -0.42f, 0.42f, 0.10f, 0.13f}, 0.216f}}},
+                  0.10f,
+                  0.02f,
+                  {1, 1, 1},
+                  {0.000f, 0.002f, 0.014f}});
     return print(code);
 }
 
 Vec3 pushedNegative(Vec3 code) {
-    static const FilmPrinter print(FilmStock{
-        {{{{0.80f, -1.5f, 1.0f, 0.15f, 0.16f}, {2.10f, -0.38f, 0.50f, 0.08f, 0.09f}, 0.185f},
-          {{0.72f, -1.65f, 1.0f, 0.17f, 0.18f}, {2.05f, -0.40f, 0.42f, 0.09f, 0.10f}, 0.180f},
-          {{0.63f, -1.8f, 1.0f, 0.20f, 0.20f}, {2.00f, -0.42f, 0.38f, 0.10f, 0.12f}, 0.156f}}},
-        0.05f,
-        0.03f,
-        {1, 1, 1},
-        {0.000f, 0.012f, 0.045f}});
+    static const FilmPrinter print(
+        FilmStock{{{{{0.80f, -1.5f, 1.0f, 0.15f, 0.16f}, {2.10f, -0.38f, 0.50f, 0.08f, 0.09f}, 0.185f},
+                    {{0.72f, -1.65f, 1.0f, 0.17f, 0.18f}, {2.05f, -0.40f, 0.42f, 0.09f, 0.10f}, 0.180f},
+                    {{0.63f, -1.8f, 1.0f, 0.20f, 0.20f}, {2.00f, -0.42f, 0.38f, 0.10f, 0.12f}, 0.156f}}},
+                  0.05f,
+                  0.03f,
+                  {1, 1, 1},
+                  {0.000f, 0.012f, 0.045f}});
     return print(code);
 }
 
 Vec3 fadedPrint(Vec3 code) {
     static const FilmPrinter print([] {
         const FilmLayer layer{{0.62f, -1.8f, 0.9f, 0.18f, 0.20f}, {2.2f, -0.42f, 0.60f, 0.10f, 0.12f}, 0.17f};
-        return FilmStock{{layer, layer, layer}, 0.03f, 0.03f, {0.50f, 0.86f, 0.72f}, {0.02f, 0.06f, 0.15f}};
+        return FilmStock{{layer, layer, layer}, 0.03f, 0.03f, {0.60f, 0.88f, 0.74f}, {0.02f, 0.05f, 0.12f}};
     }());
     return print(code);
 }
@@ -159,7 +160,8 @@ Vec3 cassette(Vec3 code) {
     const float turnedBlue = strength * (blue * std::cos(kPhase) - red * std::sin(kPhase)) + 0.012f;
     const float green = -(0.2126f * turnedRed + 0.0722f * turnedBlue) / 0.7152f;
     const float limited = kSetUp + (kWhite - kSetUp) * light * (1.12f - 0.12f * light);
-    return {clamp01(limited + turnedRed + 0.014f * light), clamp01(limited + green), clamp01(limited + turnedBlue)};
+    return {clamp01(limited + turnedRed + 0.014f * light), clamp01(limited + green),
+            clamp01(limited + turnedBlue)};
 }
 
 }  // namespace qv::assets

@@ -24,9 +24,9 @@ struct FilmLayer {
 };
 
 /// A negative film and the print that is made of it. What makes a look is told by how the layers differ:
-/// steeper or flatter ones cross over, so that shadows and lights take opposite tints; the couplers of a layer
-/// hold back its neighbours, which makes colours stronger; dyes that absorb more than their third make them
-/// duller.
+/// steeper or flatter ones cross over, so that shadows and lights take opposite tints; the couplers of a
+/// layer hold back its neighbours, which makes colours stronger; dyes that absorb more than their third make
+/// them duller.
 struct FilmStock {
     std::array<FilmLayer, 3> layers;  ///< that of red light, of green, of blue
     float coupling;                   ///< share of a layer's density that it takes off each neighbour's
