@@ -42,6 +42,7 @@ class FilmEffectGroup : public QVEffectMTIFilter {
 
     /// Grain overlaid on the input.
     MTIImage grained(const MTIImage& picture, double opacity);
+    /// By the look's table.
     MTIImage graded(const MTIImage& picture);
     /// With the sprites over it.
     MTIImage dirtied(const MTIImage& picture);
@@ -60,8 +61,10 @@ class FilmEffectGroup : public QVEffectMTIFilter {
     FilmSpriteKind scratchesAlongFilm(std::span<const std::string> names, int count, double visibleShare,
                                       double alpha) const;
 
+    /// What the class has loaded.
     QVAssetCache& assets() const { return assets_; }
 
+    /// The steps' filters, as they were left by the last `outputImage`.
     QVSpiritFilter spiritFilter_;
     QVFilmNoisyMTIFilter noisyFilter_;
     MTIBlendFilter noisyBlendFilter_{MTIBlendMode::overlay};

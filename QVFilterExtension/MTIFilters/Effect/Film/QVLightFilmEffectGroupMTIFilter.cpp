@@ -1,6 +1,6 @@
 #include "QVFilterExtension/MTIFilters/Effect/Film/QVLightFilmEffectGroupMTIFilter.h"
 
-#include "QVFilterExtension/MTIFilters/Effect/Film/LightLeaks.h"
+#include "QVFilterExtension/Private/LightLeaks.h"
 #include "QVFilterExtension/Private/QVAssetCache.h"
 
 namespace qv {

@@ -1,4 +1,4 @@
-#include "QVFilterExtension/MTIFilters/Effect/Film/LightLeaks.h"
+#include "QVFilterExtension/Private/LightLeaks.h"
 
 #include <algorithm>
 #include <array>
