@@ -37,7 +37,7 @@ QVDamageFilmEffectGroupMTIFilter::QVDamageFilmEffectGroupMTIFilter(const QVFilte
 std::vector<SpiritParam> QVDamageFilmEffectGroupMTIFilter::params() const {
     const double e = effectValue();
     const FilmSpriteKind kinds[] = {
-        {burns_, int(1 + 1.5 * e), 0.06 + 0.16 * e, 120, 90},
+        {burns_, int(1 + 1.5 * e), 0.03 + 0.06 * e, 120, 90},
         {dirts_, int(2 + 4 * e), 0.6, 16, 7, 1, 0.85},
         {hairs_, int(2 * e), 0.45, 30, 80},
         scratchesAlongFilm(scratches_, int(1 + 4 * e), 0.5, 0.6),
