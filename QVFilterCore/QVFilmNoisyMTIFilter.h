@@ -11,8 +11,10 @@ extern const QVFilterClass QVFilmNoisyMTIFilterClass;
 /// what the input covers and shows nothing of it; `opacity` is its alpha, and so the strength of the grain.
 ///
 /// Grains are clumps of two sizes with a slight tinge, 1.5 and 3.4 pixels across in a frame whose shorter
-/// side is 1080, and in proportion in others. They change 24 times a second; the same time always gives the
-/// same grain.
+/// side is 1080, and in proportion in others; below a pixel they are a pixel across and contrast less, so
+/// that a preview looks like the export. A piece of 512×512 pixels is made once for each size of grain; every
+/// frame shows another part of it, mirrored or not. They change 24 times a second; the same time always gives
+/// the same grain.
 class QVFilmNoisyMTIFilter : public QVMTIOneInputFilter {
   public:
     explicit QVFilmNoisyMTIFilter(const QVFilterClass& filterClass = QVFilmNoisyMTIFilterClass)
@@ -26,6 +28,7 @@ class QVFilmNoisyMTIFilter : public QVMTIOneInputFilter {
     void setOpacity(float opacity) { opacity_ = opacity; }
 
     MTIParameters parameters() const override;
+    MTIImage outputImage() override;
 
   private:
     double iTime_ = 0;

@@ -8,8 +8,9 @@ extern const QVFilterClass QVLookupMTIFilterClass;
 
 /// Colour grading by a look-up table: a picture of 512×512 pixels, eight by eight tiles of 64×64 in reading
 /// order. Within a tile red grows to the right and green downwards, from the first pixel's centre (0) to the
-/// last one's (1); blue grows from tile to tile. Colours between entries are interpolated in all three
-/// directions, and the table that holds each entry's own colour changes nothing. Without a table the result
+/// last one's (1); blue grows from tile to tile. Colours between entries are interpolated within
+/// tetrahedra, so that greys stay on the table's greys, and the table that holds each entry's own colour
+/// changes nothing. Without a table the result
 /// is the input itself.
 class QVLookupMTIFilter : public QVMTIOneInputFilter {
   public:

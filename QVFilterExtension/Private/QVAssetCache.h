@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 
 #include "Platform/Foundation/NSCache.h"
@@ -41,13 +42,18 @@ class QVAssetCache {
     }
 
     /// An asset fitted to a frame by `make`, a function of the asset's UIImage and the size that gives a
-    /// UIImage. Not asked when the asset is missing.
+    /// UIImage. Not asked when the asset is missing. What is not `kept` is taken from the cache and not put
+    /// there.
     template <typename Make>
-    MTIImage fittedImage(const std::string& fileName, CGSize size, Make&& make) {
-        return fitted_.objectForKey(NSStringFromCGSize(size) + fileName, [&] {
+    MTIImage fittedImage(const std::string& fileName, CGSize size, Make&& make, bool kept = true) {
+        const std::string key = NSStringFromCGSize(size) + fileName;
+        const auto made = [&] {
             const UIImage asset = qv_imageWithFileName(fileName);
             return asset ? MTIImage::imageWithUIImage(make(asset, size)) : MTIImage();
-        });
+        };
+        if (kept) return fitted_.objectForKey(key, made);
+        const std::optional<MTIImage> found = fitted_.objectForKey(key);
+        return found ? *found : made();
     }
 
   private:

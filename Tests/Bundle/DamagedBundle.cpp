@@ -70,6 +70,14 @@ std::vector<MTIImage> imagesOf(const QVFilterClass& record) {
     return images;
 }
 
+/// The image of a look that chooses its assets by the time, at full strength in one of many moments.
+constexpr int kMoments = 900;
+MTIImage imageAtMoment(QVMTIFilter& filter, int moment) {
+    test::setNumber(filter, "effectValue", 1);
+    test::setNumber(filter, "iTime", moment * 0.137);
+    return filter.outputImage();
+}
+
 class DamagedBundle : public testing::Test {
   protected:
     DamagedBundle() {
@@ -106,6 +114,7 @@ class DamagedBundle : public testing::Test {
             if (!users.empty() && users.back() == record) expectPictures(images, name);
         }
         expectFewLines(name);
+        if (users.empty()) return lookForLong(name, opened);
         garble(name);
         for (const QVFilterClass* record : users) expectPictures(imagesOf(*record), name);
         expectFewLines(name);
@@ -113,6 +122,27 @@ class DamagedBundle : public testing::Test {
         for (const QVFilterClass* record : users) expectPictures(imagesOf(*record), name);
         expectFewLines(name);
         return users;
+    }
+    /// The same for an asset that a look shows now and then.
+    std::vector<const QVFilterClass*> lookForLong(const std::string& name, OpenedFiles& opened) {
+        for (const QVFilterClass* record : allFilterClasses()) {
+            if (record->categoryOrInherited() != QVFilterCategory::film || !record->property("iTime"))
+                continue;
+            const auto filter = record->create();
+            test::setInputs(*filter, kWidth, kHeight);
+            for (int moment = 0; moment < kMoments; ++moment) {
+                const MTIImage image = imageAtMoment(*filter, moment);
+                if (!opened.take(name)) continue;
+                expectPictures({image}, name);
+                garble(name);
+                expectPictures({imageAtMoment(*filter, moment)}, name);
+                fs::remove(bundle_ / name);
+                expectPictures({imageAtMoment(*filter, moment)}, name);
+                expectFewLines(name);
+                return {record};
+            }
+        }
+        return {};
     }
     void expectPictures(const std::vector<MTIImage>& images, const std::string& name) {
         for (std::size_t i = 0; i < images.size(); i += 3) {

@@ -167,19 +167,21 @@ TEST(QVLookupMTIFilter, InterpolatesTheTable) {
     auto entry = [&](int r, int g, int b, std::size_t c) {
         return table.row(b / 8 * 64 + g)[std::size_t(b % 8 * 64 + r) * 4 + c] / 255.0;
     };
-    auto trilinear = [&](const Pixel& color, std::size_t c) {
+    // From the corner nearest to black a step along each axis, the longest first, each by its share.
+    auto interpolated = [&](const Pixel& color, std::size_t c) {
         int cell[3];
-        double rest[3];
-        for (std::size_t i = 0; i < 3; ++i) {
-            const double place = double(color[i]) * 63;
+        std::vector<std::pair<double, int>> steps;
+        for (int i = 0; i < 3; ++i) {
+            const double place = double(color[std::size_t(i)]) * 63;
             cell[i] = std::min(int(place), 62);
-            rest[i] = place - cell[i];
+            steps.push_back({place - cell[i], i});
         }
-        double sum = 0;
-        for (int corner = 0; corner < 8; ++corner) {
-            const int dr = corner & 1, dg = corner >> 1 & 1, db = corner >> 2;
-            sum += entry(cell[0] + dr, cell[1] + dg, cell[2] + db, c) * (dr ? rest[0] : 1 - rest[0]) *
-                   (dg ? rest[1] : 1 - rest[1]) * (db ? rest[2] : 1 - rest[2]);
+        std::sort(steps.rbegin(), steps.rend());
+        double sum = entry(cell[0], cell[1], cell[2], c);
+        for (const auto& [share, axis] : steps) {
+            const double before = entry(cell[0], cell[1], cell[2], c);
+            ++cell[axis];
+            sum += share * (entry(cell[0], cell[1], cell[2], c) - before);
         }
         return float(sum);
     };
@@ -195,7 +197,7 @@ TEST(QVLookupMTIFilter, InterpolatesTheTable) {
                                  straight[c] = std::min(was[c] / was[3], 1.0f);
                              for (std::size_t c = 0; c < 3; ++c)
                                  graded[c] =
-                                     std::lerp(straight[c], trilinear(straight, c), intensity) * was[3];
+                                     std::lerp(straight[c], interpolated(straight, c), intensity) * was[3];
                              return graded;
                          }))
             << "intensity " << intensity;

@@ -16,7 +16,7 @@ int main(int argc, char** argv) {
         fmt::print(stderr, "usage: draw_Fonts DIRECTORY\n");
         return 1;
     }
-    for (const FontDescription& font : {qvSans(), aldrich()}) {
+    for (const FontDescription& font : {qvSans(), aldrich(), vcrOsdMono()}) {
         const std::string path = fmt::format("{}/{}.ttf", argv[1], font.postScriptName);
         const std::vector<std::uint8_t> bytes = trueTypeFile(font);
         std::string error;

@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include "Platform/Media/ImageFile.h"
+#include "QVFilterExtension/Resources/Assets/LightLeaks/FilmLeaks.h"
 #include "QVFilterExtension/Resources/Assets/Support/Noise.h"
 #include "QVFilterExtension/Resources/Assets/Support/Parallel.h"
 #include "QVFilterExtension/Resources/Assets/Support/Vec3.h"
@@ -115,9 +116,16 @@ int main(int argc, char** argv) {
         fmt::print(stderr, "usage: draw_LightLeaks DIRECTORY\n");
         return 1;
     }
-    std::string error;
-    if (!writeJPEG(lightWarp(), fmt::format("{}/light_warp2.jpg", argv[1]), 95, &error)) {
+    const auto write = [&](const Bitmap& picture, const std::string& name, int quality) {
+        std::string error;
+        if (writeJPEG(picture, fmt::format("{}/{}.jpg", argv[1], name), quality, &error)) return true;
         fmt::print(stderr, "draw_LightLeaks: {}\n", error);
-        return 1;
+        return false;
+    };
+    if (!write(lightWarp(), "light_warp2", 95)) return 1;
+    for (int i = 0; i < kFilmLeaks; ++i) {
+        const std::string name = i < kRedFilmLeaks ? fmt::format("light_film_leak_r_{}", i)
+                                                   : fmt::format("light_film_leak_b_{}", i - kRedFilmLeaks);
+        if (!write(filmLeak(i), name, 92)) return 1;
     }
 }

@@ -7,7 +7,7 @@
 #include <fmt/format.h>
 
 #include "Platform/Media/ImageFile.h"
-#include "QVFilterExtension/Resources/Assets/Support/Vec3.h"
+#include "QVFilterExtension/Resources/Assets/Lookups/FilmStock.h"
 
 using namespace qv;
 using namespace qv::assets;
@@ -92,7 +92,14 @@ int main(int argc, char** argv) {
     } looks[] = {{"lookup_identity", identity},
                  {"lookup_golden", golden},
                  {"lookup_silver", silver},
-                 {"celebrate_ashen_lookup", ashen}};
+                 {"celebrate_ashen_lookup", ashen},
+                 {"black_film_dark", darkSilver},
+                 {"light_film_light", warmHomeMovie},
+                 {"fuji_film_lookup", portraitNegative},
+                 {"noisy_film_lookup", pushedNegative},
+                 {"damage_film_lookup", fadedPrint},
+                 {"rec_film_lookup", camcorder},
+                 {"vhs_film_lookup", cassette}};
     for (const auto& [name, look] : looks) {
         const std::string path = fmt::format("{}/{}.png", argv[1], name);
         std::string error;

@@ -15,7 +15,10 @@ vec4 QVBlackFilmEffectMTIFilter(vec2 uv) {
     vec2 fromCenter = uv * 2.0 - 1.0;
     float r2 = dot(fromCenter, fromCenter) * 0.5;
     float corners = 1.0 - effectValue * r2 * (0.2 + 0.5 * r2);
-    float lamp = 1.0 + projectorState(iTime).z * (0.02 + 0.08 * effectValue);
+    // Two sequences without a common period cost less than a draw.
+    float slot = timeSlot(iTime, 16.0);
+    float flicker = fract(slot * 0.618034) + fract(slot * 0.754878) - 1.0;
+    float lamp = 1.0 + flicker * (0.02 + 0.08 * effectValue);
 
     // Grains are a 720th of the shorter side; where pixels are larger, each is a mean of several.
     float grainsPerPixel = 720.0 / min(outputSize().x, outputSize().y);

@@ -8,5 +8,7 @@ namespace qv::assets {
 FontDescription qvSans();
 /// A squarish technical face, as camera displays have it.
 FontDescription aldrich();
+/// The dots of a video recorder's display, all characters of one width; small letters look like capitals.
+FontDescription vcrOsdMono();
 
 }  // namespace qv::assets
