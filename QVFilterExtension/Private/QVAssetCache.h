@@ -29,8 +29,14 @@ class QVAssetCache {
     /// `alphaType` counts when the asset is loaded: a class asks for a file in one way only.
     MTIImage mtiImageNamed(const std::string& fileName,
                            MTIAlphaType alphaType = MTIAlphaType::premultiplied) {
-        return images_.objectForKey(
-            fileName, [&] { return MTIImage::imageWithUIImage(qv_imageWithFileName(fileName), alphaType); });
+        return images_.objectForKey(fileName, [&] {
+            return MTIImage::imageWithUIImage(qv_imageWithFileName(fileName), alphaType, fileName);
+        });
+    }
+
+    /// An asset to draw with.
+    UIImage uiImageNamed(const std::string& fileName) {
+        return pictures_.objectForKey(fileName, [&] { return qv_imageWithFileName(fileName); });
     }
 
     /// An asset as a sprite's texture.
@@ -46,12 +52,14 @@ class QVAssetCache {
     MTIImage fittedImage(const std::string& fileName, CGSize size, Make&& make) {
         return fitted_.objectForKey(NSStringFromCGSize(size) + fileName, [&] {
             const UIImage asset = qv_imageWithFileName(fileName);
-            return asset ? MTIImage::imageWithUIImage(make(asset, size)) : MTIImage();
+            if (!asset) return MTIImage();
+            return MTIImage::imageWithUIImage(make(asset, size), MTIAlphaType::premultiplied, fileName);
         });
     }
 
   private:
     NSCache<std::string, MTIImage> images_, fitted_;
+    NSCache<std::string, UIImage> pictures_;
     NSCache<std::string, SpiritParam::Texture> textures_;
 };
 

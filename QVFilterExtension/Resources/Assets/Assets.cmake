@@ -1,5 +1,6 @@
 # One line per family.
 
+qv_add_asset_program(CameraMarks ${QV_BUNDLE})
 qv_add_asset_program(EffectPictures ${QV_BUNDLE})
 qv_add_asset_program(FilmFrames ${QV_BUNDLE})
 qv_add_asset_program(Fonts ${QV_BUNDLE})
