@@ -15,13 +15,14 @@ namespace {
 const UIColor kWhite{0.99, 0.99, 0.97}, kYellow{1.0, 0.80, 0.18}, kRed{1.0, 0.13, 0.08},
     kBlack{0.06, 0.06, 0.06};
 
-/// A line with a soft rim of another colour, which keeps it visible on any picture.
+/// A line with a soft rim of another colour, which keeps it visible on any picture: up to twice its width
+/// wider, and up to `rimStrength` opaque.
 void mark(BitmapCanvas& canvas, const UIBezierPath& path, const UIColor& color, double width,
-          const UIColor& rim, double rimStrength = 0.10) {
-    for (const double spread : {5.0, 3.6, 2.5, 1.7})
-        canvas.strokePath(path,
-                          UIColor::colorWithRedGreenBlueAlpha(rim.red(), rim.green(), rim.blue(), rimStrength),
-                          width * spread, LineCap::round, LineJoin::round);
+          const UIColor& rim, double rimStrength) {
+    constexpr int kSteps = 12;
+    const UIColor veil{rim.red(), rim.green(), rim.blue(), rimStrength / kSteps};
+    for (int i = kSteps; i > 0; --i)
+        canvas.strokePath(path, veil, width * (1 + 2.0 * i / kSteps), LineCap::round, LineJoin::round);
     canvas.strokePath(path, color, width, LineCap::round, LineJoin::round);
 }
 
@@ -40,7 +41,7 @@ UIImage bracket() {
     path.addLineToPoint({44, 66});
     path.addQuadCurveToPoint({66, 44}, {44, 44});
     path.addLineToPoint({150, 44});
-    mark(canvas, path, kWhite, 12, kBlack, 0.055);
+    mark(canvas, path, kWhite, 13, kBlack, 0.45);
     return canvas.image();
 }
 
@@ -62,9 +63,9 @@ void cornered(BitmapCanvas& canvas, CGPoint middle, double half, double arm, con
 UIImage focusingScreen(bool lit) {
     BitmapCanvas canvas({960, 540});
     const UIColor ink = lit ? kRed : kBlack, rim = lit ? kRed : kWhite;
-    const double glow = lit ? 0.10 : 0.05;
+    const double glow = lit ? 0.6 : 0.4;
     mark(canvas, UIBezierPath::bezierPathWithOvalInRect(CGRectMake(480 - 66, 270 - 66, 132, 132)), ink, 1.8,
-         rim, 0.5 * glow);
+         rim, 0.6 * glow);
     for (const CGPoint& away : {CGPoint{0, 0}, {-104, 0}, {104, 0}, {0, -104}, {0, 104}, {-74, -74},
                                 {74, -74}, {-74, 74}, {74, 74}})
         cornered(canvas, {480 + away.x, 270 + away.y}, 12, 6.5, ink, 2.4, rim, glow);
@@ -90,12 +91,12 @@ UIImage redCenter() {
 UIImage yellowCenter() {
     BitmapCanvas canvas({640, 640});
     UIBezierPath path = UIBezierPath::bezierPathWithRoundedRect(CGRectMake(40, 40, 560, 560), 10);
-    mark(canvas, path, kYellow, 10, kBlack, 0.05);
+    mark(canvas, path, kYellow, 13, kBlack, 0.35);
     for (const auto& [from, to] : {std::pair<CGPoint, CGPoint>{{320, 40}, {320, 84}},
                                    {{320, 600}, {320, 556}},
                                    {{40, 320}, {84, 320}},
                                    {{600, 320}, {556, 320}}})
-        canvas.strokePath(line(from, to), kYellow, 10, LineCap::round);
+        canvas.strokePath(line(from, to), kYellow, 13, LineCap::round);
     return canvas.image();
 }
 
@@ -108,8 +109,8 @@ UIImage sun() {
         rays.addLineToPoint({128 + 98 * x, 128 + 98 * y});
     }
     const UIBezierPath disc = UIBezierPath::bezierPathWithOvalInRect(CGRectMake(82, 82, 92, 92));
-    mark(canvas, rays, kYellow, 14, kBlack, 0.05);
-    mark(canvas, disc, kYellow, 4, kBlack, 0.05);
+    mark(canvas, rays, kYellow, 15, kBlack, 0.3);
+    mark(canvas, disc, kYellow, 12, kBlack, 0.3);
     canvas.fillPath(disc, kYellow);
     return canvas.image();
 }
@@ -124,9 +125,9 @@ UIImage sliderLine() {
         canvas.drawLinearGradient({0, 0}, {0, 1200}, {{0, none}, {0.18, full}, {0.82, full}, {1, none}});
         canvas.restoreState();
     };
-    upright(22, kBlack, 0.12);
-    upright(16, kBlack, 0.16);
-    upright(10, kYellow, 1);
+    upright(24, kBlack, 0.10);
+    upright(18, kBlack, 0.14);
+    upright(12, kYellow, 1);
     return canvas.image();
 }
 
@@ -138,7 +139,7 @@ UIImage needle() {
     path.addLineToPoint({76, 14});
     path.addLineToPoint({48, 56});
     path.closePath();
-    mark(canvas, path, kYellow, 6, kBlack, 0.06);
+    mark(canvas, path, kYellow, 6, kBlack, 0.4);
     canvas.fillPath(path, kYellow);
     return canvas.image();
 }
@@ -149,7 +150,7 @@ UIImage exposureScale() {
     for (int i = -15; i <= 15; ++i) {
         const double x = 600 + 36.5 * i, length = i % 5 == 0 ? 52 : 28;
         mark(canvas, line({x, 22}, {x, 22 + length}), i == 0 ? kYellow : kWhite, i % 5 == 0 ? 9 : 6, kBlack,
-             0.05);
+             0.4);
     }
     return canvas.image();
 }

@@ -11,9 +11,9 @@ namespace qv {
 namespace {
 
 // Points of the viewfinder, from the frame's middle.
-constexpr double kSquare = 80, kSun = 26, kSunX = 64, kSunReach = 46, kGap = 17;
+constexpr double kSquare = 80, kSun = 30, kSunX = 64, kSunReach = 46, kGap = 17;
 constexpr double kLineWidth = 3, kLineHeight = 150;
-constexpr double kScaleWidth = 150, kScaleY = -112, kNeedleWidth = 10, kNeedleReach = 60, kNeedleY = -100;
+constexpr double kScaleWidth = 150, kScaleY = -112, kNeedleWidth = 12, kNeedleReach = 60, kNeedleY = -99;
 
 QVAssetCache& assets() {
     static auto& cache = *new QVAssetCache;
@@ -79,7 +79,7 @@ std::vector<SpiritParam> QVCameraLightFilter::spiritParams() const {
     const double blink = cameraRamp(p, 8, 1.5) - cameraRamp(p, 9.5, 1.5);
     const double waiting = cameraRamp(p, 13, 3) - cameraRamp(p, 48, 4);
     add("camera_film_yellowCenter.png", kSquare * (1.6 - 0.6 * landed), 0, 0,
-        (cameraRamp(p, 2, 3) - cameraRamp(p, 55, 4)) * (1 - 0.7 * blink) * (1 - 0.45 * waiting));
+        (cameraRamp(p, 2, 3) - cameraRamp(p, 55, 4)) * (1 - 0.7 * blink) * (1 - 0.3 * waiting));
     add("camera_film_sun.png", kSun * (1 + 0.18 * sun), kSunX, kSunReach * sun, marks,
         -0.5 * std::numbers::pi * sun);
     add("icon_line.png", kScaleWidth, 0, kScaleY, 0.9 * marks);

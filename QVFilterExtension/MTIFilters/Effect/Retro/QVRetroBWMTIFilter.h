@@ -1,0 +1,35 @@
+#pragma once
+
+#include "Platform/ImageGraph/MTIFilters.h"
+#include "QVFilterCore/QVSpiritFilter.h"
+#include "QVFilterExtension/MTIFilters/Effect/Retro/QVRetroFramFlashFilter.h"
+
+namespace qv {
+
+extern const QVFilterClass QVRetroBWMTIFilterClass;
+
+/// A silent film: silver greys through a soft-focus lens, an oval of light in the gate, white dust and
+/// scratches of a worn negative, and warm light that floods in over an edge as on the end of a reel.
+///
+/// - Greys as of film that is blind to red: 0.16 red, 0.52 green, 0.32 blue; a third of their blurred copy
+///   (a 45th of the frame's shorter side) is mixed in, and its lights are screened over.
+/// - Dust: up to 9 specks of 1.2 to 5 hundredths of the shorter side, other ones 18 times a second; up to 3
+///   scratches for 0.9 s each.
+/// - The edge flash is lightened over the picture with 0.62 of its light in the third part of all seconds
+///   that draw one, rising over 0.15 s and gone at the second's end; on a photo with 0.5.
+/// - Strength, 0..1, takes the colour out (gone from a half on), and adds wear and flicker.
+class QVRetroBWMTIFilter : public QVEffectMTIFilter {
+  public:
+    explicit QVRetroBWMTIFilter(const QVFilterClass& filterClass = QVRetroBWMTIFilterClass)
+        : QVEffectMTIFilter(filterClass) {}
+
+    MTIImage outputImage() override;
+
+  private:
+    QVRetroFramFlashFilter flashFilter_;
+    QVSpiritFilter spiritFilter_;
+    MTIBlendFilter lightenBlendFilter_{MTIBlendMode::lighten};
+    MTIGaussianBlurFilter blurFilter_;
+};
+
+}  // namespace qv
