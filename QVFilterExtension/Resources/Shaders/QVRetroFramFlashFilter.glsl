@@ -16,8 +16,8 @@ vec4 QVRetroFramFlashFilter(vec2 uv) {
     float power = motionProgress * (2.0 - motionProgress);
 
     vec3 ember = vec3(color.r, color.g * color.g * 0.55, color.b * 0.25);
-    vec3 light = color * (1.05 * glowAt(d * 1.15)) + ember * (0.55 * glowAt(d * 0.72)) +
-                 vec3(0.75, 0.72, 0.62) * glowAt(d * 2.6);
-    light *= power;
-    return lightOver(overexposed(readHere(0), 1.0 + 1.4 * light), light * 0.86);
+    vec3 light = color * (0.95 * glowAt(d * 1.2)) + ember * (0.60 * glowAt(d * 0.70)) +
+                 vec3(0.60, 0.55, 0.44) * glowAt(d * 3.0);
+    light = onFilm(light * power);
+    return lightOver(overexposed(readHere(0), 1.0 + light), light);
 }

@@ -20,5 +20,6 @@ vec4 QVRetroSideFlashFilter(vec2 uv) {
     vec3 there = mix(vec3(0.95, 0.30, 0.14), mix(turquoise, rose, second), burst);
     vec3 light = here * (0.95 * left) + mix(here, vec3(1.0, 0.86, 0.62), 0.75) * (0.8 * core) +
                  there * (mix(0.4, 0.95, burst) * right);
-    return lightOver(overexposed(readHere(0), 1.0 + 0.9 * light), light * 0.9);
+    light = onFilm(light);
+    return lightOver(overexposed(readHere(0), 1.0 + 0.8 * light), light);
 }

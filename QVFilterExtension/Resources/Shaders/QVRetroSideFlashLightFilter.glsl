@@ -13,6 +13,6 @@ vec4 QVRetroSideFlashLightFilter(vec2 uv) {
     float patches = hole * hole * (3.0 - 2.0 * hole);
     float veil = glowAt(depth * 5.5), spill = glowAt(depth * 11.0) * patches, core = glowAt(depth * 24.0) * patches;
     vec3 light = vec3(0.62, 0.20, 0.06) * veil + vec3(0.80, 0.42, 0.14) * spill + vec3(0.7, 0.66, 0.5) * core;
-    light *= strength;
-    return lightOver(overexposed(readHere(0), 1.0 + 0.7 * light), light * 0.85);
+    light = onFilm(light * strength);
+    return lightOver(overexposed(readHere(0), 1.0 + 0.6 * light), light);
 }

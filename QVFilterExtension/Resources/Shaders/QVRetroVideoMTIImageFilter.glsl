@@ -24,7 +24,7 @@ vec4 QVRetroVideoMTIImageFilter(vec2 uv) {
     // Two fields: every other line is a moment late, and trembles sideways.
     float odd = mod(cell.y, 2.0);
     vec4 line = particleDraw(vec2(cell.y, 1.0), field);
-    float comb = odd * (0.4 + 1.3 * e) * (0.6 + 0.4 * line.x);
+    float comb = odd * (0.10 + 0.40 * e) * line.x;
     ivec2 p = ivec2((cell + vec2(0.5 + comb, 0.5)) * block);
     int b = int(block + 0.5);
 
@@ -34,12 +34,12 @@ vec4 QVRetroVideoMTIImageFilter(vec2 uv) {
     // Drawn sharp: dark and light rims along upright edges.
     vec3 around = 0.5 * (left.rgb + right.rgb);
     float rim = luma(here.rgb - around);
-    float grey = luma(here.rgb) + clamp(rim * (1.2 + 1.6 * e), -0.16, 0.16);
+    float grey = luma(here.rgb) + clamp(rim * (1.1 + 1.2 * e), -0.13, 0.13);
     // Colour has a quarter of the lines.
     vec3 chroma = 0.5 * (around + 0.5 * (here.rgb + far.rgb));
     chroma -= luma(chroma);
 
-    float spread = grey * (1.0 + 0.34 * e) + 0.02;
+    float spread = grey * (1.0 + 0.24 * e) + 0.02;
     float soft = spread - max(spread - 0.82, 0.0) * 0.45;
     vec3 c = vec3(soft) + chroma * (1.25 + 0.25 * e);
     // Cool shadows, slightly green middle tones.

@@ -14,9 +14,9 @@ const RetroScatter kSpecks{.prefix = "whitePoint-",
                            .slotSeconds = 1.0 / 18,
                            .most = 9,
                            .fewest = 2,
-                           .chance = 0.5,
-                           .smallest = 0.012,
-                           .largest = 0.05,
+                           .chance = 0.6,
+                           .smallest = 0.03,
+                           .largest = 0.14,
                            .alpha = 0.9,
                            .seed = 1};
 const RetroScatter kScratches{.prefix = "retroScratches-",
@@ -71,7 +71,8 @@ MTIImage QVRetroBWMTIFilter::outputImage() {
     flashFilter_.settle();
     lightenBlendFilter_.setInputBackgroundImage(film);
     lightenBlendFilter_.setInputImage(flashFilter_.outputImage());
-    lightenBlendFilter_.setIntensity(float(isPhoto() ? 0.5 : 0.62 * retroPulse(iTime() - second, 0.15)));
+    const double light = retroPulse(iTime() - second, 0.15);
+    lightenBlendFilter_.setIntensity(float(isPhoto() ? 0.6 : 0.85 * light * light));
     lightenBlendFilter_.setOutputPixelFormat(outputPixelFormat());
     return lightenBlendFilter_.outputImage();
 }

@@ -13,10 +13,10 @@ extern const QVFilterClass QVRetroBWMTIFilterClass;
 ///
 /// - Greys as of film that is blind to red: 0.16 red, 0.52 green, 0.32 blue; a third of their blurred copy
 ///   (a 45th of the frame's shorter side) is mixed in, and its lights are screened over.
-/// - Dust: up to 9 specks of 1.2 to 5 hundredths of the shorter side, other ones 18 times a second; up to 3
+/// - Dust: up to 9 specks of 3 to 14 hundredths of the shorter side, other ones 18 times a second; up to 3
 ///   scratches for 0.9 s each.
-/// - The edge flash is lightened over the picture with 0.62 of its light in the third part of all seconds
-///   that draw one, rising over 0.15 s and gone at the second's end; on a photo with 0.5.
+/// - The edge flash is lightened over the picture with 0.85 of its light in the third of all seconds
+///   that draws one, rising over 0.15 s and gone at the second's end; on a photo with 0.6.
 /// - Strength, 0..1, takes the colour out (gone from a half on), and adds wear and flicker.
 class QVRetroBWMTIFilter : public QVEffectMTIFilter {
   public:

@@ -38,7 +38,7 @@ const QVFilterClass QVRetroLightMTIFilterClass{
 
 MTIParameters QVRetroLightMTIFilter::parameters() const {
     MTIParameters all = QVEffectMTIFilter::parameters();
-    const double strength = 0.55 + 0.4 * double(effectValue());
+    const double strength = 0.65 + 0.4 * double(effectValue());
     all.set("firstLight", wanderingLight(iTime() / 3.1, strength, 11, isPhoto()));
     all.set("secondLight", wanderingLight(iTime() / 2.3 + 0.5, strength, 12, isPhoto()));
     return all;
