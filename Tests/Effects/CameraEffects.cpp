@@ -107,34 +107,35 @@ TEST(CameraEffects, RecordingFocusesZoomsAndBlinks) {
     ASSERT_TRUE(corner);
     const double cornerLeft = double(columnsOf(corner).first) / corner.width;
     for (const bool isPhoto : {false, true}) {
-        overClip("QVCameraRECFilter", [&](QVEffectMTIFilter& effect, CGSize size, double e, double t, double p) {
-            effect.setIsPhoto(isPhoto);
-            const Parts parts = partsOf(effect.outputImage());
-            const double side = std::min(size.width, size.height), s = side / 375 * 1.3, n = 61 * p;
-            expectRadii(parts.radii, {(19 * e + 1) * side / 720 * (smooth(n / 5) - smooth((n - 30) / 5)),
-                                      2 * side / 720 * (1 - smooth(n / 15))});
-            expectZoom(parts, 1 + 0.5 * smooth(n / 10) - 0.5 * smooth((n - 30) / 5));
+        overClip(
+            "QVCameraRECFilter", [&](QVEffectMTIFilter& effect, CGSize size, double e, double t, double p) {
+                effect.setIsPhoto(isPhoto);
+                const Parts parts = partsOf(effect.outputImage());
+                const double side = std::min(size.width, size.height), s = side / 375 * 1.3, n = 61 * p;
+                expectRadii(parts.radii, {(19 * e + 1) * side / 720 * (smooth(n / 5) - smooth((n - 30) / 5)),
+                                          2 * side / 720 * (1 - smooth(n / 15))});
+                expectZoom(parts, 1 + 0.5 * smooth(n / 10) - 0.5 * smooth((n - 30) / 5));
 
-            ASSERT_EQ(parts.names[0], "camera_rec_conner1.png");
-            const double d = s * (35 + 25 * smooth(n / 10) - 25 * smooth((n - 25) / 5));
-            const double left = size.width / 2 - d - 20 * s + 40 * s * cornerLeft;
-            if (side > 100) {
-                EXPECT_NEAR(columnsOf(parts.layers[0]).first, left, 1.5);
-            }
+                ASSERT_EQ(parts.names[0], "camera_rec_conner1.png");
+                const double d = s * (35 + 25 * smooth(n / 10) - 25 * smooth((n - 25) / 5));
+                const double left = size.width / 2 - d - 20 * s + 40 * s * cornerLeft;
+                if (side > 100) {
+                    EXPECT_NEAR(columnsOf(parts.layers[0]).first, left, 1.5);
+                }
 
-            const double period = e < 0.5 ? 2 - 2 * e : 1.5 - e;
-            const double phase = std::fmod(std::fmod(t, period) + period, period), half = period / 2;
-            const double alpha = isPhoto ? 1 : smooth(phase / half) - smooth((phase - half) / half);
-            const double k = side * 22 / 375 / size.width;
-            ASSERT_EQ(parts.sprites.size(), side < 16 ? 0u : 2u) << "dots of half a pixel and more";
-            if (parts.sprites.empty()) return;
-            EXPECT_NEAR(parts.sprites[0].alpha, alpha, 1e-5);
-            EXPECT_EQ(parts.sprites[1].alpha, 1);
-            for (const SpriteInstance& dot : parts.sprites) EXPECT_NEAR(dot.transform.a, k, 1e-12);
-            EXPECT_NEAR(parts.sprites[0].transform.tx, 120 * s / size.width - 1, 1e-12);
-            EXPECT_NEAR(parts.sprites[0].transform.ty, (size.height - 73 * s) / size.width, 1e-12);
-            EXPECT_EQ(parts.sprites[1].transform.tx, 0);
-        });
+                const double period = e < 0.5 ? 2 - 2 * e : 1.5 - e;
+                const double phase = std::fmod(std::fmod(t, period) + period, period), half = period / 2;
+                const double alpha = isPhoto ? 1 : smooth(phase / half) - smooth((phase - half) / half);
+                const double k = side * 22 / 375 / size.width;
+                ASSERT_EQ(parts.sprites.size(), side < 16 ? 0u : 2u) << "dots of half a pixel and more";
+                if (parts.sprites.empty()) return;
+                EXPECT_NEAR(parts.sprites[0].alpha, alpha, 1e-5);
+                EXPECT_EQ(parts.sprites[1].alpha, 1);
+                for (const SpriteInstance& dot : parts.sprites) EXPECT_NEAR(dot.transform.a, k, 1e-12);
+                EXPECT_NEAR(parts.sprites[0].transform.tx, 120 * s / size.width - 1, 1e-12);
+                EXPECT_NEAR(parts.sprites[0].transform.ty, (size.height - 73 * s) / size.width, 1e-12);
+                EXPECT_EQ(parts.sprites[1].transform.tx, 0);
+            });
     }
 }
 
@@ -181,18 +182,24 @@ TEST(CameraEffects, CircularFocusEndsWithItsZoom) {
 }
 
 TEST(CameraEffects, ShutterFlashTurnsToColour) {
-    overClip("QVCameraFlashMTiFilter", [](QVEffectMTIFilter& effect, CGSize size, double e, double, double p) {
-        const Parts parts = partsOf(effect.outputImage());
-        expectRadii(parts.radii,
-                    {std::min(size.width, size.height) / 720 * (15 * e + 5) * (1 - smooth(2 * p))});
-        EXPECT_EQ(parts.isGrey, p <= 0.63);
-    });
+    overClip("QVCameraFlashMTiFilter",
+             [](QVEffectMTIFilter& effect, CGSize size, double e, double, double p) {
+                 const Parts parts = partsOf(effect.outputImage());
+                 expectRadii(parts.radii,
+                             {std::min(size.width, size.height) / 720 * (15 * e + 5) * (1 - smooth(2 * p))});
+                 EXPECT_EQ(parts.isGrey, p <= 0.63);
+             });
     const auto flash = makeEffect<QVProgressBasedEffectMTIFilter>("QVCameraFlashMTiFilter");
     flash->setInputImage(plainImage(90, 60, {0.3f, 0.3f, 0.3f, 1}));
-    for (const auto& [p, color] :
-         {std::pair{0.5, "black"}, {0.505, "red"}, {0.51, "red"}, {0.515, "black"}, {0.525, "red"}, {0.535, "black"}}) {
+    for (const auto& [p, color] : {std::pair{0.5, "black"},
+                                   {0.505, "red"},
+                                   {0.51, "red"},
+                                   {0.515, "black"},
+                                   {0.525, "red"},
+                                   {0.535, "black"}}) {
         flash->setITime(p);
-        EXPECT_EQ(partsOf(flash->outputImage()).names.back(), std::string("camera_film_") + color + "Center.png");
+        EXPECT_EQ(partsOf(flash->outputImage()).names.back(),
+                  std::string("camera_film_") + color + "Center.png");
     }
 }
 
@@ -202,7 +209,8 @@ TEST(CameraEffects, ExposureFollowsTheSun) {
     light.setEffectValue(1);
     light.setInputImage(plainImage(320, 180, {0.4f, 0.4f, 0.4f, 1}));
     const double scale = 180 / 375.0 * 1.3 / 180;  // of a point, in heights of the frame
-    for (const auto& [time, stops] : {std::pair{0.0, 0.0}, {12, 0}, {25, 1.6}, {31, 1.6}, {43, -0.72}, {54, 0}, {70, 0}}) {
+    for (const auto& [time, stops] :
+         {std::pair{0.0, 0.0}, {12, 0}, {25, 1.6}, {31, 1.6}, {43, -0.72}, {54, 0}, {70, 0}}) {
         light.setITime(time);
         EXPECT_NEAR(light.exposure(), stops, 1e-9) << time;
         const float gray = render(light.outputImage()).at(20, 90)[0];

@@ -66,13 +66,21 @@ UIImage focusingScreen(bool lit) {
     const double glow = lit ? 0.6 : 0.4;
     mark(canvas, UIBezierPath::bezierPathWithOvalInRect(CGRectMake(480 - 66, 270 - 66, 132, 132)), ink, 1.8,
          rim, 0.6 * glow);
-    for (const CGPoint& away : {CGPoint{0, 0}, {-104, 0}, {104, 0}, {0, -104}, {0, 104}, {-74, -74},
-                                {74, -74}, {-74, 74}, {74, 74}})
+    for (const CGPoint& away : {CGPoint{0, 0},
+                                {-104, 0},
+                                {104, 0},
+                                {0, -104},
+                                {0, 104},
+                                {-74, -74},
+                                {74, -74},
+                                {-74, 74},
+                                {74, 74}})
         cornered(canvas, {480 + away.x, 270 + away.y}, 12, 6.5, ink, 2.4, rim, glow);
     cornered(canvas, {480, 270}, 176, 34, ink, 2.4, rim, glow);
     if (lit) {
-        canvas.drawRadialGradient({480, 270}, 0, {480, 270}, 30,
-                                  {{0, {1, 0.25, 0.15, 0.85}}, {0.3, {1, 0.12, 0.06, 0.35}}, {1, {1, 0.1, 0.05, 0}}});
+        canvas.drawRadialGradient(
+            {480, 270}, 0, {480, 270}, 30,
+            {{0, {1, 0.25, 0.15, 0.85}}, {0.3, {1, 0.12, 0.06, 0.35}}, {1, {1, 0.1, 0.05, 0}}});
     } else {
         canvas.fillPath(UIBezierPath::bezierPathWithOvalInRect(CGRectMake(478, 268, 4, 4)), ink);
     }

@@ -30,8 +30,8 @@ int main(int argc, char** argv) {
         const char* prefix;
         int count;
         Bitmap (*draw)(int);
-    } sets[] = {{"whitePoint-", 6, whitePoint},   {"whitePoint-a", 6, whiteDust},
-                {"retroPointA", 6, darkPoints},   {"retroVariegated-", 5, variegated},
+    } sets[] = {{"whitePoint-", 6, whitePoint},    {"whitePoint-a", 6, whiteDust},
+                {"retroPointA", 6, darkPoints},    {"retroVariegated-", 5, variegated},
                 {"retroScratches-", 5, scratches}, {"retroLine-", 4, dropout}};
     const struct {
         const char* name;

@@ -29,8 +29,9 @@ vec4 QVRetroBWMTIFilter(vec2 uv) {
 
     float frame = timeSlot(iTime, 18.0);
     vec2 pixel = vec2(pixelHere());
-    float grain = grainAt(grainPlace(pixel, size, 2.2), frame).x + 0.7 * grainAt(grainPlace(pixel.yx, size, 4.7), frame).y;
-    grey += grain * (0.05 + 0.09 * effectValue) * (0.35 + 2.2 * grey * (1.0 - grey));
+    float grain = grainAt(grainPlace(pixel, size, 2.2), frame).x;
+    grain += 0.7 * grainAt(grainPlace(pixel.yx, size, 4.7), frame).y;
+    grey += grain * (0.035 + 0.065 * effectValue) * (0.35 + 2.2 * grey * (1.0 - grey));
 
     grey = clamp(grey, 0.0, 1.0);
     vec3 silver = mix(vec3(0.045, 0.040, 0.040), vec3(1.0, 0.975, 0.925), grey);

@@ -19,7 +19,8 @@ vec4 QVRetroNoisyImageFilter(vec2 uv) {
     vec2 size = outputSize(), pixel = vec2(pixelHere());
     float frame = timeSlot(iTime, 8.0);
     vec4 fine = grainAt(grainPlace(pixel, size, 2.0), frame);
-    vec4 mottle = grainAt(grainPlace(vec2(0.8 * pixel.x + 0.6 * pixel.y, 0.8 * pixel.y - 0.6 * pixel.x), size, 7.0), frame + 3.0);
+    vec2 turned = vec2(0.8 * pixel.x + 0.6 * pixel.y, 0.8 * pixel.y - 0.6 * pixel.x);
+    vec4 mottle = grainAt(grainPlace(turned, size, 7.0), frame + 3.0);
     // Unevenly faded, as paper is that lay in a stack.
     vec4 patches = grainAt(grainPlace(pixel, size, 330.0), 5.0);
     c += (fine.x * 0.6 + fine.yzw * 0.3 + mottle.x * 0.35 + mottle.yzw * 0.22) * (0.06 + 0.11 * e);

@@ -34,13 +34,15 @@ vec4 QVRetroVHSMTIFilter(vec2 uv) {
     float late = (4.0 + 8.0 * effectValue) * unit;
     ivec2 p = ivec2(place);
     vec4 here = readPixel(0, p);
-    vec4 left = readPixel(0, p - ivec2(int(2.0 * unit + 1.0), 0)), right = readPixel(0, p + ivec2(int(2.0 * unit + 1.0), 0));
-    vec4 lateA = readPixel(0, p - ivec2(int(late), 0)), lateB = readPixel(0, p - ivec2(int(late * 2.0), 0));
-    vec4 lateC = readPixel(0, p - ivec2(int(late * 3.0), 0));
+    ivec2 beside = ivec2(int(2.0 * unit + 1.0), 0);
+    vec4 left = readPixel(0, p - beside), right = readPixel(0, p + beside);
+    vec3 lateA = differences(readPixel(0, p - ivec2(int(late), 0)));
+    vec3 lateB = differences(readPixel(0, p - ivec2(int(late * 2.0), 0)));
+    vec3 lateC = differences(readPixel(0, p - ivec2(int(late * 3.0), 0)));
 
     float grey = luma(here.rgb), around = 0.5 * (luma(left.rgb) + luma(right.rgb));
     grey = mix(grey, around, 0.55) + (grey - around) * 0.7;
-    vec3 chroma = (differences(here) + differences(lateA) * 2.0 + differences(lateB) * 2.0 + differences(lateC)) * (1.0 / 6.0);
+    vec3 chroma = (differences(here) + lateA * 2.0 + lateB * 2.0 + lateC) * (1.0 / 6.0);
     chroma *= 1.25 - 0.45 * effectValue;
     chroma *= 1.0 + 0.5 * (rowDraw.w - 0.5) * effectValue;
     vec3 c = 0.055 + grey * 0.90 + chroma;

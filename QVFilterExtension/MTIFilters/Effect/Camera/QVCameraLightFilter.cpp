@@ -47,16 +47,15 @@ double QVCameraLightFilter::exposure() const {
 }
 
 MTIImage QVCameraLightFilter::maskLineImage() const {
-    return assets().fittedImage("camera_film_line.png", inputImage().size(),
-                                [](const UIImage& line, CGSize size) {
-                                    const double s = viewfinderScale(size);
-                                    BitmapCanvas canvas(size);
-                                    canvas.drawImage(line,
-                                                     CGRectMake(size.width / 2 + (kSunX - kLineWidth / 2) * s,
-                                                                size.height / 2 - kLineHeight / 2 * s,
-                                                                kLineWidth * s, kLineHeight * s));
-                                    return canvas.image();
-                                });
+    return assets().fittedImage(
+        "camera_film_line.png", inputImage().size(), [](const UIImage& line, CGSize size) {
+            const double s = viewfinderScale(size);
+            BitmapCanvas canvas(size);
+            canvas.drawImage(
+                line, CGRectMake(size.width / 2 + (kSunX - kLineWidth / 2) * s,
+                                 size.height / 2 - kLineHeight / 2 * s, kLineWidth * s, kLineHeight * s));
+            return canvas.image();
+        });
 }
 
 std::vector<SpiritParam> QVCameraLightFilter::spiritParams() const {
@@ -66,13 +65,12 @@ std::vector<SpiritParam> QVCameraLightFilter::spiritParams() const {
     std::vector<SpiritParam> sprites;
     const auto add = [&](const char* asset, double width, double x, double y, double alpha, double turn = 0) {
         const double k = width / 2 * point;
-        const CGAffineTransform turned = CGAffineTransformConcat(CGAffineTransformMakeScale(k, k),
-                                                                 CGAffineTransformMakeRotation(turn));
+        const CGAffineTransform turned =
+            CGAffineTransformConcat(CGAffineTransformMakeScale(k, k), CGAffineTransformMakeRotation(turn));
         const CGAffineTransform moved =
             CGAffineTransformConcat(turned, CGAffineTransformMakeTranslation(x * point, y * point));
         if (alpha > 0)
-            sprites.push_back(
-                SpiritParam::paramWithTrans(moved, float(alpha), assets().textureNamed(asset)));
+            sprites.push_back(SpiritParam::paramWithTrans(moved, float(alpha), assets().textureNamed(asset)));
     };
     // The square lands, blinks once and waits at half of its strength while the sun is held.
     const double landed = cameraRamp(p, 2, 6);

@@ -44,9 +44,9 @@ UIImage QVCameraRECFilter::getPointWithColor(const UIColor& color) const {
     const double diameter = viewfinderScale(inputImage().size()) * 22;
     BitmapCanvas canvas({2 * diameter, 2 * diameter}, false, 0.5);
     if (!canvas) return {};
-    canvas.fillPath(UIBezierPath::bezierPathWithOvalInRect(
-                        CGRectMake(diameter / 2, diameter / 2, diameter, diameter)),
-                    color);
+    canvas.fillPath(
+        UIBezierPath::bezierPathWithOvalInRect(CGRectMake(diameter / 2, diameter / 2, diameter, diameter)),
+        color);
     return canvas.image();
 }
 
@@ -89,8 +89,8 @@ MTIImage QVCameraRECFilter::getCenterImage() {
     const CGPoint corners[] = {{-d, -d}, {d, -d}, {d, d}, {-d, d}};
     for (int i = 0; i < 4; ++i) {
         canvas.saveState();
-        canvas.concatTransform(CGAffineTransformMakeTranslation(size.width / 2 + corners[i].x,
-                                                                size.height / 2 + corners[i].y));
+        canvas.concatTransform(
+            CGAffineTransformMakeTranslation(size.width / 2 + corners[i].x, size.height / 2 + corners[i].y));
         canvas.concatTransform(CGAffineTransformMakeRotation(i * std::numbers::pi / 2));
         canvas.concatTransform(CGAffineTransformMakeTranslation(-20 * s, -20 * s));
         canvas.drawImage(corner, CGRectMake(0, 0, 40 * s, 40 * s));
@@ -140,10 +140,9 @@ MTIImage QVCameraRECFilter::outputImage() {
     };
 
     const double focus = (19 * double(effectValue()) + 1) * side / 720;
-    const MTIImage soft =
-        blurred(inputImage(), focus * (cameraRamp(p, 0, 5) - cameraRamp(p, 30, 5)));
+    const MTIImage soft = blurred(inputImage(), focus * (cameraRamp(p, 0, 5) - cameraRamp(p, 30, 5)));
     const MTIImage zoomed = soft.imageByApplyingTransform(getZoomTransformWithProgress(p));
-    const MTIImage settling = 
+    const MTIImage settling =
         blurred(laidOver(zoomed, getCenterImage()), 2 * side / 720 * (1 - cameraRamp(p, 0, 15)));
 
     spiritFilter_.setInputImage(laidOver(settling, constantImage()));

@@ -41,7 +41,7 @@ QVAssetCache& assets() {
 const QVFilterClass QVRetroBWMTIFilterClass{
     .name = "QVRetroBWMTIFilter",
     .superclass = &QVEffectMTIFilterClass,
-    .title = "Silent film",
+    .title = "Nickelodeon",
     .help = "Silver greys in soft focus, white dust, scratches, and light from the end of the reel",
     .tags = {"black and white", "old film", "1920s", "silent movie", "scratches", "vintage"},
     .factory = makeFilter<QVRetroBWMTIFilter>,

@@ -46,9 +46,9 @@ MTIParameters QVRetroLightMTIFilter::parameters() const {
 
 MTIImage QVRetroLightMTIFilter::outputImage() {
     if (!inputImage()) return {};
-    const MTIImage film = applyKernel({inputImage(), assets().mtiImageNamed("retroLight1.png"),
-                                       assets().mtiImageNamed("retroLight2.png")},
-                                      parameters());
+    const MTIImage film = applyKernel(
+        {inputImage(), assets().mtiImageNamed("retroLight1.png"), assets().mtiImageNamed("retroLight2.png")},
+        parameters());
     const double clock = iTime() / 1.7, slot = std::floor(clock);
     const bool flashes = isPhoto() || retroDraw(slot, 3) < 0.5;
     sideFlashFilter_.setInputImage(film);

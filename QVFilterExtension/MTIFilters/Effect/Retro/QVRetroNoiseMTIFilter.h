@@ -13,11 +13,12 @@ extern const QVFilterClass QVRetroNoiseMTIFilterClass;
 /// coloured grain, stains of the developer, dirt, and flashes of two colours.
 ///
 /// - Grain of two sizes, 2.2 and 5 pixels of a frame whose shorter side is 1080, other one 24 times a second.
-/// - Up to 4 stains, 0.5 to 1.1 of the shorter side wide, for 1.3 s each; up to 6 spots of dirt, other ones 12
+/// - Up to 4 stains, 0.5 to 1.1 of the shorter side wide, for 1.3 s each; up to 6 spots of dirt, other ones
+/// 12
 ///   times a second.
 /// - The edge flash is screened over with 0.4 of its light, fading within each second that draws one (a
-///   quarter); the side flash with its bursts of two colours is lightened over with 0.9 in each burst and 0.35
-///   otherwise.
+///   quarter); the side flash with its bursts of two colours is lightened over with 0.9 in each burst and
+///   0.35 otherwise.
 /// - Strength, 0..1, sets the share of all that, from 0.35 to 1, and adds grain, stains and dirt.
 class QVRetroNoiseMTIFilter : public QVEffectMTIFilter {
   public:

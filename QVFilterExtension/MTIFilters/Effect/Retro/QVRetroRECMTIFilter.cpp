@@ -59,10 +59,12 @@ std::vector<SpiritParam> QVRetroRECMTIFilter::spiritParams() const {
 
     const double run = iTime() / 3.7, down = run - std::floor(run);
     if (!isPhoto())
-        add("retroBlueLine.png", 1.06, 0, aspect * (1.1 - 2.2 * down), 0, 0.30 + 0.25 * double(effectValue()));
+        add("retroBlueLine.png", 1.06, 0, aspect * (1.1 - 2.2 * down), 0,
+            0.30 + 0.25 * double(effectValue()));
 
     const double beat = iTime() / 1.6, phase = beat - std::floor(beat);
-    const double pulse = isPhoto() ? 1 : 0.35 + 0.65 * (smoothStep(phase / 0.18) - smoothStep((phase - 0.5) / 0.5));
+    const double pulse =
+        isPhoto() ? 1 : 0.35 + 0.65 * (smoothStep(phase / 0.18) - smoothStep((phase - 0.5) / 0.5));
     const double x = 1 - 60 * unit, y = aspect - 60 * unit;
     for (const double h : {-1.0, 1.0}) {
         add("retroRedLine.png", x, 0, h * y, 0, pulse);

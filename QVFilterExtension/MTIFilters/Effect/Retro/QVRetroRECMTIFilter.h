@@ -16,7 +16,8 @@ extern const QVFilterClass QVRetroRECMTIFilterClass;
 /// - Red and blue lie up to 5 e and 3.5 e pixels (of a frame whose shorter side is 1080; e is the strength)
 ///   beside green, and breathe by half of that; there are 270 lines to the shorter side.
 /// - Red lines 60/1080 of the shorter side inside the frame; they pulse every 1.6 s between 0.35 and 1 and
-///   are steady on a photo. The blue one takes 3.7 s from top to bottom. Up to 5 fine streaks for 0.08 s each.
+///   are steady on a photo. The blue one takes 3.7 s from top to bottom. Up to 5 fine streaks for 0.08 s
+///   each.
 class QVRetroRECMTIFilter : public QVEffectMTIFilter {
   public:
     explicit QVRetroRECMTIFilter(const QVFilterClass& filterClass = QVRetroRECMTIFilterClass)

@@ -24,12 +24,12 @@ struct RetroScatter {
     double most = 1;           ///< places at strength 1
     double fewest = 0;         ///< and at strength 0
     double chance = 1;         ///< that a place has one
-    double smallest = 0.02;    ///< width of a sprite, of the frame's shorter side; upright ones: of the asset's
-    double largest = 0.05;     ///< most are small
-    double alpha = 1;          ///< of the strongest
-    double upright = 0;        ///< the asset's height by its width for what runs down the frame, else 0
-    bool isLevel = false;      ///< not turned
-    std::uint32_t seed = 0;    ///< tells the sets of an effect apart
+    double smallest = 0.02;  ///< width of a sprite, of the frame's shorter side; upright ones: of the asset's
+    double largest = 0.05;   ///< most are small
+    double alpha = 1;        ///< of the strongest
+    double upright = 0;      ///< the asset's height by its width for what runs down the frame, else 0
+    bool isLevel = false;    ///< not turned
+    std::uint32_t seed = 0;  ///< tells the sets of an effect apart
 
     /// Adds the sprites of a moment, in the frame's sprite space. On a photo none is missing by chance.
     void addTo(std::vector<SpiritParam>& sprites, QVAssetCache& assets, double seconds, double strength,

@@ -52,7 +52,8 @@ Bitmap backLight() {
         const float d1 = std::max(x + bend, 0.0f), d2 = std::max(x + second - 0.05f, 0.0f);
         const float along = 0.45f + 0.8f * std::exp(-(y - 0.38f) * (y - 0.38f) / 0.16f);
         Vec3 light = kCream * (1.5f * std::exp(-d1 / 0.06f)) + kGold * (1.0f * std::exp(-d1 / 0.17f)) +
-                     kOrange * (0.85f * std::exp(-d2 / 0.34f) * threads) + kEmber * (0.75f * std::exp(-d2 / 0.62f)) +
+                     kOrange * (0.85f * std::exp(-d2 / 0.34f) * threads) +
+                     kEmber * (0.75f * std::exp(-d2 / 0.62f)) +
                      kRose * (0.30f * std::exp(-(d2 - 0.5f) * (d2 - 0.5f) / 0.10f) * veil);
         light *= along * veil * smoothstep(kAspect, kAspect - 0.6f, x);
         return onFilm(light);
@@ -79,17 +80,20 @@ Bitmap flareLight() {
             const float norm = 1 / std::sqrt(1 + band.slope * band.slope);
             const float dx = x - band.x, dy = y - band.y;
             const float along = (dx + band.slope * dy) * norm;
-            const float across = (dy - band.slope * dx) * norm + 0.09f * (noise(along * 1.3f, 0.5f, seed) - 0.5f);
+            const float across =
+                (dy - band.slope * dx) * norm + 0.09f * (noise(along * 1.3f, 0.5f, seed) - 0.5f);
             const float profile = std::exp(-across * across / (band.width * band.width));
             const float ends = std::exp(-along * along / (band.length * band.length));
-            const float threads = 0.6f + 0.8f * noise(along * 0.8f, across * 7 / std::sqrt(band.width), seed + 1);
+            const float threads =
+                0.6f + 0.8f * noise(along * 0.8f, across * 7 / std::sqrt(band.width), seed + 1);
             light += band.color * (band.strength * profile * ends * threads);
         }
         const float lamp = std::hypot(x - 0.70f, y - 0.40f);
         light += kCream * (0.9f * std::exp(-lamp / 0.09f)) + kOrange * (0.35f * std::exp(-lamp / 0.30f));
         // Nothing reaches the borders, so that the flare may wander.
         const float bx = 2 * x / kAspect - 1, by = 2 * y - 1;
-        return onFilm(light * (smoothstep(1.0f, 0.25f, std::abs(bx)) * smoothstep(1.0f, 0.30f, std::abs(by))));
+        return onFilm(light *
+                      (smoothstep(1.0f, 0.25f, std::abs(bx)) * smoothstep(1.0f, 0.30f, std::abs(by))));
     });
 }
 
@@ -116,14 +120,16 @@ Bitmap printFrame() {
         const float inner = std::hypot(cx, cy) - 9;
         const float paper = clamp01(0.7f * outer + 0.5f), covers = clamp01(0.8f * inner + 0.5f);
         // Paper: fibres, yellowed towards its edge, and a soft shadow where the deckle thins it.
-        const float fibre = hash01(px % kPeriod, py % kPeriod, 61) + hash01(px % kPeriod / 2, py % kPeriod / 2, 62) - 1;
+        const float fibre =
+            hash01(px % kPeriod, py % kPeriod, 61) + hash01(px % kPeriod / 2, py % kPeriod / 2, 62) - 1;
         const float edge = smoothstep(10, 0, outer);
         Vec3 white = Vec3{0.955f, 0.935f, 0.885f} * (1 + 0.05f * fibre) + Vec3{-0.05f, -0.07f, -0.12f} * edge;
         const Vec3 around{0.075f, 0.066f, 0.058f};
         // The emulsion darkens a hair's breadth inside the paper.
         const float rim = 0.35f * smoothstep(-7, 0, inner) * (1 - covers);
         const float alpha = std::max(covers, rim);
-        return Rgba{mix(around, white, paper) * covers + Vec3{0.10f, 0.06f, 0.03f} * (rim * (1 - covers)), alpha};
+        return Rgba{mix(around, white, paper) * covers + Vec3{0.10f, 0.06f, 0.03f} * (rim * (1 - covers)),
+                    alpha};
     });
 }
 

@@ -17,7 +17,8 @@ struct Blob {
         const float c = std::cos(turn), s = std::sin(turn);
         const float dx = c * (px - x) + s * (py - y), dy = (c * (py - y) - s * (px - x)) * stretch;
         const float r = std::sqrt(dx * dx + dy * dy) / radius;
-        const float edge = 1 + ragged * (fractalNoise(3 + 2.2f * dx / radius, 3 + 2.2f * dy / radius, 3, seed) - 0.5f);
+        const float edge =
+            1 + ragged * (fractalNoise(3 + 2.2f * dx / radius, 3 + 2.2f * dy / radius, 3, seed) - 0.5f);
         return smoothstep(edge + soft, edge - soft, r);
     }
 };
@@ -51,7 +52,8 @@ float strongest(const std::array<Blob, count>& all, float x, float y) {
 
 /// A lint: a curved line of varying width.
 void drawLint(Raster<float>& layer, HashStream& draw, float length, float width) {
-    float x = draw.range(0.25f, 0.75f) * float(layer.width()), y = draw.range(0.25f, 0.75f) * float(layer.height());
+    float x = draw.range(0.25f, 0.75f) * float(layer.width()),
+          y = draw.range(0.25f, 0.75f) * float(layer.height());
     float angle = draw.range(0, 6.2832f), bend = draw.range(-0.10f, 0.10f);
     constexpr int kSteps = 22;
     for (int i = 0; i < kSteps; ++i) {
@@ -104,8 +106,9 @@ Bitmap darkPoints(int index) {
         // Thin where it tears, and there brown.
         const float body = all * (0.62f + 0.38f * fractalNoise(x * 0.11f, y * 0.11f, 3, seed + 9));
         const float alpha = clamp01(0.94f * body);
-        return Rgba{mix(Vec3{0.34f, 0.20f, 0.09f}, Vec3{0.05f, 0.04f, 0.035f}, smoothstep(0.45f, 0.9f, body)) * alpha,
-                    alpha};
+        return Rgba{
+            mix(Vec3{0.34f, 0.20f, 0.09f}, Vec3{0.05f, 0.04f, 0.035f}, smoothstep(0.45f, 0.9f, body)) * alpha,
+            alpha};
     });
 }
 
@@ -124,9 +127,11 @@ Bitmap variegated(int index) {
         const float pull = 0.6f * (fractalNoise(x * 2.3f, y * 2.3f, 4, seed) - 0.5f);
         // How deep inside the stain: 0 on its shore.
         const float depth = 0.62f - std::sqrt(dx * dx + 1.5f * dy * dy) + 1.5f * pull;
-        const float veil = smoothstep(0.0f, 0.5f, depth) * smoothstep(1.0f, 0.85f, std::max(std::abs(dx), std::abs(dy)));
+        const float veil =
+            smoothstep(0.0f, 0.5f, depth) * smoothstep(1.0f, 0.85f, std::max(std::abs(dx), std::abs(dy)));
         const float flow = fractalNoise(3 + x * 3.1f + pull, y * 3.1f - pull, 4, seed + 3);
-        const float shore = std::exp(-(depth - 0.05f) * (depth - 0.05f) / 0.0012f) * smoothstep(0.95f, 0.7f, std::sqrt(dx * dx + dy * dy));
+        const float shore = std::exp(-(depth - 0.05f) * (depth - 0.05f) / 0.0012f) *
+                            smoothstep(0.95f, 0.7f, std::sqrt(dx * dx + dy * dy));
         const float mottle = fractalNoise(x * 9, y * 9, 4, seed + 5);
         const float alpha = clamp01(veil * (0.14f + 0.62f * mottle * mottle) + 0.20f * shore * flow);
         return Rgba{mix(hues[0], hues[1], smoothstep(0.3f, 0.7f, flow)) * alpha, alpha};
@@ -144,8 +149,8 @@ Bitmap scratches(int index) {
     std::array<Line, 5> lines;
     for (Line& line : lines) {
         const float middle = draw.range(0.1f, 0.9f), half = draw.range(0.12f, 0.75f);
-        line = {draw.range(8, 56), draw.range(0.7f, 1.7f), draw.range(0.25f, 0.9f), middle - half, middle + half,
-                seed + std::uint32_t(&line - lines.data()) * 11};
+        line = {draw.range(8, 56), draw.range(0.7f, 1.7f), draw.range(0.25f, 0.9f),
+                middle - half,     middle + half,          seed + std::uint32_t(&line - lines.data()) * 11};
     }
     lines[0].from = -1, lines[0].to = 2, lines[0].strength = 0.95f;
     const int used = 2 + index % 4;
@@ -155,9 +160,11 @@ Bitmap scratches(int index) {
         for (int i = 0; i < used; ++i) {
             const Line& line = lines[std::size_t(i)];
             // It wanders a little, skips, and is deeper here than there.
-            const float x = line.x + 5 * (noise(along * 2.5f, 0.5f, line.seed) - 0.5f) + 1.2f * (noise(along * 21, 0.5f, line.seed + 1) - 0.5f);
+            const float x = line.x + 5 * (noise(along * 2.5f, 0.5f, line.seed) - 0.5f) +
+                            1.2f * (noise(along * 21, 0.5f, line.seed + 1) - 0.5f);
             const float depth = smoothstep(0.30f, 0.62f, fractalNoise(along * 7, 2.5f, 4, line.seed + 2));
-            const float ends = smoothstep(line.from, line.from + 0.08f, along) * smoothstep(line.to, line.to - 0.08f, along);
+            const float ends =
+                smoothstep(line.from, line.from + 0.08f, along) * smoothstep(line.to, line.to - 0.08f, along);
             const float d = std::abs(float(px) + 0.5f - x);
             most = std::max(most, line.strength * depth * ends * clamp01(0.5f + line.width - d));
         }
@@ -173,12 +180,17 @@ Bitmap dropout(int index) {
         const int row = py / 3;  // a line of the tape
         const float start = 0.02f + 0.5f * hash01(row, 1, seed) * hash01(row, 2, seed);
         const float length = 0.08f + 0.5f * hash01(row, 3, seed), x = (float(px) + 0.5f) / kWidth;
-        const float tail = smoothstep(start, start + 0.004f, x) * smoothstep(start + length, start + 0.3f * length, x);
+        const float tail =
+            smoothstep(start, start + 0.004f, x) * smoothstep(start + length, start + 0.3f * length, x);
         const float spark = hash01(px / 5, row, seed + 9), off = hash01(row, 4, seed);
-        const float body = tail * (0.35f + 0.65f * smoothstep(0.35f, 0.75f, spark)) * smoothstep(0.35f, 0.5f, off);
+        const float body =
+            tail * (0.35f + 0.65f * smoothstep(0.35f, 0.75f, spark)) * smoothstep(0.35f, 0.5f, off);
         const float within = std::abs(float(py % 3) - 1) < 0.5f ? 1.0f : 0.55f;
         const float alpha = body * within;
-        const Vec3 color = mix(Vec3{1, 1, 1}, hash01(px / 5, row, seed + 11) > 0.5f ? Vec3{0.75f, 0.92f, 1.0f} : Vec3{1.0f, 0.86f, 0.92f}, 0.8f);
+        const Vec3 color =
+            mix(Vec3{1, 1, 1},
+                hash01(px / 5, row, seed + 11) > 0.5f ? Vec3{0.75f, 0.92f, 1.0f} : Vec3{1.0f, 0.86f, 0.92f},
+                0.8f);
         return Rgba{color * alpha, alpha};
     });
 }
