@@ -6,8 +6,8 @@
 uniform float iTime;
 uniform float effectValue;
 
-// What film that is blind to red sees.
-float silverOf(vec3 color) { return dot(color, vec3(0.16, 0.52, 0.32)); }
+// What film sees that hardly sees red.
+float silverOf(vec3 color) { return dot(color, vec3(0.25, 0.50, 0.25)); }
 
 vec4 QVRetroBWMTIFilter(vec2 uv) {
     vec2 size = outputSize();
@@ -18,7 +18,9 @@ vec4 QVRetroBWMTIFilter(vec2 uv) {
     float sharp = silverOf(color.rgb) / alpha, soft = silverOf(readHere(1).rgb) / alpha;
 
     float grey = mix(sharp, soft, 0.34);
-    grey = grey * grey * (2.1 - 1.1 * grey) * 0.52 + grey * 0.48;
+    // Lit for the slow film, printed hard.
+    grey *= 1.50 - 0.50 * grey;
+    grey = mix(grey, grey * grey * (3.0 - 2.0 * grey), 0.5);
     grey += (1.0 - grey) * soft * soft * 0.40;
 
     // An oval of light; the lamp flickers, and its middle wanders.
@@ -29,9 +31,8 @@ vec4 QVRetroBWMTIFilter(vec2 uv) {
 
     float frame = timeSlot(iTime, 18.0);
     vec2 pixel = vec2(pixelHere());
-    float grain = grainAt(grainPlace(pixel, size, 2.2), frame).x;
-    grain += 0.7 * grainAt(grainPlace(pixel.yx, size, 4.7), frame).y;
-    grey += grain * (0.035 + 0.065 * effectValue) * (0.35 + 2.2 * grey * (1.0 - grey));
+    float grain = grainAt(grainPlace(pixel, size, 2.7), frame).x;
+    grey += grain * (0.05 + 0.09 * effectValue) * (0.35 + 2.2 * grey * (1.0 - grey));
 
     grey = clamp(grey, 0.0, 1.0);
     vec3 silver = mix(vec3(0.045, 0.040, 0.040), vec3(1.0, 0.975, 0.925), grey);

@@ -21,7 +21,7 @@ vec4 QVRetroLightMTIFilter(vec2 uv) {
     // Dyes fade: blacks lift to a warm brown, whites to cream, and what lies between turns golden.
     vec3 film = mix(vec3(grey), c, 1.12);
     film = film * vec3(0.90, 0.84, 0.72) + vec3(0.085, 0.052, 0.050);
-    film += grey * (1.0 - grey) * vec3(0.26, 0.12, -0.10);
+    film += grey * (1.0 - grey) * vec3(0.18, 0.095, -0.06);
     film = mix(c, film, 0.4 + 0.6 * effectValue);
 
     vec2 size = outputSize();

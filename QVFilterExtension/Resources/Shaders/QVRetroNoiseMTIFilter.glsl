@@ -18,12 +18,13 @@ vec4 QVRetroNoiseMTIFilter(vec2 uv) {
     vec3 grain = fine.xxx * 0.7 + coarse.xxx * 0.5 + fine.yzw * 0.65 + coarse.yzw * 0.55;
     c += grain * (0.06 + 0.12 * effectValue) * (1.15 - 0.75 * grey);
     c = clamp(c, 0.0, 1.0);
+    c *= 1.28 - 0.28 * c;  // pushed
 
     // Each layer has a curve of its own: red steep with a toe, green lifted, blue flat and never black or white.
     vec3 steep = c * c * (3.0 - 2.0 * c);
     vec3 curved = mix(c, steep, vec3(0.95, 0.75, 0.3)) * vec3(1.0, 0.96, 0.66) + vec3(0.0, 0.02, 0.16);
     float light = luma(curved);
-    curved = mix(vec3(light), curved, 1.22);
+    curved = mix(vec3(light), curved, 1.12);
     curved += (1.0 - light) * (1.0 - light) * vec3(-0.05, 0.02, 0.07) + light * light * vec3(0.05, 0.055, -0.10);
 
     vec2 away = uv * 2.0 - 1.0;

@@ -43,13 +43,13 @@ vec4 QVRetroVHSMTIFilter(vec2 uv) {
     float grey = luma(here.rgb), around = 0.5 * (luma(left.rgb) + luma(right.rgb));
     grey = mix(grey, around, 0.55) + (grey - around) * 0.7;
     vec3 chroma = (differences(here) + lateA * 2.0 + lateB * 2.0 + lateC) * (1.0 / 6.0);
-    chroma *= 1.25 - 0.45 * effectValue;
+    chroma *= 1.12 - 0.40 * effectValue;
     chroma *= 1.0 + 0.5 * (rowDraw.w - 0.5) * effectValue;
-    vec3 c = 0.055 + grey * 0.90 + chroma;
+    vec3 c = 0.055 + grey * (1.05 - 0.14 * grey) + chroma;
     c += vec3(0.030, -0.006, 0.030) * (1.0 - grey);
 
     vec4 snow = particleDraw(vec2(floor(place.x / max(3.0 * unit, 1.0)), row), field + 9.0);
-    c += (snow.x - 0.5) * (0.04 + 0.07 * effectValue);
+    c += (snow.x - 0.5) * (0.03 + 0.06 * effectValue);
     // In the bars the signal is gone but for dashes, each bright at its left end.
     float dashes = place.x / (46.0 * unit) + rowDraw.z * 37.0;
     vec4 dashDraw = particleDraw(vec2(floor(dashes), row), field + 21.0);

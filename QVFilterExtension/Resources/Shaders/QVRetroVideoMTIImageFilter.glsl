@@ -41,7 +41,7 @@ vec4 QVRetroVideoMTIImageFilter(vec2 uv) {
 
     float spread = grey * (1.0 + 0.24 * e) + 0.02;
     float soft = spread - max(spread - 0.82, 0.0) * 0.45;
-    vec3 c = vec3(soft) + chroma * (1.25 + 0.25 * e);
+    vec3 c = vec3(soft) + chroma * (1.08 + 0.22 * e);
     // Cool shadows, slightly green middle tones.
     c += (1.0 - soft) * vec3(-0.012, 0.004, 0.040) * (0.5 + e) + soft * (1.0 - soft) * vec3(-0.02, 0.05, 0.03) * e;
     // Violet where a clipped edge begins.

@@ -48,22 +48,9 @@ const QVFilterClass QVRetroBWMTIFilterClass{
     .category = QVFilterCategory::retro,
 };
 
-MTIImage QVRetroBWMTIFilter::outputImage() {
-    if (!inputImage()) return {};
-    const CGSize size = inputImage().size();
-    blurFilter_.setInputImage(inputImage());
-    blurFilter_.setRadius(float(std::min(size.width, size.height) / 45));
-
-    std::vector<SpiritParam> wear;
-    kScratches.addTo(wear, assets(), iTime(), effectValue(), isPhoto(), size);
-    kSpecks.addTo(wear, assets(), iTime(), effectValue(), isPhoto(), size);
-    spiritFilter_.setInputImage(applyKernel({inputImage(), blurFilter_.outputImage()}, parameters()));
-    spiritFilter_.setParams(std::move(wear));
-    const MTIImage film = spiritFilter_.outputImage();
-
+MTIImage QVRetroBWMTIFilter::lit(const MTIImage& film) {
     const double second = std::floor(iTime());
-    const bool isLit = isPhoto() || retroDraw(second, 7) < 0.34;
-    if (!isLit) return film;
+    if (!isPhoto() && retroDraw(second, 7) >= 0.34) return film;
     flashFilter_.setInputImage(film);
     flashFilter_.setEffectValue(effectValue());
     flashFilter_.setITime(iTime());
@@ -73,8 +60,23 @@ MTIImage QVRetroBWMTIFilter::outputImage() {
     lightenBlendFilter_.setInputImage(flashFilter_.outputImage());
     const double light = retroPulse(iTime() - second, 0.15);
     lightenBlendFilter_.setIntensity(float(isPhoto() ? 0.6 : 0.85 * light * light));
-    lightenBlendFilter_.setOutputPixelFormat(outputPixelFormat());
     return lightenBlendFilter_.outputImage();
+}
+
+MTIImage QVRetroBWMTIFilter::outputImage() {
+    if (!inputImage()) return {};
+    const CGSize size = inputImage().size();
+    blurFilter_.setInputImage(inputImage());
+    blurFilter_.setRadius(float(std::min(size.width, size.height) / 45));
+
+    std::vector<SpiritParam> wear;
+    kScratches.addTo(wear, assets(), iTime(), effectValue(), isPhoto(), size);
+    kSpecks.addTo(wear, assets(), iTime(), effectValue(), isPhoto(), size);
+    // Sprites last: what lies below them is one pass.
+    spiritFilter_.setInputImage(lit(applyKernel({inputImage(), blurFilter_.outputImage()}, parameters())));
+    spiritFilter_.setParams(std::move(wear));
+    spiritFilter_.setOutputPixelFormat(outputPixelFormat());
+    return spiritFilter_.outputImage();
 }
 
 }  // namespace qv

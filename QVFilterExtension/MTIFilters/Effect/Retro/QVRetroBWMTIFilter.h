@@ -11,7 +11,7 @@ extern const QVFilterClass QVRetroBWMTIFilterClass;
 /// A silent film: silver greys through a soft-focus lens, an oval of light in the gate, white dust and
 /// scratches of a worn negative, and warm light that floods in over an edge as on the end of a reel.
 ///
-/// - Greys as of film that is blind to red: 0.16 red, 0.52 green, 0.32 blue; a third of their blurred copy
+/// - Greys as of film that hardly sees red: 0.25 red, 0.5 green, 0.25 blue; a third of their blurred copy
 ///   (a 45th of the frame's shorter side) is mixed in, and its lights are screened over.
 /// - Dust: up to 9 specks of 3 to 14 hundredths of the shorter side, other ones 18 times a second; up to 3
 ///   scratches for 0.9 s each.
@@ -26,6 +26,9 @@ class QVRetroBWMTIFilter : public QVEffectMTIFilter {
     MTIImage outputImage() override;
 
   private:
+    /// The film in a moment's light.
+    MTIImage lit(const MTIImage& film);
+
     QVRetroFramFlashFilter flashFilter_;
     QVSpiritFilter spiritFilter_;
     MTIBlendFilter lightenBlendFilter_{MTIBlendMode::lighten};

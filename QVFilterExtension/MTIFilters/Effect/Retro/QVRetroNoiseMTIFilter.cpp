@@ -53,14 +53,7 @@ QVRetroNoiseMTIFilter::QVRetroNoiseMTIFilter(const QVFilterClass& filterClass)
 
 MTIImage QVRetroNoiseMTIFilter::outputImage() {
     if (!inputImage()) return {};
-    const CGSize size = inputImage().size();
-    std::vector<SpiritParam> wear;
-    kStains.addTo(wear, assets(), iTime(), effectValue(), isPhoto(), size);
-    kDirt.addTo(wear, assets(), iTime(), effectValue(), isPhoto(), size);
-    spiritFilter_.setInputImage(applyKernel({inputImage()}, parameters()));
-    spiritFilter_.setParams(std::move(wear));
-    const MTIImage film = spiritFilter_.outputImage();
-
+    const MTIImage film = applyKernel({inputImage()}, parameters());
     const double second = std::floor(iTime());
     flashFilter_.setInputImage(film);
     flashFilter_.setEffectValue(effectValue());
@@ -70,22 +63,29 @@ MTIImage QVRetroNoiseMTIFilter::outputImage() {
     screenBlendFilter_.setInputBackgroundImage(film);
     screenBlendFilter_.setInputImage(flashFilter_.outputImage());
     const bool isLit = !isPhoto() && retroDraw(second, 9) < 0.25;
-    screenBlendFilter_.setIntensity(float(isLit ? 0.4 * retroPulse(iTime() - second, 0.15) : 0));
+    screenBlendFilter_.setIntensity(float(0.4 * retroPulse(iTime() - second, 0.15)));
 
     sideFlashFilter_.setInputImage(film);
     sideFlashFilter_.setEffectValue(0.5f * effectValue());
     sideFlashFilter_.setITime(iTime());
     sideFlashFilter_.settle();
-    const MTIImage side = sideFlashFilter_.outputImage();
-    lightenBlendFilter_.setInputBackgroundImage(screenBlendFilter_.outputImage());
-    lightenBlendFilter_.setInputImage(side);
+    lightenBlendFilter_.setInputImage(sideFlashFilter_.outputImage());
+    lightenBlendFilter_.setInputBackgroundImage(isLit ? screenBlendFilter_.outputImage() : film);
     lightenBlendFilter_.setIntensity(sideFlashFilter_.sideFlashColor() != 0 ? 0.9f : 0.35f);
 
     normalBlendFilter_.setInputBackgroundImage(inputImage());
     normalBlendFilter_.setInputImage(lightenBlendFilter_.outputImage());
     normalBlendFilter_.setIntensity(0.35f + 0.65f * effectValue());
-    normalBlendFilter_.setOutputPixelFormat(outputPixelFormat());
-    return normalBlendFilter_.outputImage();
+
+    const CGSize size = inputImage().size();
+    std::vector<SpiritParam> wear;
+    kStains.addTo(wear, assets(), iTime(), effectValue(), isPhoto(), size);
+    kDirt.addTo(wear, assets(), iTime(), effectValue(), isPhoto(), size);
+    // Sprites last: what lies below them is one pass.
+    spiritFilter_.setInputImage(normalBlendFilter_.outputImage());
+    spiritFilter_.setParams(std::move(wear));
+    spiritFilter_.setOutputPixelFormat(outputPixelFormat());
+    return spiritFilter_.outputImage();
 }
 
 }  // namespace qv

@@ -19,7 +19,8 @@ extern const QVFilterClass QVRetroNoiseMTIFilterClass;
 /// - The edge flash is screened over with 0.4 of its light, fading within each second that draws one (a
 ///   quarter); the side flash with its bursts of two colours is lightened over with 0.9 in each burst and
 ///   0.35 otherwise.
-/// - Strength, 0..1, sets the share of all that, from 0.35 to 1, and adds grain, stains and dirt.
+/// - Strength, 0..1, sets the share of the colours and flashes, from 0.35 to 1, and adds grain, stains and
+///   dirt.
 class QVRetroNoiseMTIFilter : public QVEffectMTIFilter {
   public:
     explicit QVRetroNoiseMTIFilter(const QVFilterClass& filterClass = QVRetroNoiseMTIFilterClass);

@@ -66,18 +66,19 @@ MTIImage QVRetroNoisyImageFilter::frameImage() const {
 
 MTIImage QVRetroNoisyImageFilter::outputImage() {
     if (!inputImage()) return {};
-    const CGSize size = inputImage().size();
+    MTIImage print = applyKernel({inputImage()}, parameters());
+    if (const MTIImage frame = frameImage()) {
+        blendFilter_.setInputBackgroundImage(print);
+        blendFilter_.setInputImage(frame);
+        print = blendFilter_.outputImage();
+    }
     std::vector<SpiritParam> wear;
     for (const RetroScatter* set : {&kCreases, &kSpots, &kDust})
-        set->addTo(wear, assets(), iTime(), effectValue(), isPhoto(), size);
-    spiritFilter_.setInputImage(applyKernel({inputImage()}, parameters()));
+        set->addTo(wear, assets(), iTime(), effectValue(), isPhoto(), inputImage().size());
+    spiritFilter_.setInputImage(print);
     spiritFilter_.setParams(std::move(wear));
-    const MTIImage print = spiritFilter_.outputImage(), frame = frameImage();
-    if (!frame) return print;
-    blendFilter_.setInputBackgroundImage(print);
-    blendFilter_.setInputImage(frame);
-    blendFilter_.setOutputPixelFormat(outputPixelFormat());
-    return blendFilter_.outputImage();
+    spiritFilter_.setOutputPixelFormat(outputPixelFormat());
+    return spiritFilter_.outputImage();
 }
 
 }  // namespace qv
