@@ -19,9 +19,9 @@ vec4 QVRetroBWMTIFilter(vec2 uv) {
 
     float grey = mix(sharp, soft, 0.34);
     // Lit for the slow film, printed hard.
-    grey *= 1.50 - 0.50 * grey;
+    grey *= 1.38 - 0.38 * grey;
     grey = mix(grey, grey * grey * (3.0 - 2.0 * grey), 0.5);
-    grey += (1.0 - grey) * soft * soft * 0.40;
+    grey += (1.0 - grey) * soft * soft * 0.32;
 
     // An oval of light; the lamp flickers, and its middle wanders.
     vec2 away = (uv - 0.5 - projector.yx * 0.012 * effectValue) * vec2(1.86, 1.80);

@@ -59,7 +59,7 @@ MTIImage QVRetroBWMTIFilter::lit(const MTIImage& film) {
     lightenBlendFilter_.setInputBackgroundImage(film);
     lightenBlendFilter_.setInputImage(flashFilter_.outputImage());
     const double light = retroPulse(iTime() - second, 0.15);
-    lightenBlendFilter_.setIntensity(float(isPhoto() ? 0.6 : 0.85 * light * light));
+    lightenBlendFilter_.setIntensity(float(isPhoto() ? 0.5 : 0.7 * light * light));
     return lightenBlendFilter_.outputImage();
 }
 

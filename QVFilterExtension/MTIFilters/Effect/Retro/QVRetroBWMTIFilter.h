@@ -15,8 +15,8 @@ extern const QVFilterClass QVRetroBWMTIFilterClass;
 ///   (a 45th of the frame's shorter side) is mixed in, and its lights are screened over.
 /// - Dust: up to 9 specks of 3 to 14 hundredths of the shorter side, other ones 18 times a second; up to 3
 ///   scratches for 0.9 s each.
-/// - The edge flash is lightened over the picture with 0.85 of its light in the third of all seconds
-///   that draws one, rising over 0.15 s and gone at the second's end; on a photo with 0.6.
+/// - The edge flash is lightened over the picture with 0.7 of its light in the third of all seconds
+///   that draws one, rising over 0.15 s and gone at the second's end; on a photo with 0.5.
 /// - Strength, 0..1, takes the colour out (gone from a half on), and adds wear and flicker.
 class QVRetroBWMTIFilter : public QVEffectMTIFilter {
   public:
