@@ -50,8 +50,10 @@ MTIImage QVCameraFlashMTiFilter::outputImage() {
     blurFilter_.setRadius(float(radius * (1 - smoothStep(2 * p))));
     MTIImage picture = blurFilter_.outputImage();
 
+    // Both are drawn for the first frame: the blink is too short to wait for.
+    const MTIImage red = centerRedImage(), black = centerBlackImage();
     const bool isRed = (0.5 < p && p <= 0.51) || (0.52 < p && p <= 0.53);
-    if (const MTIImage marks = isRed ? centerRedImage() : centerBlackImage()) {
+    if (const MTIImage& marks = isRed ? red : black) {
         blendFilter_.setInputImage(marks);
         blendFilter_.setInputBackgroundImage(picture);
         picture = blendFilter_.outputImage();

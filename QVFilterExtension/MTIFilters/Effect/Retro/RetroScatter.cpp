@@ -24,6 +24,10 @@ double retroPulse(double positionInSlot, double attack) {
 void RetroScatter::addTo(std::vector<SpiritParam>& sprites, QVAssetCache& assets, double seconds,
                          double strength, bool isPhoto, CGSize frame) const {
     constexpr std::uint32_t kDraws = 8;
+    // All of them from the first frame on: none is to be decoded in the middle of a clip.
+    std::vector<SpiritParam::Texture> pictures;
+    for (int i = 0; i < count; ++i)
+        pictures.push_back(assets.textureNamed(prefix + std::to_string(i) + ".png"));
     const double places = std::clamp(fewest + (most - fewest) * strength, 0.0, most);
     for (int i = 0; i < int(std::ceil(places)); ++i) {
         // Each place changes at a moment of its own.
@@ -33,7 +37,7 @@ void RetroScatter::addTo(std::vector<SpiritParam>& sprites, QVAssetCache& assets
         const auto draw = [&] { return retroDraw(slot, purpose++); };
         if (draw() > chance && !isPhoto) continue;
         const double size = draw(), x = 2 * draw() - 1, y = 2 * draw() - 1, turn = draw();
-        const auto picture = int(draw() * (count - 1) + 0.5);
+        const int picture = std::min(int(draw() * count), count - 1);
         // The last place comes in little by little as the strength grows.
         const double share = std::min(places - i, 1.0);
         const double fade = upright > 0 ? 4 * retroPulse(clock - slot, 0.5) : 1;
@@ -54,8 +58,7 @@ void RetroScatter::addTo(std::vector<SpiritParam>& sprites, QVAssetCache& assets
             pose.tx = x;
             pose.ty = y * halfHeight;
         }
-        sprites.push_back(SpiritParam::paramWithTrans(
-            pose, float(opacity), assets.textureNamed(prefix + std::to_string(picture) + ".png")));
+        sprites.push_back(SpiritParam::paramWithTrans(pose, float(opacity), pictures[std::size_t(picture)]));
     }
 }
 
