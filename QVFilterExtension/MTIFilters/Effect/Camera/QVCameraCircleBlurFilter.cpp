@@ -1,6 +1,6 @@
 #include "QVFilterExtension/MTIFilters/Effect/Camera/QVCameraCircleBlurFilter.h"
 
-#include "QVFilterExtension/MTIFilters/Effect/Camera/CameraClock.h"
+#include "QVFilterExtension/Private/CameraClock.h"
 
 namespace qv {
 

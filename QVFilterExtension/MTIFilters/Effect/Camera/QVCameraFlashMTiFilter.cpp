@@ -1,7 +1,7 @@
 #include "QVFilterExtension/MTIFilters/Effect/Camera/QVCameraFlashMTiFilter.h"
 
 #include "Platform/Drawing/BitmapCanvas.h"
-#include "QVFilterExtension/MTIFilters/Effect/Camera/CameraClock.h"
+#include "QVFilterExtension/Private/CameraClock.h"
 #include "QVFilterExtension/Private/QVAssetCache.h"
 
 namespace qv {

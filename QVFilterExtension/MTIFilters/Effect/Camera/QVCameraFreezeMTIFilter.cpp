@@ -2,7 +2,7 @@
 
 #include <numbers>
 
-#include "QVFilterExtension/MTIFilters/Effect/Camera/CameraClock.h"
+#include "QVFilterExtension/Private/CameraClock.h"
 
 namespace qv {
 

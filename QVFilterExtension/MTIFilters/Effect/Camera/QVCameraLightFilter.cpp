@@ -3,7 +3,7 @@
 #include <numbers>
 
 #include "Platform/Drawing/BitmapCanvas.h"
-#include "QVFilterExtension/MTIFilters/Effect/Camera/CameraClock.h"
+#include "QVFilterExtension/Private/CameraClock.h"
 #include "QVFilterExtension/Private/QVAssetCache.h"
 
 namespace qv {

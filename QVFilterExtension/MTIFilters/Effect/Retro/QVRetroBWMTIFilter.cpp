@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "QVFilterExtension/MTIFilters/Effect/Retro/RetroScatter.h"
+#include "QVFilterExtension/Private/RetroScatter.h"
 
 namespace qv {
 

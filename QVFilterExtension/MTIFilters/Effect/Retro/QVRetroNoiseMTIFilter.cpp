@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "QVFilterExtension/MTIFilters/Effect/Retro/RetroScatter.h"
+#include "QVFilterExtension/Private/RetroScatter.h"
 
 namespace qv {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "QVFilterExtension/MTIFilters/Effect/Retro/RetroScatter.h"
+#include "QVFilterExtension/Private/RetroScatter.h"
 
 namespace qv {
 

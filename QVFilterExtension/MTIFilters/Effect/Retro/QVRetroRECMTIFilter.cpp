@@ -4,7 +4,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "QVFilterExtension/MTIFilters/Effect/Retro/RetroScatter.h"
+#include "QVFilterExtension/Private/RetroScatter.h"
 #include "QVFilterExtension/Private/SmoothStep.h"
 
 namespace qv {

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "QVFilterExtension/MTIFilters/Effect/Retro/RetroClock.h"
 #include "QVFilterExtension/Private/RandomSeed.h"
+#include "QVFilterExtension/Private/RetroClock.h"
 
 namespace qv {
 

@@ -1,6 +1,6 @@
 #include "QVFilterExtension/MTIFilters/Effect/Retro/QVRetroVHSMTIFilter.h"
 
-#include "QVFilterExtension/MTIFilters/Effect/Retro/RetroScatter.h"
+#include "QVFilterExtension/Private/RetroScatter.h"
 
 namespace qv {
 

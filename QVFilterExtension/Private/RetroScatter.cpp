@@ -1,4 +1,4 @@
-#include "QVFilterExtension/MTIFilters/Effect/Retro/RetroScatter.h"
+#include "QVFilterExtension/Private/RetroScatter.h"
 
 #include <algorithm>
 #include <cmath>
