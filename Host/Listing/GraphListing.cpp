@@ -67,7 +67,10 @@ Json spriteToJSON(const SpriteInstance& sprite) {
 struct DescribeOperation {
     Json& json;
 
-    void operator()(const BitmapSource&) const { json["kind"] = "bitmap"; }
+    void operator()(const BitmapSource& source) const {
+        json["kind"] = "bitmap";
+        if (!source.name.empty()) json["name"] = source.name;
+    }
     void operator()(const PixelBufferSource&) const { json["kind"] = "pixelBuffer"; }
     void operator()(const VulkanImageSource&) const { json["kind"] = "hostImage"; }
     void operator()(const ColorSource& source) const {
@@ -99,10 +102,10 @@ std::string_view formatName(MTIPixelFormat format) {
     return format == MTIPixelFormat::rgba16Float ? "rgba16Float" : "rgba8Unorm";
 }
 
-/// A setting as a number when it reads as one.
+/// A setting as a number, or as several, when it reads as such.
 Json settingToJSON(const std::string& text) {
     const Json parsed = Json::parse(text, nullptr, false);
-    return parsed.is_number() || parsed.is_boolean() ? parsed : Json(text);
+    return parsed.is_number() || parsed.is_boolean() || parsed.is_array() ? parsed : Json(text);
 }
 
 Json nodeToJSON(const ImageNode& node, int id, const Json& inputs, const NamedImages& sources) {

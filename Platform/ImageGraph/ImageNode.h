@@ -17,7 +17,8 @@ namespace qv {
 
 /// A picture in memory.
 struct BitmapSource {
-    Bitmap bitmap;  ///< premultiplied, whatever the image's alpha type
+    Bitmap bitmap;     ///< premultiplied, whatever the image's alpha type
+    std::string name;  ///< of the asset that it was drawn from, or empty; for listings
 };
 /// A video frame in memory.
 struct PixelBufferSource {

@@ -47,14 +47,14 @@ constexpr std::string_view kAlphaTypeKind = "alphaType";
 
 }  // namespace
 
-MTIImage MTIImage::imageWithUIImage(const UIImage& image, MTIAlphaType alphaType) {
-    return imageWithBitmap(image.bitmap(), alphaType);
+MTIImage MTIImage::imageWithUIImage(const UIImage& image, MTIAlphaType alphaType, std::string name) {
+    return imageWithBitmap(image.bitmap(), alphaType, std::move(name));
 }
 
-MTIImage MTIImage::imageWithBitmap(const Bitmap& bitmap, MTIAlphaType alphaType) {
+MTIImage MTIImage::imageWithBitmap(const Bitmap& bitmap, MTIAlphaType alphaType, std::string name) {
     if (!bitmap || !isImageSide(bitmap.width) || !isImageSide(bitmap.height)) return {};
-    return imageOfSource(BitmapSource{premultipliedBitmap(bitmap, alphaType)}, bitmap.width, bitmap.height,
-                         alphaType);
+    return imageOfSource(BitmapSource{premultipliedBitmap(bitmap, alphaType), std::move(name)}, bitmap.width,
+                         bitmap.height, alphaType);
 }
 
 MTIImage MTIImage::imageWithPixelBuffer(const PixelBuffer& buffer, MTIAlphaType alphaType) {
@@ -122,13 +122,13 @@ MTIImage MTIImage::imageByApplyingTransform(const CGAffineTransform& transform,
     const CGAffineTransform inverse = CGAffineTransformInvert(transform);
     if (determinant == 0 || !isFinite(inverse)) return initWithColor({}, false, outputSize);  // seen edge on
 
-    const std::string matrix = fmt::format("{:.6g} {:.6g} {:.6g} {:.6g} {:.6g} {:.6g}", transform.a,
-                                           transform.b, transform.c, transform.d, transform.tx, transform.ty);
+    const std::string numbers = fmt::format("[{}, {}, {}, {}, {}, {}]", transform.a, transform.b, transform.c,
+                                            transform.d, transform.tx, transform.ty);
     return movedImage(
         {.image = *this,
          .toInput = CGAffineTransformConcat(CGAffineTransformMakeTranslation(center.x, center.y), inverse),
          .outputSize = outputSize,
-         .description = {"transform", {{"matrix", matrix}}}});
+         .description = {"transform", {{"transform", numbers}}}});
 }
 
 MTIImage MTIImage::resize(CGSize newSize) const {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 
 #include "Platform/Drawing/UIImage.h"
 #include "Platform/Geometry/Geometry.h"
@@ -34,11 +35,14 @@ class MTIImage {
     /// A handle to a node, or nil.
     explicit MTIImage(std::shared_ptr<const ImageNode> node) : node_(std::move(node)) {}
 
-    /// Nil when the picture is nil. The texture made of it lives as long as the node does.
+    /// Nil when the picture is nil. The texture made of it lives as long as the node does. `name` appears in
+    /// listings of the image graph: the asset that the picture is, or was drawn from.
     static MTIImage imageWithUIImage(const UIImage& image,
-                                     MTIAlphaType alphaType = MTIAlphaType::premultiplied);
+                                     MTIAlphaType alphaType = MTIAlphaType::premultiplied,
+                                     std::string name = {});
     static MTIImage imageWithBitmap(const Bitmap& bitmap,
-                                    MTIAlphaType alphaType = MTIAlphaType::premultiplied);
+                                    MTIAlphaType alphaType = MTIAlphaType::premultiplied,
+                                    std::string name = {});
     /// A video frame or a mask; Y'CbCr is converted when the image is rendered. Only `alphaIsOne` changes how
     /// a buffer is read: its alpha channel, if any, is ignored.
     static MTIImage imageWithPixelBuffer(const PixelBuffer& buffer,

@@ -30,8 +30,14 @@ class QVAssetCache {
     /// `alphaType` counts when the asset is loaded: a class asks for a file in one way only.
     MTIImage mtiImageNamed(const std::string& fileName,
                            MTIAlphaType alphaType = MTIAlphaType::premultiplied) {
-        return images_.objectForKey(
-            fileName, [&] { return MTIImage::imageWithUIImage(qv_imageWithFileName(fileName), alphaType); });
+        return images_.objectForKey(fileName, [&] {
+            return MTIImage::imageWithUIImage(qv_imageWithFileName(fileName), alphaType, fileName);
+        });
+    }
+
+    /// An asset to draw with.
+    UIImage uiImageNamed(const std::string& fileName) {
+        return pictures_.objectForKey(fileName, [&] { return qv_imageWithFileName(fileName); });
     }
 
     /// An asset as a sprite's texture.
@@ -49,7 +55,8 @@ class QVAssetCache {
         const std::string key = NSStringFromCGSize(size) + fileName;
         const auto made = [&] {
             const UIImage asset = qv_imageWithFileName(fileName);
-            return asset ? MTIImage::imageWithUIImage(make(asset, size)) : MTIImage();
+            if (!asset) return MTIImage();
+            return MTIImage::imageWithUIImage(make(asset, size), MTIAlphaType::premultiplied, fileName);
         };
         if (kept) return fitted_.objectForKey(key, made);
         const std::optional<MTIImage> found = fitted_.objectForKey(key);
@@ -58,6 +65,7 @@ class QVAssetCache {
 
   private:
     NSCache<std::string, MTIImage> images_, fitted_;
+    NSCache<std::string, UIImage> pictures_;
     NSCache<std::string, SpiritParam::Texture> textures_;
 };
 

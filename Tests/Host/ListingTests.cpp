@@ -166,6 +166,19 @@ TEST(Graph, CompositesShowTheirStockFilters) {
     EXPECT_GT(sharpened["nodes"][1]["parameters"]["radius"].get<double>(), 0);
 }
 
+TEST(Graph, NamesAssetsAndShowsTransforms) {
+    // A third of the way the picture stands enlarged by half about its middle, under four brackets.
+    const Json graph = qvfilterJSON({"graph", "QVCameraRECFilter", "--time", "0.3", "--json"});
+    std::vector<std::string> drawn;
+    Json moved;
+    for (const Json& node : graph["nodes"]) {
+        if (node["kind"] == "bitmap") drawn.push_back(node.value("name", "none"));
+        if (node["kind"] == "transform") moved = node["settings"]["transform"];
+    }
+    EXPECT_THAT(drawn, ElementsAre("camera_rec_conner1.png", "none")) << "the caption is drawn of no asset";
+    EXPECT_EQ(moved, (Json{1.5, 0.0, 0.0, 1.5, 0.0, 0.0}));
+}
+
 TEST(Graph, NeedsNoDeviceAndDrawsForDot) {
     const Outcome listing = run({"env", "VK_ICD_FILENAMES=/nonexistent", "VK_DRIVER_FILES=/nonexistent",
                                  QV_TOOL, "graph", "QVMosaicMTIFilter"});

@@ -77,7 +77,7 @@ template <typename Draw>
 MTIImage keptAsset(AssetCache& cache, CGSize frame, const std::string& fileName, Draw&& draw) {
     const std::string key = NSStringFromCGSize(frame) + fileName;
     if (const auto kept = cache.objectForKey(key); kept && kept->size() == frame) return *kept;
-    const MTIImage made = MTIImage::imageWithUIImage(draw());
+    const MTIImage made = MTIImage::imageWithUIImage(draw(), MTIAlphaType::premultiplied, fileName);
     cache.setObject(made, key);
     return made;
 }
