@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "Platform/Media/PixelConversion.h"
 #include "QVPersonMask/Private/PersonMaskState.h"
 
 namespace qv {
@@ -29,7 +30,9 @@ std::vector<std::uint8_t> readModel(const std::string& path) {
 
 PersonEstimate PersonMask::State::estimate(const PixelBuffer& picture, int rotation) {
     if (!picture) throw ModelError("has no pixels");
-    return estimatePerson(network, picture, rotation, rgba);
+    rgba.create(picture.height(), picture.width(), CV_8UC4);
+    if (!convertToRGBA8(picture, rgba.data, rgba.step)) throw ModelError("cannot be converted");
+    return estimatePerson(network, rgba, rotation);
 }
 
 PersonMask::PersonMask(std::unique_ptr<State> state) : state_(std::move(state)) {}
@@ -37,9 +40,8 @@ PersonMask::~PersonMask() = default;
 
 std::shared_ptr<PersonMask> PersonMask::create(const std::string& modelPath, std::string* error) {
     std::shared_ptr<PersonMask> result;
-    withoutExceptions("'" + modelPath + "' ", error, [&] {
-        result.reset(new PersonMask(std::make_unique<State>(readModel(modelPath))));
-    });
+    withoutExceptions("'" + modelPath + "' ", error,
+                      [&] { result.reset(new PersonMask(std::make_unique<State>(readModel(modelPath)))); });
     return result;
 }
 
@@ -47,6 +49,18 @@ PixelBuffer PersonMask::maskOf(const PixelBuffer& picture, int rotation, std::st
     PixelBuffer mask;
     withoutExceptions("the picture ", error, [&] {
         const PersonEstimate estimate = state_->estimate(picture, rotation);
+        mask = refinedMask(estimate, estimate.likelihood);
+    });
+    return mask;
+}
+
+PixelBuffer PersonMask::maskOf(const Bitmap& picture, std::string* error) {
+    PixelBuffer mask;
+    withoutExceptions("the picture ", error, [&] {
+        if (!picture) throw ModelError("has no pixels");
+        const cv::Mat rgba(picture.height, picture.width, CV_8UC4,
+                           const_cast<std::uint8_t*>(picture.pixels->data()));
+        const PersonEstimate estimate = estimatePerson(state_->network, rgba, 0);
         mask = refinedMask(estimate, estimate.likelihood);
     });
     return mask;

@@ -48,7 +48,8 @@ class FlatTable {
         std::vector<FlatTable> result;
         const Vector vector = vectorAt(field, sizeof(std::uint32_t));
         result.reserve(vector.count);
-        for (std::size_t i = 0; i < vector.count; ++i) result.push_back(tableAt(target(vector.first + 4 * i)));
+        for (std::size_t i = 0; i < vector.count; ++i)
+            result.push_back(tableAt(target(vector.first + 4 * i)));
         return result;
     }
 
@@ -79,7 +80,8 @@ class FlatTable {
     template <typename Number>
     Number read(std::size_t place) const {
         static_assert(std::is_arithmetic_v<Number>);
-        if (place > file_.size() || file_.size() - place < sizeof(Number)) throw ModelError("is truncated or damaged");
+        if (place > file_.size() || file_.size() - place < sizeof(Number))
+            throw ModelError("is truncated or damaged");
         Number number;
         std::memcpy(&number, file_.data() + place, sizeof(Number));
         return number;

@@ -17,8 +17,8 @@ constexpr float kSurface = 4e-4f;
 /// Values between these become the mask's soft edge.
 constexpr float kOutside = 0.3f, kInside = 0.75f;
 
-/// Calls use(x, y, means) for each pixel with the means of `kValues` numbers a pixel over the window around it, as far as
-/// that lies in the picture. The sums roll along, so the window's size costs nothing.
+/// Calls use(x, y, means) for each pixel with the means of `kValues` numbers a pixel over the window around
+/// it, as far as that lies in the picture. The sums roll along, so the window's size costs nothing.
 template <int kValues, typename Use>
 void forBoxMeans(const std::vector<float>& values, cv::Size size, int reach, Use&& use) {
     const int width = size.width, rowValues = width * kValues;
@@ -75,7 +75,8 @@ LocalModel fitted(const cv::Mat& guide, const cv::Mat& mask) {
         const std::uint8_t* rgb = guide.ptr(y);
         const float* value = mask.ptr<float>(y);
         for (int x = 0; x < size.width; ++x, rgb += 3, m += kMoments) {
-            const float r = float(rgb[0]) / 255, g = float(rgb[1]) / 255, b = float(rgb[2]) / 255, p = value[x];
+            const float r = float(rgb[0]) / 255, g = float(rgb[1]) / 255, b = float(rgb[2]) / 255,
+                        p = value[x];
             const std::array<float, kMoments> all = {r,     g,     b,     p,     r * p, g * p, b * p,
                                                      r * r, r * g, r * b, g * g, g * b, b * b};
             std::copy(all.begin(), all.end(), m);
@@ -112,9 +113,11 @@ LocalModel fitted(const cv::Mat& guide, const cv::Mat& mask) {
 /// Rows of a small map, enlarged across; the two last ones are kept, as enlarging goes down the rows.
 class EnlargedRows {
   public:
-    EnlargedRows(const cv::Mat& map, int width) : map_(map), left_(std::size_t(width)), part_(std::size_t(width)) {
+    EnlargedRows(const cv::Mat& map, int width)
+        : map_(map), left_(std::size_t(width)), part_(std::size_t(width)) {
         for (int x = 0; x < width; ++x) {
-            const float place = std::clamp((float(x) + 0.5f) * float(map.cols) / float(width) - 0.5f, 0.0f, float(map.cols - 1));
+            const float place = std::clamp((float(x) + 0.5f) * float(map.cols) / float(width) - 0.5f, 0.0f,
+                                           float(map.cols - 1));
             left_[std::size_t(x)] = std::min(int(place), std::max(0, map.cols - 2));
             part_[std::size_t(x)] = place - float(left_[std::size_t(x)]);
         }
@@ -150,13 +153,15 @@ class EnlargedRows {
 
 PixelBuffer guidedMask(const cv::Mat& mask, const cv::Mat& guide, const cv::Mat& luma) {
     const cv::Size size = luma.size();
-    const PixelBuffer result = PixelBuffer::create(PixelFormat::gray8, size.width, size.height, {.fullRange = true});
+    const PixelBuffer result =
+        PixelBuffer::create(PixelFormat::gray8, size.width, size.height, {.fullRange = true});
     if (!result) throw std::bad_alloc();
     const LocalModel model = fitted(guide, mask);
     EnlargedRows bases(model.base, size.width), slopes(model.slope, size.width);
     const int rows = guide.rows;
     for (int y = 0; y < size.height; ++y) {
-        const float place = std::clamp((float(y) + 0.5f) * float(rows) / float(size.height) - 0.5f, 0.0f, float(rows - 1));
+        const float place =
+            std::clamp((float(y) + 0.5f) * float(rows) / float(size.height) - 0.5f, 0.0f, float(rows - 1));
         const int upper = int(place), lower = std::min(upper + 1, rows - 1);
         const float part = place - float(upper);
         const float *base0 = bases.row(upper), *base1 = bases.row(lower);

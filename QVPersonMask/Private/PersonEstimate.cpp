@@ -7,23 +7,22 @@
 
 #include <opencv2/imgproc.hpp>
 
-#include "Platform/Media/PixelConversion.h"
 #include "QVPersonMask/PersonMaskSequence.h"
-#include "QVPersonMask/Private/FlatTable.h"
 #include "QVPersonMask/Private/GuidedMask.h"
 
 namespace qv {
 
 namespace {
 
-/// The longer side of the picture in which edges are looked for. Twice the network's: its own edges are uncertain
-/// by a pixel or two.
+/// The longer side of the picture in which edges are looked for. Twice the network's: its own edges are
+/// uncertain by a pixel or two.
 constexpr int kGuideSide = 512;
 /// What belongs to a blob: likelihoods above this.
 constexpr float kBlob = 0.3f;
 /// What a blob must have of certain pixels to count, and to count wholly, in parts of its area.
 constexpr float kDoubtful = 0.1f, kCertain = 0.4f, kCertainLikelihood = 0.9f;
-/// What the pictures of two frames may differ by, codes of each channel, before they say nothing about each other.
+/// What the pictures of two frames may differ by, codes of each channel, before they say nothing about each
+/// other.
 constexpr float kStill = 6;
 
 cv::Mat resized(const cv::Mat& source, cv::Size size) {
@@ -35,7 +34,8 @@ cv::Mat resized(const cv::Mat& source, cv::Size size) {
 
 cv::Size guideSize(cv::Size frame) {
     const double scale = std::min(1.0, double(kGuideSide) / std::max(frame.width, frame.height));
-    return {std::max(1, int(std::lround(frame.width * scale))), std::max(1, int(std::lround(frame.height * scale)))};
+    return {std::max(1, int(std::lround(frame.width * scale))),
+            std::max(1, int(std::lround(frame.height * scale)))};
 }
 
 cv::Mat turned(const cv::Mat& source, int rotation) {
@@ -61,7 +61,8 @@ void dropDoubtful(cv::Mat& likelihood) {
     }
     std::vector<float> factor(std::size_t(count), 1.0f);
     for (std::size_t i = 1; i < factor.size(); ++i)
-        factor[i] = std::clamp((float(core[i]) / float(area[i]) - kDoubtful) / (kCertain - kDoubtful), 0.0f, 1.0f);
+        factor[i] =
+            std::clamp((float(core[i]) / float(area[i]) - kDoubtful) / (kCertain - kDoubtful), 0.0f, 1.0f);
     for (int y = 0; y < labels.rows; ++y) {
         const int* label = labels.ptr<int>(y);
         float* value = likelihood.ptr<float>(y);
@@ -71,13 +72,10 @@ void dropDoubtful(cv::Mat& likelihood) {
 
 }  // namespace
 
-PersonEstimate estimatePerson(SegmentationNetwork& network, const PixelBuffer& picture, int rotation, cv::Mat& rgba) {
-    const cv::Size size(picture.width(), picture.height());
-    rgba.create(size, CV_8UC4);
-    if (!convertToRGBA8(picture, rgba.data, rgba.step)) throw ModelError("cannot be converted");
+PersonEstimate estimatePerson(SegmentationNetwork& network, const cv::Mat& rgba, int rotation) {
     PersonEstimate estimate;
     cv::cvtColor(rgba, estimate.luma, cv::COLOR_RGBA2GRAY);
-    cv::cvtColor(resized(rgba, guideSize(size)), estimate.guide, cv::COLOR_RGBA2RGB);
+    cv::cvtColor(resized(rgba, guideSize(rgba.size())), estimate.guide, cv::COLOR_RGBA2RGB);
     const bool lies = rotation == 90 || rotation == 270;
     const cv::Size upright(network.width(), network.height());
     estimate.small = resized(estimate.guide, lies ? cv::Size(upright.height, upright.width) : upright);

@@ -17,8 +17,8 @@ struct PersonEstimate {
     cv::Mat likelihood;  ///< of a person, 0..1, in the network's size
 };
 
-/// Throws ModelError and what the libraries below throw. `rgba` is memory that the next call may use again.
-PersonEstimate estimatePerson(SegmentationNetwork& network, const PixelBuffer& picture, int rotation, cv::Mat& rgba);
+/// Of a picture with premultiplied colour. Throws what the libraries below throw.
+PersonEstimate estimatePerson(SegmentationNetwork& network, const cv::Mat& rgba, int rotation);
 
 /// A frame near another one.
 struct Neighbour {

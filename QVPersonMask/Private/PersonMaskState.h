@@ -31,7 +31,8 @@ bool withoutExceptions(const std::string& subject, std::string* error, Work&& wo
         work();
         return true;
     } catch (const cv::Exception& failure) {
-        cause = failure.code == cv::Error::StsNoMem ? "needs more memory than there is" : "fails: " + failure.err;
+        cause =
+            failure.code == cv::Error::StsNoMem ? "needs more memory than there is" : "fails: " + failure.err;
     } catch (const std::bad_alloc&) {
         cause = "needs more memory than there is";
     } catch (const std::exception& failure) {

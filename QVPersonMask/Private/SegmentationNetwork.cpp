@@ -15,14 +15,26 @@ namespace qv {
 namespace {
 
 // Numbers of the file format.
-enum class Operator { add = 0, averagePool = 1, convolution = 3, depthwise = 4, dequantize = 6, sigmoid = 14, multiply = 18,
-                      relu = 19, resizeBilinear = 23, custom = 32, mean = 40, hardSwish = 117 };
+enum class Operator {
+    add = 0,
+    averagePool = 1,
+    convolution = 3,
+    depthwise = 4,
+    dequantize = 6,
+    sigmoid = 14,
+    multiply = 18,
+    relu = 19,
+    resizeBilinear = 23,
+    custom = 32,
+    mean = 40,
+    hardSwish = 117
+};
 enum class ValueType { float32 = 0, float16 = 1, int32 = 2 };
 enum class Activation { none = 0, relu = 1 };
 enum class PaddingRule { same = 0, valid = 1 };
 
-// A file that wants more than this is another network, or made to exhaust the machine. The usual one has 460 operators
-// and tensors, 0.1 million weights and 60 million multiplications.
+// A file that wants more than this is another network, or made to exhaust the machine. The usual one has 460
+// operators and tensors, 0.1 million weights and 60 million multiplications.
 constexpr std::size_t kMaximumParts = 4096, kMaximumWeights = 8 << 20;
 constexpr std::int64_t kMaximumValues = 16 << 20;
 constexpr double kMaximumMultiplications = 4e9;
@@ -36,7 +48,8 @@ constexpr double kMaximumMultiplications = 4e9;
 }
 
 float fromHalf(std::uint16_t half) {
-    const std::uint32_t sign = std::uint32_t(half & 0x8000) << 16, exponent = half >> 10 & 31, mantissa = half & 1023;
+    const std::uint32_t sign = std::uint32_t(half & 0x8000) << 16, exponent = half >> 10 & 31,
+                        mantissa = half & 1023;
     if (exponent == 0) return std::ldexp(float(mantissa), -24) * (sign ? -1.0f : 1.0f);
     if (exponent == 31) foreign("a weight is not a number");
     return std::bit_cast<float>(sign | (exponent + 112) << 23 | mantissa << 13);
@@ -57,14 +70,16 @@ class Importer {
     explicit Importer(FlatTable::Bytes file) {
         const FlatTable model = FlatTable::root(file, "TFL3");
         for (const FlatTable& code : model.tables(1)) {
-            operators_.push_back(Operator(std::max<int>(code.number<std::int8_t>(0), code.number<std::int32_t>(3))));
+            operators_.push_back(
+                Operator(std::max<int>(code.number<std::int8_t>(0), code.number<std::int32_t>(3))));
             names_.push_back(std::string(code.text(1)));
         }
         const std::vector<FlatTable> graphs = model.tables(2);
         if (graphs.size() != 1) foreign("it has not one graph");
         const FlatTable& graph = graphs.front();
         const std::vector<FlatTable> steps = graph.tables(3);
-        if (graph.tables(0).size() > kMaximumParts || steps.size() > kMaximumParts) foreign("it is too large");
+        if (graph.tables(0).size() > kMaximumParts || steps.size() > kMaximumParts)
+            foreign("it is too large");
         readTensors(graph.tables(0), model.tables(4));
 
         const std::vector<std::int32_t> inputs = graph.numbers(1), outputs = graph.numbers(2);
@@ -115,7 +130,8 @@ class Importer {
     /// A tensor of one picture that has been computed by now.
     const Tensor& computed(std::int32_t index) {
         const Tensor& result = tensor(index);
-        if (result.layer < 0 || result.shape.size() != 4 || result.shape[0] != 1) foreign("an operator has no picture to work on");
+        if (result.layer < 0 || result.shape.size() != 4 || result.shape[0] != 1)
+            foreign("an operator has no picture to work on");
         return result;
     }
 
@@ -126,7 +142,8 @@ class Importer {
         weights_ += count;
         if (weights_ > kMaximumWeights) foreign("it is too large");
         const std::size_t bytes = tensor.type == ValueType::float16 ? 2 : 4;
-        if (tensor.constant.size() != count * bytes || tensor.type == ValueType::int32) foreign("weights are missing");
+        if (tensor.constant.size() != count * bytes || tensor.type == ValueType::int32)
+            foreign("weights are missing");
         std::vector<float> values(count);
         for (std::size_t i = 0; i < count; ++i) {
             if (bytes == 2) {
@@ -153,10 +170,12 @@ class Importer {
         const auto code = step.number<std::uint32_t>(0);
         if (code >= operators_.size()) damaged();
         const std::vector<std::int32_t> inputs = step.numbers(1), outputs = step.numbers(2);
-        const bool takesWeights = operators_[code] == Operator::convolution || operators_[code] == Operator::depthwise ||
+        const bool takesWeights = operators_[code] == Operator::convolution ||
+                                  operators_[code] == Operator::depthwise ||
                                   operators_[code] == Operator::custom;
         const bool takesTwo = operators_[code] == Operator::add || operators_[code] == Operator::multiply ||
-                              operators_[code] == Operator::resizeBilinear || operators_[code] == Operator::mean;
+                              operators_[code] == Operator::resizeBilinear ||
+                              operators_[code] == Operator::mean;
         if (outputs.size() != 1 || inputs.size() != (takesWeights ? 3u : takesTwo ? 2u : 1u)) damaged();
         Tensor& result = tensor(outputs[0]);
         if (operators_[code] == Operator::dequantize) {
@@ -173,7 +192,8 @@ class Importer {
                 made = convolution(source, inputs, options, operators_[code] == Operator::depthwise);
                 break;
             case Operator::custom:
-                if (names_[code] != "Convolution2DTransposeBias") foreign("it has the operator " + names_[code]);
+                if (names_[code] != "Convolution2DTransposeBias")
+                    foreign("it has the operator " + names_[code]);
                 made = transposedConvolution(source, inputs);
                 break;
             case Operator::add:
@@ -181,7 +201,8 @@ class Importer {
                 made = combination(source, computed(inputs[1]), operators_[code] == Operator::add);
                 break;
             case Operator::averagePool:
-                if (options.number<std::int32_t>(3) != source.width || options.number<std::int32_t>(4) != source.height)
+                if (options.number<std::int32_t>(3) != source.width ||
+                    options.number<std::int32_t>(4) != source.height)
                     foreign("a mean is not taken over the whole picture");
                 made = mean(source);
                 break;
@@ -189,7 +210,8 @@ class Importer {
                 made = mean(source);
                 break;
             case Operator::resizeBilinear:
-                if (!options.number<std::uint8_t>(3) || options.number<std::uint8_t>(2)) foreign("a picture is enlarged from its corners");
+                if (!options.number<std::uint8_t>(3) || options.number<std::uint8_t>(2))
+                    foreign("a picture is enlarged from its corners");
                 made = enlargement(source, result);
                 break;
             case Operator::relu:
@@ -204,8 +226,8 @@ class Importer {
             default:
                 foreign("it has the operator number " + std::to_string(int(operators_[code])));
         }
-        if (result.shape.size() != 4 || result.shape[0] != 1 || result.height != made.height || result.width != made.width ||
-            result.channels != made.channels)
+        if (result.shape.size() != 4 || result.shape[0] != 1 || result.height != made.height ||
+            result.width != made.width || result.channels != made.channels)
             foreign("a tensor's shape is not what its operator gives");
         result.layer = made.layer;
     }
@@ -215,14 +237,16 @@ class Importer {
         if (multiplications_ > kMaximumMultiplications) foreign("it is too large");
     }
 
-    Tensor convolution(const Tensor& source, const std::vector<std::int32_t>& inputs, const FlatTable& options, bool depthwise) {
+    Tensor convolution(const Tensor& source, const std::vector<std::int32_t>& inputs,
+                       const FlatTable& options, bool depthwise) {
         const Tensor& weights = tensor(inputs[1]);
         // Depthwise has its multiplier before the activation and the dilation.
         const int further = depthwise ? 4 : 3;
         const int strideX = options.number<std::int32_t>(1), strideY = options.number<std::int32_t>(2);
         const int outputs = depthwise ? source.channels : weights.shape.empty() ? 0 : weights.shape[0];
-        if (weights.shape.size() != 4 || weights.channels != source.channels || (depthwise && weights.shape[0] != 1) || strideX < 1 ||
-            strideX > 8 || strideY != strideX || options.number<std::int32_t>(further + 1, 1) != 1 ||
+        if (weights.shape.size() != 4 || weights.channels != source.channels ||
+            (depthwise && weights.shape[0] != 1) || strideX < 1 || strideX > 8 || strideY != strideX ||
+            options.number<std::int32_t>(further + 1, 1) != 1 ||
             options.number<std::int32_t>(further + 2, 1) != 1)
             foreign("a convolution has weights of another shape, or gaps");
         const bool same = PaddingRule(options.number<std::int8_t>(0)) == PaddingRule::same;
@@ -286,7 +310,8 @@ class Importer {
     /// One whose results do not overlap.
     Tensor transposedConvolution(const Tensor& source, const std::vector<std::int32_t>& inputs) {
         const Tensor& weights = tensor(inputs[1]);
-        if (weights.shape.size() != 4 || weights.channels != source.channels || weights.width > 8 || weights.height > 8)
+        if (weights.shape.size() != 4 || weights.channels != source.channels || weights.width > 8 ||
+            weights.height > 8)
             foreign("a convolution has weights of another shape, or gaps");
         Tensor made = source;
         const int outputs = made.channels = weights.shape[0];
@@ -315,7 +340,8 @@ class Importer {
 
     cv::Mat bias(std::int32_t index, int outputs) {
         const std::vector<float> values = constant(tensor(index));
-        if (values.size() != std::size_t(outputs)) foreign("a convolution has weights of another shape, or gaps");
+        if (values.size() != std::size_t(outputs))
+            foreign("a convolution has weights of another shape, or gaps");
         return cv::Mat(values, true).reshape(1, outputs);
     }
 

@@ -19,8 +19,8 @@ class SegmentationNetwork {
 
     int width() const;
     int height() const;
-    /// `rgb` has width × height pixels of three bytes, row by row; the result as many values 0..1. Throws what the
-    /// libraries below throw.
+    /// `rgb` has width × height pixels of three bytes, row by row; the result as many values 0..1. Throws
+    /// what the libraries below throw.
     std::vector<float> run(std::span<const std::uint8_t> rgb);
 
   private:
