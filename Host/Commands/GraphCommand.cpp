@@ -1,5 +1,6 @@
 #include <memory>
 
+#include "Host/Clips/MaskSource.h"
 #include "Host/Clips/Timeline.h"
 #include "Host/CommandLine/CommandLine.h"
 #include "Host/CommandLine/CommandParser.h"
@@ -12,12 +13,20 @@ namespace qv::host {
 namespace {
 
 struct Options {
-    std::string effect, size = "1280x720", time;
+    std::string effect, size = "1280x720", time, mask;
     std::vector<std::string> settings;
     bool json = false, dot = false, plan = false, gpuWays = false;
 };
 
-/// Pictures of one colour each, or video frames; a class that reads its mask from memory finds it white.
+/// A mask that is white all over.
+SubjectMask whiteMask(PixelSize size) {
+    const PixelBuffer white = PixelBuffer::create(PixelFormat::gray8, size.width, size.height);
+    if (!white) fail(ExitCode::internal, "no memory for a mask of {}x{}", size.width, size.height);
+    std::fill_n(white.plane(0).data, white.plane(0).rowBytes * std::size_t(size.height), std::uint8_t(255));
+    return SubjectMask::fromBuffer(white);
+}
+
+/// Pictures of one colour each, or video frames.
 FilterInputs plainInputs(PixelSize size, bool asFrames) {
     const CGSize sides{double(size.width), double(size.height)};
     const auto picture = [&](float grey) {
@@ -29,10 +38,6 @@ FilterInputs plainInputs(PixelSize size, bool asFrames) {
     FilterInputs inputs;
     inputs.first = picture(0.5f);
     inputs.second = picture(0.25f);
-    const PixelBuffer white = PixelBuffer::create(PixelFormat::gray8, size.width, size.height);
-    if (!white) fail(ExitCode::internal, "no memory for a mask of {}x{}", size.width, size.height);
-    std::fill_n(white.plane(0).data, white.plane(0).rowBytes * std::size_t(size.height), std::uint8_t(255));
-    inputs.mask = SubjectMask::fromBuffer(white);
     inputs.originalSize = sides;
     return inputs;
 }
@@ -53,7 +58,13 @@ void graph(const Options& options) {
     ClipPosition clip;
     if (!options.time.empty()) clip.time = parseTime("--time", options.time);
 
-    const FilterInputs inputs = plainInputs(parseSize(options.size), options.plan);
+    const PixelSize size = parseSize(options.size);
+    FilterInputs inputs = plainInputs(size, options.plan);
+    inputs.mask = whiteMask(size);
+    if (!options.mask.empty()) {
+        const FramePixels frame{.pixels = inputs.mask.buffer};  // any of its shape
+        inputs.mask = openMaskSource(options.mask, {}, writeNote)->maskOf(frame, 0);
+    }
     const auto filter = makeFilterOnClip(choice, clip);
     setInputs(*filter, inputs);
     const MTIImage output = outputImageOf(*filter);
@@ -79,6 +90,8 @@ void addGraphCommand(CommandParser& tool) {
     command.option("class", options->effect, "Name of the class, or CLASS:name=value:...").required();
     command.option("--size", options->size, "Size of the inputs").showDefault();
     command.option("--time", options->time, "The effect's time (iTime), seconds");
+    command.option("--mask", options->mask,
+                   "Picture or video that is white where the subject is; white without");
     command.option("--set", options->settings, "name=value of a property; in order, repeatable")
         .severalValues();
     const CommandOption json = addJSONFlag(command, options->json);
