@@ -3,7 +3,7 @@
 
 #include "Host/Clips/Clip.h"
 #include "Host/Clips/EncodingOptions.h"
-#include "Host/Clips/PersonModel.h"
+#include "Host/Clips/PersonMasks.h"
 #include "Host/Clips/PictureFile.h"
 #include "Host/Clips/RenderPipeline.h"
 #include "Host/CommandLine/CommandLine.h"

@@ -26,18 +26,17 @@ enum class Operator {
     relu = 19,
     resizeBilinear = 23,
     custom = 32,
-    mean = 40,
     hardSwish = 117
 };
 enum class ValueType { float32 = 0, float16 = 1, int32 = 2 };
-enum class Activation { none = 0, relu = 1 };
 enum class PaddingRule { same = 0, valid = 1 };
 
 // A file that wants more than this is another network, or made to exhaust the machine. The usual one has 460
 // operators and tensors, 0.1 million weights and 60 million multiplications.
 constexpr std::size_t kMaximumParts = 4096, kMaximumWeights = 8 << 20;
-constexpr std::int64_t kMaximumValues = 16 << 20;
+constexpr std::int64_t kMaximumValues = 64 << 20;
 constexpr double kMaximumMultiplications = 4e9;
+constexpr int kMaximumKernel = 15;
 
 [[noreturn]] void damaged() {
     throw ModelError("is truncated or damaged");
@@ -92,7 +91,8 @@ class Importer {
         for (const FlatTable& step : steps) add(step);
 
         const Tensor& output = tensor(outputs[0]);
-        if (output.layer < 1 || output.height != height || output.width != width || output.channels != 1)
+        if (output.layer < 1 || output.layer != lastLayer_ || output.height != height ||
+            output.width != width || output.channels != 1)
             foreign("its output is not a mask");
     }
 
@@ -163,7 +163,12 @@ class Importer {
         const int id = net.addLayer(type + std::to_string(++layers_), type, params);
         int pin = 0;
         for (int source : sources) net.connect(source, 0, id, pin++);
-        return id;
+        return lastLayer_ = id;
+    }
+
+    /// An operator may say in a field that an activation follows it.
+    static void checkNoActivation(const FlatTable& options, int field) {
+        if (options.number<std::int8_t>(field) != 0) foreign("an activation is joined to another operator");
     }
 
     void add(const FlatTable& step) {
@@ -174,8 +179,7 @@ class Importer {
                                   operators_[code] == Operator::depthwise ||
                                   operators_[code] == Operator::custom;
         const bool takesTwo = operators_[code] == Operator::add || operators_[code] == Operator::multiply ||
-                              operators_[code] == Operator::resizeBilinear ||
-                              operators_[code] == Operator::mean;
+                              operators_[code] == Operator::resizeBilinear;
         if (outputs.size() != 1 || inputs.size() != (takesWeights ? 3u : takesTwo ? 2u : 1u)) damaged();
         Tensor& result = tensor(outputs[0]);
         if (operators_[code] == Operator::dequantize) {
@@ -198,15 +202,14 @@ class Importer {
                 break;
             case Operator::add:
             case Operator::multiply:
+                checkNoActivation(options, 0);
                 made = combination(source, computed(inputs[1]), operators_[code] == Operator::add);
                 break;
             case Operator::averagePool:
+                checkNoActivation(options, 5);
                 if (options.number<std::int32_t>(3) != source.width ||
                     options.number<std::int32_t>(4) != source.height)
                     foreign("a mean is not taken over the whole picture");
-                made = mean(source);
-                break;
-            case Operator::mean:
                 made = mean(source);
                 break;
             case Operator::resizeBilinear:
@@ -229,6 +232,8 @@ class Importer {
         if (result.shape.size() != 4 || result.shape[0] != 1 || result.height != made.height ||
             result.width != made.width || result.channels != made.channels)
             foreign("a tensor's shape is not what its operator gives");
+        values_ += std::int64_t(made.height) * made.width * made.channels;
+        if (values_ > kMaximumValues) foreign("it is too large");
         result.layer = made.layer;
     }
 
@@ -245,10 +250,12 @@ class Importer {
         const int strideX = options.number<std::int32_t>(1), strideY = options.number<std::int32_t>(2);
         const int outputs = depthwise ? source.channels : weights.shape.empty() ? 0 : weights.shape[0];
         if (weights.shape.size() != 4 || weights.channels != source.channels ||
-            (depthwise && weights.shape[0] != 1) || strideX < 1 || strideX > 8 || strideY != strideX ||
+            (depthwise && weights.shape[0] != 1) || weights.width > kMaximumKernel ||
+            weights.height > kMaximumKernel || strideX < 1 || strideX > 8 || strideY != strideX ||
             options.number<std::int32_t>(further + 1, 1) != 1 ||
             options.number<std::int32_t>(further + 2, 1) != 1)
             foreign("a convolution has weights of another shape, or gaps");
+        checkNoActivation(options, further);
         const bool same = PaddingRule(options.number<std::int8_t>(0)) == PaddingRule::same;
         Tensor made = source;
         made.channels = outputs;
@@ -295,23 +302,14 @@ class Importer {
                                           : values[std::size_t((out * taps + tap) * perOutput + in)];
         params.blobs = {kernel, bias(inputs[2], outputs)};
         made.layer = layer("Convolution", params, {input});
-        switch (Activation(options.number<std::int8_t>(further))) {
-            case Activation::none:
-                break;
-            case Activation::relu:
-                made.layer = layer("ReLU", {}, {made.layer});
-                break;
-            default:
-                foreign("a convolution has another activation");
-        }
         return made;
     }
 
     /// One whose results do not overlap.
     Tensor transposedConvolution(const Tensor& source, const std::vector<std::int32_t>& inputs) {
         const Tensor& weights = tensor(inputs[1]);
-        if (weights.shape.size() != 4 || weights.channels != source.channels || weights.width > 8 ||
-            weights.height > 8)
+        if (weights.shape.size() != 4 || weights.channels != source.channels ||
+            weights.width > kMaximumKernel || weights.height > kMaximumKernel)
             foreign("a convolution has weights of another shape, or gaps");
         Tensor made = source;
         const int outputs = made.channels = weights.shape[0];
@@ -391,8 +389,9 @@ class Importer {
     std::vector<std::string> names_;
     std::vector<Tensor> tensors_;
     std::size_t weights_ = 0;
+    std::int64_t values_ = 0;
     double multiplications_ = 0;
-    int layers_ = 0;
+    int layers_ = 0, lastLayer_ = 0;
 };
 
 }  // namespace
@@ -407,6 +406,8 @@ SegmentationNetwork::SegmentationNetwork(std::span<const std::uint8_t> file) {
     state_ = std::make_unique<State>(State{importer.net, importer.width, importer.height});
     state_->net.setPreferableBackend(cv::dnn::DNN_BACKEND_OPENCV);
     state_->net.setPreferableTarget(cv::dnn::DNN_TARGET_CPU);
+    // What OpenCV thinks of the network it says at the first use.
+    run(std::vector<std::uint8_t>(std::size_t(width()) * std::size_t(height()) * 3));
 }
 
 SegmentationNetwork::~SegmentationNetwork() = default;
@@ -429,7 +430,9 @@ std::vector<float> SegmentationNetwork::run(std::span<const std::uint8_t> rgb) {
     state_->net.setInput(input);
     const cv::Mat output = state_->net.forward();
     if (output.total() != pixels) throw ModelError("gives no mask");
-    return {output.ptr<float>(), output.ptr<float>() + pixels};
+    std::vector<float> result(output.ptr<float>(), output.ptr<float>() + pixels);
+    for (float& value : result) value = value > 0 ? std::min(value, 1.0f) : 0;  // also what is not a number
+    return result;
 }
 
 }  // namespace qv
