@@ -50,6 +50,7 @@ int main(int argc, char** argv) {
         addSheetCommand(tool);
         addGalleryCommand(tool);
         addBenchCommand(tool);
+        addMaskCommand(tool);
         addDevicesCommand(tool);
         tool.run(argc, argv);
         return int(ExitCode::success);

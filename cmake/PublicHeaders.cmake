@@ -1,7 +1,11 @@
 # The headers that are installed: all but those in the rooms that only the library itself enters.
 
 set(QV_PUBLIC_HEADERS)
-foreach(folder Platform QVFilterCore QVALObjectContour QVFilterExtension)
+set(folders Platform QVFilterCore QVALObjectContour QVFilterExtension)
+if(TARGET QVPersonMask)
+    list(APPEND folders QVPersonMask)
+endif()
+foreach(folder IN LISTS folders)
     file(GLOB_RECURSE headers CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/${folder}/*.h)
     list(APPEND QV_PUBLIC_HEADERS ${headers})
 endforeach()

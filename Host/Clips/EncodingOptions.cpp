@@ -22,7 +22,7 @@ std::int64_t parseBitRate(const std::string& option, const std::string& text) {
     return std::int64_t(bits);
 }
 
-void EncodingOptions::add(const Command& command) {
+void EncodingOptions::add(const Command& command, bool sound) {
     command.option("--format", writer_.container, "Container, as mp4; by the output's name, matroska for -");
     command.option("--codec", writer_.codec, "Encoder, as libx264; what suits the container");
     const CommandOption crf =
@@ -34,10 +34,12 @@ void EncodingOptions::add(const Command& command) {
         .range(0, 256);
     command.option("--option", options_, "name=value for the encoder or container; repeatable");
     reading_.add(command);
-    command.option("--audio-codec", writer_.audioCodec,
-                   "Encoder of the sound, as aac, or copy or none; what suits the container");
-    command.option("--audio-bitrate", audioBitRate_, "Bits per second of the sound, as 192k");
-    command.flag("--no-audio", noAudio_, "Leave the sound out");
+    if (sound) {
+        command.option("--audio-codec", writer_.audioCodec,
+                       "Encoder of the sound, as aac, or copy or none; what suits the container");
+        command.option("--audio-bitrate", audioBitRate_, "Bits per second of the sound, as 192k");
+        command.flag("--no-audio", noAudio_, "Leave the sound out");
+    }
     command.flag("--progress", lines_, "Progress as lines for programs, on standard error");
     command.flag("--quiet", quiet_, "No progress bar and no notes");
 }

@@ -17,7 +17,8 @@ class Command;
 /// The options of commands that write a clip, and what they make of them.
 class EncodingOptions {
   public:
-    void add(const Command& command);
+    /// `sound` tells whether the clip may have any.
+    void add(const Command& command, bool sound = true);
 
     /// How a clip or a mask is read; a note tells when it is deinterlaced.
     ClipReaderOptions readerOptions(const std::string& input) const;

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "Host/Clips/Clip.h"
+#include "Host/Clips/PersonMasks.h"
 #include "Host/Clips/PictureFile.h"
 
 #include <fmt/format.h>
@@ -138,6 +139,7 @@ CGSize FramePixels::size() const {
 std::unique_ptr<MaskSource> openMaskSource(const std::string& path, const ClipReaderOptions& options,
                                            const NoteSink& note) {
     if (path.empty()) return std::make_unique<AlphaMask>();
+    if (path == kAutomaticMask) return openPersonMaskSource();
     if (path == "-" || isPictureFile(path)) return std::make_unique<PictureMask>(path, note);
     return std::make_unique<ClipMask>(path, options, note);
 }

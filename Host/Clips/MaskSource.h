@@ -12,7 +12,10 @@
 namespace qv::host {
 
 /// Of --mask, where it is the input's.
-inline constexpr const char* kMaskHelp = "Picture or video that is white where the subject is";
+inline constexpr const char* kMaskHelp =
+    "Picture or video that is white where the subject is; auto: the people in the input";
+/// What --mask is then; a file of that name is ./auto.
+inline constexpr const char* kAutomaticMask = "auto";
 
 /// A frame as it was read: a clip's, or a picture.
 struct FramePixels {
@@ -38,8 +41,9 @@ class MaskSource {
 using NoteSink = std::function<void(const std::string& line)>;
 
 /// The source that --mask names: a picture, or a clip that begins with the masked one and is held at its end.
-/// Another shape is stretched over the frame. Without a name it is each frame's own alpha. `options` are for
-/// a clip; `note` is told once of what does not fit. Fails as input.
+/// Another shape is stretched over the frame. Without a name it is each frame's own alpha, and people that
+/// are found in it as kAutomaticMask. `options` are for a clip; `note` is told once of what does not fit.
+/// Fails as input.
 std::unique_ptr<MaskSource> openMaskSource(const std::string& path, const ClipReaderOptions& options,
                                            const NoteSink& note);
 

@@ -23,6 +23,7 @@ void addTransitionCommand(CommandParser& tool);
 void addBenchCommand(CommandParser& tool);
 void addSheetCommand(CommandParser& tool);
 void addGalleryCommand(CommandParser& tool);
+void addMaskCommand(CommandParser& tool);
 void addDevicesCommand(CommandParser& tool);
 
 struct PixelSize {

@@ -249,7 +249,7 @@ void addGalleryCommand(CommandParser& tool) {
     command.option("-i,--input", options->files.clips,
                    "Video or picture to show the classes on; twice, transitions lead to the second");
     command.option("--mask", options->files.mask,
-                   "Picture or video that is white where the first input's subject is");
+                   "Picture or video that is white where the first input's subject is; auto: its people");
     command.option("--only", options->only, "Only names that match (* and ?) or contain this");
     command.option("--size", options->size, "Size of the previews").showDefault();
     command.flag("--sheet", options->sheet, "Contact sheets as PNG too");

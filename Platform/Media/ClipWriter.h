@@ -28,6 +28,8 @@ struct ClipWriterOptions {
     /// Constant quality of the encoder; none: 18 for libx264 and 20 for libx265 unless a bit rate is given.
     std::optional<double> crf;
     std::int64_t bitRate = 0;  ///< bits per second; 0: by quality
+    /// Every pixel as it is, without a quality or bit rate, where libx264, libx265 or libvpx-vp9 encodes.
+    bool lossless = false;
     int threads = 0;           ///< of the encoder; 0 is one per core
     /// What the encoder's packets go through, as "filter_units=remove_types=6"; empty: nothing.
     std::string bitstreamFilters;

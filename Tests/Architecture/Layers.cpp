@@ -52,6 +52,7 @@ const std::map<std::string, std::set<std::string>> kMayInclude = {
     {"QVFilterExtension", {"Platform/", "QVFilterCore", "QVALObjectContour"}},
     {"QVFilterExtension/Resources", {"Platform/"}},
     {"Bindings", {"Platform/", "QVFilterCore", "QVFilterExtension"}},
+    {"QVPersonMask", {"Platform/"}},
     {"Examples/DemoFootage", {"Platform/", "QVFilterExtension/Resources/Assets/Support/"}},
 };
 
@@ -86,8 +87,8 @@ TEST(Layers, IncludesPointDownOnly) {
 }
 
 TEST(Layers, PrivateRoomsAreEnteredFromTheirOwnLayer) {
-    for (const char* folder : {"Platform", "QVFilterCore", "QVALObjectContour", "QVFilterExtension", "Host",
-                               "Examples", "Benchmarks"}) {
+    for (const char* folder : {"Platform", "QVFilterCore", "QVALObjectContour", "QVFilterExtension",
+                               "QVPersonMask", "Host", "Examples", "Benchmarks"}) {
         for (const Include& include : includesBelow(folder)) {
             const std::size_t room = include.target.find("/Private/");
             if (room == std::string::npos) continue;
@@ -130,12 +131,12 @@ TEST(Layers, OutsideLibrariesStayInTheirFolders) {
         {std::regex("^vulkan/"), {"Platform/ImageGraph/Vulkan/"}},
         {std::regex("^(cairo|ft2build|freetype|fontconfig/)"), {"Platform/Drawing/"}},
         {std::regex("^(libav|libsw|png|jpeglib|libyuv)"), {"Platform/Media/"}},
-        {std::regex("^opencv2/"), {"QVALObjectContour/"}},
+        {std::regex("^opencv2/"), {"QVALObjectContour/", "QVPersonMask/"}},
         {std::regex("^CLI/"), {"Host/CommandLine/CommandParser.cpp"}},
         {std::regex("^nlohmann/"), {"Host/", "Bindings/C/", "QVFilterExtension/QVFilterClassJSON.cpp"}},
     };
-    for (const char* folder :
-         {"Platform", "QVFilterCore", "QVALObjectContour", "QVFilterExtension", "Bindings", "Host"}) {
+    for (const char* folder : {"Platform", "QVFilterCore", "QVALObjectContour", "QVFilterExtension",
+                               "QVPersonMask", "Bindings", "Host"}) {
         for (const Include& include : includesBelow(folder)) {
             if (include.file.starts_with("QVFilterExtension/Resources/")) continue;  // programs of the build
             for (const auto& [library, rooms] : homes) {
@@ -151,7 +152,8 @@ TEST(Layers, OutsideLibrariesStayInTheirFolders) {
 TEST(Layers, PublicHeadersIncludeOnlyEachOtherAndTheStandardLibrary) {
     const std::set<std::string> headers = publicHeaders();
     ASSERT_GT(headers.size(), 20u);
-    for (const char* folder : {"Platform", "QVFilterCore", "QVALObjectContour", "QVFilterExtension"}) {
+    for (const char* folder :
+         {"Platform", "QVFilterCore", "QVALObjectContour", "QVFilterExtension", "QVPersonMask"}) {
         for (const Include& include : includesBelow(folder)) {
             if (!headers.contains(include.file)) continue;
             const bool standard = include.angled && include.target.find_first_of("/.") == std::string::npos;

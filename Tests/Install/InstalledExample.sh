@@ -37,6 +37,21 @@ g++ $flags "$work/version.cpp" -o "$work/version" $(pkg-config --cflags --libs Q
 [ "$("$work/version")" = "$version $version $version" ]
 [ "$("$work/moved/bin/qvfilter" --version)" = "qvfilter $version" ]
 
+# The finder of people, where it was built.
+if pkg-config --exists QVPersonMask; then
+    cat >"$work/people.cpp" <<'END'
+#include <QVPersonMask/PersonMaskSequence.h>
+int main() {
+    std::string error;
+    const auto people = qv::PersonMask::create("/nonexistent", &error);
+    qv::PersonMaskSequence masks(people, 0);
+    return people || error.empty() || masks.hasMask();
+}
+END
+    g++ $flags "$work/people.cpp" -o "$work/people" $(pkg-config --cflags --libs QVPersonMask)
+    "$work/people"
+fi
+
 ffmpeg -v error -f lavfi -i testsrc=size=64x48 -frames:v 1 "$work/in.png"
 for program in "$work/RenderStill/render-still" "$work/render-still"; do
     "$program" QVMosaicMTIFilter "$work/in.png" "$work/out.png" effectValue=1 | grep -q 64x48

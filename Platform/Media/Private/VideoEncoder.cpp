@@ -192,13 +192,17 @@ bool VideoEncoder::setQuality(const ClipWriterOptions& settings, ffmpeg::Diction
         if (!hasOption(*codec_, name)) cause = fmt::format("{} has no {}", codec_->name, name);
         return cause.empty();
     };
+    const bool lossless = settings.lossless && !settings.crf && settings.bitRate == 0;
     if (settings.bitRate > 0) context_->bit_rate = settings.bitRate;
     if (settings.crf) {
         if (!require("crf")) return false;
         options.set("crf", fmt::format("{}", *settings.crf));
+    } else if (x26x && lossless) {
+        options.set("qp", "0");
     } else if (x26x && settings.bitRate == 0 && !options.has("crf") && !options.has("qp")) {
         options.set("crf", codec_->id == AV_CODEC_ID_HEVC ? "20" : "18");
     }
+    if (lossless && hasOption(*codec_, "lossless")) options.set("lossless", "1");
     if (!settings.preset.empty()) {
         if (!require("preset")) return false;
         if (x26x && !isX26xPreset(settings.preset)) {
@@ -212,8 +216,8 @@ bool VideoEncoder::setQuality(const ClipWriterOptions& settings, ffmpeg::Diction
     // This one has a log of its own, on the terminal.
     if (std::string_view(codec_->name) == "libx265") {
         const AVDictionaryEntry* given = av_dict_get(options.get(), "x265-params", nullptr, 0);
-        options.set("x265-params",
-                    fmt::format("log-level=none{}{}", given ? ":" : "", given ? given->value : ""));
+        options.set("x265-params", fmt::format("log-level=none{}{}{}", lossless ? ":lossless=1" : "",
+                                               given ? ":" : "", given ? given->value : ""));
     }
     return true;
 }
