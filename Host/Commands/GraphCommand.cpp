@@ -1,6 +1,8 @@
 #include <memory>
 
+#include "Host/Clips/Clip.h"
 #include "Host/Clips/Timeline.h"
+#include "Host/CommandLine/ClipReading.h"
 #include "Host/CommandLine/CommandLine.h"
 #include "Host/CommandLine/CommandParser.h"
 #include "Host/Listing/PlanListing.h"
@@ -12,13 +14,14 @@ namespace qv::host {
 namespace {
 
 struct Options {
-    std::string effect, size = "1280x720", time;
+    std::string effect, size = "1280x720", time, mask;
     std::vector<std::string> settings;
+    ClipReading reading;
     bool json = false, dot = false, plan = false, gpuWays = false;
 };
 
-/// Pictures of one colour each, or video frames; a class that reads its mask from memory finds it white.
-FilterInputs plainInputs(PixelSize size, bool asFrames) {
+/// Pictures of one colour each, or video frames; the mask is white unless there is one.
+FilterInputs plainInputs(PixelSize size, bool asFrames, const SubjectMask& mask) {
     const CGSize sides{double(size.width), double(size.height)};
     const auto picture = [&](float grey) {
         if (!asFrames) return MTIImage::initWithColor({grey, grey, grey, 1}, false, sides);
@@ -29,11 +32,15 @@ FilterInputs plainInputs(PixelSize size, bool asFrames) {
     FilterInputs inputs;
     inputs.first = picture(0.5f);
     inputs.second = picture(0.25f);
+    inputs.originalSize = sides;
+    if (mask) {
+        inputs.mask = mask;
+        return inputs;
+    }
     const PixelBuffer white = PixelBuffer::create(PixelFormat::gray8, size.width, size.height);
     if (!white) fail(ExitCode::internal, "no memory for a mask of {}x{}", size.width, size.height);
     std::fill_n(white.plane(0).data, white.plane(0).rowBytes * std::size_t(size.height), std::uint8_t(255));
     inputs.mask = SubjectMask::fromBuffer(white);
-    inputs.originalSize = sides;
     return inputs;
 }
 
@@ -53,7 +60,10 @@ void graph(const Options& options) {
     ClipPosition clip;
     if (!options.time.empty()) clip.time = parseTime("--time", options.time);
 
-    const FilterInputs inputs = plainInputs(parseSize(options.size), options.plan);
+    SubjectMask mask;
+    if (!options.mask.empty())
+        mask = MaskSource(options.mask, options.reading.optionsFor(options.mask)).at(clip.time.value_or(0));
+    const FilterInputs inputs = plainInputs(parseSize(options.size), options.plan, mask);
     const auto filter = makeFilterOnClip(choice, clip);
     setInputs(*filter, inputs);
     const MTIImage output = outputImageOf(*filter);
@@ -81,6 +91,8 @@ void addGraphCommand(CommandParser& tool) {
     command.option("--time", options->time, "The effect's time (iTime), seconds");
     command.option("--set", options->settings, "name=value of a property; in order, repeatable")
         .severalValues();
+    command.option("--mask", options->mask, "Picture or video that is white where the subject is");
+    options->reading.add(command);
     const CommandOption json = addJSONFlag(command, options->json);
     command.flag("--dot", options->dot, "Print a picture for dot").excludes(json);
     const CommandOption plan =

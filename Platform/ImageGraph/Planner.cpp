@@ -162,8 +162,11 @@ class PlanBuilder {
     }
 
     int lowerNode(const ImageNode& node, const PassOverlay& overlay) {
-        if (!overlay.isVisible(node.width, node.height)) return inputsOf(node).front();
-        const int texture = addPass(stock("MTICopy"), inputsOf(node), node.width, node.height, format_, {});
+        const bool isVisible = overlay.isVisible(node.width, node.height), isOnNothing = node.inputs.empty();
+        if (!isVisible && !isOnNothing) return inputsOf(node).front();
+        const int texture = addPass(stock(isOnNothing ? "MTIColor" : "MTICopy"), inputsOf(node), node.width,
+                                    node.height, format_, {});
+        if (!isVisible) return texture;
         if (!failed_) {
             plan_.passes.back().overlays = {&overlay};
             plan_.passes.back().samples = overlay.kind().style.samples;

@@ -1,0 +1,97 @@
+#include "QVFilterExtension/MTIFilters/AIEffect/AIEffectFilter/QVAIContourHaloFilter.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "Platform/ImageGraph/MTIFilters.h"
+#include "QVFilterCore/QVHueMTIFilter.h"
+#include "QVFilterExtension/MTIFilters/QVInterlayerFilter.h"
+#include "QVFilterExtension/Private/UIBezierPath+QVFESmooth.h"
+#include "QVFilterExtension/Saber/QVContourNoiseFilter.h"
+
+namespace qv {
+
+const QVFilterClass QVAIContourHaloFilterClass{
+    .name = "QVAIContourHaloFilter",
+    .superclass = &QVAIEffectMTIFilterClass,
+    .title = "Halo",
+    .help = "A glowing line along the subject's outline; its look is set in code",
+    .factory = makeFilter<QVAIContourHaloFilter>,
+    .category = QVFilterCategory::subject,
+    .ignored = {"effectValue", "inputImageOriginalSize"},
+    .kind = QVFilterKind::auxiliary,
+};
+
+namespace {
+
+double longerSide(const PixelBuffer& mask) {
+    return std::max(mask.width(), mask.height());
+}
+
+}  // namespace
+
+double QVAIContourHaloFilter::getOffsetH() const {
+    return lineColor().getHueSaturationBrightnessAlpha().hue - defaultColor().getHueSaturationBrightnessAlpha().hue;
+}
+
+const QVOutlineSet& QVAIContourHaloFilter::calcPointsArray() {
+    pointsArray_.clear();
+    const PixelBuffer& mask = maskPixelBuffer();
+    if (!mask) return pointsArray_;
+    const double m = longerSide(mask);
+    QVOutlineSet outlines = QVObjectContour::getApproxContourPointsWithMask(mask, int(std::round(radiusRatio_ * m)),
+                                                                            float(1.0 / m));
+    const CGRect bounds = CGRectMake(0, 0, mask.width(), mask.height());
+    pointsArray_ = adjustCurvePointsArray(expandPointsArray(outlines, bounds, m * 12.0 * 0.001953125),
+                                          m * 6.0 * 0.001953125);
+    bezierRender_.setContours(std::move(outlines));
+    return pointsArray_;
+}
+
+MTIImage QVAIContourHaloFilter::renderLineWithParam(const QVSaberParam& param) {
+    const PixelBuffer& mask = maskPixelBuffer();
+    if (!mask || !inputImage()) return {};
+    const CGSize size =
+        inputImage().imageByApplyingTransform(CGAffineTransformInvert(extraTransform()), true).size();
+    if (param.colorImage) {
+        bezierRender_.setColorImage(param.colorImage);
+    } else if (param.colArray) {
+        bezierRender_.setColArray(param.colArray);
+    }
+    MTIImage line = bezierRender_.renderBezierWithPointsArray(
+        pointsArray_, {double(mask.width()), double(mask.height())}, float(longerSide(mask) * param.thickness), size);
+    if (!line) return {};
+    if (extraTransform() != CGAffineTransformIdentity) line = line.imageByApplyingTransform(extraTransform(), true);
+    if (param.colorImage) {
+        QVHueMTIFilter hueFilter;
+        hueFilter.setInputImage(line);
+        hueFilter.setHue(float(getOffsetH() * 2 * 3.141592653589793));
+        line = hueFilter.outputImage();
+    }
+    QVContourNoiseFilter noiseFilter;
+    noiseFilter.setInputImage(line);
+    noiseFilter.setParam(param);
+    noiseFilter.setITime(iTime());
+    return noiseFilter.outputImage();
+}
+
+MTIImage QVAIContourHaloFilter::outputImage() {
+    const std::optional<QVSaberParam> param = glowParam();
+    if (!param) return inputImage();
+    calcPointsArray();
+    const MTIImage line = renderLineWithParam(*param);
+    if (!line || !maskImage()) return inputImage();
+    if (type_ == 1) {
+        MTIBlendFilter blendFilter(MTIBlendMode::normal);
+        blendFilter.setInputImage(line);
+        blendFilter.setInputBackgroundImage(inputImage());
+        return blendFilter.outputImage();
+    }
+    QVInterlayerFilter interlayerFilter;
+    interlayerFilter.setInputImage(inputImage());
+    interlayerFilter.setMaskImage(maskImage());
+    interlayerFilter.setInterlayerImage(line);
+    return interlayerFilter.outputImage();
+}
+
+}  // namespace qv
