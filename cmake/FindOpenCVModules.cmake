@@ -1,0 +1,25 @@
+# Modules of OpenCV as OpenCV::NAME, each by its own development package: OpenCV's own CMake package wants all of them.
+
+find_path(OPENCV_INCLUDE_DIR opencv2/core.hpp PATH_SUFFIXES opencv4)
+mark_as_advanced(OPENCV_INCLUDE_DIR)
+set(opencv_libraries)
+foreach(name core ${OpenCVModules_FIND_COMPONENTS})
+    find_library(OPENCV_${name}_LIBRARY opencv_${name})
+    mark_as_advanced(OPENCV_${name}_LIBRARY)
+    list(APPEND opencv_libraries OPENCV_${name}_LIBRARY)
+endforeach()
+
+include(FindPackageHandleStandardArgs)
+find_package_handle_standard_args(OpenCVModules REQUIRED_VARS OPENCV_INCLUDE_DIR ${opencv_libraries})
+if(OpenCVModules_FOUND)
+    foreach(name core ${OpenCVModules_FIND_COMPONENTS})
+        if(NOT TARGET OpenCV::${name})
+            add_library(OpenCV::${name} UNKNOWN IMPORTED)
+            set_target_properties(OpenCV::${name} PROPERTIES IMPORTED_LOCATION ${OPENCV_${name}_LIBRARY}
+                                  INTERFACE_INCLUDE_DIRECTORIES ${OPENCV_INCLUDE_DIR})
+        endif()
+    endforeach()
+    foreach(name IN LISTS OpenCVModules_FIND_COMPONENTS)
+        target_link_libraries(OpenCV::${name} INTERFACE OpenCV::core)
+    endforeach()
+endif()
