@@ -3,6 +3,7 @@
 qv_add_asset_program(EffectPictures ${QV_BUNDLE})
 qv_add_asset_program(FilmFrames ${QV_BUNDLE})
 qv_add_asset_program(Fonts ${QV_BUNDLE})
+qv_add_asset_program(IcePictures ${QV_BUNDLE})
 qv_add_asset_program(LightLeaks ${QV_BUNDLE})
 qv_add_asset_program(Lookups ${QV_BUNDLE})
 qv_add_asset_program(PhotoDissolves ${QV_BUNDLE})

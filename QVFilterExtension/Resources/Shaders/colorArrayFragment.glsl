@@ -3,6 +3,5 @@
 
 vec4 colorArrayFragment(vec2 uv) {
     vec4 line = readHere(0);
-    float entries = inputSize(1).x;
-    return readInput(1, vec2(((1.0 - lineGlow(line)) * (entries - 1.0) + 0.5) / entries, 0.5)) * line.a;
+    return readPixel(1, ivec2((1.0 - lineGlow(line)) * (inputSize(1).x - 1.0) + 0.5, 0)) * line.a;
 }

@@ -48,20 +48,44 @@ const QVOutlineSet& QVAIContourHaloFilter::calcPointsArray() {
     return pointsArray_;
 }
 
-MTIImage QVAIContourHaloFilter::renderLineWithParam(const QVSaberParam& param) {
+MTIImage QVAIContourHaloFilter::drawLine(float thickness, double scale) const {
     const PixelBuffer& mask = maskPixelBuffer();
     if (!mask || !inputImage()) return {};
-    const CGSize size =
-        inputImage().imageByApplyingTransform(CGAffineTransformInvert(extraTransform()), true).size();
+    const CGSize size = inputImage().imageByApplyingTransform(CGAffineTransformInvert(extraTransform()), true).size();
+    return bezierRender_.renderBlackWhiteBezierWithPointsArray(
+        pointsArray_, {double(mask.width()), double(mask.height())}, float(longerSide(mask) * thickness),
+        {std::max(size.width * scale, 1.0), std::max(size.height * scale, 1.0)});
+}
+
+MTIImage QVAIContourHaloFilter::placed(const MTIImage& image) const {
+    return extraTransform() == CGAffineTransformIdentity ? image
+                                                         : image.imageByApplyingTransform(extraTransform(), true);
+}
+
+MTIImage QVAIContourHaloFilter::composed(const MTIImage& light) const {
+    if (type_ == 1) {
+        MTIBlendFilter blendFilter(MTIBlendMode::normal);
+        blendFilter.setInputImage(light);
+        blendFilter.setInputBackgroundImage(inputImage());
+        blendFilter.setOutputPixelFormat(outputPixelFormat());
+        return blendFilter.outputImage();
+    }
+    QVInterlayerFilter interlayerFilter;
+    interlayerFilter.setInputImage(inputImage());
+    interlayerFilter.setMaskImage(maskImage());
+    interlayerFilter.setInterlayerImage(light);
+    interlayerFilter.setOutputPixelFormat(outputPixelFormat());
+    return interlayerFilter.outputImage();
+}
+
+MTIImage QVAIContourHaloFilter::renderLineWithParam(const QVSaberParam& param) {
     if (param.colorImage) {
         bezierRender_.setColorImage(param.colorImage);
     } else if (param.colArray) {
         bezierRender_.setColArray(param.colArray);
     }
-    MTIImage line = bezierRender_.renderBezierWithPointsArray(
-        pointsArray_, {double(mask.width()), double(mask.height())}, float(longerSide(mask) * param.thickness), size);
+    MTIImage line = placed(bezierRender_.renderColorBezierWithBlackWhiteTexure(drawLine(param.thickness, 1)));
     if (!line) return {};
-    if (extraTransform() != CGAffineTransformIdentity) line = line.imageByApplyingTransform(extraTransform(), true);
     if (param.colorImage) {
         QVHueMTIFilter hueFilter;
         hueFilter.setInputImage(line);
@@ -80,18 +104,7 @@ MTIImage QVAIContourHaloFilter::outputImage() {
     if (!param) return inputImage();
     calcPointsArray();
     const MTIImage line = renderLineWithParam(*param);
-    if (!line || !maskImage()) return inputImage();
-    if (type_ == 1) {
-        MTIBlendFilter blendFilter(MTIBlendMode::normal);
-        blendFilter.setInputImage(line);
-        blendFilter.setInputBackgroundImage(inputImage());
-        return blendFilter.outputImage();
-    }
-    QVInterlayerFilter interlayerFilter;
-    interlayerFilter.setInputImage(inputImage());
-    interlayerFilter.setMaskImage(maskImage());
-    interlayerFilter.setInterlayerImage(line);
-    return interlayerFilter.outputImage();
+    return line && maskImage() ? composed(line) : inputImage();
 }
 
 }  // namespace qv

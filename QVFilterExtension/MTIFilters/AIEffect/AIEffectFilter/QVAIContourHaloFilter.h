@@ -42,6 +42,15 @@ class QVAIContourHaloFilter : public QVAIEffectMTIFilter {
 
     MTIImage outputImage() override;
 
+  protected:
+    /// The mask of a line along the outline that was found last, before `extraTransform`; its thickness in longer sides of
+    /// the mask, its size in sizes of the frame. Nil without an outline.
+    MTIImage drawLine(float thickness, double scale) const;
+    /// A picture of the size and in the place of such a mask, put where `extraTransform` has it.
+    MTIImage placed(const MTIImage& image) const;
+    /// The frame with `light` behind the subject, or over everything.
+    MTIImage composed(const MTIImage& light) const;
+
   private:
     int type_ = 0;
     double radiusRatio_ = 0.0078125;
