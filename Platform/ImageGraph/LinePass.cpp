@@ -215,7 +215,7 @@ LinePass::LinePass(std::vector<LineSegment> curves, float width, CGSize size, in
         kind_.fragmentStage = library->function("bezier_fragment.frag");
     }
     kind_.style = {DrawTopology::triangleStrip, DrawBlend::brightest, int(sizeof(Instance) / 16),
-                   std::clamp(getenv("QVS") ? atoi(getenv("QVS")) : samples, 1, 64)};
+                   std::clamp(samples, 1, 64)};
     kind_.vertices = std::max(triangles, 2) + 2;
 }
 
@@ -225,7 +225,7 @@ bool LinePass::isVisible(int, int) const {
 }
 
 OverlayLayout LinePass::layOut(int width, int height, PictureAtlas&) const {
-    auto l= Layout(*this, width, height, kind_.vertices / 2 - 1).make(); if(getenv("QVN")) l.draws.clear(); if(getenv("QVP")) fprintf(stderr,"%zu %zu\n",segments.size(),l.instances.size()/16); return l;
+    return Layout(*this, width, height, kind_.vertices / 2 - 1).make();
 }
 
 }  // namespace qv

@@ -24,10 +24,10 @@ vec4 squaresOver(vec4 below, vec2 p, float cells, float fall, float focus, float
     vec2 inside = clamp((halfSides - abs(local)) * focus + 0.5, 0.0, 1.0);
     float cover = inside.x * inside.y * step(draw.z, 0.85 * squareNumber) * step(0.001, squareNumber);
 
-    vec3 paper = mix(hueColor(floor(more.x * 7.0) / 7.0 + 0.02), vec3(1.0), 0.18);
-    float facing = 0.62 + 0.38 * tumble, flash = facing * facing;
+    vec3 paper = mix(hueColor(floor(more.x * 7.0) / 7.0 + 0.02), vec3(1.0), 0.24);
+    float facing = 0.7 + 0.3 * tumble, flash = facing * facing;
     flash *= flash * flash;
-    vec3 color = paper * (0.55 + 0.5 * facing) + 0.5 * flash * flash;
+    vec3 color = paper * (0.62 + 0.4 * facing) + 0.5 * flash * flash;
     cover *= 0.94;
     return vec4(mix(below.rgb, min(color, 1.0), cover), mix(below.a, 1.0, cover));
 }

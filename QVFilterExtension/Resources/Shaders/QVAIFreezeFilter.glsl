@@ -21,7 +21,7 @@ vec4 QVAIFreezeFilter(vec2 uv) {
 
     float drift = valueNoise(vec2(p.x * 1.7 + iTime * 0.13, p.y * 2.6 - iTime * 0.05), 4.0);
     float curl = valueNoise(vec2(p.x * 3.9 + drift - iTime * 0.21, p.y * 5.2), 5.0);
-    float mist = drift * (0.4 + 0.6 * curl) * (0.25 + 0.75 * uv.y) * 0.5 * effectValue;
+    float mist = drift * (0.4 + 0.6 * curl) * (0.25 + 0.75 * uv.y) * 0.42 * effectValue;
 
     vec2 cells = p * 95.0;
     vec4 draw = particleDraw(cells, 9.0);

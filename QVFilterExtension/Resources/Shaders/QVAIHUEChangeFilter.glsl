@@ -17,7 +17,7 @@ vec4 QVAIHUEChangeFilter(vec2 uv) {
     float mean = (color.r + color.g + color.b) / 3.0;
     vec3 turned = (color - mean) * cosine + about * sine;
     vec3 tint = hueColor(turn + 0.55);
-    turned = turned * (1.0 + 0.55 * progress) + (tint - luma(tint)) * (0.9 * progress * gray * (1.0 - gray));
+    turned = turned * (1.0 + 0.55 * progress) + (tint - luma(tint)) * (1.5 * progress * gray * (1.0 - gray));
     vec3 changed = gray + turned - luma(turned);
     float start = min(progress * 8.0, 1.0);
     return premultiplied(mix(color, fitGamut(changed, gray, 1.0), start), pixel.a);

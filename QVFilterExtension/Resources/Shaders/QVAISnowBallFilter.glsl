@@ -48,7 +48,7 @@ vec4 QVAISnowBallFilter(vec2 uv) {
     float close = max(flakes(s + 0.2, 7.0, 1.25, 0.15, 3.0), 0.85 * flakes(s * 1.1 + 0.7, 4.4, 1.0, 0.14, 4.0));
     vec3 inside = winter + (vec3(0.97, 0.985, 1.0) * scene.a - winter) * far;
     inside = mix(inside, scene.rgb, subject);
-    inside += (vec3(0.98, 0.99, 1.0) * scene.a - inside) * close;
+    inside += (vec3(0.98, 0.99, 1.0) * scene.a - inside) * (close * (1.0 - 0.45 * subject));
 
     float glass = clamp((1.0 - sqrt(r2)) * kBallRadius * side + 0.5, 0.0, 1.0);
     vec4 ball = readInput(3, inPicture);
