@@ -5,7 +5,6 @@
 #include <cmath>
 #include <cstring>
 
-#include "Host/Clips/PictureFile.h"
 #include "Host/CommandLine/Failure.h"
 
 namespace qv::host {
@@ -84,6 +83,11 @@ const ClipFrame& ShownFrames::at(double seconds) {
     return current_;
 }
 
+bool ShownFrames::hasEnded(double seconds) const {
+    const std::int64_t end = current_.time + current_.duration - firstTime_;
+    return !next_ && secondsOf(info(), end) < seconds + kTimeTolerance;
+}
+
 void ShownFrames::goTo(double seconds) {
     const double start = secondsOf(info(), firstTime_) - info().start;
     if (!clip_->seek(start + seconds)) fail(ExitCode::input, "{}", clip_->error());
@@ -156,28 +160,6 @@ PixelBuffer grayFromFrame(const PixelBuffer& frame) {
         }
     }
     return gray;
-}
-
-MaskSource::MaskSource(const std::string& path, const ClipReaderOptions& options) {
-    if (path == "-" || isPictureFile(path)) {
-        current_ = SubjectMask::fromBuffer(grayFromPicture(readPicture(path)));
-        return;
-    }
-    frames_ = std::make_unique<ShownFrames>(openClip(path, options));
-    show(frames_->at(0));
-}
-
-void MaskSource::show(const ClipFrame& frame) {
-    current_ =
-        SubjectMask::fromBuffer(turnedGray(grayFromFrame(frame.pixels), frames_->info().video.rotation));
-    shownTime_ = frame.time;
-}
-
-const SubjectMask& MaskSource::at(double seconds) {
-    if (!frames_) return current_;
-    const ClipFrame& frame = frames_->at(seconds);
-    if (frame.time != shownTime_) show(frame);
-    return current_;
 }
 
 }  // namespace qv::host

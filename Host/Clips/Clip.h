@@ -47,6 +47,8 @@ class ShownFrames {
     /// The frame where at() stands, and seconds from the first one to it.
     const ClipFrame& current() const { return current_; }
     double seconds() const { return secondsOf(info(), current_.time - firstTime_); }
+    /// Whether the last frame has been shown for as long as it lasts.
+    bool hasEnded(double seconds) const;
     /// To the next frame; false at the end. Fails as input.
     bool advance();
     /// Makes at() begin there, by a jump. Fails as input.
@@ -70,24 +72,5 @@ PixelBuffer turnedGray(const PixelBuffer& gray, int degrees);
 
 /// Luma, or red, of a frame as full-range gray8: how a frame is read as a mask.
 PixelBuffer grayFromFrame(const PixelBuffer& frame);
-
-/// The subject's mask along a clip: a picture, or a clip that begins with the masked one. One thread at a
-/// time.
-class MaskSource {
-  public:
-    /// `options` are for a clip.
-    explicit MaskSource(const std::string& path, const ClipReaderOptions& options = {});
-
-    /// The mask shown `seconds` after the first one; after the end the last. Times must not fall. Fails as
-    /// input.
-    const SubjectMask& at(double seconds);
-
-  private:
-    void show(const ClipFrame& frame);
-
-    std::unique_ptr<ShownFrames> frames_;  ///< nil for a picture
-    std::int64_t shownTime_ = 0;
-    SubjectMask current_;
-};
 
 }  // namespace qv::host

@@ -17,14 +17,12 @@ MTIImage ClipEffects::outputImage(const PixelBuffer& frame, double seconds) {
     FilterInputs inputs;
     inputs.first = turned(MTIImage::imageWithPixelBuffer(frame), rotation_);
     inputs.originalSize = inputs.first.size();
-    if (chain_.needsMask()) inputs.mask = mask_ ? mask_->at(seconds) : ownMask(frame);
+    if (chain_.takesMask()) {
+        inputs.mask = mask_->maskOf({.pixels = frame, .rotation = rotation_}, seconds);
+        lacksSubject_ = !inputs.mask;
+    }
     chain_.moveTo(seconds);
     return turned(chain_.outputImage(inputs), (360 - rotation_) % 360);
-}
-
-SubjectMask ClipEffects::ownMask(const PixelBuffer& frame) const {
-    const SubjectMask mask = SubjectMask::fromAlpha(frame);
-    return mask && rotation_ != 0 ? SubjectMask::fromBuffer(turnedGray(mask.buffer, rotation_)) : mask;
 }
 
 ClipSource::ClipSource(std::unique_ptr<ClipReader> reader, std::unique_ptr<ClipEffects> effects,

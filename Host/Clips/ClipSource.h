@@ -6,6 +6,7 @@
 
 #include "Host/Clips/Clip.h"
 #include "Host/Clips/FrameSource.h"
+#include "Host/Clips/MaskSource.h"
 #include "Host/Clips/Timeline.h"
 
 namespace qv::host {
@@ -13,20 +14,20 @@ namespace qv::host {
 /// Effects over the frames of one clip, upright as a viewer sees them.
 class ClipEffects {
   public:
-    /// `seconds` is the clip's length, 0 when unknown. `mask` may be nil: then a frame's own alpha is its
-    /// mask.
+    /// `seconds` is the clip's length, 0 when unknown.
     ClipEffects(std::vector<EffectChoice> choices, const ClipInfo& info, double seconds,
                 std::unique_ptr<MaskSource> mask);
 
     /// The picture for a frame `seconds` after the first one, in the file's orientation. Times must not fall.
     MTIImage outputImage(const PixelBuffer& frame, double seconds);
+    /// Whether an effect works on the subject, and the last frame's is not known.
+    bool lacksSubject() const { return lacksSubject_; }
 
   private:
-    SubjectMask ownMask(const PixelBuffer& frame) const;
-
     EffectChain chain_;
     std::unique_ptr<MaskSource> mask_;
     int rotation_;
+    bool lacksSubject_ = false;
 };
 
 /// A clip through effects; its other streams' packets pass by.

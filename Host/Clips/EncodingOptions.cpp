@@ -78,7 +78,7 @@ std::unique_ptr<ClipWriter> EncodingOptions::makeWriter(const std::string& outpu
 }
 
 void EncodingOptions::note(const std::string& line) const {
-    if (!quiet_) writeStandardError(fmt::format("qvfilter: note: {}\n", line));
+    if (!quiet_) writeNote(line);
 }
 
 MTIPixelFormat workingFormat(const ClipVideoFormat& video, const ClipWriter& writer) {

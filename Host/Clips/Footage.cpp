@@ -10,6 +10,7 @@ Footage::Footage(const std::string& path, double stillSeconds, const ClipReaderO
     if (path == "-" || isPictureFile(path)) {
         const Bitmap bitmap = readPicture(path);
         picture_ = MTIImage::imageWithBitmap(bitmap);
+        still_.picture = bitmap;
         video_.width = bitmap.width;
         video_.height = bitmap.height;
         shape_ = uprightShape(video_);
@@ -25,7 +26,8 @@ Footage::Footage(const std::string& path, double stillSeconds, const ClipReaderO
         return;
     }
     seconds_ = stillSeconds;
-    picture_ = turned(MTIImage::imageWithPixelBuffer(frames_->current().pixels), video_.rotation);
+    still_ = {.pixels = frames_->current().pixels, .rotation = video_.rotation};
+    picture_ = turned(MTIImage::imageWithPixelBuffer(still_.pixels), video_.rotation);
     frames_.reset();
 }
 
@@ -38,6 +40,11 @@ MTIImage Footage::imageAt(double seconds, const FrameShape& frame, Fit fit) {
         frames_ ? turned(MTIImage::imageWithPixelBuffer(frames_->at(seconds).pixels), video_.rotation)
                 : picture_;
     return fitted(image, shape_.pixelAspect, frame, fit);
+}
+
+FramePixels Footage::pixelsAt(double seconds) {
+    if (!frames_) return still_;
+    return {.pixels = frames_->at(seconds).pixels, .rotation = video_.rotation};
 }
 
 void Footage::render(MTIContext& context, const FrameShape& frame, Fit fit) {

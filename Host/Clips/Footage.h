@@ -6,6 +6,7 @@
 
 #include "Host/Clips/Clip.h"
 #include "Host/Clips/FrameFit.h"
+#include "Host/Clips/MaskSource.h"
 #include "Platform/ImageGraph/MTIContext.h"
 
 namespace qv::host {
@@ -29,6 +30,8 @@ class Footage {
     /// The frame that is shown `seconds` after the first one, upright and fitted into `frame`; after the end
     /// the last. Times must not fall but for goTo(). Fails as input.
     MTIImage imageAt(double seconds, const FrameShape& frame, Fit fit);
+    /// The same as it was read; a picture always.
+    FramePixels pixelsAt(double seconds);
     /// Renders a picture into the frame once and for all.
     void render(MTIContext& context, const FrameShape& frame, Fit fit);
 
@@ -37,7 +40,8 @@ class Footage {
     ClipVideoFormat video_;
     FrameShape shape_;  ///< of the upright images
     double seconds_ = 0;
-    MTIImage picture_;                     ///< nil for a clip
+    FramePixels still_;                    ///< nil for a clip
+    MTIImage picture_;                     ///< of it
     std::unique_ptr<ShownFrames> frames_;  ///< nil for a picture
 };
 

@@ -1,5 +1,7 @@
 #include "Host/Clips/Timeline.h"
 
+#include <algorithm>
+
 #include "Host/CommandLine/Diagnostics.h"
 #include "Host/CommandLine/Failure.h"
 
@@ -110,11 +112,10 @@ EffectChain::EffectChain(std::vector<EffectChoice> choices, const ClipPosition& 
     }
 }
 
-bool EffectChain::needsMask() const {
-    for (const Link& link : links_) {
-        if (link.choice.filterClass->input(QVInputRole::mask)) return true;
-    }
-    return false;
+bool EffectChain::takesMask() const {
+    return std::any_of(links_.begin(), links_.end(), [](const Link& link) {
+        return link.choice.filterClass->input(QVInputRole::mask) != nullptr;
+    });
 }
 
 void EffectChain::moveTo(double seconds) {
@@ -126,11 +127,13 @@ void EffectChain::moveTo(double seconds) {
 }
 
 MTIImage EffectChain::outputImage(const FilterInputs& inputs) {
-    if (!inputs.mask && needsMask()) {
-        fail(ExitCode::usage, "a subject effect needs --mask FILE, or an input with an alpha channel");
-    }
     FilterInputs next = inputs;
     for (const Link& link : links_) {
+        const QVInput* mask = link.choice.filterClass->input(QVInputRole::mask);
+        if (mask && mask->isRequired && !inputs.mask) {
+            fail(ExitCode::usage, "{} needs --mask FILE, or an input with an alpha channel",
+                 link.choice.filterClass->name);
+        }
         setInputs(*link.filter, next);
         next.first = outputImageOf(*link.filter);
     }

@@ -67,12 +67,13 @@ class EffectChain {
   public:
     EffectChain(std::vector<EffectChoice> choices, const ClipPosition& clip);
 
-    /// Whether a class in the chain works on the subject, and so needs a mask.
-    bool needsMask() const;
+    /// Whether a class in the chain works on the subject.
+    bool takesMask() const;
     /// Moves every filter's time, except where the user set it and where a class lets time stand still on a
     /// photo.
     void moveTo(double seconds);
-    /// The picture of the whole chain. Fails when a mask is missing or a filter gives nothing.
+    /// The picture of the whole chain. Fails when a mask is missing that a class cannot do without, or a
+    /// filter gives nothing.
     MTIImage outputImage(const FilterInputs& inputs);
 
   private:

@@ -33,8 +33,7 @@ void ClipReading::add(const Command& command) {
 ClipReaderOptions ClipReading::optionsFor(const std::string& path) const {
     ClipReaderOptions result{.deinterlacing = deinterlacing_};
     result.onDeinterlacing = [path, told = told_] {
-        if (told->isFirst(path))
-            writeStandardError(fmt::format("qvfilter: note: '{}' is deinterlaced\n", path));
+        if (told->isFirst(path)) writeNote(fmt::format("'{}' is deinterlaced", path));
     };
     return result;
 }

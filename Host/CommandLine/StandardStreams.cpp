@@ -7,6 +7,8 @@
 #include <cstdio>
 #include <system_error>
 
+#include <fmt/format.h>
+
 #include "Host/CommandLine/Failure.h"
 
 namespace qv::host {
@@ -29,6 +31,10 @@ void writeStandardOutput(std::string_view text) {
 void writeStandardError(std::string_view text) {
     std::fwrite(text.data(), 1, text.size(), stderr);
     std::fflush(stderr);
+}
+
+void writeNote(std::string_view line) {
+    writeStandardError(fmt::format("qvfilter: note: {}\n", line));
 }
 
 }  // namespace qv::host

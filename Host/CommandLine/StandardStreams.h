@@ -14,5 +14,7 @@ void writeStandardOutput(std::string_view text);
 /// Writes to standard error. What it does not take is lost: progress and notes are not worth ending for, and
 /// of an error the exit status tells.
 void writeStandardError(std::string_view text);
+/// One line there that the user may want to know.
+void writeNote(std::string_view line);
 
 }  // namespace qv::host

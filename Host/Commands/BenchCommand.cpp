@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 
+#include "Host/Clips/MaskSource.h"
 #include "Host/Clips/Timeline.h"
 #include "Host/CommandLine/CommandLine.h"
 #include "Host/CommandLine/CommandParser.h"
@@ -23,7 +24,7 @@ namespace {
 
 struct Options {
     std::vector<std::string> effects;
-    std::string size = "1920x1080";
+    std::string size = "1920x1080", mask;
     int rounds = 15;
     double seconds = 5;
     bool json = false, compare = false;
@@ -70,13 +71,14 @@ struct Result {
 
 /// A context and the pictures that are resident in it.
 struct Stage {
-    Stage(const DeviceOptions& device, PixelSize size) : context(device.makeContext()) {
-        const auto picture = [&](SampleLight light) {
-            return MTIImage::imageWithBitmap(samplePicture(size.width, size.height, light));
-        };
-        inputs.first = picture(SampleLight::day);
-        inputs.second = picture(SampleLight::dusk);
-        inputs.mask = SubjectMask::fromBuffer(sampleMask(size.width, size.height));
+    Stage(const DeviceOptions& device, PixelSize size, const std::string& mask)
+        : context(device.makeContext()) {
+        const Bitmap day = samplePicture(size.width, size.height, SampleLight::day);
+        const Bitmap dusk = samplePicture(size.width, size.height, SampleLight::dusk);
+        inputs.first = MTIImage::imageWithBitmap(day);
+        inputs.second = MTIImage::imageWithBitmap(dusk);
+        inputs.mask = mask.empty() ? SubjectMask::fromBuffer(sampleMask(size.width, size.height))
+                                   : openMaskSource(mask, {}, writeNote)->maskOf({.picture = day}, 0);
         inputs.originalSize = {double(size.width), double(size.height)};
     }
     std::shared_ptr<MTIContext> context;
@@ -89,10 +91,10 @@ class Bench {
         DeviceOptions device = options.device;
         if (options.compare) {
             device.noFusion = true;
-            plain_ = std::make_unique<Stage>(device, size_);
+            plain_ = std::make_unique<Stage>(device, size_, options.mask);
             device.noFusion = false;
         }
-        fused_ = std::make_unique<Stage>(device, size_);
+        fused_ = std::make_unique<Stage>(device, size_, options.mask);
         copyKernel_ = stockKernel("MTICopy");
         if (!copyKernel_) fail(ExitCode::internal, "there is no copy pass{}", lastLogLineInBrackets());
         takeFrame(
@@ -265,6 +267,7 @@ void addBenchCommand(CommandParser& tool) {
     command.option("class", options->effects,
                    "Names of classes, or CLASS:name=value:...; all classes without");
     command.option("--size", options->size, "Size of the frames").showDefault();
+    command.option("--mask", options->mask, "Picture or video that is white where the frames' subject is");
     command.option("--rounds", options->rounds, "Frames of each class").showDefault().range(1, 10000);
     command.option("--seconds", options->seconds, "Most seconds for the frames of a class")
         .showDefault()

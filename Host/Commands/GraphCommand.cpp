@@ -1,8 +1,7 @@
 #include <memory>
 
-#include "Host/Clips/Clip.h"
+#include "Host/Clips/MaskSource.h"
 #include "Host/Clips/Timeline.h"
-#include "Host/CommandLine/ClipReading.h"
 #include "Host/CommandLine/CommandLine.h"
 #include "Host/CommandLine/CommandParser.h"
 #include "Host/Listing/PlanListing.h"
@@ -16,12 +15,19 @@ namespace {
 struct Options {
     std::string effect, size = "1280x720", time, mask;
     std::vector<std::string> settings;
-    ClipReading reading;
     bool json = false, dot = false, plan = false, gpuWays = false;
 };
 
-/// Pictures of one colour each, or video frames; the mask is white unless there is one.
-FilterInputs plainInputs(PixelSize size, bool asFrames, const SubjectMask& mask) {
+/// A mask that is white all over.
+SubjectMask whiteMask(PixelSize size) {
+    const PixelBuffer white = PixelBuffer::create(PixelFormat::gray8, size.width, size.height);
+    if (!white) fail(ExitCode::internal, "no memory for a mask of {}x{}", size.width, size.height);
+    std::fill_n(white.plane(0).data, white.plane(0).rowBytes * std::size_t(size.height), std::uint8_t(255));
+    return SubjectMask::fromBuffer(white);
+}
+
+/// Pictures of one colour each, or video frames.
+FilterInputs plainInputs(PixelSize size, bool asFrames) {
     const CGSize sides{double(size.width), double(size.height)};
     const auto picture = [&](float grey) {
         if (!asFrames) return MTIImage::initWithColor({grey, grey, grey, 1}, false, sides);
@@ -33,14 +39,6 @@ FilterInputs plainInputs(PixelSize size, bool asFrames, const SubjectMask& mask)
     inputs.first = picture(0.5f);
     inputs.second = picture(0.25f);
     inputs.originalSize = sides;
-    if (mask) {
-        inputs.mask = mask;
-        return inputs;
-    }
-    const PixelBuffer white = PixelBuffer::create(PixelFormat::gray8, size.width, size.height);
-    if (!white) fail(ExitCode::internal, "no memory for a mask of {}x{}", size.width, size.height);
-    std::fill_n(white.plane(0).data, white.plane(0).rowBytes * std::size_t(size.height), std::uint8_t(255));
-    inputs.mask = SubjectMask::fromBuffer(white);
     return inputs;
 }
 
@@ -60,10 +58,13 @@ void graph(const Options& options) {
     ClipPosition clip;
     if (!options.time.empty()) clip.time = parseTime("--time", options.time);
 
-    SubjectMask mask;
-    if (!options.mask.empty())
-        mask = MaskSource(options.mask, options.reading.optionsFor(options.mask)).at(clip.time.value_or(0));
-    const FilterInputs inputs = plainInputs(parseSize(options.size), options.plan, mask);
+    const PixelSize size = parseSize(options.size);
+    FilterInputs inputs = plainInputs(size, options.plan);
+    inputs.mask = whiteMask(size);
+    if (!options.mask.empty()) {
+        const FramePixels frame{.pixels = inputs.mask.buffer};  // any of its shape
+        inputs.mask = openMaskSource(options.mask, {}, writeNote)->maskOf(frame, 0);
+    }
     const auto filter = makeFilterOnClip(choice, clip);
     setInputs(*filter, inputs);
     const MTIImage output = outputImageOf(*filter);
@@ -89,10 +90,10 @@ void addGraphCommand(CommandParser& tool) {
     command.option("class", options->effect, "Name of the class, or CLASS:name=value:...").required();
     command.option("--size", options->size, "Size of the inputs").showDefault();
     command.option("--time", options->time, "The effect's time (iTime), seconds");
+    command.option("--mask", options->mask,
+                   "Picture or video that is white where the subject is; white without");
     command.option("--set", options->settings, "name=value of a property; in order, repeatable")
         .severalValues();
-    command.option("--mask", options->mask, "Picture or video that is white where the subject is");
-    options->reading.add(command);
     const CommandOption json = addJSONFlag(command, options->json);
     command.flag("--dot", options->dot, "Print a picture for dot").excludes(json);
     const CommandOption plan =

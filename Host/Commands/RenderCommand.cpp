@@ -54,14 +54,14 @@ void render(const Options& options) {
     auto reader = openClip(options.input, reading);
     const ClipInfo info = reader->info();
     const double seconds = clipSeconds(options, info);
-    std::unique_ptr<MaskSource> mask;
-    if (!options.mask.empty())
-        mask = std::make_unique<MaskSource>(options.mask, options.encoding.readerOptions(options.mask));
+    auto mask = openMaskSource(options.mask, options.encoding.readerOptions(options.mask),
+                               [&](const std::string& line) { options.encoding.note(line); });
     auto effects = std::make_unique<ClipEffects>(choices, info, seconds, std::move(mask));
     const std::int64_t timesEachFrame = info.isStillPicture ? pictureFrames(info, seconds) : 1;
 
     RenderPipeline::Parts parts;
     const MTIImage first = effects->outputImage(blankFrame(info.video), 0);
+    if (effects->lacksSubject()) options.encoding.note(unknownSubject(options.input));
     parts.size = {int(first.size().width), int(first.size().height)};
     ClipVideoFormat video = info.video;
     video.width = parts.size.width;
@@ -91,7 +91,7 @@ void addRenderCommand(CommandParser& tool) {
     command.option("-e,--effect", options->effects, "CLASS:name=value:name=value; repeatable, a chain");
     command.option("-o,--output", options->output, "Video file, or - for standard output").required();
     command.option("--duration", options->duration, "How long a picture is shown, seconds; 3 without");
-    command.option("--mask", options->mask, "Picture or video that is white where the subject is");
+    command.option("--mask", options->mask, kMaskHelp);
     options->encoding.add(command);
     command.flag("--no-subtitles", options->noSubtitles, "Leave subtitles out");
     options->overwrite.add(command);

@@ -2,6 +2,7 @@
 #include <memory>
 
 #include "Host/Clips/Clip.h"
+#include "Host/Clips/MaskSource.h"
 #include "Host/Clips/PictureFile.h"
 #include "Host/Clips/Timeline.h"
 #include "Host/CommandLine/ClipReading.h"
@@ -24,14 +25,14 @@ struct Options {
 /// The picture that the effects work on, and where it lies on its clip.
 struct Moment {
     MTIImage image;
-    SubjectMask alpha;
+    FramePixels pixels;
     ClipPosition position;
 };
 
 Moment momentOfPicture(const Options& options) {
     const Bitmap bitmap = readPicture(options.input);
     Moment moment{MTIImage::imageWithBitmap(bitmap)};
-    moment.alpha = SubjectMask::fromAlpha(bitmap);
+    moment.pixels.picture = bitmap;
     moment.position = {.time = options.time.empty() ? 0.0 : parseTime("--time", options.time),
                        .startTime = 0.0,
                        .endTime = kPhotoSeconds,
@@ -46,10 +47,8 @@ Moment momentOfClip(const Options& options) {
     const ClipInfo& info = clip->info();
     const ClipMoment shown = momentAt(*clip, time);
     const int rotation = info.video.rotation;
-    Moment moment{turned(MTIImage::imageWithPixelBuffer(shown.frame.pixels), rotation)};
-    if (const SubjectMask alpha = SubjectMask::fromAlpha(shown.frame.pixels)) {
-        moment.alpha = SubjectMask::fromBuffer(turnedGray(alpha.buffer, rotation));
-    }
+    Moment moment{turned(MTIImage::imageWithPixelBuffer(shown.frame.pixels), rotation),
+                  {.pixels = shown.frame.pixels, .rotation = rotation}};
     const double length = info.isStillPicture ? kPhotoSeconds : info.duration;
     moment.position = {.time = shown.seconds, .isPhoto = info.isStillPicture};
     if (length > 0) {
@@ -73,13 +72,13 @@ void still(const Options& options) {
     FilterInputs inputs;
     inputs.first = moment.image;
     inputs.originalSize = moment.image.size();
-    inputs.mask = moment.alpha;
-    if (!options.mask.empty())
-        inputs.mask =
-            MaskSource(options.mask, options.reading.optionsFor(options.mask)).at(*moment.position.time);
+    const auto mask = openMaskSource(options.mask, options.reading.optionsFor(options.mask), writeNote);
+    EffectChain chain(choices, moment.position);
+    if (chain.takesMask()) inputs.mask = mask->maskOf(moment.pixels, *moment.position.time);
 
     const auto context = options.device.makeContext();
-    const MTIImage image = EffectChain(choices, moment.position).outputImage(inputs);
+    const MTIImage image = chain.outputImage(inputs);
+    if (chain.takesMask() && !inputs.mask) writeNote(unknownSubject(options.input));
     std::string cause;
     const Bitmap bitmap = context->renderToBitmap(image, &cause);
     if (!bitmap) fail(ExitCode::device, "{}", cause);
@@ -101,7 +100,7 @@ void addStillCommand(CommandParser& tool) {
     command.option("--time", options->time, "Moment of the clip, and the effects' time, seconds");
     command.option("--size", options->size, "Stretch the picture to WIDTHxHEIGHT before the effects");
     options->reading.add(command);
-    command.option("--mask", options->mask, "Picture or video that is white where the subject is");
+    command.option("--mask", options->mask, kMaskHelp);
     options->overwrite.add(command);
     options->device.add(command);
     command.setAction([options] { still(*options); });

@@ -72,6 +72,10 @@ class Take {
     }
 
     bool drifts() const { return bool(picture_); }
+    /// As it was read; nil for what is drawn here.
+    FramePixels pixels(int index) {
+        return footage_ ? footage_->pixelsAt(previewTime(index)) : FramePixels();
+    }
     Bitmap frame(int index) {
         if (picture_) return window(picture_, size_, index);
         return rendered(footage_->imageAt(previewTime(index), shapeOf(size_), Fit::cover), context_);
@@ -90,8 +94,8 @@ Take openTake(const GalleryFiles& files, std::size_t index, PixelSize size, MTIC
 }
 
 /// Gives the subject's mask of each frame as a picture; empty when there is none. It moves as the first clip
-/// does.
-std::function<Bitmap(int)> openMask(const GalleryFiles& files, const Take& first, PixelSize size,
+/// does, which must outlive it.
+std::function<Bitmap(int)> openMask(const GalleryFiles& files, Take& first, PixelSize size,
                                     MTIContext& context) {
     if (files.clips.empty()) {
         const PixelSize large = withRoom(size);
@@ -99,13 +103,13 @@ std::function<Bitmap(int)> openMask(const GalleryFiles& files, const Take& first
             return window(mask, size, frame);
         };
     }
-    if (files.mask.empty()) return {};
-    const auto source = std::make_shared<MaskSource>(files.mask);
-    return [source, size, &context, drifts = first.drifts()](int frame) {
-        const FrameShape shape = shapeOf(drifts ? withRoom(size) : size);
-        const MTIImage mask = source->at(previewTime(frame)).image;
+    const std::shared_ptr<MaskSource> source = openMaskSource(files.mask, {}, writeNote);
+    if (!source->maskOf(first.pixels(0), 0)) return {};
+    return [source, size, &context, &first](int frame) {
+        const FrameShape shape = shapeOf(first.drifts() ? withRoom(size) : size);
+        const MTIImage mask = source->maskOf(first.pixels(frame), previewTime(frame)).image;
         const Bitmap picture = rendered(fitted(mask, 1, shape, Fit::cover), context);
-        return drifts ? window(picture, size, frame) : picture;
+        return first.drifts() ? window(picture, size, frame) : picture;
     };
 }
 

@@ -72,7 +72,6 @@ TEST_F(Errors, EffectsThatDoNotFitTheirClass) {
     expectRenderFailure("QVMosaicMTIFilter:isPhoto=maybe", 2, "true or false");
     expectRenderFailure("QVMosaicMTIFilter:extractValues=1,,2", 2, "extractValues");
     expectRenderFailure("QVMosaicMTIFilter:extractValues=1\\:2", 2, "'1:2'");
-    expectRenderFailure("QVInterlayerFilter", 2, "--mask");
 }
 
 TEST_F(Errors, InputsThatCannotBeRead) {
