@@ -44,4 +44,21 @@ const QVFilterClass QVAIEffectMTIFilterClass{
         },
 };
 
+UIColor QVAIEffectMTIFilter::lineColor() const {
+    if (!colors_.empty()) return colors_.front();
+    const std::vector<UIColor> own = defaultColors();
+    return own.empty() ? UIColor::whiteColor() : own.front();
+}
+
+UIBezierPath QVAIEffectMTIFilter::getExtraTransformPath(UIBezierPath path) const {
+    if (!maskPixelBuffer_ || extraTransform_ == CGAffineTransformIdentity) return path;
+    const CGRect mask = CGRectMake(0, 0, maskPixelBuffer_.width(), maskPixelBuffer_.height());
+    // Images are transformed about their middle, with y up.
+    const CGAffineTransform moved =
+        CGAffineTransformConcat({1, 0, 0, -1, -mask.midX(), mask.midY()}, extraTransform_);
+    const CGRect box = CGRectApplyAffineTransform(mask, moved);
+    path.applyTransform(CGAffineTransformConcat(moved, {1, 0, 0, -1, -box.minX(), box.maxY()}));
+    return path;
+}
+
 }  // namespace qv

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "Platform/Drawing/UIBezierPath.h"
 #include "QVFilterCore/QVEffectMTIFilter.h"
 
 namespace qv {
@@ -29,6 +30,14 @@ class QVAIEffectMTIFilter : public QVEffectMTIFilter {
     /// The user's colours; empty takes the class's own.
     const std::vector<UIColor>& colors() const { return colors_; }
     void setColors(std::vector<UIColor> colors) { colors_ = std::move(colors); }
+    /// What the class takes where the user gives none; may be empty.
+    virtual std::vector<UIColor> defaultColors() const { return {}; }
+    /// The first of `colors`, else of the class's own, else white.
+    UIColor lineColor() const;
+
+    /// A path in pixels of the mask in memory, moved to where `extraTransform` has it: in pixels of the mask's picture
+    /// after the transform, which has grown or shrunk to hold all of it.
+    UIBezierPath getExtraTransformPath(UIBezierPath path) const;
 
   private:
     MTIImage maskImage_;

@@ -7,8 +7,10 @@ const QVFilterClass QVContourNoiseFilterClass{
     .superclass = &QVEffectMTIFilterClass,
     .title = "Line noise",
     .help = "Lets a line flicker like a blade of light",
+    .tags = {"distort", "flicker", "energy", "turbulence"},
     .factory = makeFilter<QVContourNoiseFilter>,
     .category = QVFilterCategory::subject,
+    .ignored = {"effectValue"},
     .kind = QVFilterKind::auxiliary,
 };
 

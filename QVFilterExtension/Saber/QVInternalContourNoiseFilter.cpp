@@ -7,8 +7,10 @@ const QVFilterClass QVInternalContourNoiseFilterClass{
     .superclass = &QVEffectMTIFilterClass,
     .title = "Wisps",
     .help = "Noise that drifts and curls moves the pixels of a line",
+    .tags = {"distort", "flicker", "smoke", "turbulence"},
     .factory = makeFilter<QVInternalContourNoiseFilter>,
     .category = QVFilterCategory::subject,
+    .ignored = {"effectValue"},
     .kind = QVFilterKind::auxiliary,
 };
 
@@ -17,6 +19,7 @@ const QVFilterClass QVInternalContourNoiseFilter1Class{
     .superclass = &QVInternalContourNoiseFilterClass,
     .title = "Waves",
     .help = "Waves that run through a line",
+    .tags = {"distort", "ripple", "plasma"},
 };
 
 const QVFilterClass QVInternalContourNoiseFilter3Class{
@@ -24,6 +27,7 @@ const QVFilterClass QVInternalContourNoiseFilter3Class{
     .superclass = &QVInternalContourNoiseFilterClass,
     .title = "Jags",
     .help = "Jags that leap along a line",
+    .tags = {"distort", "lightning", "electric"},
 };
 
 MTIParameters QVInternalContourNoiseFilter::parameters() const {

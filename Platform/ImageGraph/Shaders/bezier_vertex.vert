@@ -9,7 +9,7 @@ layout(location = 3) in vec4 sizes;         // of the points' space; of the fram
 
 layout(location = 0) flat out vec4 chord;   // the piece from this rib to the next: its start, and its way
 layout(location = 1) flat out vec4 factors; // points a pixel; 1 / half the width; pixels a point
-layout(location = 2) flat out vec2 tops;    // coverage at its middle; half the width, pixels
+layout(location = 2) flat out vec3 tops;    // coverage at its middle; half the width and a half, pixels; 1 / the way squared
 
 float cross2(vec2 a, vec2 b) { return a.x * b.y - a.y * b.x; }
 
@@ -44,5 +44,5 @@ void main() {
     gl_Position = vec4(place / sizes.xy * 2.0 - 1.0, 0.0, 1.0);
     chord = vec4(here, next - here);
     factors = vec4(sizes.xy / sizes.zw, 1.0 / radius, bendEtc.z);
-    tops = vec2(bendEtc.w, radius * bendEtc.z);
+    tops = vec3(bendEtc.w, radius * bendEtc.z + 0.5, 1.0 / max(dot(chord.zw, chord.zw), 1e-12));
 }

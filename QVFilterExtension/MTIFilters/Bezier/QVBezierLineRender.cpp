@@ -13,37 +13,39 @@ namespace {
 
 /// Entries of a ramp as a picture: those between two stops differ by less than a code.
 constexpr int kRampEntries = 256;
+/// What a transparent stop counts for the colour next to it, of an opaque one; as in colorArrayFragment.
+constexpr float kTransparentShare = 0.15f;
 
 bool isImageSize(CGSize size) {
     const auto isSide = [](double side) { return side >= 1 && side < kMaximumImageSide + 1; };
     return isSide(size.width) && isSide(size.height);
 }
 
-MTIColor premultiplied(const QVBezierLineColor& stop) {
-    const auto [color, t, padding] = stop.bezierLineColor();
-    return {color[0] * color[3], color[1] * color[3], color[2] * color[3], color[3]};
+MTIVector vectorOf(const QVBezierLineColor& stop) {
+    return QVMTIFilter::rgbaVectorFromUIColor(stop.color);
 }
 
-/// The ramp's premultiplied colour at `t`; the outer stops go on outside.
-MTIColor rampColor(const std::vector<QVBezierLineColor>& stops, float t) {
+/// The ramp's colour at `t`, not premultiplied; the outer stops go on outside.
+MTIVector rampColor(const std::vector<QVBezierLineColor>& stops, float t) {
     const auto after = std::ranges::find_if(stops, [t](const auto& stop) { return stop.t > t; });
-    if (after == stops.begin()) return premultiplied(stops.front());
-    if (after == stops.end()) return premultiplied(stops.back());
-    const MTIColor a = premultiplied(after[-1]), b = premultiplied(*after);
+    if (after == stops.begin()) return vectorOf(stops.front());
+    if (after == stops.end()) return vectorOf(stops.back());
+    const MTIVector a = vectorOf(after[-1]), b = vectorOf(*after);
     const float share = (t - after[-1].t) / (after->t - after[-1].t);
-    return {std::lerp(a.red, b.red, share), std::lerp(a.green, b.green, share), std::lerp(a.blue, b.blue, share),
-            std::lerp(a.alpha, b.alpha, share)};
+    const float less = (1 - share) * (a[3] + kTransparentShare), more = share * (b[3] + kTransparentShare);
+    const auto at = [&](std::size_t i) { return (a[i] * less + b[i] * more) / (less + more); };
+    return {at(0), at(1), at(2), std::lerp(a[3], b[3], share)};
 }
 
 MTIImage imageOfRamp(std::vector<QVBezierLineColor> stops) {
     std::ranges::stable_sort(stops, {}, &QVBezierLineColor::t);
     auto pixels = std::make_shared<std::vector<std::uint8_t>>();
     for (int i = 0; i < kRampEntries; ++i) {
-        const MTIColor color = rampColor(stops, float(i) / float(kRampEntries - 1));
-        for (float component : {color.red, color.green, color.blue, color.alpha})
-            pixels->push_back(std::uint8_t(std::lround(255 * std::clamp(component, 0.0f, 1.0f))));
+        const MTIVector color = rampColor(stops, float(i) / float(kRampEntries - 1));
+        for (std::size_t c = 0; c < 4; ++c)
+            pixels->push_back(std::uint8_t(std::lround(255 * std::clamp(color[c], 0.0f, 1.0f))));
     }
-    return MTIImage::imageWithBitmap({kRampEntries, 1, std::move(pixels)});
+    return MTIImage::imageWithBitmap({kRampEntries, 1, std::move(pixels)}, MTIAlphaType::nonPremultiplied);
 }
 
 }  // namespace
@@ -103,9 +105,17 @@ MTIImage QVBezierLineRender::renderColorBezierWithBlackWhiteTexure(const MTIImag
     if (!texture || (!colorTexture_ && (!colArray_ || colArray_->empty()))) return {};
     const auto kernel = colorKernel();
     if (!kernel) return {};
-    const bool drawsPicture = kernel->fragmentFunctionDescriptor().name == "colorImageFragment";
-    return kernel->applyToInputImages({texture, drawsPicture ? colorTexture_ : rampImage()}, {}, texture.size(),
-                                      MTIPixelFormat::unspecified);
+    if (kernel->fragmentFunctionDescriptor().name == "colorImageFragment")
+        return kernel->applyToInputImages({texture, colorTexture_}, {}, texture.size(), MTIPixelFormat::unspecified);
+    const auto& stops = *colArray_;
+    const bool hasEndsAlone = stops.size() == 2 && stops.front().t == 0 && stops.back().t == 1;
+    MTIParameters parameters{{"isPicture", hasEndsAlone ? 0 : 1}};
+    if (hasEndsAlone) {
+        parameters.set("inner", vectorOf(stops.front()));
+        parameters.set("outer", vectorOf(stops.back()));
+    }
+    return kernel->applyToInputImages({texture, hasEndsAlone ? MTIImage() : rampImage()}, std::move(parameters),
+                                      texture.size(), MTIPixelFormat::unspecified);
 }
 
 std::shared_ptr<const MTIRenderPipelineKernel> QVBezierLineRender::colorKernel() {

@@ -19,7 +19,8 @@ namespace qv {
 ///
 /// In the mask red, green and blue are 1 in the middle of the line and fall evenly to 0 at its rim, alpha is the line's
 /// coverage; where lines cross the brighter one counts. Across the line the colours follow the fall-off of light: with p
-/// for the mask's brightness, place 1 − p² of the ramp, and p² of a picture's opacity.
+/// for the mask's brightness, place 1 − p² of the ramp, and p² of a picture's opacity. Between two stops their colours
+/// count by their alphas plus 0.15, so that light keeps its colour where it fades into a transparent one.
 ///
 /// Used by one thread at a time.
 class QVBezierLineRender {

@@ -2,7 +2,6 @@
 // the glow around it. Input: the outline's line mask.
 #include "displace.glsl"
 #include "line.glsl"
-#include "wave.glsl"
 
 uniform float iTime;
 uniform float effectValue;

@@ -29,9 +29,9 @@ vec4 QVAISnowBallFilter(vec2 uv) {
     vec2 q = (inPicture - kBallMiddle) / kBallRadius;  // on the glass's disc
     float r2 = dot(q, q);
 
-    // The room: out of focus, darker to its corners.
-    vec4 behind = readHere(2);
+    // The room: out of focus, a little nearer, darker to its corners.
     vec2 corner = uv - 0.5;
+    vec4 behind = readInput(2, 0.5 + 0.95 * corner);
     vec3 room = behind.rgb * (0.78 - 0.75 * dot(corner, corner)) * vec3(0.94, 0.97, 1.03);
 
     // In the ball: as through a lens, brighter and colder but for the subject.

@@ -1,7 +1,6 @@
 // Wisps: a line drifts and curls in noise that flows. The noise is a sum of waves, each turned, and bent by those before
 // it until no wave can be seen; finer ones run faster.
 #include "displace.glsl"
-#include "wave.glsl"
 
 uniform float uTime;         // milliseconds
 uniform float uDirection;    // of the flow, degrees
@@ -19,12 +18,12 @@ vec4 QVInternalContourNoiseFilter(vec2 uv) {
     vec2 q = vec2((p.x - flow) / max(uAspectRatio, 0.01), p.y) * (0.4 * uNScale);
     float beat = flow * uNScale;
 
+    vec2 r = (kGoldenTurn * q).yx;
     vec2 shift = wave(q.yx + vec2(0.13, 0.71));
-    shift += 0.8 * wave((kGoldenTurn * q).yx * 1.37 + shift * 0.2 + beat * vec2(0.3, -0.2));
-    if (uComplexity > 1) shift += 0.5 * wave((q * kGoldenTurn).yx * 2.3 + shift * 0.2 - beat * vec2(0.5, 0.4));
-    if (uComplexity > 2) shift += 0.28 * wave(q.yx * 4.1 + shift.yx * 0.3 + beat * vec2(0.9, -0.7));
-    if (uComplexity > 3) shift += 0.14 * wave((kGoldenTurn * q).yx * 7.7 + shift * 0.4 - beat * vec2(1.5, 1.1));
-    if (uComplexity > 4) shift += 0.07 * wave((q * kGoldenTurn).yx * 14.3 + shift.yx * 0.5 + beat * vec2(2.3, -1.9));
-    if (uComplexity > 5) shift += 0.035 * wave(q.yx * 26.9 + shift - beat * vec2(3.7, 3.1));
+    if (uComplexity > 1) shift += 0.8 * wave(r * 1.37 + shift * 0.2 + beat * vec2(0.3, -0.2));
+    if (uComplexity > 2) shift += 0.45 * wave(r.yx * 2.6 + shift * 0.25 - beat * vec2(0.5, 0.4));
+    if (uComplexity > 3) shift += 0.24 * wave(q.yx * 5.3 + shift.yx * 0.35 + beat * vec2(0.9, -0.7));
+    if (uComplexity > 4) shift += 0.12 * zigzag(r * 11.1 + shift * 0.5 - beat * vec2(1.5, 1.1));
+    if (uComplexity > 5) shift += 0.06 * zigzag(q * 21.7 + shift.yx * 0.7 + beat * vec2(2.3, -1.9));
     return readInput(0, uv + shift * (0.6 * uDistortion * longSide) / size);
 }

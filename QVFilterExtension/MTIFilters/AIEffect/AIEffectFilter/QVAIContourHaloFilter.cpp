@@ -16,9 +16,10 @@ const QVFilterClass QVAIContourHaloFilterClass{
     .superclass = &QVAIEffectMTIFilterClass,
     .title = "Halo",
     .help = "A glowing line along the subject's outline; its look is set in code",
+    .tags = {"glow", "aura", "outline", "saber"},
     .factory = makeFilter<QVAIContourHaloFilter>,
     .category = QVFilterCategory::subject,
-    .ignored = {"effectValue", "inputImageOriginalSize"},
+    .ignored = {"effectValue", "colors", "inputImageOriginalSize"},
     .kind = QVFilterKind::auxiliary,
 };
 
@@ -31,7 +32,8 @@ double longerSide(const PixelBuffer& mask) {
 }  // namespace
 
 double QVAIContourHaloFilter::getOffsetH() const {
-    return lineColor().getHueSaturationBrightnessAlpha().hue - defaultColor().getHueSaturationBrightnessAlpha().hue;
+    return lineColor().getHueSaturationBrightnessAlpha().hue -
+           defaultColors().front().getHueSaturationBrightnessAlpha().hue;
 }
 
 const QVOutlineSet& QVAIContourHaloFilter::calcPointsArray() {

@@ -11,6 +11,11 @@ namespace qv {
 
 extern const QVFilterClass QVAIContourHaloFilterClass;
 
+/// The record of `colors` for classes that take one colour of light.
+inline constexpr QVProperty kLightColors =
+    qvProperty<&QVAIEffectMTIFilter::colors, &QVAIEffectMTIFilter::setColors>(
+        {.name = "colors", .title = "Colour", .help = "colour of the light, the class's own when empty"});
+
 /// A glowing line along the subject's outline, behind the subject. How it looks is the subclass's; without a look, a
 /// subject or a mask the result is the input itself.
 class QVAIContourHaloFilter : public QVAIEffectMTIFilter {
@@ -28,10 +33,8 @@ class QVAIContourHaloFilter : public QVAIEffectMTIFilter {
     virtual std::optional<QVSaberParam> glowParam() const { return glowParam_; }
     void setGlowParam(QVSaberParam param) { glowParam_ = std::move(param); }
 
-    /// The colour of the line where `colors` is empty: white.
-    virtual UIColor defaultColor() const { return UIColor::whiteColor(); }
-    /// The first of `colors`, or the class's own.
-    UIColor lineColor() const { return colors().empty() ? defaultColor() : colors().front(); }
+    /// White.
+    std::vector<UIColor> defaultColors() const override { return {UIColor::whiteColor()}; }
     /// Hue of the line's colour less that of the class's own, turns.
     double getOffsetH() const;
 

@@ -4,6 +4,11 @@
 
 namespace qv {
 
+namespace {
+/// Size of the line, sizes of the frame: it is soft.
+constexpr double kLineScale = 0.5;
+}  // namespace
+
 const QVFilterClass QVAIContourNoiseFilterClass{
     .name = "QVAIContourNoiseFilter",
     .superclass = &QVAIContourHaloFilterClass,
@@ -11,6 +16,11 @@ const QVFilterClass QVAIContourNoiseFilterClass{
     .help = "The subject's edge sheds dust that floats up and twinkles",
     .tags = {"particles", "glitter", "sparkle", "magic", "dissolve", "outline"},
     .factory = makeFilter<QVAIContourNoiseFilter>,
+    .properties = {kLightColors, qvProperty<&QVEffectMTIFilter::effectValue, &QVEffectMTIFilter::setEffectValue>(
+                                     {.name = "effectValue",
+                                      .title = "Strength",
+                                      .help = "how much light there is and how far it reaches",
+                                      .unit = QVUnit::fraction})},
     .kind = QVFilterKind::effect,
 };
 
@@ -23,10 +33,12 @@ MTIParameters QVAIContourNoiseFilter::parameters() const {
 
 MTIImage QVAIContourNoiseFilter::outputImage() {
     calcPointsArray();
-    const MTIImage line = drawLine(lineThickness(), lightScale());
+    const MTIImage line = drawLine(lineThickness(), kLineScale);
     const auto kernel = filterClass().kernel();
     if (!line || !kernel || !maskImage()) return inputImage();
-    return composed(placed(kernel->applyToInputImages({line}, parameters(), line.size(), outputPixelFormat())));
+    const double scale = lightScale() / kLineScale;
+    const CGSize size = {line.size().width * scale, line.size().height * scale};
+    return composed(placed(kernel->applyToInputImages({line}, parameters(), size, outputPixelFormat())));
 }
 
 }  // namespace qv

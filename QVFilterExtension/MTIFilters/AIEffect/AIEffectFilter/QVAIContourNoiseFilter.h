@@ -15,7 +15,7 @@ class QVAIContourNoiseFilter : public QVAIContourHaloFilter {
         : QVAIContourHaloFilter(filterClass) {}
 
     /// Warm white.
-    UIColor defaultColor() const override { return {1, 0.87, 0.62}; }
+    std::vector<UIColor> defaultColors() const override { return {UIColor{1, 0.87, 0.62}}; }
     /// The colour that the line's own fades to, at the default colour; it takes the hue of the user's.
     virtual UIColor secondColor() const { return {1, 0.55, 0.25}; }
 
@@ -26,7 +26,7 @@ class QVAIContourNoiseFilter : public QVAIContourHaloFilter {
   protected:
     /// Width of the line that the kernel reads, longer sides of the mask.
     virtual float lineThickness() const { return 0.2f; }
-    /// Size of the line and the light, sizes of the frame.
+    /// Size of the light, sizes of the frame; the line has half the frame's.
     virtual double lightScale() const { return 1; }
 };
 

@@ -13,7 +13,7 @@ class QVAICurrentFilter : public QVAIContourNoiseFilter {
     explicit QVAICurrentFilter(const QVFilterClass& filterClass = QVAICurrentFilterClass)
         : QVAIContourNoiseFilter(filterClass) {}
 
-    UIColor defaultColor() const override { return {0.25, 0.62, 1}; }
+    std::vector<UIColor> defaultColors() const override { return {UIColor{0.25, 0.62, 1}}; }
     UIColor secondColor() const override { return {0.45, 0.25, 1}; }
 
   protected:

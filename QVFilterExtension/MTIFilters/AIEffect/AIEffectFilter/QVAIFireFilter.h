@@ -13,7 +13,7 @@ class QVAIFireFilter : public QVAIContourNoiseFilter {
     explicit QVAIFireFilter(const QVFilterClass& filterClass = QVAIFireFilterClass)
         : QVAIContourNoiseFilter(filterClass) {}
 
-    UIColor defaultColor() const override { return {1, 0.62, 0.16}; }
+    std::vector<UIColor> defaultColors() const override { return {UIColor{1, 0.62, 0.16}}; }
     UIColor secondColor() const override { return {1, 0.16, 0.02}; }
 
   protected:

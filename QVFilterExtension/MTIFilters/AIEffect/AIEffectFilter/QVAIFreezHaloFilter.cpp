@@ -11,6 +11,7 @@ const QVFilterClass QVAIFreezHaloFilterClass{
     .help = "A wide halo of cold wisps that flicker round the subject",
     .tags = {"glow", "aura", "outline", "cold", "energy", "saber"},
     .factory = makeFilter<QVAIFreezHaloFilter>,
+    .properties = {kLightColors},
     .kind = QVFilterKind::effect,
 };
 

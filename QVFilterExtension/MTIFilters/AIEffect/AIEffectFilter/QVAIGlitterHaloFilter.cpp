@@ -11,6 +11,7 @@ const QVFilterClass QVAIGlitterHaloFilterClass{
     .help = "A warm golden glow round the subject",
     .tags = {"glow", "aura", "outline", "rim light", "backlight"},
     .factory = makeFilter<QVAIGlitterHaloFilter>,
+    .properties = {kLightColors},
     .ignored = {"iTime"},
     .kind = QVFilterKind::effect,
 };

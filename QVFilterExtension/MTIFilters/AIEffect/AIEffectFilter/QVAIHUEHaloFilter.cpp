@@ -11,6 +11,7 @@ const QVFilterClass QVAIHUEHaloFilterClass{
     .help = "A soft glow of one colour round the subject",
     .tags = {"halo", "aura", "outline", "rim light", "neon"},
     .factory = makeFilter<QVAIHUEHaloFilter>,
+    .properties = {kLightColors},
     .ignored = {"iTime"},
     .kind = QVFilterKind::effect,
 };

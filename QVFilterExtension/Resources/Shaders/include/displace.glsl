@@ -1,12 +1,12 @@
 // What noise that moves pixels is made of.
 #include "particles.glsl"
+#include "wave.glsl"
 
 const mat2 kGoldenTurn = mat2(-0.737, 0.676, -0.676, -0.737);
 
 // Turns a place into the frame of a flow: x along it. `direction` in degrees, anticlockwise on the screen.
 vec2 alongFlow(vec2 p, float direction) {
-    float angle = radians(direction);
-    vec2 along = vec2(cos(angle), -sin(angle));
+    vec2 along = vec2(wave(direction / 360.0), -wave(direction / 360.0 - 0.25));
     return vec2(dot(p, along), dot(p, vec2(-along.y, along.x)));
 }
 
