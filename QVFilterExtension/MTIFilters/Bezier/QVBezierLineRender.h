@@ -18,9 +18,9 @@ namespace qv {
 /// Each image is a node of a graph, as a filter's is: nothing is drawn before somebody renders it, and nobody waits.
 ///
 /// In the mask red, green and blue are 1 in the middle of the line and fall evenly to 0 at its rim, alpha is the line's
-/// coverage; where lines cross the brighter one counts. Across the line the colours follow the fall-off of light: with p
-/// for the mask's brightness, place 1 − p² of the ramp, and p² of a picture's opacity. Between two stops their colours
-/// count by their alphas plus 0.15, so that light keeps its colour where it fades into a transparent one.
+/// coverage; where lines cross the brighter one counts. Across the line the colours follow the fall-off of light: where the
+/// mask's brightness is p, place 1 − p² (2 − p) of the ramp shows, or a picture with the opacity p² (2 − p). Between two
+/// stops their colours count by their alphas plus 0.15, so that light keeps its colour where it fades out.
 ///
 /// Used by one thread at a time.
 class QVBezierLineRender {

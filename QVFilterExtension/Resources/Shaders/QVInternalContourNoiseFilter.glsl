@@ -11,9 +11,8 @@ uniform float uNScale;       // grains along the longer side
 selector int uComplexity;    // octaves, up to six
 
 vec4 QVInternalContourNoiseFilter(vec2 uv) {
-    vec2 size = outputSize();
-    float longSide = max(size.x, size.y);
-    vec2 p = alongFlow(uv * size / longSide, uDirection);
+    vec2 size = outputSize(), pixel = 1.0 / size;
+    vec2 p = alongFlow(uv * size * min(pixel.x, pixel.y), uDirection);
     float flow = uTime * 0.001 * uNSpeed;
     vec2 q = vec2((p.x - flow) / max(uAspectRatio, 0.01), p.y) * (0.4 * uNScale);
     float beat = flow * uNScale;
@@ -25,5 +24,5 @@ vec4 QVInternalContourNoiseFilter(vec2 uv) {
     if (uComplexity > 3) shift += 0.24 * wave(q.yx * 5.3 + shift.yx * 0.35 + beat * vec2(0.9, -0.7));
     if (uComplexity > 4) shift += 0.12 * zigzag(r * 11.1 + shift * 0.5 - beat * vec2(1.5, 1.1));
     if (uComplexity > 5) shift += 0.06 * zigzag(q * 21.7 + shift.yx * 0.7 + beat * vec2(2.3, -1.9));
-    return readInput(0, uv + shift * (0.6 * uDistortion * longSide) / size);
+    return readInput(0, uv + shift * (0.6 * uDistortion * max(size.x, size.y)) * pixel);
 }
