@@ -52,15 +52,37 @@ Json uniformToJSON(const MTIValue& value, const ShaderUniform* uniform) {
         value);
 }
 
+Json colorToJSON(const MTIColor& color) {
+    return {double(color.red), double(color.green), double(color.blue), double(color.alpha)};
+}
+
 Json spriteToJSON(const SpriteInstance& sprite) {
     const CGAffineTransform& t = sprite.transform;
-    const MTIColor& tint = sprite.tint;
     Json json;
     json["transform"] = {t.a, t.b, t.c, t.d, t.tx, t.ty};
     json["alpha"] = double(sprite.alpha);
-    json["tint"] = {double(tint.red), double(tint.green), double(tint.blue), double(tint.alpha)};
+    json["tint"] = colorToJSON(sprite.tint);
     json["texture"] = sprite.texture ? Json(sprite.texture->name) : Json();
     return json;
+}
+
+Json linesToJSON(const LinePass& pass) {
+    Json contours = Json::array(), segments = Json::array(), stops = Json::array();
+    for (const auto& outline : pass.contours) {
+        Json points = Json::array();
+        for (const CGPoint& point : outline) points.push_back({point.x, point.y});
+        contours.push_back(std::move(points));
+    }
+    for (const LineSegment& s : pass.segments)
+        segments.push_back({double(s.start[0]), double(s.start[1]), double(s.end[0]), double(s.end[1]),
+                            double(s.control[0]), double(s.control[1])});
+    for (const LineStop& stop : pass.stops)
+        stops.push_back({{"color", colorToJSON(stop.color)}, {"t", double(stop.t)}});
+    return {{"contours", std::move(contours)},
+            {"segments", std::move(segments)},
+            {"thickness", double(pass.thickness)},
+            {"pointSize", {pass.pointSize.width, pass.pointSize.height}},
+            {"stops", std::move(stops)}};
 }
 
 /// Writes what an operation is into its node's JSON.
@@ -75,9 +97,7 @@ struct DescribeOperation {
     void operator()(const VulkanImageSource&) const { json["kind"] = "hostImage"; }
     void operator()(const ColorSource& source) const {
         json["kind"] = "color";
-        const MTIColor& color = source.color;
-        json["parameters"]["color"] = {double(color.red), double(color.green), double(color.blue),
-                                       double(color.alpha)};
+        json["parameters"]["color"] = colorToJSON(source.color);
     }
     void operator()(const KernelPass& pass) const {
         json["kind"] = "kernel";
@@ -95,6 +115,10 @@ struct DescribeOperation {
         Json sprites = Json::array();
         for (const SpriteInstance& sprite : pass.sprites) sprites.push_back(spriteToJSON(sprite));
         json["sprites"] = std::move(sprites);
+    }
+    void operator()(const LinePass& pass) const {
+        json["kind"] = "lines";
+        json.update(linesToJSON(pass));
     }
 };
 
@@ -175,6 +199,19 @@ std::string oneLine(std::string_view opening, const Json& object) {
     return text;
 }
 
+namespace {
+
+/// What is drawn in a node, in numbers.
+std::string drawnIn(const Json& node, std::string_view separator) {
+    std::string text;
+    for (const char* what : {"sprites", "segments"}) {
+        if (node.contains(what)) text += fmt::format("{}{} {}", separator, node[what].size(), what);
+    }
+    return text;
+}
+
+}  // namespace
+
 std::string graphToText(const Json& graph) {
     std::string text;
     for (const Json& node : graph["nodes"]) {
@@ -185,7 +222,7 @@ std::string graphToText(const Json& graph) {
                         node["kind"].get<std::string>(), sourceName(node), node["size"][0].get<int>(),
                         node["size"][1].get<int>(), from, oneLine("", node["parameters"]),
                         node.contains("settings") ? oneLine("  with", node["settings"]) : "",
-                        node.contains("sprites") ? fmt::format("  {} sprites", node["sprites"].size()) : "");
+                        drawnIn(node, "  "));
     }
     return text + fmt::format("output #{}\n", graph["output"].dump());
 }
@@ -203,7 +240,7 @@ std::string graphToDot(const Json& graph, const std::string& title) {
                 label += fmt::format("\\n{} = {}", name, shown(value));
             }
         }
-        if (node.contains("sprites")) label += fmt::format("\\n{} sprites", node["sprites"].size());
+        label += drawnIn(node, "\\n");
         const int id = node["id"];
         text +=
             fmt::format("  n{} [label=\"{}\"{}];\n", id, label, id == graph["output"] ? ", penwidth=2" : "");

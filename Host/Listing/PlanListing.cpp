@@ -138,11 +138,13 @@ class Lister {
             json["values"].push_back(std::move(value));
         }
         json["words"] = pass.words();
-        std::size_t sprites = 0;
+        std::size_t sprites = 0, curves = 0;
         for (const PassOverlay* overlay : plan_.passes[std::size_t(pass.members.back())].overlays) {
             if (const auto* list = dynamic_cast<const SpritePass*>(overlay)) sprites += list->sprites.size();
+            if (const auto* line = dynamic_cast<const LinePass*>(overlay)) curves += line->segments.size();
         }
         json["sprites"] = sprites;
+        json["segments"] = curves;
         json["output"] = textureToJSON(outputOf(pass));
         return json;
     }
@@ -185,7 +187,9 @@ std::string planToText(const Json& plan) {
                         pass["output"]["format"].get<std::string>(), from.empty() ? " nothing" : from,
                         pass["values"].empty() ? "" : fmt::format("  and {} colours", pass["values"].size()),
                         pass["words"].get<int>());
-        if (pass["sprites"] != 0) text += fmt::format("  {} sprites on top", pass["sprites"].get<int>());
+        for (const char* what : {"sprites", "segments"}) {
+            if (pass[what] != 0) text += fmt::format("  {} {} on top", pass[what].get<int>(), what);
+        }
         text += "\n";
         for (const Json& function : pass["functions"]) {
             text += fmt::format("     {:<28}{}{}\n", function["name"].get<std::string>(),

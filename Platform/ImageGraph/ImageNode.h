@@ -6,6 +6,7 @@
 #include <variant>
 #include <vector>
 
+#include "Platform/ImageGraph/LinePass.h"
 #include "Platform/ImageGraph/MTIImage.h"
 #include "Platform/ImageGraph/MTIKernel.h"
 #include "Platform/ImageGraph/MTIParameters.h"
@@ -71,9 +72,10 @@ class Residence {
 
 /// An immutable node of an image graph.
 struct ImageNode : std::enable_shared_from_this<ImageNode> {
-    /// What a node is: a source without inputs, a pass over its inputs, or what is drawn over its one input.
+    /// What a node is: a source without inputs, a pass over its inputs, or what is drawn over its one input; lines
+    /// without an input are drawn on nothing.
     using Operation = std::variant<BitmapSource, PixelBufferSource, VulkanImageSource, ColorSource,
-                                   KernelPass, GaussianBlurPass, SpritePass>;
+                                   KernelPass, GaussianBlurPass, SpritePass, LinePass>;
 
     Operation operation;           ///< what it is
     std::vector<MTIImage> inputs;  ///< in the order in which the function counts them

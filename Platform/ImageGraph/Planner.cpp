@@ -139,10 +139,8 @@ class PlanBuilder {
     }
 
     int lowerNode(const ImageNode& node, const ColorSource& source) {
-        const MTIColor& c = source.color;
-        const int texture = addPass(stock("MTIColor"), {}, node.width, node.height, format_,
-                                    {{"color", MTIVector{c.red, c.green, c.blue, c.alpha}}});
-        if (!failed_) plan_.textures.back().color = storedColor(c, format_);
+        const int texture = addColorPass(node, source.color);
+        if (!failed_) plan_.textures.back().color = plan_.passes.back().clearColor;
         return texture;
     }
 
@@ -162,8 +160,12 @@ class PlanBuilder {
     }
 
     int lowerNode(const ImageNode& node, const PassOverlay& overlay) {
-        if (!overlay.isVisible(node.width, node.height)) return inputsOf(node).front();
-        const int texture = addPass(stock("MTICopy"), inputsOf(node), node.width, node.height, format_, {});
+        const bool isVisible = overlay.isVisible(node.width, node.height), isOnNothing = node.inputs.empty();
+        if (!isVisible && !isOnNothing) return inputsOf(node).front();
+        const int texture = isOnNothing ? addColorPass(node, {})
+                                        : addPass(stock("MTICopy"), inputsOf(node), node.width, node.height,
+                                                  format_, {});
+        if (!isVisible) return texture;
         if (!failed_) {
             plan_.passes.back().overlays = {&overlay};
             plan_.passes.back().samples = overlay.kind().style.samples;
@@ -258,6 +260,13 @@ class PlanBuilder {
                   int plane = 0) {
         plan_.textures.push_back({width, height, format, &node, plane});
         return int(plan_.textures.size()) - 1;
+    }
+
+    int addColorPass(const ImageNode& node, const MTIColor& c) {
+        const int texture = addPass(stock("MTIColor"), {}, node.width, node.height, format_,
+                                    {{"color", MTIVector{c.red, c.green, c.blue, c.alpha}}});
+        if (!failed_) plan_.passes.back().clearColor = storedColor(c, format_);
+        return texture;
     }
 
     int addPass(std::shared_ptr<const ShaderFunction> function, std::vector<int> inputs, int width,

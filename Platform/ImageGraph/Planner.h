@@ -52,6 +52,9 @@ struct PlanPass {
     int output = 0;               ///< index of the texture that it writes
     std::vector<const PassOverlay*> overlays;  ///< what to draw on top, in order
     int samples = 1;                           ///< of a pixel; as many as each overlay wants
+    /// What the function gives for every pixel, where that is known, premultiplied, as stored: the target is
+    /// cleared to it, and nothing drawn but the overlays.
+    std::optional<std::array<float, 4>> clearColor;
 };
 
 /// What a context runs, in order. Points into the graph, which must outlive it.

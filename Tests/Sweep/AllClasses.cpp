@@ -138,7 +138,7 @@ std::vector<QVPropertyValue> othersThanNow(const QVProperty& property, const QVM
             return {MTIVector{30, 20}};
         case QVPropertyType::color:
         case QVPropertyType::colors:
-            return {std::vector<UIColor>{{1, 0, 0}}};
+            return {std::vector<UIColor>{{0.1, 0.3, 1}}};
         default:
             return {};
     }

@@ -107,17 +107,17 @@ VkSampleCountFlagBits DeviceResources::sampleCount(int wanted) const {
     return VkSampleCountFlagBits(count);
 }
 
-VkRenderPass DeviceResources::renderPass(TextureFormat format, TargetUse use, int samples) {
+VkRenderPass DeviceResources::renderPass(TextureFormat format, TargetUse use, int samples, bool clears) {
     const VkSampleCountFlagBits count = sampleCount(samples);
     std::scoped_lock lock(mutex_);
-    VkRenderPass& pass = renderPasses_[{format, use, count}];
+    VkRenderPass& pass = renderPasses_[{format, use, count, clears}];
     if (pass) return pass;
 
     VkAttachmentDescription target{};
     target.format = vulkanFormat(format);
     target.samples = VK_SAMPLE_COUNT_1_BIT;
-    // Every pass covers its whole target, so nothing is loaded.
-    target.loadOp = VK_ATTACHMENT_LOAD_OP_DONT_CARE;
+    // Every pass clears or covers its whole target, so nothing is loaded.
+    target.loadOp = clears ? VK_ATTACHMENT_LOAD_OP_CLEAR : VK_ATTACHMENT_LOAD_OP_DONT_CARE;
     target.storeOp = VK_ATTACHMENT_STORE_OP_STORE;
     target.stencilLoadOp = VK_ATTACHMENT_LOAD_OP_DONT_CARE;
     target.stencilStoreOp = VK_ATTACHMENT_STORE_OP_DONT_CARE;
@@ -129,6 +129,7 @@ VkRenderPass DeviceResources::renderPass(TextureFormat format, TargetUse use, in
     several.storeOp = VK_ATTACHMENT_STORE_OP_DONT_CARE;
     several.finalLayout = VK_IMAGE_LAYOUT_COLOR_ATTACHMENT_OPTIMAL;
     const bool resolves = count > VK_SAMPLE_COUNT_1_BIT;
+    if (resolves) target.loadOp = VK_ATTACHMENT_LOAD_OP_DONT_CARE;
     const VkAttachmentDescription attachments[] = {target, several};
     const VkAttachmentReference references[] = {{0, VK_IMAGE_LAYOUT_COLOR_ATTACHMENT_OPTIMAL},
                                                 {1, VK_IMAGE_LAYOUT_COLOR_ATTACHMENT_OPTIMAL}};

@@ -36,7 +36,8 @@ struct DeviceResources {
     /// What a render pass does with its target besides drawing: how it finds it and how it leaves it.
     enum class TargetUse { sampled, hostVisible };
     /// With several samples its attachments are those and the target that gets their mean.
-    VkRenderPass renderPass(TextureFormat format, TargetUse use, int samples);
+    /// What `clears` begins with a clear target; else with whatever it held.
+    VkRenderPass renderPass(TextureFormat format, TargetUse use, int samples, bool clears = false);
     /// The fewest samples of a pixel that the device has and that are no fewer than wanted, or its most.
     VkSampleCountFlagBits sampleCount(int wanted) const;
 
@@ -50,7 +51,7 @@ struct DeviceResources {
     void setUp(const MTIContextOptions& options);
 
     std::mutex mutex_;
-    std::map<std::tuple<TextureFormat, TargetUse, VkSampleCountFlagBits>, VkRenderPass> renderPasses_;
+    std::map<std::tuple<TextureFormat, TargetUse, VkSampleCountFlagBits, bool>, VkRenderPass> renderPasses_;
     std::unordered_set<Texture*> textures_;
 };
 

@@ -253,22 +253,30 @@ void VulkanContext::recordPass(Recording& recording, const PlanPass& pass) {
     const auto use = inPlace ? DeviceResources::TargetUse::hostVisible : DeviceResources::TargetUse::sampled;
     const VkRect2D area{{0, 0}, {std::uint32_t(wanted.width), std::uint32_t(wanted.height)}};
     const VkViewport viewport{0, 0, float(wanted.width), float(wanted.height), 0, 1};
-    Pipeline& pipeline = pipelines_.fullScreen(pass, wanted.format);
-    pipeline.lastUse = recording.serial;
     VkRenderPassBeginInfo begin{VK_STRUCTURE_TYPE_RENDER_PASS_BEGIN_INFO};
-    begin.renderPass = resources_->renderPass(wanted.format, use, pass.samples);
+    begin.renderPass =
+        resources_->renderPass(wanted.format, use, pass.samples, pass.clearColor.has_value());
     begin.framebuffer =
         pass.samples > 1 ? resolvingFramebuffer(recording, *texture, pass.samples) : texture->framebuffer();
     begin.renderArea = area;
+    VkClearValue clearValues[2]{};  // the second one is the samples'
+    if (pass.clearColor) {
+        for (VkClearValue& value : clearValues) std::ranges::copy(*pass.clearColor, value.color.float32);
+        begin.clearValueCount = 2;
+        begin.pClearValues = clearValues;
+    }
     vkCmdBeginRenderPass(commands, &begin, VK_SUBPASS_CONTENTS_INLINE);
     vkCmdSetViewport(commands, 0, 1, &viewport);
     vkCmdSetScissor(commands, 0, 1, &area);
-    vkCmdBindPipeline(commands, VK_PIPELINE_BIND_POINT_GRAPHICS, pipeline.handle);
-    bindInputs(recording, pass, pipeline);
-    vkCmdPushConstants(commands, pipeline.layout, VK_SHADER_STAGE_VERTEX_BIT, 0, pipeline.slots * 16,
-                       pass.words.data());
-    vkCmdDraw(commands, 3, 1, 0, 0);
-
+    if (!pass.clearColor) {
+        Pipeline& pipeline = pipelines_.fullScreen(pass, wanted.format);
+        pipeline.lastUse = recording.serial;
+        vkCmdBindPipeline(commands, VK_PIPELINE_BIND_POINT_GRAPHICS, pipeline.handle);
+        bindInputs(recording, pass, pipeline);
+        vkCmdPushConstants(commands, pipeline.layout, VK_SHADER_STAGE_VERTEX_BIT, 0, pipeline.slots * 16,
+                           pass.words.data());
+        vkCmdDraw(commands, 3, 1, 0, 0);
+    }
     for (std::size_t i = 0; i < overlays.size(); ++i)
         drawOverlay(recording, pass.overlays[i]->kind(), overlays[i], wanted.format);
     vkCmdEndRenderPass(commands);
@@ -294,7 +302,9 @@ void VulkanContext::drawOverlay(Recording& recording, const OverlayKind& kind, c
     if (layout.draws.empty()) return;
     const VkCommandBuffer commands = recording.commands;
     const std::size_t bytes = layout.instances.size() * sizeof(float);
-    const auto instances = buffers_->acquire(bytes);
+    // The validation layer takes a draw to read as many of them as it has vertices.
+    const std::size_t perInstance = std::size_t(kind.style.instanceVectors) * 16;
+    const auto instances = buffers_->acquire(std::max(bytes, perInstance * std::size_t(kind.vertices)));
     std::memcpy(instances->data(), layout.instances.data(), bytes);
     recording.frame.keepAlive.push_back(instances);
     Pipeline& pipeline = pipelines_.overlay(kind, format);

@@ -61,6 +61,15 @@ Vec3 ashen(Vec3 c) {
     return faint + Vec3{-0.010f, -0.002f, 0.014f} * light + Vec3{0.010f, 0.002f, -0.004f} * (1 - light);
 }
 
+/// A winter's day: little colour but blues, lights that are almost white, shadows that stay deep and blue.
+Vec3 frozen(Vec3 c) {
+    const float light = luma(c), bright = contrast(std::pow(light, 0.86f), 0.35f);
+    const Vec3 cold = mix(mix(Vec3{0.02f, 0.06f, 0.15f}, Vec3{0.36f, 0.60f, 0.80f}, smoothstep(0.0f, 0.55f, bright)),
+                          Vec3{0.95f, 0.985f, 1.0f}, smoothstep(0.3f, 1.0f, bright));
+    const Vec3 own = (c + Vec3{-light, -light, -light}) * 0.35f;
+    return cold + Vec3{own.x * 0.7f, own.y * 0.9f, own.z};
+}
+
 Bitmap table(Vec3 (*look)(Vec3)) {
     auto pixels = std::make_shared<std::vector<std::uint8_t>>(std::size_t(kSide) * kSide * 4);
     const auto code = [](float v) { return std::uint8_t(std::lround(255 * clamp01(v))); };
@@ -99,7 +108,8 @@ int main(int argc, char** argv) {
                  {"noisy_film_lookup", pushedNegative},
                  {"damage_film_lookup", fadedPrint},
                  {"rec_film_lookup", camcorder},
-                 {"vhs_film_lookup", cassette}};
+                 {"vhs_film_lookup", cassette},
+                 {"celebrate_freeze_lookup", frozen}};
     for (const auto& [name, look] : looks) {
         const std::string path = fmt::format("{}/{}.png", argv[1], name);
         std::string error;

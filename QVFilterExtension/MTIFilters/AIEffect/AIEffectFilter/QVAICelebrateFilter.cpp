@@ -1,0 +1,39 @@
+#include "QVFilterExtension/MTIFilters/AIEffect/AIEffectFilter/QVAICelebrateFilter.h"
+
+#include "Platform/ImageGraph/MTIFilters.h"
+
+namespace qv {
+
+const QVFilterClass QVAICelebrateFilterClass{
+    .name = "QVAICelebrateFilter",
+    .superclass = &QVAIEffectMTIFilterClass,
+    .title = "Celebration",
+    .help = "The world changes around the subject",
+    .category = QVFilterCategory::subject,
+    .inputs = {{kInputImage, qvInput<&QVAIEffectMTIFilter::setMaskImage>(
+                    {.name = "maskImage", .role = QVInputRole::mask, .help = "white where the subject is"})}},
+    .ignored = {"colors", "inputImageOriginalSize"},
+};
+
+MTIImage QVAICelebrateFilter::subjectCutOut() const {
+    if (!inputImage() || !maskImage()) return {};
+    MTIGaussianBlurFilter softened;
+    softened.setInputImage(maskImage());
+    softened.setRadius(1);
+    MTIBlendWithMaskFilter cutOut;
+    cutOut.setInputImage(inputImage());
+    cutOut.setInputMask({softened.outputImage(), MTIColorComponent::red, MTIMaskMode::normal});
+    cutOut.setInputBackgroundImage(MTIImage::initWithColor({0, 0, 0, 0}, false, inputImage().size()));
+    cutOut.setOutputPixelFormat(outputPixelFormat());
+    return cutOut.outputImage();
+}
+
+MTIImage QVAICelebrateFilter::blended(const MTIImage& top, const MTIImage& below) const {
+    MTIBlendFilter blendFilter(MTIBlendMode::normal);
+    blendFilter.setInputImage(top);
+    blendFilter.setInputBackgroundImage(below);
+    blendFilter.setOutputPixelFormat(outputPixelFormat());
+    return blendFilter.outputImage();
+}
+
+}  // namespace qv
