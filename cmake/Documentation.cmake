@@ -1,6 +1,6 @@
 # The manual page, the pages of the classes, and the pages of the API.
 
-install(FILES ${PROJECT_SOURCE_DIR}/Docs/qvfilter.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+install(FILES ${PROJECT_SOURCE_DIR}/Docs/qvfilter.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tool)
 
 # Docs/families as the class objects have it now; a test tells when it is out of date.
 add_custom_target(class-pages COMMAND qvfilter list --yes --markdown ${PROJECT_SOURCE_DIR}/Docs/families VERBATIM)

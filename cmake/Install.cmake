@@ -1,19 +1,23 @@
-# The installed library: shared object, bundle, headers, tool, CMake package and pkg-config file.
+# What is installed, by the package that it belongs to: library, persons, development, tool, plugins, python.
 
 include(CMakePackageConfigHelpers)
 
-install(TARGETS QVFilterExtension qv EXPORT QVFilterExtensionTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-install(FILES Bindings/C/qv.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
-install(DIRECTORY Bindings/Python/qv DESTINATION lib/python3/dist-packages PATTERN __pycache__ EXCLUDE)
+set(library_place LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} NAMELINK_COMPONENT development)
+install(TARGETS QVFilterExtension qv EXPORT QVFilterExtensionTargets ${library_place} COMPONENT library)
+install(DIRECTORY ${QV_BUNDLE} DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library)
 if(TARGET QVPersonMask)
     set_target_properties(QVPersonMask PROPERTIES INSTALL_RPATH "$ORIGIN")
-    install(TARGETS QVPersonMask EXPORT QVFilterExtensionTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-    install(PROGRAMS ${PROJECT_SOURCE_DIR}/cmake/scripts/qvfilter-fetch-person-model DESTINATION ${CMAKE_INSTALL_BINDIR})
+    install(TARGETS QVPersonMask EXPORT QVFilterExtensionTargets ${library_place} COMPONENT persons)
+    install(PROGRAMS ${PROJECT_SOURCE_DIR}/cmake/scripts/qvfilter-fetch-person-model DESTINATION ${CMAKE_INSTALL_BINDIR}
+            COMPONENT persons)
 endif()
 set_target_properties(qvfilter PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
-install(TARGETS qvfilter RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-install(DIRECTORY ${QV_BUNDLE} DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(TARGETS qvfilter RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
+install(DIRECTORY Bindings/Python/qv DESTINATION lib/python3/dist-packages COMPONENT python PATTERN __pycache__ EXCLUDE)
 
+# The rest is for who builds against the library.
+set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME development)
+install(FILES Bindings/C/qv.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 foreach(header IN LISTS QV_PUBLIC_HEADERS)
     get_filename_component(folder ${header} DIRECTORY)
     install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/QVFilterExtension/${folder})
