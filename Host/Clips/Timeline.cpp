@@ -71,8 +71,8 @@ void setInputs(QVMTIFilter& filter, const FilterInputs& given) {
     // The mask in memory is as it came; its picture is as the frame is.
     if (const QVProperty* transform = filterClass.property("extraTransform")) {
         const auto toFrame = std::get<CGAffineTransform>(transform->get(filter));
-        if (toFrame != CGAffineTransformIdentity)
-            inputs.mask.image = inputs.mask.image.imageByApplyingTransform(toFrame, true);
+        const MTIImage moved = inputs.mask.image.imageByApplyingTransform(toFrame, true);
+        if (moved && toFrame != CGAffineTransformIdentity) inputs.mask.image = moved;
     }
     for (const QVInput& input : filterClass.allInputs()) {
         // A texture is the class's own.

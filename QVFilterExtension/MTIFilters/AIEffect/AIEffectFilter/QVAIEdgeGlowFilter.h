@@ -7,9 +7,9 @@ namespace qv {
 extern const QVFilterClass QVAIEdgeGlowFilterClass;
 
 /// The world behind the subject sinks into a dim shade of the line's colour, in which all its edges glow; a
-/// line of that colour runs around the subject, which keeps its own light. The shade holds a sixth of the
-/// picture's light; edges glow from a contrast of 4 % on, fully at 28 %, over a thousandth of the frame's
-/// shorter side.
+/// line of that colour runs around the subject, which keeps its own light. The shade holds 38 % of the
+/// picture's light; edges glow from a contrast of 2.5 % on and fully at 30 %, measured over 0.3 % of the
+/// frame's shorter side.
 class QVAIEdgeGlowFilter : public QVAIBaseLineMTIFilter {
   public:
     explicit QVAIEdgeGlowFilter(const QVFilterClass& filterClass = QVAIEdgeGlowFilterClass)

@@ -38,7 +38,7 @@ std::vector<QVEdgeSpirit> QVAIStarflashFilter::edgeSpiritParam() const {
         const double rise = std::min(life.age() / 0.22, 1.0),
                      fall = 1 - std::max(life.age() - 0.22, 0.0) / 0.78;
         const double light = rise * rise * (3 - 2 * rise) * fall;
-        const double size = (0.045 + 0.115 * draw * draw * draw) * (0.45 + 0.55 * light);
+        const double size = (0.06 + 0.12 * draw * draw * draw) * (0.45 + 0.55 * light);
         stars.push_back({.place = place,
                          .distance = 0.03 * distance - 0.01,
                          .size = {size, size},

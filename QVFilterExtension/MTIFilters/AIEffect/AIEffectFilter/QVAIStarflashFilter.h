@@ -7,7 +7,7 @@ namespace qv {
 extern const QVFilterClass QVAIStarflashFilterClass;
 
 /// Sparkles of four points that flash up along the subject's outline, turn a little and go out: up to 110 at
-/// once at a strength of 1, 4.5 to 16 % of the frame's shorter side high, for 0.9 seconds each. None at 0.
+/// once at a strength of 1, 6 to 18 % of the frame's shorter side high, for 0.9 seconds each. None at 0.
 class QVAIStarflashFilter : public QVAIEdgeSpiritFilter {
   public:
     explicit QVAIStarflashFilter(const QVFilterClass& filterClass = QVAIStarflashFilterClass);

@@ -43,13 +43,13 @@ std::vector<QVEdgeSpirit> QVAIWaferflashFilter::edgeSpiritParam() const {
         const double flash = std::pow(std::abs(facing), 8);
         const UIColor& color = palette[std::size_t(i) % palette.size()];
         const auto lit = [&](double component) { return component + (1 - component) * 0.7 * flash; };
-        const double size = 0.018 + 0.032 * draw * draw;
+        const double size = 0.022 + 0.038 * draw * draw;
         wafers.push_back({.place = place,
                           .distance = (0.005 + 0.15 * far) * slowing,
                           .rise = 0.05 * slowing + 0.03 * age * age,
                           .size = {size * std::max(std::abs(facing), 0.12), size},
                           .angle = std::numbers::pi * (lean + 0.3 * age),
-                          .alpha = float(shown * (0.65 + 0.35 * flash)),
+                          .alpha = float(shown * (0.8 + 0.2 * flash)),
                           .tint = {lit(color.red()), lit(color.green()), lit(color.blue()), color.alpha()},
                           .texture = wafer_});
     }

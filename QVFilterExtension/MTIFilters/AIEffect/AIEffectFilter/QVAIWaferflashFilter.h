@@ -7,7 +7,7 @@ namespace qv {
 extern const QVFilterClass QVAIWaferflashFilterClass;
 
 /// Thin round wafers that come off the subject's outline, tumble and flash whenever they face the viewer, and
-/// drift up and away: up to 260 at once at a strength of 1, 1.8 to 5 % of the frame's shorter side wide,
+/// drift up and away: up to 260 at once at a strength of 1, 2.2 to 6 % of the frame's shorter side wide,
 /// for 1.6 seconds each. None at 0.
 class QVAIWaferflashFilter : public QVAIEdgeSpiritFilter {
   public:
