@@ -9,13 +9,11 @@ extern const QVFilterClass QVGhostMTIFilterClass;
 /// The picture's ghost leaves it in the moonlight: a pale copy rises, swells, wavers and dissolves, and
 /// before it is gone the next one rises. A strength of 0 leaves the frame as it is.
 ///
-/// - A ghost lives 3.2 seconds; the second is half a life behind the first. Its opacity is 4 l (1 − l) of
+/// - A ghost lives 3.2 seconds; the second is half a life behind the first. Its opacity is 3.2 l (1 − l) of
 ///   `ghostOpacity` at the share l of its life.
 /// - Meanwhile it rises by `ghostDistance` and grows by 30 % about a point a quarter below the middle, and
-/// trails
-///   three echoes of itself, up to 0.07 of the shorter side long.
-/// - It is what is light in the picture, g (0.25 + 0.95 g) of a tone g, 60 % colourless, tinted (0.66,
-/// 0.94, 1.12).
+///   trails three echoes of itself, up to 0.07 of the shorter side long.
+/// - It is 60 % colourless, tinted (0.95, 1.12, 1.22).
 /// - The scene below loses half of its light and 60 % of its colour at full strength.
 class QVGhostMTIFilter : public QVEffectMTIFilter {
   public:
