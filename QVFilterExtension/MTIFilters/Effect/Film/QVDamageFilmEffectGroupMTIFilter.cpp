@@ -4,7 +4,7 @@
 
 namespace qv {
 
-extern const QVFilterClass QVBlackFilmShakeMTIFilterClass, QVDamageFilmMTIFilterClass;
+extern const QVFilterClass QVDamageFilmMTIFilterClass;
 
 const QVFilterClass QVDamageFilmEffectGroupMTIFilterClass{
     .name = "QVDamageFilmEffectGroupMTIFilter",
@@ -31,8 +31,7 @@ QVDamageFilmEffectGroupMTIFilter::QVDamageFilmEffectGroupMTIFilter(const QVFilte
       hairs_(numberedNames("black_film_hair_", 6, 4, ".png")),
       scratches_(numberedNames("film_scratch_", 6, 1, ".png")),
       burns_(numberedNames("damage_film_burn_", 6, 1, ".png")),
-      wearFilter_(QVDamageFilmMTIFilterClass),
-      shakeFilter_(QVBlackFilmShakeMTIFilterClass) {}
+      wearFilter_(QVDamageFilmMTIFilterClass) {}
 
 std::vector<SpiritParam> QVDamageFilmEffectGroupMTIFilter::params() const {
     const double e = effectValue();
@@ -48,15 +47,12 @@ std::vector<SpiritParam> QVDamageFilmEffectGroupMTIFilter::params() const {
 MTIImage QVDamageFilmEffectGroupMTIFilter::outputImage() {
     if (!inputImage()) return {};
     wearFilter_.setInputImage(inputImage());
-    shakeFilter_.setInputImage(fittedFrame("damage_film_frame.png"));
-    for (QVEffectMTIFilter* filter : {&wearFilter_, &shakeFilter_}) {
-        filter->setITime(layoutTime());
-        filter->setEffectValue(effectValue());
-        filter->setIsPhoto(isPhoto());
-    }
+    wearFilter_.setITime(layoutTime());
+    wearFilter_.setEffectValue(effectValue());
+    wearFilter_.setIsPhoto(isPhoto());
     lookupFilter_.setIntensity(0.35f + 0.65f * effectValue());
     frameBlendFilter_.setOutputPixelFormat(outputPixelFormat());
-    return framed(dirtied(graded(wearFilter_.outputImage())), shakeFilter_.outputImage());
+    return framed(dirtied(graded(wearFilter_.outputImage())), fittedFrame("damage_film_frame.png"));
 }
 
 }  // namespace qv

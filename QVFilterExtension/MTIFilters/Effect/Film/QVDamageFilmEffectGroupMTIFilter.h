@@ -7,8 +7,8 @@ namespace qv {
 extern const QVFilterClass QVDamageFilmEffectGroupMTIFilterClass;
 
 /// A colour print that has been found after decades: dyes faded to magenta and brown, scratches along the
-/// film, burnt and blistered patches, dirt and hairs, a gate with ragged edges that jitters. The strength
-/// adds damage of every kind: up to 6 specks, 2 hairs, 5 scratches and 2 burns at a time.
+/// film, burnt and blistered patches, dirt and hairs, and a ragged gate behind which the picture weaves. The
+/// strength adds damage of every kind: up to 6 specks, 2 hairs, 5 scratches and 2 burns at a time.
 class QVDamageFilmEffectGroupMTIFilter : public FilmEffectGroup {
   public:
     explicit QVDamageFilmEffectGroupMTIFilter(
@@ -19,7 +19,7 @@ class QVDamageFilmEffectGroupMTIFilter : public FilmEffectGroup {
 
   private:
     std::vector<std::string> dirts_, hairs_, scratches_, burns_;
-    QVEffectMTIFilter wearFilter_, shakeFilter_;
+    QVEffectMTIFilter wearFilter_;
 };
 
 }  // namespace qv
