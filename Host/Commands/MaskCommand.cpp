@@ -1,5 +1,8 @@
 #include <deque>
 #include <memory>
+#include <optional>
+#include <utility>
+#include <vector>
 
 #include "Host/Clips/Clip.h"
 #include "Host/Clips/EncodingOptions.h"

@@ -14,8 +14,8 @@ namespace qv {
 
 namespace {
 
-/// The longer side of the picture in which edges are looked for. Twice the network's: its own edges are
-/// uncertain by a pixel or two.
+/// The longer side, at most, of the picture in which edges are looked for. Twice the network's: its own edges
+/// are uncertain by a pixel or two.
 constexpr int kGuideSide = 512;
 /// What belongs to a blob: likelihoods above this.
 constexpr float kBlob = 0.3f;
@@ -33,9 +33,9 @@ cv::Mat resized(const cv::Mat& source, cv::Size size) {
 }
 
 cv::Size guideSize(cv::Size frame) {
-    const double scale = std::min(1.0, double(kGuideSide) / std::max(frame.width, frame.height));
-    return {std::max(1, int(std::lround(frame.width * scale))),
-            std::max(1, int(std::lround(frame.height * scale)))};
+    // Whole pixels become one where the sides allow it: so they are averaged fastest.
+    const int factor = (std::max(frame.width, frame.height) + kGuideSide - 1) / kGuideSide;
+    return {std::max(1, frame.width / factor), std::max(1, frame.height / factor)};
 }
 
 cv::Mat turned(const cv::Mat& source, int rotation) {
