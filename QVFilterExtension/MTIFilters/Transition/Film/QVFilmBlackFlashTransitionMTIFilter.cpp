@@ -29,13 +29,13 @@ char QVFilmBlackFlashTransitionMTIFilter::seen() const {
 MTIParameters QVFilmBlackFlashTransitionMTIFilter::parameters() const {
     const char letter = seen();
     const bool slipped = letter == 'A' || letter == 'B';
+    const float leader = letter == 'X' ? 2.0f : letter == 'x' ? 1.0f : 0.0f;
+    const bool incoming = leader > 0 ? progress() >= 0.5f : letter == 'b' || letter == 'B';
     return {{"slot", float(slotAt(progress()))},
-            {"incoming", letter == 'b' || letter == 'B' ? 1.0f : 0.0f},
+            {"incoming", incoming ? 1.0f : 0.0f},
             {"slipped", slipped ? kSlip : 0.0f},
             {"cue", letter == 'c' ? 1.0f : 0.0f},
-            {"leader", letter == 'X'   ? 2.0f
-                       : letter == 'x' ? 1.0f
-                                       : 0.0f}};
+            {"leader", leader}};
 }
 
 }  // namespace qv

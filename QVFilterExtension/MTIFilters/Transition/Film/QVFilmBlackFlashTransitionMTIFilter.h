@@ -12,8 +12,9 @@ extern const QVFilterClass QVFilmBlackFlashTransitionMTIFilterClass;
 /// punched, and the next reel begins with frames among the leader.
 ///
 /// What is seen stands in `kReel`, one letter for each of equal parts of progress. Leader is nearly black,
-/// with grain, specks, three scratches that change 24 times over the transition, and a punched hole that lets
-/// the lamp through.
+/// with grain, specks, three scratches, a trace of the nearer clip at 0.16 of its light, and a punched hole
+/// of radius 150 (1/1080 of the shorter side) that lets the lamp through; all but the trace change with each
+/// letter.
 class QVFilmBlackFlashTransitionMTIFilter : public QVTransitionMTIFilter {
   public:
     explicit QVFilmBlackFlashTransitionMTIFilter(
@@ -23,7 +24,7 @@ class QVFilmBlackFlashTransitionMTIFilter : public QVTransitionMTIFilter {
     /// a, b: the outgoing and the incoming clip; A, B: the same, slipped down by `kSlip` of a frame, over
     /// exposed; c: the outgoing clip with a cue dot; x: leader; X: leader with its hole.
     static constexpr std::string_view kReel = "aaaccaacAxaAxxbXxaXxbxXBxbxBbbbbb";
-    static constexpr float kSlip = 0.14f;
+    static constexpr float kSlip = 0.14f;  ///< frames
 
     /// The letter of the moment.
     char seen() const;

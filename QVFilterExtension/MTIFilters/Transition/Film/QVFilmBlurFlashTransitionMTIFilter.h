@@ -22,8 +22,8 @@ class QVFilmBlurFlashTransitionMTIFilter : public QVTransitionMTIFilter {
 
     static constexpr float kWideOpening = 3.4f;  ///< where nothing of the barrel is seen yet
     static constexpr float kTurn = 1.3f;         ///< radians clockwise
-    static constexpr float kBlur = 34;
-    static constexpr float kStops = 5;
+    static constexpr float kBlur = 34;           ///< standard deviation, 1/1080 of the shorter side
+    static constexpr float kStops = 5;           ///< of exposure
 
     /// The barrel, "transitions_flim_lens3.png", for the outgoing frame's shorter side; nil without it.
     MTIImage frameImage() const;

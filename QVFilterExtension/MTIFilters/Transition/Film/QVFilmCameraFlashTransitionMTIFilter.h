@@ -23,10 +23,10 @@ class QVFilmCameraFlashTransitionMTIFilter : public QVTransitionMTIFilter {
         : QVTransitionMTIFilter(filterClass) {}
 
     static constexpr float kFlashes[] = {0.24f, 0.48f, 0.72f};  ///< progress
-    static constexpr float kStops = 4.5f;
-    static constexpr float kGlow = 0.17f;      ///< progress
-    static constexpr float kZoomFrom = 0.04f;  ///< as `QVFilmRadiusFrameFilter::zoomValue`
-    static constexpr float kZoomTo = 0.22f;    ///< the same
+    static constexpr float kStops = 4.5f;                       ///< of exposure
+    static constexpr float kGlow = 0.17f;                       ///< progress
+    static constexpr float kZoomFrom = 0.04f;                   ///< as `QVFilmRadiusFrameFilter::zoomValue`
+    static constexpr float kZoomTo = 0.22f;                     ///< the same
 
     /// The viewfinder, "transitions_CameraFrame.png", fitted to the outgoing frame; nil without it.
     MTIImage frameImage() const;

@@ -24,6 +24,7 @@ class QVFilmVerticalTransitionMTIFilter : public QVTransitionMTIFilter {
     struct Slip {
         float begin, reach, rest;  ///< progress; frames
     };
+    /// One after the other.
     static constexpr Slip kSlips[] = {{0.14f, 0.12f, 0}, {0.22f, 0.3f, 0.04f}, {0.32f, 0.55f, -0.06f}};
     static constexpr float kWideOpening = 1.5f;  ///< where no film is seen yet
     static constexpr float kFrames = 5;          ///< odd: the outgoing clip alternates with the incoming one

@@ -19,10 +19,10 @@ class QVPicMoveTransitionMTIFilter : public QVTransitionMTIFilter {
         const QVFilterClass& filterClass = QVPicMoveTransitionMTIFilterClass)
         : QVTransitionMTIFilter(filterClass) {}
 
-    static constexpr float kFocus = 2.4f;
+    static constexpr float kFocus = 2.4f;  ///< distance of a panel that fills the frame, halves of its height
     static constexpr float kNear = 0.3f, kWiden = 0.85f;  ///< frame widths
     static constexpr float kTurn = 0.86f;                 ///< radians
-    static constexpr float kFar = 1.6f;
+    static constexpr float kFar = 1.6f;                   ///< times as far in the middle
 
     /// "ratio", "focus"; for the outgoing and the incoming panel "panel1" and "panel2": its middle right of
     /// the view, its distance, cosine and sine of its turn; "room" (light of the room, 0..1).

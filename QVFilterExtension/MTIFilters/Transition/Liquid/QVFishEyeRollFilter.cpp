@@ -24,7 +24,7 @@ MTIParameters QVFishEyeRollFilter::parameters() const {
 MTIImage QVFishEyeRollFilter::outputImage() {
     if (!inputImage1() || !inputImage2()) return {};
     const double eased = kEasing.half(progress());
-    mirrorFilter_.setInputImage1(clipThatShows().resize(inputImage1().size()));
+    mirrorFilter_.setInputImage1(clipThatShows());
     mirrorFilter_.setMirrorNumber(float(1 + 2 * kEasing.peak(progress())));
     mirrorFilter_.setMoveDistance(float(progress() < 0.5f ? eased : eased + 1));
     blurFilter_.setInputImage1(render({mirrorFilter_.outputImage()}));

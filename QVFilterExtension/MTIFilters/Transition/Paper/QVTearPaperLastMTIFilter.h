@@ -19,11 +19,14 @@ class QVTearPaperLastMTIFilter : public TearPaperCollage {
         : TearPaperCollage(filterClass) {}
 
     static constexpr int kBegins[] = {15, 26, 37, 51, 62, 76, 87, 102, 113, 127, 138, 149, 162};  ///< 180ths
+    /// What is torn, and what falls.
     struct Rip {
-        double top,
-            bottom;  ///< where the tear crosses the frame's upper and lower side, widths from the left
-        PaperPose from, to;  ///< the handful, "paper07_scrap…", before it was torn off, and where it is now
+        double top;      ///< where the tear crosses the frame's upper side, widths from the left
+        double bottom;   ///< the same of its lower side
+        PaperPose from;  ///< of the handful, "paper07_scrap…", before it was torn off
+        PaperPose to;    ///< where it is now; scale 0 without one
     };
+    /// Of each phase.
     static constexpr Rip kRips[] = {{0.86, 1.06, {}, {}},
                                     {0.78, 0.92, {0.8, 0.38, 0.2}, {0.84, 0.39, 0.24, -9}},
                                     {0.78, 0.92, {0.8, 0.38, 0.2}, {0.84, 0.41, -0.34, -34}},
@@ -36,7 +39,7 @@ class QVTearPaperLastMTIFilter : public TearPaperCollage {
                                     {0.06, 0.12, {1.2, -0.3, 0.1}, {1.25, -0.28, 0.16, -6}},
                                     {-0.4, -0.3, {1.2, -0.3, 0.1}, {1.25, -0.24, -0.22, -22}},
                                     {-0.4, -0.3, {1.2, -0.3, 0.1}, {1.25, -0.18, -0.72, -41}}};
-    static constexpr double kCloser = 1.14;
+    static constexpr double kCloser = 1.14;  ///< scale
 
     MTIImage outputImage() override;
 

@@ -20,16 +20,21 @@ class QVTearPaperMoveDownMTIFilter : public TearPaperCollage {
         : TearPaperCollage(filterClass) {}
 
     static constexpr int kBegins[] = {15, 26, 38, 49, 63, 75, 88, 102, 116, 130, 144, 162};  ///< 180ths
+    /// How far the sheets have slid.
     struct Slide {
-        double sheet, sheetAngle;  ///< of the poster: fractions of the frame's height down, degrees
-        double wrap, wrapAngle;    ///< of the wrapping paper
+        double sheet;       ///< the poster, fractions of the frame's height down
+        double sheetAngle;  ///< its tilt, degrees anticlockwise
+        double wrap;        ///< the wrapping paper, likewise
+        double wrapAngle;   ///< its tilt
     };
+    /// Of each phase.
     static constexpr Slide kSlides[] = {
         {-0.01, 1.2, -0.2, 0},   {0.07, -1, -0.03, 0.8}, {0.05, 0.8, -0.03, -0.6}, {0.19, 1.6, 0.05, 1.2},
         {0.3, -1.2, 0.16, -0.8}, {0.27, 0.8, 0.14, 1},   {0.46, 2, 0.3, -1.4},     {0.62, -1.4, 0.42, 1},
         {0.8, 1.8, 0.6, -1.2},   {1.02, -1, 0.8, 1.6},   {1.3, 0, 0.96, -1}};
-    static constexpr double kTear = 0.45, kTilted = 1.09;
-    static constexpr double kCloser = 1.2;
+    static constexpr double kTear = 0.45;    ///< fractions of the frame's height
+    static constexpr double kTilted = 1.09;  ///< scale of the sheets
+    static constexpr double kCloser = 1.2;   ///< scale
 
     MTIImage outputImage() override;
 

@@ -18,7 +18,7 @@ class QVTearPaperSecondMTIFilter : public TearPaperCollage {
         : TearPaperCollage(filterClass) {}
 
     static constexpr int kBegins[] = {15, 26, 36, 50, 60, 71, 87, 101, 120, 134, 148, 162};  ///< 180ths
-    static constexpr double kGrowth = 0.012;
+    static constexpr double kGrowth = 0.012;                                                 ///< of its scale
     /// The sheet, "paper02_note.png".
     static constexpr PaperPose kNote[] = {
         {1.2, -0.06, -0.8, -9}, {1.2, 0.03, -0.36, 6},  {1.2, 0, -0.02, -4},  {1.2, 0, -0.02, -4},
@@ -36,6 +36,7 @@ class QVTearPaperSecondMTIFilter : public TearPaperCollage {
                                            {0.6, 0, 0.01, -1.5},
                                            {0.76, 0, 0, 1.5},
                                            {0.94, 0, 0, -0.8}};
+    /// A piece of tape.
     struct Tape {
         std::size_t phase;  ///< from which on it lies there
         PaperPose pose;     ///< on the print

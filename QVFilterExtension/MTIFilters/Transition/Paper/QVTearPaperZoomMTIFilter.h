@@ -19,12 +19,14 @@ class QVTearPaperZoomMTIFilter : public TearPaperCollage {
         : TearPaperCollage(filterClass) {}
 
     static constexpr int kBegins[] = {15, 26, 38, 53, 64, 76, 91, 104, 116, 129, 144, 162};  ///< 180ths
+    /// Of each phase.
     static constexpr PaperPose kHole[] = {
         {0.34, 0.06, 0.04, 10}, {0.62, 0.04, 0.02, -6}, {0.58, 0.04, 0.02, -4}, {1.0, 0, 0, 4},
         {0.66, 0, 0, -3},       {0.84, -0.02, 0.01, 2}, {0.81, -0.02, 0.01, 3}, {1.12, 0, 0, -2},
         {1.45, 0.01, 0, 3},     {1.95, 0, -0.01, -3},   {2.7, 0, 0, 2}};
-    static constexpr std::size_t kLarge = 5;
-    static constexpr double kOutgoing = 1.22, kIncoming = 1.6;
+    static constexpr std::size_t kLarge = 5;   ///< phase of the large hole
+    static constexpr double kOutgoing = 1.22;  ///< scale at the end
+    static constexpr double kIncoming = 1.6;   ///< scale at the beginning
 
     MTIImage outputImage() override;
 };
