@@ -1,9 +1,14 @@
 #include "QVFilterCore/QVAIEffectMTIFilter.h"
 
+#include <cmath>
+
 namespace qv {
 
 namespace {
 using Effect = QVAIEffectMTIFilter;
+
+/// By how much a side may exceed a whole number and still be that number.
+constexpr double kRounding = 1e-6;
 }  // namespace
 
 const QVFilterClass QVAIEffectMTIFilterClass{
@@ -50,14 +55,25 @@ UIColor QVAIEffectMTIFilter::lineColor() const {
     return own.empty() ? UIColor::whiteColor() : own.front();
 }
 
-UIBezierPath QVAIEffectMTIFilter::getExtraTransformPath(UIBezierPath path) const {
-    if (!maskPixelBuffer_ || extraTransform_ == CGAffineTransformIdentity) return path;
+CGAffineTransform QVAIEffectMTIFilter::maskTransform() const {
+    if (!maskPixelBuffer_ || extraTransform_ == CGAffineTransformIdentity) return {};
     const CGRect mask = CGRectMake(0, 0, maskPixelBuffer_.width(), maskPixelBuffer_.height());
     // Images are transformed about their middle, with y up.
     const CGAffineTransform moved =
         CGAffineTransformConcat({1, 0, 0, -1, -mask.midX(), mask.midY()}, extraTransform_);
     const CGRect box = CGRectApplyAffineTransform(mask, moved);
-    path.applyTransform(CGAffineTransformConcat(moved, {1, 0, 0, -1, -box.minX(), box.maxY()}));
+    return CGAffineTransformConcat(moved, {1, 0, 0, -1, -box.minX(), box.maxY()});
+}
+
+CGSize QVAIEffectMTIFilter::transformedMaskSize() const {
+    if (!maskPixelBuffer_) return {};
+    const CGRect mask = CGRectMake(0, 0, maskPixelBuffer_.width(), maskPixelBuffer_.height());
+    const CGSize size = CGRectApplyAffineTransform(mask, maskTransform()).size;
+    return {std::ceil(size.width - kRounding), std::ceil(size.height - kRounding)};
+}
+
+UIBezierPath QVAIEffectMTIFilter::getExtraTransformPath(UIBezierPath path) const {
+    path.applyTransform(maskTransform());
     return path;
 }
 

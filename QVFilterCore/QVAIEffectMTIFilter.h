@@ -35,8 +35,12 @@ class QVAIEffectMTIFilter : public QVEffectMTIFilter {
     /// The first of `colors`, else of the class's own, else white.
     UIColor lineColor() const;
 
-    /// A path in pixels of the mask in memory, moved to where `extraTransform` has it: in pixels of the mask's picture
-    /// after the transform, which has grown or shrunk to hold all of it.
+    /// From pixels of the mask in memory to those of its picture after `extraTransform`, which has grown or
+    /// shrunk to hold all of it; y down. The identity without a mask in memory.
+    CGAffineTransform maskTransform() const;
+    /// The size of that picture, whole pixels; zero without a mask in memory.
+    CGSize transformedMaskSize() const;
+    /// A path moved by `maskTransform`.
     UIBezierPath getExtraTransformPath(UIBezierPath path) const;
 
   private:

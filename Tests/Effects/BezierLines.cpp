@@ -62,7 +62,8 @@ test::Pixel pixelAt(QVBezierLineRender& render, int y = 10) {
 
 TEST(BezierLines, TakeTheirColoursFromTheSourceThatWasSetLast) {
     QVBezierLineRender render;
-    render.setColArray(std::vector{QVBezierLineColorMake(UIColor(0, 0, 1, 0.5), 1), QVBezierLineColorMake(UIColor(1, 0, 0), 0),
+    render.setColArray(std::vector{QVBezierLineColorMake(UIColor(0, 0, 1, 0.5), 1),
+                                   QVBezierLineColorMake(UIColor(1, 0, 0), 0),
                                    QVBezierLineColorMake(UIColor(0, 1, 0), 0.5f)});
     // Half a pixel off the middle of a line six pixels to a side.
     const double p = 1 - 0.5 / 6, middle = 1 - p * p * (2 - p);
@@ -75,9 +76,11 @@ TEST(BezierLines, TakeTheirColoursFromTheSourceThatWasSetLast) {
     EXPECT_EQ(pixelAt(render, 60)[3], 0);
 
     // The same by its two ends, which takes another way through the shader.
-    render.setColArray(std::vector{QVBezierLineColorMake(UIColor(1, 0, 0), 0), QVBezierLineColorMake(UIColor(0, 0, 1, 0.5), 1)});
+    render.setColArray(std::vector{QVBezierLineColorMake(UIColor(1, 0, 0), 0),
+                                   QVBezierLineColorMake(UIColor(0, 0, 1, 0.5), 1)});
     const test::Pixel ends = pixelAt(render, 14);
-    render.setColArray(std::vector{QVBezierLineColorMake(UIColor(1, 0, 0), 0), QVBezierLineColorMake(UIColor(0, 0, 1, 0.5), 1),
+    render.setColArray(std::vector{QVBezierLineColorMake(UIColor(1, 0, 0), 0),
+                                   QVBezierLineColorMake(UIColor(0, 0, 1, 0.5), 1),
                                    QVBezierLineColorMake(UIColor(0, 0, 1, 0.5), 1)});
     EXPECT_LT(test::difference(ends, pixelAt(render, 14)), 0.01);
 
