@@ -5,8 +5,9 @@
 
 namespace qv {
 
-extern const QVFilterClass QVInternalContourNoiseFilterClass, QVInternalContourNoiseFilter1Class,
-    QVInternalContourNoiseFilter3Class;
+extern const QVFilterClass QVInternalContourNoiseFilterClass;
+extern const QVFilterClass QVInternalContourNoiseFilter1Class;
+extern const QVFilterClass QVInternalContourNoiseFilter3Class;
 
 /// Moves the pixels of a line by noise that flows with the time, which is in milliseconds. The kind of noise
 /// is the class's: wisps that drift and curl, waves that run through the line, jags that leap from place to
