@@ -217,12 +217,11 @@ std::string graphToText(const Json& graph) {
     for (const Json& node : graph["nodes"]) {
         std::string from = node["inputs"].empty() ? "" : "  of";
         for (const Json& input : node["inputs"]) from += fmt::format(" #{}", input.dump());
-        text +=
-            fmt::format("#{:<3} {:<14} {:<28} {}x{}{}{}{}{}\n", node["id"].get<int>(),
-                        node["kind"].get<std::string>(), sourceName(node), node["size"][0].get<int>(),
-                        node["size"][1].get<int>(), from, oneLine("", node["parameters"]),
-                        node.contains("settings") ? oneLine("  with", node["settings"]) : "",
-                        drawnIn(node, "  "));
+        text += fmt::format("#{:<3} {:<14} {:<28} {}x{}{}{}{}{}\n", node["id"].get<int>(),
+                            node["kind"].get<std::string>(), sourceName(node), node["size"][0].get<int>(),
+                            node["size"][1].get<int>(), from, oneLine("", node["parameters"]),
+                            node.contains("settings") ? oneLine("  with", node["settings"]) : "",
+                            drawnIn(node, "  "));
     }
     return text + fmt::format("output #{}\n", graph["output"].dump());
 }

@@ -72,8 +72,8 @@ class Residence {
 
 /// An immutable node of an image graph.
 struct ImageNode : std::enable_shared_from_this<ImageNode> {
-    /// What a node is: a source without inputs, a pass over its inputs, or what is drawn over its one input; lines
-    /// without an input are drawn on nothing.
+    /// What a node is: a source without inputs, a pass over its inputs, or what is drawn over its one input;
+    /// lines without an input are drawn on nothing.
     using Operation = std::variant<BitmapSource, PixelBufferSource, VulkanImageSource, ColorSource,
                                    KernelPass, GaussianBlurPass, SpritePass, LinePass>;
 

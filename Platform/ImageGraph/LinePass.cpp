@@ -131,7 +131,8 @@ class Layout {
         for (const LineSegment& segment : line_.segments) {
             if (!isFinite(segment)) continue;
             const Curve curve = curveOf(segment);
-            if (!run.empty() && run.back().end != curve.start) add(simplified(std::exchange(run, {}), tolerance));
+            if (!run.empty() && run.back().end != curve.start)
+                add(simplified(std::exchange(run, {}), tolerance));
             run.push_back(curve);
         }
         add(simplified(run, tolerance));

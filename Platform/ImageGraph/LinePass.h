@@ -24,15 +24,15 @@ struct LineStop {
     bool operator==(const LineStop&) const = default;
 };
 
-/// A line along curves, drawn as light: red, green and blue fall from 1 in its middle to 0 at its rim, alpha is 1
-/// across its width; where it crosses itself the larger counts. Curves that follow each other are joined, and what
-/// ends or turns sharply is round.
+/// A line along curves, drawn as light: red, green and blue fall from 1 in its middle to 0 at its rim, alpha
+/// is 1 across its width; where it crosses itself the larger counts. Curves that follow each other are
+/// joined, and what ends or turns sharply is round.
 ///
-/// On a frame the curves are simplified by at most a fiftieth of half the width, or a third of a pixel, so that what is
-/// drawn does not grow with the outline's detail.
+/// On a frame the curves are simplified by at most a fiftieth of half the width, or a third of a pixel, so
+/// that what is drawn does not grow with the outline's detail.
 struct LinePass final : PassOverlay {
-    /// A line of `width` along `curves`, all in a space of `size`, which is stretched over the frame. Each curve is a strip
-    /// of at most `triangles` triangles.
+    /// A line of `width` along `curves`, all in a space of `size`, which is stretched over the frame. Each
+    /// curve is a strip of at most `triangles` triangles.
     LinePass(std::vector<LineSegment> curves, float width, CGSize size, int triangles = 100, int samples = 2);
 
     const OverlayKind& kind() const override { return kind_; }

@@ -162,9 +162,9 @@ class PlanBuilder {
     int lowerNode(const ImageNode& node, const PassOverlay& overlay) {
         const bool isVisible = overlay.isVisible(node.width, node.height), isOnNothing = node.inputs.empty();
         if (!isVisible && !isOnNothing) return inputsOf(node).front();
-        const int texture = isOnNothing ? addColorPass(node, {})
-                                        : addPass(stock("MTICopy"), inputsOf(node), node.width, node.height,
-                                                  format_, {});
+        const int texture =
+            isOnNothing ? addColorPass(node, {})
+                        : addPass(stock("MTICopy"), inputsOf(node), node.width, node.height, format_, {});
         if (!isVisible) return texture;
         if (!failed_) {
             plan_.passes.back().overlays = {&overlay};

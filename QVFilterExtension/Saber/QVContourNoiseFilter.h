@@ -8,8 +8,8 @@ namespace qv {
 
 extern const QVFilterClass QVContourNoiseFilterClass;
 
-/// Lets a line flicker like a blade of light: distorts it by the kind of noise that its parameters name. A kind that
-/// there is not gives the input itself.
+/// Lets a line flicker like a blade of light: distorts it by the kind of noise that its parameters name. A
+/// kind that there is not gives the input itself.
 class QVContourNoiseFilter : public QVEffectMTIFilter {
   public:
     explicit QVContourNoiseFilter(const QVFilterClass& filterClass = QVContourNoiseFilterClass)

@@ -12,12 +12,12 @@ const QVOutlineSet kTriangle{{{10, 10}, {90, 10}, {10, 70}}};
 
 TEST(BezierLines, RunThroughTheMiddlesOfTheEdgesInSinglePrecision) {
     static_assert(sizeof(LineSegment) == 24);
-    const QVOutline outline{{0.1, 0}, {4, 0.3}, {1e8 + 1, 8}};
+    const QVOutline outline{{0.1, 0}, {4, 0.3}, {16777217, 8}};
     const auto curves = BezierLinesDataWithPoints(outline);
     ASSERT_EQ(curves.size(), 3u);
-    EXPECT_EQ(curves[0], (LineSegment{{float(50000000.55), 4}, {float(2.05), float(0.15)}, {float(0.1), 0}}));
+    EXPECT_EQ(curves[0], (LineSegment{{float(8388608.55), 4}, {float(2.05), float(0.15)}, {float(0.1), 0}}));
     EXPECT_EQ(curves[1].start[0], curves[0].end[0]);
-    EXPECT_EQ(curves[2].control[0], float(100000001.0));
+    EXPECT_EQ(curves[2].start[0], float(8388610.5));
     EXPECT_EQ(BezierLinesDataWithPoints({{7, 9}}), (std::vector<LineSegment>{{{7, 9}, {7, 9}, {7, 9}}}));
     EXPECT_TRUE(BezierLinesDataWithPoints({}).empty());
     const auto all = BezierLinesDataWithPointsArray({outline, {}, {{7, 9}}});
@@ -62,7 +62,8 @@ test::Pixel pixelAt(QVBezierLineRender& render, int y = 10) {
 
 TEST(BezierLines, TakeTheirColoursFromTheSourceThatWasSetLast) {
     QVBezierLineRender render;
-    render.setColArray(std::vector{QVBezierLineColorMake(UIColor(0, 0, 1, 0.5), 1), QVBezierLineColorMake(UIColor(1, 0, 0), 0),
+    render.setColArray(std::vector{QVBezierLineColorMake(UIColor(0, 0, 1, 0.5), 1),
+                                   QVBezierLineColorMake(UIColor(1, 0, 0), 0),
                                    QVBezierLineColorMake(UIColor(0, 1, 0), 0.5f)});
     // Half a pixel off the middle of a line six pixels to a side.
     const double p = 1 - 0.5 / 6, middle = 1 - p * p * (2 - p);
@@ -75,9 +76,11 @@ TEST(BezierLines, TakeTheirColoursFromTheSourceThatWasSetLast) {
     EXPECT_EQ(pixelAt(render, 60)[3], 0);
 
     // The same by its two ends, which takes another way through the shader.
-    render.setColArray(std::vector{QVBezierLineColorMake(UIColor(1, 0, 0), 0), QVBezierLineColorMake(UIColor(0, 0, 1, 0.5), 1)});
+    render.setColArray(std::vector{QVBezierLineColorMake(UIColor(1, 0, 0), 0),
+                                   QVBezierLineColorMake(UIColor(0, 0, 1, 0.5), 1)});
     const test::Pixel ends = pixelAt(render, 14);
-    render.setColArray(std::vector{QVBezierLineColorMake(UIColor(1, 0, 0), 0), QVBezierLineColorMake(UIColor(0, 0, 1, 0.5), 1),
+    render.setColArray(std::vector{QVBezierLineColorMake(UIColor(1, 0, 0), 0),
+                                   QVBezierLineColorMake(UIColor(0, 0, 1, 0.5), 1),
                                    QVBezierLineColorMake(UIColor(0, 0, 1, 0.5), 1)});
     EXPECT_LT(test::difference(ends, pixelAt(render, 14)), 0.01);
 

@@ -10,8 +10,8 @@ namespace {
 
 using test::makeEffect;
 
-const char* const kHalos[] = {"QVAIFreezHaloFilter", "QVAIGlitterHaloFilter", "QVAIHUEHaloFilter",
-                              "QVAIContourNoiseFilter", "QVAICurrentFilter", "QVAIFireFilter"};
+const char* const kHalos[] = {"QVAIFreezHaloFilter",    "QVAIGlitterHaloFilter", "QVAIHUEHaloFilter",
+                              "QVAIContourNoiseFilter", "QVAICurrentFilter",     "QVAIFireFilter"};
 const char* const kCelebrations[] = {"QVAIHUEChangeFilter", "QVAIFallingSquareFilter", "QVAIFreezeFilter",
                                      "QVAISnowBallFilter"};
 
@@ -77,7 +77,8 @@ TEST(ContourHalos, DrawTheirLinesInTheMasksMeasures) {
                   1e-6)
             << name;
         // A box of four long edges: two more points on each, 12 pixels from its ends.
-        EXPECT_EQ(line.contours, QVObjectContour::getApproxContourPointsWithMask(halo->maskPixelBuffer(), 0, 1.0f / 1024));
+        EXPECT_EQ(line.contours,
+                  QVObjectContour::getApproxContourPointsWithMask(halo->maskPixelBuffer(), 0, 1.0f / 1024));
         ASSERT_EQ(line.contours.size(), 1u);
         int near = 0;
         for (const LineSegment& s : line.segments)
@@ -135,7 +136,8 @@ TEST(ContourHalos, TurnWithTheMask) {
     // A quarter turn anticlockwise: what was right is up.
     const auto subject = [](double x, double y) { return x > 150 && x < 250 && y > 40 && y < 90; };
     const auto upright = [&](double x, double y) { return subject(320 - y, x); };
-    const auto lit = [](const PixelBuffer& buffer, const PixelBuffer& image, const CGAffineTransform& transform) {
+    const auto lit = [](const PixelBuffer& buffer, const PixelBuffer& image,
+                        const CGAffineTransform& transform) {
         const auto halo = makeEffect<QVAIContourHaloFilter>("QVAIHUEHaloFilter");
         halo->setInputImage(test::plainImage(90, 160, {0, 0, 0, 1}));
         halo->setMaskPixelBuffer(buffer);
@@ -152,7 +154,8 @@ TEST(ContourHalos, TurnWithTheMask) {
 
 TEST(ContourHalos, EndureAnyMask) {
     const PixelBuffer masks[] = {
-        maskOf(1, 1, [](double, double) { return true; }), maskOf(2, 1, [](double x, double) { return x < 1; }),
+        maskOf(1, 1, [](double, double) { return true; }),
+        maskOf(2, 1, [](double x, double) { return x < 1; }),
         maskOf(600, 400, [](double x, double y) { return std::fmod(x, 20) < 12 && std::fmod(y, 20) < 12; }),
         boxMask(7680, 4320), maskOf(64, 64, [](double, double) { return true; })};
     for (const PixelBuffer& mask : masks) {
@@ -172,7 +175,11 @@ TEST(ContourNoise, ReachesTheKernelOfItsKind) {
     QVContourNoiseFilter noise;
     noise.setInputImage(line);
     noise.setITime(1.5);
-    QVSaberParam param{.aspectRatio = 1.95f, .complexity = 4, .direction = 90, .distortion = 0.02f, .noiseScale = 8.9f,
+    QVSaberParam param{.aspectRatio = 1.95f,
+                       .complexity = 4,
+                       .direction = 90,
+                       .distortion = 0.02f,
+                       .noiseScale = 8.9f,
                        .noiseSpeed = 0.09f};
     const std::map<int, std::string> kernels{{0, ""}, {1, "1"}, {3, "3"}};
     for (int type = -1; type < 5; ++type) {
@@ -206,7 +213,8 @@ TEST(Celebrations, LeaveTheSubjectUntouchedAndChangeTheWorld) {
         effect->setITime(2.1);
         setMask(*effect, boxMask(160, 90));
         const auto picture = test::render(effect->outputImage());
-        for (int x = 53; x < 91; ++x) ASSERT_LT(test::difference(picture.at(x, 45), frame.at(x, 45)), 0.005) << name;
+        for (int x = 53; x < 91; ++x)
+            ASSERT_LT(test::difference(picture.at(x, 45), frame.at(x, 45)), 0.005) << name;
         EXPECT_GT(test::meanDifference(picture, frame), 0.02) << name;
     }
 }

@@ -145,14 +145,16 @@ TEST(Graph, SettingsApplyInOrderOverTheDefaultStrength) {
 
 TEST(Graph, LinesShowTheirCurves) {
     // The mask is white: its outline is the frame's.
-    const Json graph = qvfilterJSON({"graph", "QVAIHUEHaloFilter:colors=#ff8000", "--size", "320x200", "--json"});
+    const Json graph =
+        qvfilterJSON({"graph", "QVAIHUEHaloFilter:colors=#ff8000", "--size", "320x200", "--json"});
     const auto& nodes = graph["nodes"];
     const auto lines = std::ranges::find(nodes, "lines", [](const Json& node) { return node["kind"]; });
     ASSERT_NE(lines, nodes.end());
     EXPECT_EQ((*lines)["size"], (Json{320, 200}));
     EXPECT_EQ((*lines)["pointSize"], (Json{320.0, 200.0}));
     EXPECT_EQ((*lines)["thickness"], double(320 * 0.08f));
-    EXPECT_EQ((*lines)["stops"][0], (Json{{"color", {1.0, double(float(128 / 255.0)), 0.0, 1.0}}, {"t", 0.0}}));
+    EXPECT_EQ((*lines)["stops"][0],
+              (Json{{"color", {1.0, double(float(128 / 255.0)), 0.0, 1.0}}, {"t", 0.0}}));
     EXPECT_EQ((*lines)["stops"][1]["t"], 1.0);
     ASSERT_EQ((*lines)["contours"].size(), 1u);
     for (const Json& point : (*lines)["contours"][0]) EXPECT_EQ(point.size(), 2u);

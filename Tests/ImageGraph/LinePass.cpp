@@ -80,7 +80,8 @@ TEST_P(LinePassDistances, AreThoseToTheCurves) {
         for (int y = 0; y < kHeight; ++y) {
             for (int x = 0; x < kWidth; ++x) {
                 const double distance = distances[std::size_t(y * kWidth + x)];
-                // Curves may be simplified by a fiftieth of half the width or a third of a pixel, and samples differ.
+                // Curves may be simplified by a fiftieth of half the width or a third of a pixel, and samples
+                // differ.
                 const double slack = 0.03 + 0.6 / (radius * kScale);
                 const auto pixel = picture.at(x, y);
                 ASSERT_NEAR(pixel[0], std::max(1 - distance / radius, 0.0), slack) << x << ", " << y;
@@ -104,12 +105,13 @@ std::vector<CGPoint> wobblyCircle() {
 
 INSTANTIATE_TEST_SUITE_P(
     All, LinePassDistances,
-    testing::Values(LineCase{"Corners", {{{20, 15}, {100, 15}, {60, 24}, {95, 66}, {50, 30}, {22, 64}}}, 9},
-                    LineCase{"Stairs", {wobblyCircle()}, 24},  //
-                    LineCase{"ThereAndBack", {{{20, 20}, {100, 60}}}, 10},
-                    LineCase{"APointAndTwinPoints",
-                             {{{25, 40}}, {{60, 20}, {60, 20}, {100, 60}, {100, 60}, {70, 65}}}, 14},
-                    LineCase{"ThinAndOutOfTheFrame", {{{-300, -50}, {400, 20}, {90, 300}}, wobblyCircle()}, 3}),
+    testing::Values(
+        LineCase{"Corners", {{{20, 15}, {100, 15}, {60, 24}, {95, 66}, {50, 30}, {22, 64}}}, 9},
+        LineCase{"Stairs", {wobblyCircle()}, 24},  //
+        LineCase{"ThereAndBack", {{{20, 20}, {100, 60}}}, 10},
+        LineCase{
+            "APointAndTwinPoints", {{{25, 40}}, {{60, 20}, {60, 20}, {100, 60}, {100, 60}, {70, 65}}}, 14},
+        LineCase{"ThinAndOutOfTheFrame", {{{-300, -50}, {400, 20}, {90, 300}}, wobblyCircle()}, 3}),
     [](const auto& one) { return one.param.name; });
 
 TEST(LinePass, DrawsNothingOfWhatCannotBeSeen) {

@@ -254,8 +254,7 @@ void VulkanContext::recordPass(Recording& recording, const PlanPass& pass) {
     const VkRect2D area{{0, 0}, {std::uint32_t(wanted.width), std::uint32_t(wanted.height)}};
     const VkViewport viewport{0, 0, float(wanted.width), float(wanted.height), 0, 1};
     VkRenderPassBeginInfo begin{VK_STRUCTURE_TYPE_RENDER_PASS_BEGIN_INFO};
-    begin.renderPass =
-        resources_->renderPass(wanted.format, use, pass.samples, pass.clearColor.has_value());
+    begin.renderPass = resources_->renderPass(wanted.format, use, pass.samples, pass.clearColor.has_value());
     begin.framebuffer =
         pass.samples > 1 ? resolvingFramebuffer(recording, *texture, pass.samples) : texture->framebuffer();
     begin.renderArea = area;

@@ -12,7 +12,8 @@ QVBezierLineColor::Record QVBezierLineColor::bezierLineColor() const {
 
 QVBezierLineColor QVBezierLineColorMake(const std::optional<UIColor>& color, float t) {
     if (!(color && t >= 0.0f && t <= 1.0f)) {
-        logLine("QVBezierLineColorMake, QVBezierLineColor:17: assertion failed: col != nil && t>=0.0 && t<=1.0");
+        logLine(
+            "QVBezierLineColorMake, QVBezierLineColor:17: assertion failed: col != nil && t>=0.0 && t<=1.0");
         std::abort();
     }
     return {*color, t};

@@ -67,7 +67,8 @@ void QVBezierLineRender::setColorImage(const UIImage& image) {
         colorTexture_ = {};
         return;
     }
-    if (image.bitmap().pixels != colorImage_.bitmap().pixels) colorTexture_ = MTIImage::imageWithUIImage(image);
+    if (image.bitmap().pixels != colorImage_.bitmap().pixels)
+        colorTexture_ = MTIImage::imageWithUIImage(image);
     colorImage_ = image;
     colorKernel_.reset();
 }
@@ -79,14 +80,15 @@ std::vector<QVBezierLineColor::Record> QVBezierLineRender::colArrayData() const 
     return records;
 }
 
-MTIImage QVBezierLineRender::renderBezierWithPointsArray(const QVOutlineSet& pointsArray,
-                                                         CGSize size, float lineThickness, CGSize outSize) {
+MTIImage QVBezierLineRender::renderBezierWithPointsArray(const QVOutlineSet& pointsArray, CGSize size,
+                                                         float lineThickness, CGSize outSize) {
     return renderColorBezierWithBlackWhiteTexure(
         renderBlackWhiteBezierWithPointsArray(pointsArray, size, lineThickness, outSize));
 }
 
-MTIImage QVBezierLineRender::renderBlackWhiteBezierWithPointsArray(
-    const QVOutlineSet& pointsArray, CGSize size, float lineThickness, CGSize outSize) const {
+MTIImage QVBezierLineRender::renderBlackWhiteBezierWithPointsArray(const QVOutlineSet& pointsArray,
+                                                                   CGSize size, float lineThickness,
+                                                                   CGSize outSize) const {
     std::vector<LineSegment> segments = BezierLinesDataWithPointsArray(pointsArray);
     if (segments.empty() || !isImageSize(outSize)) return {};
     LinePass pass(std::move(segments), lineThickness, size, elementsPerInstance_,
@@ -106,7 +108,8 @@ MTIImage QVBezierLineRender::renderColorBezierWithBlackWhiteTexure(const MTIImag
     const auto kernel = colorKernel();
     if (!kernel) return {};
     if (kernel->fragmentFunctionDescriptor().name == "colorImageFragment")
-        return kernel->applyToInputImages({texture, colorTexture_}, {}, texture.size(), MTIPixelFormat::unspecified);
+        return kernel->applyToInputImages({texture, colorTexture_}, {}, texture.size(),
+                                          MTIPixelFormat::unspecified);
     const auto& stops = *colArray_;
     const bool hasEndsAlone = stops.size() == 2 && stops.front().t == 0 && stops.back().t == 1;
     MTIParameters parameters{{"isPicture", hasEndsAlone ? 0 : 1}};
@@ -114,14 +117,15 @@ MTIImage QVBezierLineRender::renderColorBezierWithBlackWhiteTexure(const MTIImag
         parameters.set("inner", vectorOf(stops.front()));
         parameters.set("outer", vectorOf(stops.back()));
     }
-    return kernel->applyToInputImages({texture, hasEndsAlone ? MTIImage() : rampImage()}, std::move(parameters),
-                                      texture.size(), MTIPixelFormat::unspecified);
+    return kernel->applyToInputImages({texture, hasEndsAlone ? MTIImage() : rampImage()},
+                                      std::move(parameters), texture.size(), MTIPixelFormat::unspecified);
 }
 
 std::shared_ptr<const MTIRenderPipelineKernel> QVBezierLineRender::colorKernel() {
     if (!colorKernel_) {
-        colorKernel_ = MTIRenderPipelineKernel::make({colorTexture_ ? "colorImageFragment" : "colorArrayFragment",
-                                                      QV_DefaultMetalLibraryURLForClass(QVMTIFilterClass)});
+        colorKernel_ =
+            MTIRenderPipelineKernel::make({colorTexture_ ? "colorImageFragment" : "colorArrayFragment",
+                                           QV_DefaultMetalLibraryURLForClass(QVMTIFilterClass)});
     }
     return colorKernel_;
 }

@@ -64,8 +64,9 @@ Vec3 ashen(Vec3 c) {
 /// A winter's day: little colour but blues, lights that are almost white, shadows that stay deep and blue.
 Vec3 frozen(Vec3 c) {
     const float light = luma(c), bright = contrast(std::pow(light, 0.86f), 0.35f);
-    const Vec3 cold = mix(mix(Vec3{0.02f, 0.06f, 0.15f}, Vec3{0.36f, 0.60f, 0.80f}, smoothstep(0.0f, 0.55f, bright)),
-                          Vec3{0.95f, 0.985f, 1.0f}, smoothstep(0.3f, 1.0f, bright));
+    const Vec3 cold =
+        mix(mix(Vec3{0.02f, 0.06f, 0.15f}, Vec3{0.36f, 0.60f, 0.80f}, smoothstep(0.0f, 0.55f, bright)),
+            Vec3{0.95f, 0.985f, 1.0f}, smoothstep(0.3f, 1.0f, bright));
     const Vec3 own = (c + Vec3{-light, -light, -light}) * 0.35f;
     return cold + Vec3{own.x * 0.7f, own.y * 0.9f, own.z};
 }

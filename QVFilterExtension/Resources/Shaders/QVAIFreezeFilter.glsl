@@ -14,9 +14,9 @@ vec4 QVAIFreezeFilter(vec2 uv) {
     vec4 scene = readHere(0), ice = readHere(1);
 
     // Crystals go ahead of the sheet.
-    vec2 edge = min(p, span - p);
-    float depth = min(edge.x, edge.y);
-    float grown = clamp((0.02 + 0.55 * effectValue - depth) * 4.5 + 1.3 * ice.a - 0.35, 0.0, 1.0);
+    vec2 inset = max(0.7 - min(p, span - p), 0.0);
+    float depth = 0.7 - length(inset) + 0.22 * valueNoise(p * 4.5, 6.0);
+    float grown = clamp((0.1 + 0.62 * effectValue - depth) * 4.5 + 1.3 * ice.a - 0.35, 0.0, 1.0);
     ice *= grown * min(effectValue * 6.0, 1.0);
 
     float drift = valueNoise(vec2(p.x * 1.7 + iTime * 0.13, p.y * 2.6 - iTime * 0.05), 4.0);

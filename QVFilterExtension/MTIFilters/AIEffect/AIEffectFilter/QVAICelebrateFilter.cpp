@@ -10,7 +10,8 @@ const QVFilterClass QVAICelebrateFilterClass{
     .title = "Celebration",
     .help = "The world changes around the subject",
     .category = QVFilterCategory::subject,
-    .inputs = {{kInputImage, qvInput<&QVAIEffectMTIFilter::setMaskImage>(
+    .inputs = {{kInputImage,
+                qvInput<&QVAIEffectMTIFilter::setMaskImage>(
                     {.name = "maskImage", .role = QVInputRole::mask, .help = "white where the subject is"})}},
     .ignored = {"colors", "inputImageOriginalSize"},
 };

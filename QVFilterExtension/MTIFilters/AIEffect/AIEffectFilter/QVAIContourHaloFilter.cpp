@@ -41,8 +41,8 @@ const QVOutlineSet& QVAIContourHaloFilter::calcPointsArray() {
     const PixelBuffer& mask = maskPixelBuffer();
     if (!mask) return pointsArray_;
     const double m = longerSide(mask);
-    QVOutlineSet outlines = QVObjectContour::getApproxContourPointsWithMask(mask, int(std::round(radiusRatio_ * m)),
-                                                                            float(1.0 / m));
+    QVOutlineSet outlines = QVObjectContour::getApproxContourPointsWithMask(
+        mask, int(std::round(radiusRatio_ * m)), float(1.0 / m));
     const CGRect bounds = CGRectMake(0, 0, mask.width(), mask.height());
     pointsArray_ = adjustCurvePointsArray(expandPointsArray(outlines, bounds, m * 12.0 * 0.001953125),
                                           m * 6.0 * 0.001953125);
@@ -53,15 +53,17 @@ const QVOutlineSet& QVAIContourHaloFilter::calcPointsArray() {
 MTIImage QVAIContourHaloFilter::drawLine(float thickness, double scale) const {
     const PixelBuffer& mask = maskPixelBuffer();
     if (!mask || !inputImage()) return {};
-    const CGSize size = inputImage().imageByApplyingTransform(CGAffineTransformInvert(extraTransform()), true).size();
+    const CGSize size =
+        inputImage().imageByApplyingTransform(CGAffineTransformInvert(extraTransform()), true).size();
     return bezierRender_.renderBlackWhiteBezierWithPointsArray(
         pointsArray_, {double(mask.width()), double(mask.height())}, float(longerSide(mask) * thickness),
         {std::max(size.width * scale, 1.0), std::max(size.height * scale, 1.0)});
 }
 
 MTIImage QVAIContourHaloFilter::placed(const MTIImage& image) const {
-    return extraTransform() == CGAffineTransformIdentity ? image
-                                                         : image.imageByApplyingTransform(extraTransform(), true);
+    return extraTransform() == CGAffineTransformIdentity
+               ? image
+               : image.imageByApplyingTransform(extraTransform(), true);
 }
 
 MTIImage QVAIContourHaloFilter::composed(const MTIImage& light) const {

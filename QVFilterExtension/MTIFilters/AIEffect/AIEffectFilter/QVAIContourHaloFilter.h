@@ -16,8 +16,8 @@ inline constexpr QVProperty kLightColors =
     qvProperty<&QVAIEffectMTIFilter::colors, &QVAIEffectMTIFilter::setColors>(
         {.name = "colors", .title = "Colour", .help = "colour of the light, the class's own when empty"});
 
-/// A glowing line along the subject's outline, behind the subject. How it looks is the subclass's; without a look, a
-/// subject or a mask the result is the input itself.
+/// A glowing line along the subject's outline, behind the subject. How it looks is the subclass's; without a
+/// look, a subject or a mask the result is the input itself.
 class QVAIContourHaloFilter : public QVAIEffectMTIFilter {
   public:
     explicit QVAIContourHaloFilter(const QVFilterClass& filterClass = QVAIContourHaloFilterClass)
@@ -46,8 +46,8 @@ class QVAIContourHaloFilter : public QVAIEffectMTIFilter {
     MTIImage outputImage() override;
 
   protected:
-    /// The mask of a line along the outline that was found last, before `extraTransform`; its thickness in longer sides of
-    /// the mask, its size in sizes of the frame. Nil without an outline.
+    /// The mask of a line along the outline that was found last, before `extraTransform`; its thickness in
+    /// longer sides of the mask, its size in sizes of the frame. Nil without an outline.
     MTIImage drawLine(float thickness, double scale) const;
     /// A picture of the size and in the place of such a mask, put where `extraTransform` has it.
     MTIImage placed(const MTIImage& image) const;

@@ -16,11 +16,12 @@ const QVFilterClass QVAIContourNoiseFilterClass{
     .help = "The subject's edge sheds dust that floats up and twinkles",
     .tags = {"particles", "glitter", "sparkle", "magic", "dissolve", "outline"},
     .factory = makeFilter<QVAIContourNoiseFilter>,
-    .properties = {kLightColors, qvProperty<&QVEffectMTIFilter::effectValue, &QVEffectMTIFilter::setEffectValue>(
-                                     {.name = "effectValue",
-                                      .title = "Strength",
-                                      .help = "how much light there is and how far it reaches",
-                                      .unit = QVUnit::fraction})},
+    .properties = {kLightColors,
+                   qvProperty<&QVEffectMTIFilter::effectValue, &QVEffectMTIFilter::setEffectValue>(
+                       {.name = "effectValue",
+                        .title = "Strength",
+                        .help = "how much light there is and how far it reaches",
+                        .unit = QVUnit::fraction})},
     .kind = QVFilterKind::effect,
 };
 

@@ -6,9 +6,10 @@ namespace qv {
 
 extern const QVFilterClass QVAIContourNoiseFilterClass;
 
-/// Light that a kernel makes of the line along the subject's outline, behind the subject. This one: dust that the edge
-/// sheds, grains of a hundredth of the longer side and less that float up and twinkle, within a tenth of the
-/// outline; the strength says how many. Without a mask or a subject the result is the input itself.
+/// Light that a kernel makes of the line along the subject's outline, behind the subject. This one: dust that
+/// the edge sheds, grains of a hundredth of the longer side and less that float up and twinkle, within a
+/// tenth of the outline; the strength says how many. Without a mask or a subject the result is the input
+/// itself.
 class QVAIContourNoiseFilter : public QVAIContourHaloFilter {
   public:
     explicit QVAIContourNoiseFilter(const QVFilterClass& filterClass = QVAIContourNoiseFilterClass)

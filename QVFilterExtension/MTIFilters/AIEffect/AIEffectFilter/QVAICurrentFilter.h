@@ -6,8 +6,8 @@ namespace qv {
 
 extern const QVFilterClass QVAICurrentFilterClass;
 
-/// Two arcs crackle along the outline and leap to other ways twelve times a second, a third one strikes out further
-/// now and then. The strength sets how far they strike.
+/// Two arcs crackle along the outline and leap to other ways twelve times a second, a third one strikes out
+/// further now and then. The strength sets how far they strike.
 class QVAICurrentFilter : public QVAIContourNoiseFilter {
   public:
     explicit QVAICurrentFilter(const QVFilterClass& filterClass = QVAICurrentFilterClass)

@@ -6,8 +6,8 @@ namespace qv {
 
 extern const QVFilterClass QVAIFireFilterClass;
 
-/// Flames lick up from the outline behind the subject and shed embers. The strength sets how high they rise, at most a
-/// sixth of the longer side.
+/// Flames lick up from the outline behind the subject and shed embers. The strength sets how high they rise,
+/// at most a sixth of the longer side.
 class QVAIFireFilter : public QVAIContourNoiseFilter {
   public:
     explicit QVAIFireFilter(const QVFilterClass& filterClass = QVAIFireFilterClass)

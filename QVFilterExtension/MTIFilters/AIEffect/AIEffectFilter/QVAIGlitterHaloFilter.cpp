@@ -27,7 +27,8 @@ std::optional<QVSaberParam> QVAIGlitterHaloFilter::glowParam() const {
         .noiseSpeed = 0.09f,
         .thickness = 0.08f,
         .colArray = {{QVBezierLineColorMake(UIColor(1, 0.6666666666666666, 0.00392156862745098, 0.5), 0.0f),
-                      QVBezierLineColorMake(HueColor(UIColor(1, 0.6666666666666666, 0, 0), getOffsetH()), 1.0f)}},
+                      QVBezierLineColorMake(HueColor(UIColor(1, 0.6666666666666666, 0, 0), getOffsetH()),
+                                            1.0f)}},
     };
 }
 

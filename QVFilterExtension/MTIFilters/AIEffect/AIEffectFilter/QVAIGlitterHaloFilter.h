@@ -6,7 +6,8 @@ namespace qv {
 
 extern const QVFilterClass QVAIGlitterHaloFilterClass;
 
-/// A golden glow behind the subject, like light from behind. Of a colour in `colors` only the rim takes the hue.
+/// A golden glow behind the subject, like light from behind. Of a colour in `colors` only the rim takes the
+/// hue.
 class QVAIGlitterHaloFilter : public QVAIContourHaloFilter {
   public:
     explicit QVAIGlitterHaloFilter(const QVFilterClass& filterClass = QVAIGlitterHaloFilterClass)

@@ -14,10 +14,11 @@ const QVFilterClass QVAIHUEChangeFilterClass{
     .inputs = {{kInputImage,
                 qvInput<&QVAIEffectMTIFilter::setMaskImage>(
                     {.name = "maskImage", .role = QVInputRole::mask, .help = "white where the subject is"}),
-                qvInput<&QVAIEffectMTIFilter::setMaskPixelBuffer>({.name = "maskPixelBuffer",
-                                                                   .role = QVInputRole::mask,
-                                                                   .help = "the same mask in memory, a byte a pixel",
-                                                                   .isRequired = false})}},
+                qvInput<&QVAIEffectMTIFilter::setMaskPixelBuffer>(
+                    {.name = "maskPixelBuffer",
+                     .role = QVInputRole::mask,
+                     .help = "the same mask in memory, a byte a pixel",
+                     .isRequired = false})}},
     .defaultEffectValue = 0.65f,
     .ignored = {"iTime"},
 };

@@ -102,8 +102,8 @@ Bitmap frost(int width, int height) {
         const float thin = smoothstep(0.62f, 0.08f, depth);
         const float alpha = clamp01(sheet * (0.38f + 0.4f * plates * plates) + 0.55f * needle + 0.9f * soft +
                                     0.10f * thin * cloud);
-        const float light = clamp01(0.25f + 0.6f * needle + 0.7f * soft + 0.3f * sheet * plates - 0.35f * slope +
-                                    0.2f * (cloud - 0.5f));
+        const float light = clamp01(0.25f + 0.6f * needle + 0.7f * soft + 0.3f * sheet * plates -
+                                    0.35f * slope + 0.2f * (cloud - 0.5f));
         const Vec3 color = mix(Vec3{0.47f, 0.70f, 0.90f}, Vec3{0.97f, 0.99f, 1.0f}, light);
         return Rgba{color * alpha, alpha};
     });

@@ -78,8 +78,8 @@ Rgba foot(float x, float y) {
     const float at = y - bulge + 0.012f, half = footWidth(at);
     if (half <= 0) return {};
     const float across = (x - kMiddleX) / half, cover = inside(std::abs(x - kMiddleX) - half) *
-                                                       clamp01((at - 0.835f) / (2 * kPixel)) *
-                                                       clamp01((0.985f - at) / (2 * kPixel));
+                                                        clamp01((at - 0.835f) / (2 * kPixel)) *
+                                                        clamp01((0.985f - at) / (2 * kPixel));
     if (cover <= 0) return {};
     const float bow = std::sqrt(std::max(0.0f, 1 - across * across));
     const float shade = 0.25f + 0.75f * std::pow(clamp01(bow * 0.85f - 0.35f * across), 0.9f);
@@ -88,7 +88,8 @@ Rgba foot(float x, float y) {
         const float gleam = std::exp(-std::pow((across + 0.42f) / 0.12f, 2.0f)) +
                             0.5f * std::exp(-std::pow((across - 0.55f) / 0.07f, 2.0f));
         const float ridge = 0.7f + 0.3f * std::sin((at - 0.835f) / 0.027f * 3.1416f);
-        color = Vec3{0.83f, 0.62f, 0.30f} * (shade * ridge) + Vec3{1.0f, 0.9f, 0.66f} * (0.75f * gleam * ridge);
+        color =
+            Vec3{0.83f, 0.62f, 0.30f} * (shade * ridge) + Vec3{1.0f, 0.9f, 0.66f} * (0.75f * gleam * ridge);
     } else {
         const float wood = fractalNoise(9 * x + 3 * fractalNoise(2 * x, 30 * y, 3, 8), 90 * y, 4, 41);
         color = mix(Vec3{0.16f, 0.075f, 0.04f}, Vec3{0.40f, 0.215f, 0.115f}, wood) * (0.35f + 0.9f * shade);
