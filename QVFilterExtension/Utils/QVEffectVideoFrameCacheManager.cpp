@@ -116,7 +116,9 @@ std::string QVEffectVideoFrameCacheManager::frameCacheDirPathForVideo(const std:
     std::error_code ignored;
     if (fs::is_directory(folder, ignored)) return folder;
     fs::remove_all(folder, ignored);
-    fs::create_directories(folder, ignored);
+    // Only its own folders: a temporary folder that is not there is not made.
+    fs::create_directory(rootCachePath(), ignored);
+    fs::create_directory(folder, ignored);
     return folder;
 }
 

@@ -151,6 +151,8 @@ class DamagedBundle : public testing::Test {
         }
     }
     void expectFewLines(const std::string& name) {
+        // Of each missing sprite there is a line.
+        std::erase_if(lines_, [](const std::string& line) { return line.starts_with("init spiritTexture"); });
         EXPECT_LE(lines_.size(), 1u) << name << ": " << testing::PrintToString(lines_);
         lines_.clear();
     }

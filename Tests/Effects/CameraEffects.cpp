@@ -52,7 +52,8 @@ Parts partsOf(const MTIImage& image) {
             std::sscanf(node->stock.settings[0].second.c_str(), "[%lf, %lf, %lf, %lf, %lf, %lf]",
                         &parts.transform[0], &parts.transform[1], &parts.transform[2], &parts.transform[3],
                         &parts.transform[4], &parts.transform[5]);
-        if (node->stock.kind == "saturation") parts.isGrey = true;
+        const auto* pass = std::get_if<KernelPass>(&node->operation);
+        if (pass && pass->kernel->fragmentFunctionDescriptor().name == "QVTurnBWMTIFilter") parts.isGrey = true;
     }
     return parts;
 }

@@ -184,7 +184,7 @@ LeakStep leakIn(const QVLightFilmEffectGroupMTIFilter& effect, const MTIImage& i
         if (node->stock.kind == "opacity") found.opacity = std::stod(setting(*node));
         if (node->stock.kind == "transform") {
             double a, b, c, d;
-            EXPECT_EQ(std::sscanf(setting(*node).c_str(), "%lf %lf %lf %lf", &a, &b, &c, &d), 4);
+            EXPECT_EQ(std::sscanf(setting(*node).c_str(), " [ %lf , %lf , %lf , %lf", &a, &b, &c, &d), 4);
             EXPECT_NEAR(std::abs(a), 1, 1e-9);
             EXPECT_NEAR(std::abs(d), 1, 1e-9);
             found.flip = a < 0 && d > 0 ? 1 : a > 0 && d < 0 ? 2 : 0;

@@ -43,12 +43,13 @@ class Still : public testing::Test {
 TEST_F(Still, AChainAppliesEachEffectInItsTurn) {
     const std::string grey = still({"-i", picture(), "-e", "QVBlackWhiteMTIFilter"});
     EXPECT_GT(meanChroma(rgbFrame(picture())), 40);
-    EXPECT_EQ(meanChroma(grey), 0);
+    constexpr double kTone = 3;  // of the print
+    EXPECT_LT(meanChroma(grey), kTone);
     const std::string greyed =
         still({"-i", picture(), "-e", "QVBlackWhiteMTIFilter", "-e", "QVFireMTIFilter"});
-    EXPECT_GT(meanChroma(greyed), 1) << "fire after grey is coloured";
-    EXPECT_EQ(meanChroma(still({"-i", picture(), "-e", "QVFireMTIFilter", "-e", "QVBlackWhiteMTIFilter"})),
-              0);
+    EXPECT_GT(meanChroma(greyed), kTone + 1) << "fire after grey is coloured";
+    EXPECT_LT(meanChroma(still({"-i", picture(), "-e", "QVFireMTIFilter", "-e", "QVBlackWhiteMTIFilter"})),
+              kTone);
 }
 
 TEST_F(Still, AMomentOfAClipIsTheFrameShownThen) {

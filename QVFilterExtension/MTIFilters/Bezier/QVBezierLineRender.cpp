@@ -122,10 +122,10 @@ MTIImage QVBezierLineRender::renderColorBezierWithBlackWhiteTexure(const MTIImag
 }
 
 std::shared_ptr<const MTIRenderPipelineKernel> QVBezierLineRender::colorKernel() {
-    if (!colorKernel_) {
-        colorKernel_ =
-            MTIRenderPipelineKernel::make({colorTexture_ ? "colorImageFragment" : "colorArrayFragment",
-                                           QV_DefaultMetalLibraryURLForClass(QVMTIFilterClass)});
+    const std::string library = QV_DefaultMetalLibraryURLForClass(QVMTIFilterClass);
+    if (!colorKernel_ && !library.empty()) {
+        colorKernel_ = MTIRenderPipelineKernel::make(
+            {colorTexture_ ? "colorImageFragment" : "colorArrayFragment", library});
     }
     return colorKernel_;
 }
