@@ -7,6 +7,7 @@
 
 #include "Platform/Foundation/Random.h"
 #include "QVFilterExtension/Private/RandomSeed.h"
+#include "QVFilterExtension/Private/SmoothStep.h"
 
 namespace qv {
 
@@ -20,11 +21,6 @@ constexpr double kReferenceSide = 1080;
 /// What sets the draws of one slot of one copy apart.
 enum Offset { kVisibility, kSize, kRotation, kX, kY };
 constexpr double kOffsets[] = {238.27, 19.36, 39.21, 56.91, 63.68};
-
-double smoothed(double x) {
-    x = std::clamp(x, 0.0, 1.0);
-    return x * x * (3 - 2 * x);
-}
 
 /// One copy at a moment; nothing is appended in a slot in which it is not seen.
 void append(std::vector<SpiritParam>& sprites, const FilmSpriteKind& kind, int number, int count, double time,
@@ -45,7 +41,7 @@ void append(std::vector<SpiritParam>& sprites, const FilmSpriteKind& kind, int n
 
     const double inside = t - slot * kSlot;
     const double alpha =
-        isStill ? 1 : smoothed(inside / kFadeIn) - smoothed((inside - kFadeOutAt) / kFadeOut);
+        isStill ? 1 : smoothStep(inside / kFadeIn) - smoothStep((inside - kFadeOutAt) / kFadeOut);
     const auto pick = std::uint32_t(randomFromSeed(randomSeedFromDouble(base) * 9527u + 704998u));
     sprites.push_back(SpiritParam::paramWithTrans(transform, float(alpha * kind.alpha),
                                                   textureNamed(kind.names[pick % kind.names.size()])));
@@ -68,7 +64,7 @@ std::vector<SpiritParam> filmSprites(
 }
 
 double filmDraw(double seed) {
-    return float(randomFromSeed(randomSeedFromDouble(seed)) % 10000000) / 9999999.0f;
+    return randomUnitFromSeed(randomSeedFromDouble(seed));
 }
 
 std::vector<std::string> numberedNames(const std::string& prefix, int count, int digits,
