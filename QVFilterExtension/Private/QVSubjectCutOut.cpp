@@ -13,4 +13,12 @@ MTIImage subjectCutOut(const QVAIEffectMTIFilter& effect, const MTIImage& mask) 
     return filter.outputImage();
 }
 
+MTIImage softSubjectCutOut(const QVAIEffectMTIFilter& effect) {
+    if (!effect.inputImage() || !effect.maskImage()) return {};
+    MTIGaussianBlurFilter softened;
+    softened.setInputImage(effect.maskImage());
+    softened.setRadius(1);
+    return subjectCutOut(effect, softened.outputImage());
+}
+
 }  // namespace qv

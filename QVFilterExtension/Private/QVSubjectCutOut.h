@@ -11,4 +11,7 @@ inline constexpr QVInput kSubjectMask = qvInput<&QVAIEffectMTIFilter::setMaskIma
 /// The effect's input where `mask` is white, transparent elsewhere. Nil without either.
 MTIImage subjectCutOut(const QVAIEffectMTIFilter& effect, const MTIImage& mask);
 
+/// The same by the effect's own mask with an edge a pixel softer.
+MTIImage softSubjectCutOut(const QVAIEffectMTIFilter& effect);
+
 }  // namespace qv

@@ -1,11 +1,18 @@
 // Frost over a cold scene: it has grown in from the borders, its crystals glint, and mist drifts before it. Inputs: the
 // scene, the frost.
-#include "noise.glsl"
 #include "particles.glsl"
 #include "wave.glsl"
 
 uniform float iTime;
 uniform float effectValue;
+
+// Smooth random values 0..1 from the cheap hash: frost and mist need no finer ones.
+float softNoise(vec2 p, float seed) {
+    vec2 cell = floor(p), t = smoothstep(0.0, 1.0, p - cell);
+    float a = particleDraw(cell, seed).x, b = particleDraw(cell + vec2(1.0, 0.0), seed).x;
+    float c = particleDraw(cell + vec2(0.0, 1.0), seed).x, d = particleDraw(cell + 1.0, seed).x;
+    return mix(mix(a, b, t.x), mix(c, d, t.x), t.y);
+}
 
 vec4 QVAIFreezeFilter(vec2 uv) {
     vec2 size = outputSize();
@@ -15,12 +22,12 @@ vec4 QVAIFreezeFilter(vec2 uv) {
 
     // Crystals go ahead of the sheet.
     vec2 inset = max(0.7 - min(p, span - p), 0.0);
-    float depth = 0.7 - length(inset) + 0.22 * valueNoise(p * 4.5, 6.0);
+    float depth = 0.7 - length(inset) + 0.22 * softNoise(p * 4.5, 6.0);
     float grown = clamp((0.1 + 0.62 * effectValue - depth) * 4.5 + 1.3 * ice.a - 0.35, 0.0, 1.0);
     ice *= grown * min(effectValue * 6.0, 1.0);
 
-    float drift = valueNoise(vec2(p.x * 1.7 + iTime * 0.13, p.y * 2.6 - iTime * 0.05), 4.0);
-    float curl = valueNoise(vec2(p.x * 3.9 + drift - iTime * 0.21, p.y * 5.2), 5.0);
+    float drift = softNoise(vec2(p.x * 1.7 + iTime * 0.13, p.y * 2.6 - iTime * 0.05), 4.0);
+    float curl = softNoise(vec2(p.x * 3.9 + drift - iTime * 0.21, p.y * 5.2), 5.0);
     float mist = drift * (0.4 + 0.6 * curl) * (0.25 + 0.75 * uv.y) * 0.42 * effectValue;
 
     vec2 cells = p * 95.0;

@@ -18,7 +18,6 @@ using Effect = QVAIBaseLineMTIFilter;
 constexpr double kUnit = 0.001953125;
 constexpr double kExpandLength = 12.0;
 constexpr float kContourRatio = 0.0078125f;
-constexpr float kCutoutBlur = 1.0f;
 
 }  // namespace
 
@@ -67,18 +66,6 @@ MTIImage QVAIBaseLineMTIFilter::behindSubject(const MTIImage& image, const MTIIm
     interlayerFilter.setInterlayerImage(layer);
     interlayerFilter.setOutputPixelFormat(outputPixelFormat());
     return interlayerFilter.outputImage();
-}
-
-MTIImage QVAIBaseLineMTIFilter::softCutout() const {
-    MTIGaussianBlurFilter blurFilter;
-    blurFilter.setInputImage(maskImage());
-    blurFilter.setRadius(kCutoutBlur);
-    MTIBlendWithMaskFilter maskFilter;
-    maskFilter.setInputImage(inputImage());
-    maskFilter.setInputMask({blurFilter.outputImage()});
-    maskFilter.setInputBackgroundImage(MTIImage::initWithColor({}, false, inputImage().size()));
-    maskFilter.setOutputPixelFormat(outputPixelFormat());
-    return maskFilter.outputImage();
 }
 
 MTIImage QVAIBaseLineMTIFilter::over(const MTIImage& background, const MTIImage& image) const {

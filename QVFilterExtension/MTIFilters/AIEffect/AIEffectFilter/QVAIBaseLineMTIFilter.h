@@ -32,8 +32,6 @@ class QVAIBaseLineMTIFilter : public QVAIEffectMTIFilter {
 
     /// A layer between what lies behind the subject and the subject itself, which is taken from `image`.
     MTIImage behindSubject(const MTIImage& image, const MTIImage& layer) const;
-    /// The subject alone, its edge softened by a pixel.
-    MTIImage softCutout() const;
     /// One image over another.
     MTIImage over(const MTIImage& background, const MTIImage& image) const;
 };

@@ -16,19 +16,6 @@ const QVFilterClass QVAICelebrateFilterClass{
     .ignored = {"colors", "inputImageOriginalSize"},
 };
 
-MTIImage QVAICelebrateFilter::subjectCutOut() const {
-    if (!inputImage() || !maskImage()) return {};
-    MTIGaussianBlurFilter softened;
-    softened.setInputImage(maskImage());
-    softened.setRadius(1);
-    MTIBlendWithMaskFilter cutOut;
-    cutOut.setInputImage(inputImage());
-    cutOut.setInputMask({softened.outputImage(), MTIColorComponent::red, MTIMaskMode::normal});
-    cutOut.setInputBackgroundImage(MTIImage::initWithColor({0, 0, 0, 0}, false, inputImage().size()));
-    cutOut.setOutputPixelFormat(outputPixelFormat());
-    return cutOut.outputImage();
-}
-
 MTIImage QVAICelebrateFilter::blended(const MTIImage& top, const MTIImage& below) const {
     MTIBlendFilter blendFilter(MTIBlendMode::normal);
     blendFilter.setInputImage(top);

@@ -13,9 +13,6 @@ class QVAICelebrateFilter : public QVAIEffectMTIFilter {
         : QVAIEffectMTIFilter(filterClass) {}
 
   protected:
-    /// The subject over nothing, cut out by the mask with an edge a pixel softer. Nil without a frame or a
-    /// mask.
-    MTIImage subjectCutOut() const;
     /// `top` over `below`.
     MTIImage blended(const MTIImage& top, const MTIImage& below) const;
 };

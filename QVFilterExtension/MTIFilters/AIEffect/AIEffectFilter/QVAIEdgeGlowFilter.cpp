@@ -1,6 +1,7 @@
 #include "QVFilterExtension/MTIFilters/AIEffect/AIEffectFilter/QVAIEdgeGlowFilter.h"
 
 #include "QVFilterExtension/MTIFilters/QVInterlayerFilter.h"
+#include "QVFilterExtension/Private/QVSubjectCutOut.h"
 
 namespace qv {
 
@@ -33,7 +34,7 @@ MTIImage QVAIEdgeGlowFilter::imageWithLine() {
     interlayerFilter.setInputImage(world);
     interlayerFilter.setInterlayerImage(line);
     interlayerFilter.setOutputPixelFormat(outputPixelFormat());
-    return over(interlayerFilter.outputImage(), softCutout());
+    return over(interlayerFilter.outputImage(), softSubjectCutOut(*this));
 }
 
 }  // namespace qv

@@ -1,5 +1,7 @@
 #include "QVFilterExtension/MTIFilters/AIEffect/AIEffectFilter/QVAIFallingSquareFilter.h"
 
+#include "QVFilterExtension/Private/QVSubjectCutOut.h"
+
 namespace qv {
 
 const QVFilterClass QVAIFallingSquareFilterClass{
@@ -13,7 +15,7 @@ const QVFilterClass QVAIFallingSquareFilterClass{
 };
 
 MTIImage QVAIFallingSquareFilter::outputImage() {
-    const MTIImage subject = subjectCutOut();
+    const MTIImage subject = softSubjectCutOut(*this);
     if (!subject) return {};
     return blended(subject, applyKernel({inputImage()}, parameters()));
 }

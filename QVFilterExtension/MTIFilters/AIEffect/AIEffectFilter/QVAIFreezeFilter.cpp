@@ -2,6 +2,7 @@
 
 #include "QVFilterCore/QVLookupMTIFilter.h"
 #include "QVFilterExtension/Private/QVAssetCache.h"
+#include "QVFilterExtension/Private/QVSubjectCutOut.h"
 
 namespace qv {
 
@@ -25,7 +26,7 @@ const QVFilterClass QVAIFreezeFilterClass{
 };
 
 MTIImage QVAIFreezeFilter::outputImage() {
-    const MTIImage subject = subjectCutOut();
+    const MTIImage subject = softSubjectCutOut(*this);
     if (!subject) return {};
     QVLookupMTIFilter lookup;
     lookup.setInputImage(inputImage());

@@ -3,6 +3,7 @@
 #include "Platform/ImageGraph/MTIFilters.h"
 #include "QVFilterExtension/MTIFilters/AIEffect/AIEffectFilter/QVAIMateriaLineFilter.h"
 #include "QVFilterExtension/Private/QVAssetCache.h"
+#include "QVFilterExtension/Private/QVSubjectCutOut.h"
 
 namespace qv {
 
@@ -54,7 +55,7 @@ MTIImage QVAIGoldImaginaryFilter::imageWithLine() {
     materiaFilter.setMateriaImage(tintedMaterial());
     lookupFilter_.setInputImage(inputImage());
     lookupFilter_.setOutputPixelFormat(outputPixelFormat());
-    return over(behindSubject(lookupFilter_.outputImage(), materiaFilter.outputImage()), softCutout());
+    return over(behindSubject(lookupFilter_.outputImage(), materiaFilter.outputImage()), softSubjectCutOut(*this));
 }
 
 }  // namespace qv

@@ -1,6 +1,7 @@
 #include "QVFilterExtension/MTIFilters/AIEffect/AIEffectFilter/QVAIHUEChangeFilter.h"
 
 #include "QVFilterExtension/MTIFilters/AIEffect/AIEffectFilter/QVAIHUEHaloFilter.h"
+#include "QVFilterExtension/Private/QVSubjectCutOut.h"
 
 namespace qv {
 
@@ -24,7 +25,7 @@ const QVFilterClass QVAIHUEChangeFilterClass{
 };
 
 MTIImage QVAIHUEChangeFilter::outputImage() {
-    const MTIImage subject = subjectCutOut();
+    const MTIImage subject = softSubjectCutOut(*this);
     if (!subject) return {};
     QVAIHUEHaloFilter halo;
     halo.setInputImage(subject);
