@@ -61,17 +61,18 @@ inline std::vector<std::string> keysOf(const MTIParameters& parameters) {
     return names;
 }
 
-/// The kernel passes behind an image, inputs first.
+/// The kernel passes behind an image, inputs first. They keep what they tell of.
 struct DrawnPass {
     std::string function;
-    const ImageNode* node;
+    std::shared_ptr<const ImageNode> node;
     const MTIParameters* parameters;
 };
 inline std::vector<DrawnPass> drawnPasses(const MTIImage& image) {
     std::vector<DrawnPass> passes;
     for (const ImageNode* node : evaluationOrder(image))
         if (const auto* pass = std::get_if<KernelPass>(&node->operation))
-            passes.push_back({pass->kernel->fragmentFunctionDescriptor().name, node, &pass->parameters});
+            passes.push_back({pass->kernel->fragmentFunctionDescriptor().name, node->shared_from_this(),
+                              &pass->parameters});
     return passes;
 }
 

@@ -304,7 +304,7 @@ void VulkanContext::drawOverlay(Recording& recording, const OverlayKind& kind, c
     // The validation layer takes a draw to read as many of them as it has vertices.
     const std::size_t perInstance = std::size_t(kind.style.instanceVectors) * 16;
     const auto instances = buffers_->acquire(std::max(bytes, perInstance * std::size_t(kind.vertices)));
-    std::memcpy(instances->data(), layout.instances.data(), bytes);
+    if (bytes > 0) std::memcpy(instances->data(), layout.instances.data(), bytes);
     recording.frame.keepAlive.push_back(instances);
     Pipeline& pipeline = pipelines_.overlay(kind, format);
     pipeline.lastUse = recording.serial;
