@@ -139,7 +139,8 @@ TEST_P(EveryClass, IsDrawnAsByTheLibrary) {
 
 TEST_P(EveryClass, TakesTheTextThatItGives) {
     const Filter filter = newFilter(GetParam().c_str());
-    for (const json& property : json::parse(qv_class_json(GetParam().c_str(), ERROR))["properties"]) {
+    const json record = json::parse(qv_class_json(GetParam().c_str(), ERROR));
+    for (const json& property : record["properties"]) {
         const std::string name = property["name"];
         std::array<char, 512> text, again;
         ASSERT_GT(qv_filter_get(filter.get(), name.c_str(), text.data(), text.size(), ERROR), 0u)

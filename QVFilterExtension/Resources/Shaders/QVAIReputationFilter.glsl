@@ -20,7 +20,9 @@ vec4 card(vec4 behind, vec2 uv, vec2 size, vec2 row, float index, vec3 tint, flo
     face.rgb *= tint;
     float line = clamp(1.0 - abs(outside + 1.5 * unit) / max(1.5 * unit, 0.75), 0.0, 1.0);
     face.rgb += 0.5 * whole * line * min(distanceValue * 8.0, 1.0) * (face.a - face.rgb);
-    return mix(behind, face + behind * (1.0 - face.a), clamp(0.5 - outside, 0.0, 1.0));
+    // A card hides what is behind it, a copy only what it covers, but for where all are one.
+    float through = (1.0 - face.a) * (1.0 - whole) * min(distanceValue * 8.0, 1.0);
+    return mix(behind, face + behind * through, clamp(0.5 - outside, 0.0, 1.0));
 }
 
 vec4 QVAIReputationFilter(vec2 uv) {
