@@ -180,7 +180,10 @@ struct ToText {
     std::string operator()(const MTIVector& vector) const { return listText(vector.values()); }
     std::string operator()(const std::vector<UIColor>& colors) const {
         std::string text;
-        for (const UIColor& color : colors) text += (text.empty() ? "" : ",") + color.hex();
+        for (const UIColor& color : colors) {
+            if (!text.empty()) text += ',';
+            text += color.hex();
+        }
         return text;
     }
     std::string operator()(const std::vector<double>& values) const { return listText(values); }
