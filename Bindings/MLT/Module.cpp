@@ -1,8 +1,11 @@
 // Effects and transitions as services of MLT: "qv." and the class's name, with the properties' own names,
 // units and ranges. A class that looks for a subject is a transition too, whose second track is the mask.
 
+#include <algorithm>
 #include <cmath>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "Bindings/Plugin/PluginFilter.h"
 #include "Platform/Foundation/Log.h"
@@ -62,16 +65,28 @@ void setFromService(QVMTIFilter& filter, const QVProperty& property, mlt_propert
     if (!setPropertyFromText(filter, name, text, &error)) logLineOnce(error);
 }
 
-/// Settings and times of this frame. A strength may set other properties of its class: what stands at its default comes
-/// first, so that what the user changed counts.
-void prepare(PluginFilter& drawing, mlt_properties properties, const Place& place) {
-    const auto fresh = drawing.filterClass().create();
+/// What a service draws with, and its user's properties as a new filter has them.
+struct Service {
+    PluginFilter drawing;
+    std::vector<std::pair<const QVProperty*, std::string>> defaults;
+
+    explicit Service(const QVFilterClass& filterClass) : drawing(filterClass) {
+        for (const QVProperty* property : filterClass.allProperties()) {
+            if (isOffered(filterClass, *property))
+                defaults.emplace_back(property, propertyText(property->get(drawing.filter())));
+        }
+    }
+};
+
+/// Settings and times of this frame. A strength may set other properties of its class: what stands at its
+/// default comes first, so that what the user changed counts.
+void prepare(Service& service, mlt_properties properties, const Place& place) {
+    PluginFilter& drawing = service.drawing;
     for (const bool changed : {false, true}) {
-        for (const QVProperty* property : drawing.filterClass().allProperties()) {
-            if (!isOffered(drawing.filterClass(), *property)) continue;
+        for (const auto& [property, text] : service.defaults) {
             const char* given = mlt_properties_get(properties, std::string(property->name).c_str());
-            const bool isDefault = given && propertyText(property->get(*fresh)) == given;
-            if (given && isDefault != changed) setFromService(drawing.filter(), *property, properties, place);
+            if (given && (text != given) == changed)
+                setFromService(drawing.filter(), *property, properties, place);
         }
     }
     drawing.setSeconds(place.seconds());
@@ -96,8 +111,8 @@ double framesPerSecond(mlt_service service) {
     return profile ? mlt_profile_fps(profile) : 0;
 }
 
-PluginFilter& drawingOf(void* child) {
-    return *static_cast<PluginFilter*>(child);
+Service& serviceOf(void* child) {
+    return *static_cast<Service*>(child);
 }
 
 int filterImage(mlt_frame frame, std::uint8_t** image, mlt_image_format* format, int* width, int* height,
@@ -108,8 +123,8 @@ int filterImage(mlt_frame frame, std::uint8_t** image, mlt_image_format* format,
     if (error || !*image || *format != mlt_image_rgba) return error;
     // Several threads may ask the one filter for different frames.
     mlt_service_lock(MLT_FILTER_SERVICE(filter));
-    PluginFilter& drawing = drawingOf(filter->child);
-    prepare(drawing, MLT_FILTER_PROPERTIES(filter),
+    PluginFilter& drawing = serviceOf(filter->child).drawing;
+    prepare(serviceOf(filter->child), MLT_FILTER_PROPERTIES(filter),
             {mlt_filter_get_position(filter, frame), mlt_filter_get_length2(filter, frame),
              framesPerSecond(MLT_FILTER_SERVICE(filter))});
     drawInto(frame, drawing, {*width, *height, *image, nullptr, {}}, image);
@@ -142,8 +157,8 @@ int transitionImage(mlt_frame frame, std::uint8_t** image, mlt_image_format* for
                       otherWidth == *width && otherHeight == *height;
     if (!fits) return 0;
     mlt_service_lock(MLT_TRANSITION_SERVICE(transition));
-    PluginFilter& drawing = drawingOf(transition->child);
-    prepare(drawing, MLT_TRANSITION_PROPERTIES(transition),
+    PluginFilter& drawing = serviceOf(transition->child).drawing;
+    prepare(serviceOf(transition->child), MLT_TRANSITION_PROPERTIES(transition),
             {mlt_transition_get_position(transition, frame), mlt_transition_get_length(transition),
              framesPerSecond(MLT_TRANSITION_SERVICE(transition))});
     drawing.setNumber("progress", std::clamp(mlt_transition_get_progress(transition, frame), 0.0, 1.0));
@@ -168,45 +183,42 @@ mlt_frame processTransition(mlt_transition transition, mlt_frame frame, mlt_fram
 }
 
 /// The properties start as a new filter has them.
-void setDefaults(mlt_properties properties, PluginFilter& drawing) {
-    for (const QVProperty* property : drawing.filterClass().allProperties()) {
-        if (!isOffered(drawing.filterClass(), *property)) continue;
-        mlt_properties_set(properties, std::string(property->name).c_str(),
-                           propertyText(property->get(drawing.filter())).c_str());
-    }
+void setDefaults(mlt_properties properties, const Service& service) {
+    for (const auto& [property, text] : service.defaults)
+        mlt_properties_set(properties, std::string(property->name).c_str(), text.c_str());
 }
 
 void* newFilterService(mlt_profile, mlt_service_type, const char* id, void*) {
     mlt_filter filter = mlt_filter_new();
     if (!filter) return nullptr;
-    auto* drawing = new PluginFilter(*classOf(id));
-    filter->child = drawing;
+    auto* service = new Service(*classOf(id));
+    filter->child = service;
     filter->process = processFilter;
     filter->close = [](mlt_filter closing) {
-        delete static_cast<PluginFilter*>(closing->child);
+        delete static_cast<Service*>(closing->child);
         closing->child = nullptr;
         closing->close = nullptr;
         closing->parent.close = nullptr;
         mlt_service_close(&closing->parent);
     };
-    setDefaults(MLT_FILTER_PROPERTIES(filter), *drawing);
+    setDefaults(MLT_FILTER_PROPERTIES(filter), *service);
     return filter;
 }
 
 void* newTransitionService(mlt_profile, mlt_service_type, const char* id, void*) {
     mlt_transition transition = mlt_transition_new();
     if (!transition) return nullptr;
-    auto* drawing = new PluginFilter(*classOf(id));
-    transition->child = drawing;
+    auto* service = new Service(*classOf(id));
+    transition->child = service;
     transition->process = processTransition;
     transition->close = [](mlt_transition closing) {
-        delete static_cast<PluginFilter*>(closing->child);
+        delete static_cast<Service*>(closing->child);
         closing->child = nullptr;
         closing->close = nullptr;
         closing->parent.close = nullptr;
         mlt_service_close(&closing->parent);
     };
-    setDefaults(MLT_TRANSITION_PROPERTIES(transition), *drawing);
+    setDefaults(MLT_TRANSITION_PROPERTIES(transition), *service);
     constexpr int kVideo = 1;
     mlt_properties_set_int(MLT_TRANSITION_PROPERTIES(transition), "_transition_type", kVideo);
     return transition;
