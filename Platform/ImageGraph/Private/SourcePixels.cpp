@@ -1,18 +1,11 @@
-#include "Platform/ImageGraph/Vulkan/SourcePixels.h"
+#include "Platform/ImageGraph/Private/SourcePixels.h"
 
-#include <cstring>
-
+#include "Platform/ImageGraph/Private/RenderRequest.h"
 #include "Platform/Media/PixelConversion.h"
 
 namespace qv {
 
 namespace {
-
-void copyRows(const std::uint8_t* from, std::size_t fromRowBytes, std::uint8_t* to, std::size_t toRowBytes,
-              std::size_t bytes, int rows) {
-    for (int y = 0; y < rows; ++y)
-        std::memcpy(to + std::size_t(y) * toRowBytes, from + std::size_t(y) * fromRowBytes, bytes);
-}
 
 void makeOpaque(std::uint8_t* pixels, std::size_t rowBytes, int width, int height) {
     for (int y = 0; y < height; ++y) {
