@@ -56,10 +56,8 @@ void WorkerPool::start(std::shared_ptr<BandedWork> work) {
 void WorkerPool::wait(BandedWork& work) {
     Lock lock(mutex_);
     while (!work.done_) {
-        if (hasThreads())
-            done_.wait(lock);
-        else if (!runBand(lock, &work))
-            done_.wait(lock);  // for others that do without threads
+        // Without threads others that wait may have bands of it, or of what it has to wait for.
+        if (hasThreads() || !runBand(lock, &work)) done_.wait(lock);
     }
     if (work.failure_) std::rethrow_exception(work.failure_);
 }
@@ -69,13 +67,13 @@ bool WorkerPool::isDone(const BandedWork& work) {
     return work.done_;
 }
 
-void WorkerPool::run(BandedWork::Step step) {
-    const auto work = std::make_shared<BandedWork>(std::vector{std::move(step)});
+void WorkerPool::run(BandedWork::Step step, std::shared_ptr<WorkLimit> limit) {
+    const auto work = std::make_shared<BandedWork>(std::vector{std::move(step)}, std::move(limit));
     begin(work, true);
     Lock lock(mutex_);
-    while (runBand(lock, work.get())) {
+    while (!work->done_) {
+        if (!runBand(lock, work.get())) done_.wait(lock);
     }
-    done_.wait(lock, [&] { return work->done_; });
     if (work->failure_) std::rethrow_exception(work->failure_);
 }
 
@@ -154,6 +152,24 @@ void WorkerPool::stop() {
     std::scoped_lock lock(mutex_);
     threads_.clear();
     done_.notify_all();
+}
+
+void runOverRows(int rows, std::size_t rowCost, const std::function<void(int begin, int end)>& work,
+                 std::shared_ptr<WorkLimit> limit) {
+    // Below this many bytes waking a thread costs more than it saves.
+    constexpr std::size_t kSmallJob = std::size_t(512) << 10;
+    if (rows < 4 || std::size_t(rows) * rowCost < kSmallJob || (limit && limit->threads == 1)) {
+        work(0, rows);
+        return;
+    }
+    // A few bands per thread, so that one that is held up does not hold up the rest.
+    const int wanted = WorkerPool::threadCount() * 3;
+    const int bandRows = std::max(((rows + wanted - 1) / wanted + 1) / 2 * 2, 2);
+    WorkerPool::shared().run({(rows + bandRows - 1) / bandRows,
+                              [&](int band) {
+                                  work(band * bandRows, std::min((band + 1) * bandRows, rows));
+                              }},
+                             std::move(limit));
 }
 
 }  // namespace qv

@@ -3,6 +3,7 @@
 #include <sys/types.h>
 
 #include <condition_variable>
+#include <cstddef>
 #include <deque>
 #include <exception>
 #include <functional>
@@ -63,7 +64,7 @@ class WorkerPool {
     /// Whether it is done, without waiting.
     bool isDone(const BandedWork& work);
     /// Does a step now, before all others, with the calling thread's help. Throws what a band has thrown.
-    void run(BandedWork::Step step);
+    void run(BandedWork::Step step, std::shared_ptr<WorkLimit> limit = nullptr);
 
   private:
     using Lock = std::unique_lock<std::mutex>;
@@ -85,5 +86,11 @@ class WorkerPool {
     int idle_ = 0;
     bool triedThreads_ = false, stop_ = false;
 };
+
+/// Calls `work(begin, end)` for bands that cover rows 0..rows−1, on the calling thread and the workers, and
+/// returns when all are done. Bands begin at even rows. `rowCost` is roughly the bytes touched per row: small
+/// jobs stay on the calling thread. Throws what `work` has thrown. Callable from several threads at once.
+void runOverRows(int rows, std::size_t rowCost, const std::function<void(int begin, int end)>& work,
+                 std::shared_ptr<WorkLimit> limit = nullptr);
 
 }  // namespace qv

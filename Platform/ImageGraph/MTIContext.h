@@ -47,6 +47,7 @@ struct MTIContextOptions {
     bool gpuPaths = false;
     bool validation = false;                        ///< load the Khronos validation layer, if it is installed
     std::uint64_t textureBudgetBytes = 512u << 20;  ///< idle textures above this are freed
+    int threads = 0;  ///< of the processor that renders natively, at most; 0: as many as it has
     MTIFusion fusion = MTIFusion::inBackground;     ///< when several passes are drawn as one
     /// Where programs that are joined and compiled at run time are kept, for the next process too; any number
     /// of contexts and processes may share it. Empty: nowhere.
