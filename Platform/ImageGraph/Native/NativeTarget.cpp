@@ -6,14 +6,16 @@ namespace qv {
 
 namespace {
 
-std::optional<NativeTarget> findTarget() {
+std::optional<NativeTarget> targetOfMachine() {
 #if defined(__x86_64__)
     __builtin_cpu_init();
-    if (!__builtin_cpu_supports("avx2") || !__builtin_cpu_supports("fma") || !__builtin_cpu_supports("f16c"))
+    if (!__builtin_cpu_supports("avx2") || !__builtin_cpu_supports("fma") ||
+        !__builtin_cpu_supports("f16c")) {
         return {};
-    const bool avx512 = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
-                        __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vl");
-    return avx512 ? NativeTarget::avx512 : NativeTarget::avx2;
+    }
+    const bool wide = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
+                      __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vl");
+    return wide ? NativeTarget::avx512 : NativeTarget::avx2;
 #elif defined(__aarch64__)
     return NativeTarget::neon;
 #else
@@ -24,7 +26,7 @@ std::optional<NativeTarget> findTarget() {
 }  // namespace
 
 const NativeTarget* nativeTargetOfMachine() {
-    static const std::optional<NativeTarget> target = findTarget();
+    static const std::optional<NativeTarget> target = targetOfMachine();
     return target ? &*target : nullptr;
 }
 
@@ -35,9 +37,9 @@ const char* nativeTargetName(NativeTarget target) {
         case NativeTarget::avx512:
             return "AVX-512";
         case NativeTarget::neon:
-            return "NEON";
+            break;
     }
-    return "";
+    return "NEON";
 }
 
 }  // namespace qv
