@@ -225,7 +225,7 @@ bool LinePass::isVisible(int, int) const {
            pointSize.height > 0;
 }
 
-OverlayLayout LinePass::layOut(int width, int height, PictureAtlas&) const {
+OverlayLayout LinePass::layOut(int width, int height, PictureStore&) const {
     return Layout(*this, width, height, kind_.vertices / 2 - 1).make();
 }
 

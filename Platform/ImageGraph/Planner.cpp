@@ -151,6 +151,13 @@ class PlanBuilder {
 
     int lowerNode(const ImageNode& node, const GaussianBlurPass& blur) {
         int texture = inputsOf(node).front();
+        if (isBlurredAtOnce(texture)) {
+            if (!blursVisibly(blur.radius)) return texture;
+            const int blurred = addPass(stock("MTIGaussianBlur"), {texture}, node.width, node.height, format_,
+                                        {{"deviation", blur.radius}});
+            if (!failed_) plan_.passes.back().standsAlone = true;
+            return blurred;
+        }
         for (const BlurPass& pass :
              planGaussianBlur(blur.radius, node.width, node.height, target_.processor)) {
             texture =
@@ -171,6 +178,12 @@ class PlanBuilder {
             plan_.passes.back().samples = overlay.kind().style.samples;
         }
         return texture;
+    }
+
+    /// Whether the context blurs the texture in one pass.
+    bool isBlurredAtOnce(int texture) const {
+        return target_.native && format_ == TextureFormat::rgba8 &&
+               plan_.textures[std::size_t(texture)].format == TextureFormat::rgba8;
     }
 
     /// Y'CbCr in planes to premultiplied RGB in one pass.

@@ -25,6 +25,7 @@ int texelBytes(TextureFormat format);
 /// What a context renders for and on.
 struct PlanTarget {
     bool processor = false;  ///< the device is a processor: planes are converted beside it
+    bool native = false;     ///< the context draws blurs of 8-bit textures by code of its own
     TextureFormat working = TextureFormat::rgba8;  ///< stands for an unspecified format
     TextureFormat output = TextureFormat::rgba8;   ///< of the image itself
     const PixelBuffer* planes = nullptr;  ///< convert the image to this buffer's Y'CbCr planes in passes
@@ -52,6 +53,8 @@ struct PlanPass {
     int output = 0;               ///< index of the texture that it writes
     std::vector<const PassOverlay*> overlays;  ///< what to draw on top, in order
     int samples = 1;                           ///< of a pixel; as many as each overlay wants
+    /// Drawn by code of the context's own in the function's place: other passes cannot take it in.
+    bool standsAlone = false;
     /// What the function gives for every pixel, where that is known, premultiplied, as stored: the target is
     /// cleared to it, and nothing drawn but the overlays.
     std::optional<std::array<float, 4>> clearColor;

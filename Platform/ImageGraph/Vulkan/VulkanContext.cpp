@@ -287,11 +287,13 @@ void VulkanContext::drawOverlay(Recording& recording, const OverlayKind& kind, c
     const VkDeviceSize offset = 0;
     vkCmdBindVertexBuffers(commands, 0, 1, &buffer, &offset);
     for (const OverlayLayout::Draw& draw : layout.draws) {
-        for (const auto& texture : draw.textures) {
+        std::vector<std::shared_ptr<Texture>> textures;
+        for (const auto& handle : draw.textures) {
+            const auto& texture = textures.emplace_back(std::static_pointer_cast<Texture>(handle));
             texture->lastUse = recording.serial;
             recording.frame.keepAlive.push_back(texture);
         }
-        bind(recording, pipeline, draw.textures);
+        bind(recording, pipeline, textures);
         vkCmdDraw(commands, std::uint32_t(kind.vertices), draw.count, 0, draw.first);
     }
 }
