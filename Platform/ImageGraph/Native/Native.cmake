@@ -1,6 +1,9 @@
 # Kernels for processors: their compiler is a shared object of its own, so that the library needs no LLVM. The
 # library looks for it beside itself.
 
+# What `devices` says before the component is loaded.
+set(native_device_source ${CMAKE_CURRENT_LIST_DIR}/NativeDevice.cpp)
+set_source_files_properties(${native_device_source} PROPERTIES COMPILE_DEFINITIONS QV_NATIVE_DRIVER="none")
 option(QV_NATIVE "Build QVFilterNative where LLVM 15 is installed" ON)
 if(NOT QV_NATIVE)
     return()
@@ -31,8 +34,11 @@ if(NOT LLVM_ENABLE_RTTI)
     target_compile_options(qv_native_compiler PRIVATE -fno-rtti -fno-sanitize=vptr)
 endif()
 
+set_source_files_properties(${native_device_source} PROPERTIES COMPILE_DEFINITIONS
+    "QV_NATIVE_DRIVER=\"LLVM ${LLVM_PACKAGE_VERSION}\"")
+
 add_library(QVFilterNative SHARED)
 set(native_export_map ${PROJECT_SOURCE_DIR}/cmake/NativeSymbols.map)
 target_link_libraries(QVFilterNative PRIVATE qv_native_compiler)
 target_link_options(QVFilterNative PRIVATE LINKER:--version-script=${native_export_map})
-set_target_properties(QVFilterNative PROPERTIES LINK_DEPENDS ${native_export_map} LINKER_LANGUAGE CXX)
+set_target_properties(QVFilterNative PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 0 LINK_DEPENDS ${native_export_map} LINKER_LANGUAGE CXX)

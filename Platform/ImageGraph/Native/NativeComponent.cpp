@@ -11,13 +11,12 @@ namespace qv {
 
 namespace {
 
-constexpr const char* kFileName = "libQVFilterNative.so.0";
 constexpr const char* kEntryName = "qvNativeCompiler";
 
 const NativeCompiler* load(std::string& error) {
     const std::string path = nativeComponentPath();
     if (path.empty()) {
-        error = std::string(kFileName) + " is not installed";
+        error = std::string(kNativeComponentName) + " is not installed";
         return nullptr;
     }
     // It stays loaded: its kernels and its compiler's own objects live as long as the process.
@@ -37,7 +36,7 @@ const NativeCompiler* load(std::string& error) {
 
 std::string nativeComponentPath() {
     const auto folder = NSBundle::bundleForAddress(reinterpret_cast<const void*>(&nativeComponentPath));
-    return folder ? folder->pathForResource(kFileName).value_or("") : "";
+    return folder ? folder->pathForResource(kNativeComponentName).value_or("") : "";
 }
 
 const NativeCompiler* nativeCompiler(std::string* error) {

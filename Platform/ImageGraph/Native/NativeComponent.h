@@ -6,6 +6,9 @@
 
 namespace qv {
 
+/// The component's file name.
+inline constexpr char kNativeComponentName[] = "libQVFilterNative.so.0";
+
 /// The component's file, beside the library; empty when it is not installed. Loads nothing.
 std::string nativeComponentPath();
 

@@ -1,7 +1,6 @@
 // The ways to ask a context for a render, and what becomes of its pixels.
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 
 #include "Platform/ImageGraph/Vulkan/VulkanContext.h"
@@ -73,44 +72,6 @@ class VulkanTask final : public RenderTask {
 };
 
 }  // namespace
-
-std::vector<GraphicsDevice> MTIContext::devices(std::string* error) {
-    try {
-        return VulkanDevice::enumerate();
-    } catch (const std::exception& failure) {
-        setError(error, failure);
-        return {};
-    }
-}
-
-std::string defaultShaderCacheDirectory() {
-    const auto variable = [](const char* name) {
-        const char* value = std::getenv(name);
-        return std::string(value ? value : "");
-    };
-    std::string base = variable("XDG_CACHE_HOME");
-    if (base.empty() && !variable("HOME").empty()) base = variable("HOME") + "/.cache";
-    return base.empty() ? base : base + "/QVFilterExtension/shaders";
-}
-
-std::shared_ptr<MTIContext> MTIContext::create(const MTIContextOptions& options, std::string* error) {
-    try {
-        return std::make_shared<VulkanContext>(std::make_shared<DeviceResources>(options), options);
-    } catch (const std::exception& failure) {
-        setError(error, failure);
-        return nullptr;
-    }
-}
-
-std::shared_ptr<MTIContext> MTIContext::create(const MTIVulkanDevice& device,
-                                               const MTIContextOptions& options, std::string* error) {
-    try {
-        return std::make_shared<VulkanContext>(std::make_shared<DeviceResources>(device, options), options);
-    } catch (const std::exception& failure) {
-        setError(error, failure);
-        return nullptr;
-    }
-}
 
 std::unique_ptr<RenderTask> VulkanContext::startRender(const MTIImage& image, const PixelBuffer& destination,
                                                        std::string* error) {
