@@ -16,6 +16,7 @@ struct NativeContext::Recording {
     NativeFrame& frame;
     std::vector<std::shared_ptr<NativeTexture>> textures;  ///< by the plan's index, while needed
     std::vector<BandedWork::Step> steps;
+    std::shared_ptr<NativeTexture> scratch;  ///< of the pass that is being recorded
 
     bool isOutput(int texture) const { return std::ranges::find(plan.outputs, texture) != plan.outputs.end(); }
     /// What hands rows of a texture over that is an output; empty where they stay.
@@ -55,6 +56,7 @@ NativeContext::NativeContext(const NativeCompiler& compiler, NativeTarget target
                              const MTIContextOptions& options, GraphicsDevice device)
     : options_(options),
       device_(std::move(device)),
+      target_(target),
       textures_(std::make_shared<NativeTexturePool>(options.textureBudgetBytes)),
       limit_(std::make_shared<WorkLimit>(options.threads)),
       kernels_(compiler, target, options.shaderCacheDirectory),
@@ -71,7 +73,7 @@ NativeContext::~NativeContext() {
 }
 
 RenderPlan NativeContext::planned(const MTIImage& image, PlanTarget target, PassFuser::Missing missing) {
-    target.processor = true;
+    target.processor = target.native = true;
     return planFused(image, target, options_, *fuser_, missing);
 }
 
@@ -84,12 +86,13 @@ NativeContext::Submission NativeContext::submit(const RenderPlan& plan, const De
 
     const auto frame = std::make_shared<NativeFrame>(*textures_, serial, destination.buffer);
     const int texturesBefore = textures_->madeCount(), kernelsBefore = kernels_.madeCount();
-    Recording recording{plan, destination, *frame, {}, {}};
+    Recording recording{plan, destination, *frame, {}, {}, {}};
     recording.textures.resize(plan.textures.size());
     takeSourcesIn(recording);
     recording.steps.push_back({1, [&frame = *frame](int) { frame.begin(); }});
     for (std::size_t i = 0; i < plan.passes.size(); ++i) {
         recordPass(recording, plan.passes[i]);
+        if (recording.scratch) frame->doneWith(std::move(recording.scratch));
         for (int input : plan.passes[i].inputs) {
             if (input < 0 || recording.isOutput(input)) continue;
             const PlanTexture& texture = plan.textures[std::size_t(input)];
@@ -136,40 +139,67 @@ void NativeContext::recordPass(Recording& recording, const PlanPass& pass) {
     NativeFrame& frame = recording.frame;
     auto& output = recording.textures[std::size_t(pass.output)];
     output = frame.takeTexture(wanted.width, wanted.height, wanted.format);
-    const NativeImage target = output->image();
     ++frame.statistics.passes;
     frame.statistics.bytesWritten += pixelBytes(*output);
 
-    RowsWork draw;
+    const NativeImage target = output->image();
+    const RowsWork draw = drawingOf(recording, pass, target);
+    const RowsWork deliver = recording.deliveryOf(pass.output, target);
+    recording.steps.push_back(stepOverRows(wanted.width, wanted.height, [draw, deliver](int first, int end) {
+        draw(first, end);
+        if (deliver) deliver(first, end);  // while the rows are near
+    }));
+}
+
+NativeContext::RowsWork NativeContext::drawingOf(Recording& recording, const PlanPass& pass,
+                                                 const NativeImage& target) {
     if (pass.clearColor) {
-        draw = [target, format = wanted.format, color = *pass.clearColor](int first, int end) {
+        const TextureFormat format = recording.plan.textures[std::size_t(pass.output)].format;
+        return [target, format, color = *pass.clearColor](int first, int end) {
             fillRows(target, format, color, first, end);
         };
-    } else {
-        NativeDraw& call = frame.addDraw();
-        call.kernel = kernels_.kernel(pass.function, formatsOf(recording.plan, pass));
-        call.words = pass.words;
-        call.selectors = pass.selectors;
-        for (int input : pass.inputs) {
-            const NativeTexture& texture = input < 0 ? *blank_ : *recording.textures[std::size_t(input)];
-            call.inputs.push_back(texture.image());
-            frame.statistics.bytesRead += pixelBytes(texture);
-        }
-        call.arguments = {.words = call.words.data(),
-                          .selectors = call.selectors.data(),
-                          .resampled = pass.resampled,
-                          .inputs = call.inputs.data(),
-                          .target = target};
-        draw = [&arguments = call.arguments, kernel = call.kernel->function()](int first, int end) {
-            kernel(&arguments, first, end);
-        };
     }
-    const RowsWork deliver = recording.deliveryOf(pass.output, target);
-    recording.steps.push_back(
-        stepOverRows(wanted.width, wanted.height, [draw = std::move(draw), deliver](int first, int end) {
-            draw(first, end);
-            if (deliver) deliver(first, end);  // while the rows are near
-        }));
+    NativeFrame& frame = recording.frame;
+    NativeDraw& call = frame.addDraw();
+    for (int input : pass.inputs) {
+        const NativeTexture& texture = input < 0 ? *blank_ : *recording.textures[std::size_t(input)];
+        call.inputs.push_back(texture.image());
+        frame.statistics.bytesRead += pixelBytes(texture);
+    }
+    call.operation = nativeOperationFor(recording.plan, pass, target_);
+    if (call.operation) return operationOf(recording, call, target);
+    call.kernel = kernels_.kernel(pass.function, formatsOf(recording.plan, pass));
+    call.words = pass.words;
+    call.selectors = pass.selectors;
+    call.arguments = {.words = call.words.data(),
+                      .selectors = call.selectors.data(),
+                      .resampled = pass.resampled,
+                      .inputs = call.inputs.data(),
+                      .target = target};
+    return [&arguments = call.arguments, kernel = call.kernel->function()](int first, int end) {
+        kernel(&arguments, first, end);
+    };
+}
+
+NativeContext::RowsWork NativeContext::operationOf(Recording& recording, const NativeDraw& call,
+                                                   const NativeImage& target) {
+    constexpr std::size_t kScratchRow = 4096;
+    const std::size_t rows = (call.operation->scratchBytes() + kScratchRow - 1) / kScratchRow;
+    std::byte* memory = nullptr;
+    if (rows > 0) {
+        auto scratch = recording.frame.takeTexture(int(kScratchRow), int(rows), TextureFormat::r8);
+        memory = reinterpret_cast<std::byte*>(scratch->image().pixels);
+        recording.scratch = std::move(scratch);
+    }
+    const auto stage = [&call, target, memory](int number) {
+        return [&call, target, memory, number](int first, int end) {
+            call.operation->draw(number, call.inputs.data(), target, memory, first, end);
+        };
+    };
+    const int last = call.operation->stageCount() - 1;
+    for (int i = 0; i < last; ++i)
+        recording.steps.push_back(stepOverRows(target.width, call.operation->rows(i), stage(i)));
+    return stage(last);
 }
 
 }  // namespace qv

@@ -17,6 +17,7 @@
 namespace qv {
 
 class NativeFrame;
+struct NativeDraw;
 
 /// Renders on the processor's own instructions, with kernels that `compiler` makes of the shaders.
 class NativeContext final : public MTIContext, public std::enable_shared_from_this<NativeContext> {
@@ -69,6 +70,9 @@ class NativeContext final : public MTIContext, public std::enable_shared_from_th
     void takeSourcesIn(Recording& recording);
     std::shared_ptr<NativeTexture> residentTexture(const PlanTexture& wanted);
     void recordPass(Recording& recording, const PlanPass& pass);
+    /// What draws the rows of a pass, when all steps recorded before are done.
+    RowsWork drawingOf(Recording& recording, const PlanPass& pass, const NativeImage& target);
+    RowsWork operationOf(Recording& recording, const NativeDraw& call, const NativeImage& target);
 
     std::unique_ptr<RenderTask> start(const MTIImage& image, const PlanTarget& target,
                                       const PixelBuffer& destination);
@@ -81,6 +85,7 @@ class NativeContext final : public MTIContext, public std::enable_shared_from_th
 
     const MTIContextOptions options_;
     const GraphicsDevice device_;
+    const NativeTarget target_;
     const std::shared_ptr<NativeTexturePool> textures_;
     const std::shared_ptr<WorkLimit> limit_;
     KernelStore kernels_;

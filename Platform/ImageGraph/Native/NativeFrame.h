@@ -11,12 +11,14 @@
 #include "Platform/ImageGraph/MTIContext.h"
 #include "Platform/ImageGraph/Native/NativeCompiler.h"
 #include "Platform/ImageGraph/Native/NativeTexture.h"
+#include "Platform/ImageGraph/Native/Operations/NativeOperation.h"
 #include "Platform/Media/PixelBuffer.h"
 
 namespace qv {
 
-/// One pass as its kernel is called.
+/// One pass as its operation, or else its kernel, is called.
 struct NativeDraw {
+    std::unique_ptr<const NativeOperation> operation;
     std::shared_ptr<const LinkedNativeKernel> kernel;
     std::array<std::uint32_t, kMaximumPushedWords> words{};
     std::vector<std::int32_t> selectors;

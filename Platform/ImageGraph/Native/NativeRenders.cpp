@@ -95,7 +95,8 @@ std::vector<float> NativeContext::renderToFloats(const MTIImage& image, std::str
 void NativeContext::warmUp(const MTIImage& image, const PlanTarget& target) {
     const RenderPlan plan = planned(image, target, PassFuser::Missing::madeNow);
     for (const PlanPass& pass : plan.passes) {
-        if (!pass.clearColor) kernels_.makeFor(pass, formatsOf(plan, pass));
+        if (!pass.clearColor && !nativeOperationFor(plan, pass, target_))
+            kernels_.makeFor(pass, formatsOf(plan, pass));
     }
 }
 
