@@ -1,0 +1,29 @@
+# Kernels for processors: their compiler is a shared object of its own, so that the library needs no LLVM. The
+# library looks for it beside itself.
+
+option(QV_NATIVE "Build QVFilterNative where LLVM 15 is installed" ON)
+if(NOT QV_NATIVE)
+    return()
+endif()
+find_package(LLVM 15 QUIET CONFIG HINTS /usr/lib/llvm-15)
+if(NOT TARGET LLVM)
+    message(STATUS "QVFilterNative is left out: it needs LLVM 15 (llvm-15-dev)")
+    return()
+endif()
+
+file(GLOB NATIVE_COMPILER_SOURCES CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/Compiler/*.cpp)
+list(FILTER NATIVE_COMPILER_SOURCES EXCLUDE REGEX "/qvnativec[.]cpp$")
+# Once for the shared object, for the tool that compiles beforehand, and for the tests of its parts.
+add_library(qv_native_compiler OBJECT ${NATIVE_COMPILER_SOURCES})
+target_include_directories(qv_native_compiler PRIVATE ${PROJECT_SOURCE_DIR})
+target_include_directories(qv_native_compiler SYSTEM PUBLIC ${LLVM_INCLUDE_DIRS})
+target_link_libraries(qv_native_compiler PUBLIC LLVM fmt::fmt)
+if(NOT LLVM_ENABLE_RTTI)
+    target_compile_options(qv_native_compiler PRIVATE -fno-rtti -fno-sanitize=vptr)
+endif()
+
+add_library(QVFilterNative SHARED)
+set(native_export_map ${PROJECT_SOURCE_DIR}/cmake/NativeSymbols.map)
+target_link_libraries(QVFilterNative PRIVATE qv_native_compiler)
+target_link_options(QVFilterNative PRIVATE LINKER:--version-script=${native_export_map})
+set_target_properties(QVFilterNative PROPERTIES LINK_DEPENDS ${native_export_map} LINKER_LANGUAGE CXX)
