@@ -6,14 +6,15 @@
 
 #include <algorithm>
 
+#include "Platform/ImageGraph/Native/Compiler/LaneMath.h"
+
 namespace qv::native {
 
 namespace {
 
-using llvm::CmpInst;
 using llvm::Intrinsic::ID;
 
-Value* number(Builder& ir, double value) {
+Value* constant(Builder& ir, double value) {
     return llvm::ConstantFP::get(ir.getFloatTy(), value);
 }
 
@@ -26,47 +27,38 @@ Value* call(Builder& ir, ID function, Value* a) {
 /// whole part no pixel falls into another cell, in less time. The step fails where something is not finite;
 /// there the product is the quotient.
 Value* divide(Builder& ir, Value* a, Value* b) {
-    const auto* constant = llvm::dyn_cast<llvm::ConstantFP>(b);
-    if (!isVarying(a) || isVarying(b) || (constant && constant->getValueAPF().getExactInverse(nullptr))) {
+    const auto* known = llvm::dyn_cast<llvm::ConstantFP>(b);
+    if (!isVarying(a) || isVarying(b) || (known && known->getValueAPF().getExactInverse(nullptr))) {
         unify(ir, a, b);
         return ir.CreateFDiv(a, b);
     }
-    Value* reciprocal = spread(ir, ir.CreateFDiv(number(ir, 1), b));
+    Value* reciprocal = spread(ir, ir.CreateFDiv(constant(ir, 1), b));
     Value* quotient = ir.CreateFMul(a, reciprocal);
-    const auto fma = [&](Value* x, Value* y, Value* z) {
-        return ir.CreateIntrinsic(llvm::Intrinsic::fma, {x->getType()}, {x, y, z});
-    };
-    Value* rest = fma(spread(ir, ir.CreateFNeg(b)), quotient, a);
-    Value* exact = fma(rest, reciprocal, quotient);
+    Value* rest = fma(ir, spread(ir, ir.CreateFNeg(b)), quotient, a);
+    Value* exact = fma(ir, rest, reciprocal, quotient);
     return ir.CreateSelect(ir.CreateFCmpORD(exact, exact), exact, quotient);
 }
 
 /// A divisor that integer division does not fail for.
 Value* safeDivisor(Builder& ir, Value* a, Value* b, bool isSigned) {
-    Value* one = llvm::ConstantInt::get(b->getType(), 1);
-    Value* fails = ir.CreateICmpEQ(b, llvm::ConstantInt::get(b->getType(), 0));
+    Value* one = whole(b, 1);
+    Value* fails = ir.CreateICmpEQ(b, whole(b, 0));
     if (isSigned) {
         Value* overflows =
-            ir.CreateAnd(ir.CreateICmpEQ(a, llvm::ConstantInt::get(a->getType(), 0x80000000u)),
+            ir.CreateAnd(ir.CreateICmpEQ(a, whole(a, 0x80000000u)),
                          ir.CreateICmpEQ(b, llvm::ConstantInt::getSigned(b->getType(), -1)));
         fails = ir.CreateOr(fails, overflows);
     }
     return ir.CreateSelect(fails, one, b);
 }
 
-Value* bits(Builder& ir, Value* value, llvm::Type* lane) {
-    llvm::Type* type = isVarying(value) ? llvm::FixedVectorType::get(lane, kKernelLanes) : lane;
-    return ir.CreateBitCast(value, type);
-}
-
-Value* convert(Builder& ir, Value* value, llvm::Instruction::CastOps cast, llvm::Type* lane) {
-    llvm::Type* type = isVarying(value) ? llvm::FixedVectorType::get(lane, kKernelLanes) : lane;
-    return ir.CreateCast(cast, value, type);
+Value* convert(Builder& ir, llvm::Instruction::CastOps cast, Value* value, llvm::Type* scalar) {
+    return ir.CreateCast(cast, value, laneType(value, scalar));
 }
 
 /// By how far bits are moved: what is out of range is undefined in shaders but must not be in ours.
 Value* shiftAmount(Builder& ir, Value* value) {
-    return ir.CreateAnd(value, llvm::ConstantInt::get(value->getType(), 31));
+    return ir.CreateAnd(value, whole(value, 31));
 }
 
 Value* oneOf(Builder& ir, spv::Op op, Value* a) {
@@ -83,13 +75,13 @@ Value* oneOf(Builder& ir, spv::Op op, Value* a) {
         case spv::OpConvertFToU:
             return toUnsigned(ir, a);
         case spv::OpConvertSToF:
-            return convert(ir, a, llvm::Instruction::SIToFP, ir.getFloatTy());
+            return convert(ir, llvm::Instruction::SIToFP, a, ir.getFloatTy());
         case spv::OpConvertUToF:
-            return convert(ir, a, llvm::Instruction::UIToFP, ir.getFloatTy());
+            return convert(ir, llvm::Instruction::UIToFP, a, ir.getFloatTy());
         case spv::OpIsNan:
             return ir.CreateFCmpUNO(a, a);
         case spv::OpIsInf:
-            return ir.CreateFCmpOEQ(call(ir, llvm::Intrinsic::fabs, a),
+            return ir.CreateFCmpOEQ(absolute(ir, a),
                                     llvm::ConstantFP::getInfinity(a->getType()));
         case spv::OpBitReverse:
             return call(ir, llvm::Intrinsic::bitreverse, a);
@@ -156,8 +148,8 @@ Value* compare(Builder& ir, spv::Op op, Value* a, Value* b) {
 Value* twoOf(Builder& ir, spv::Op op, Value* a, Value* b) {
     if (op == spv::OpFDiv) return divide(ir, a, b);
     if (op == spv::OpFMod || op == spv::OpFRem) {
-        const ID whole = op == spv::OpFMod ? llvm::Intrinsic::floor : llvm::Intrinsic::trunc;
-        Value* quotient = call(ir, whole, divide(ir, a, b));
+        const ID rounding = op == spv::OpFMod ? llvm::Intrinsic::floor : llvm::Intrinsic::trunc;
+        Value* quotient = call(ir, rounding, divide(ir, a, b));
         unify(ir, b, quotient);
         unify(ir, a, quotient);
         return ir.CreateFSub(a, ir.CreateFMul(b, quotient));
@@ -191,7 +183,7 @@ Value* twoOf(Builder& ir, spv::Op op, Value* a, Value* b) {
             // The remainder takes the divisor's sign.
             Value* divisor = safeDivisor(ir, a, b, true);
             Value* rest = ir.CreateSRem(a, divisor);
-            Value* zero = llvm::ConstantInt::get(a->getType(), 0);
+            Value* zero = whole(a, 0);
             Value* wrong = ir.CreateAnd(ir.CreateICmpNE(rest, zero),
                                         ir.CreateICmpSLT(ir.CreateXor(rest, divisor), zero));
             return ir.CreateSelect(wrong, ir.CreateAdd(rest, divisor), rest);
@@ -219,7 +211,7 @@ Value* twoOf(Builder& ir, spv::Op op, Value* a, Value* b) {
 Value* fieldMask(Builder& ir, Value* count) {
     Value* ones = llvm::Constant::getAllOnesValue(count->getType());
     Value* zero = llvm::Constant::getNullValue(count->getType());
-    Value* width = llvm::ConstantInt::get(count->getType(), 32);
+    Value* width = whole(count, 32);
     Value* mask = ir.CreateLShr(ones, shiftAmount(ir, ir.CreateSub(width, count)));
     return ir.CreateSelect(ir.CreateICmpEQ(count, zero), zero, mask);
 }
@@ -239,7 +231,7 @@ Value* bitField(Builder& ir, spv::Op op, std::vector<Value*> operands) {
     Value* field = ir.CreateAnd(ir.CreateLShr(base, offset), mask);
     if (op == spv::OpBitFieldUExtract) return field;
     // The field's highest bit is its sign.
-    Value* sign = ir.CreateXor(mask, ir.CreateLShr(mask, llvm::ConstantInt::get(mask->getType(), 1)));
+    Value* sign = ir.CreateXor(mask, ir.CreateLShr(mask, whole(mask, 1)));
     return ir.CreateSub(ir.CreateXor(field, sign), sign);
 }
 
@@ -262,8 +254,8 @@ Value* dot(Builder& ir, const Values& a, const Values& b) {
 }
 
 Value* length(Builder& ir, const Values& a) {
-    if (a.size() == 1) return call(ir, llvm::Intrinsic::fabs, a[0]);
-    return call(ir, llvm::Intrinsic::sqrt, dot(ir, a, a));
+    if (a.size() == 1) return absolute(ir, a[0]);
+    return squareRoot(ir, dot(ir, a, a));
 }
 
 Values scaled(Builder& ir, const Values& a, Value* by) {
@@ -310,7 +302,7 @@ Value* determinant(Builder& ir, const Values& matrix, std::size_t side) {
 }
 
 Values inverse(Builder& ir, const Values& matrix, std::size_t side) {
-    Value* factor = divide(ir, number(ir, 1), determinant(ir, matrix, side));
+    Value* factor = divide(ir, constant(ir, 1), determinant(ir, matrix, side));
     Values result;
     for (std::size_t column = 0; column < side; ++column) {
         for (std::size_t row = 0; row < side; ++row) {
@@ -324,32 +316,30 @@ Values inverse(Builder& ir, const Values& matrix, std::size_t side) {
 
 Values refract(Builder& ir, const Values& incident, const Values& normal, Value* eta) {
     Value* cosine = dot(ir, normal, incident);
-    Value* k = subtract(ir, number(ir, 1),
+    Value* k = subtract(ir, constant(ir, 1),
                         multiply(ir, multiply(ir, eta, eta),
-                                 subtract(ir, number(ir, 1), multiply(ir, cosine, cosine))));
+                                 subtract(ir, constant(ir, 1), multiply(ir, cosine, cosine))));
     Value* isTotal = compare(ir, spv::OpFOrdLessThan, k, llvm::Constant::getNullValue(k->getType()));
-    Value* along = add(ir, multiply(ir, eta, cosine), call(ir, llvm::Intrinsic::sqrt, k));
+    Value* along = add(ir, multiply(ir, eta, cosine), squareRoot(ir, k));
     Values result = sum(ir, scaled(ir, incident, eta), normal, ir.CreateFNeg(along));
-    for (Value*& component : result) component = choose(ir, isTotal, number(ir, 0), component);
+    for (Value*& component : result) component = choose(ir, isTotal, constant(ir, 0), component);
     return result;
 }
 
 /// Fraction in [0.5, 1) with the sign, and exponent.
 std::pair<Value*, Value*> significand(Builder& ir, Value* value) {
     // What is subnormal is made normal first.
-    Value* scaleUp = ir.CreateFMul(value, llvm::ConstantFP::get(value->getType(), 0x1p32));
-    Value* isSmall = ir.CreateFCmpOLT(call(ir, llvm::Intrinsic::fabs, value),
-                                      llvm::ConstantFP::get(value->getType(), 0x1p-126));
-    Value* word = bits(ir, ir.CreateSelect(isSmall, scaleUp, value), ir.getInt32Ty());
-    const auto integer = [&](std::uint32_t n) { return llvm::ConstantInt::get(word->getType(), n); };
-    Value* field = ir.CreateAnd(ir.CreateLShr(word, integer(23)), integer(0xff));
-    Value* exponent = ir.CreateSub(field, ir.CreateSelect(isSmall, integer(126 + 32), integer(126)));
-    Value* fraction = bits(ir, ir.CreateOr(ir.CreateAnd(word, integer(0x807fffff)), integer(0x3f000000)),
-                           ir.getFloatTy());
+    Value* scaleUp = ir.CreateFMul(value, number(value, 0x1p32));
+    Value* isSmall = ir.CreateFCmpOLT(absolute(ir, value),
+                                      number(value, 0x1p-126));
+    Value* word = toBits(ir, ir.CreateSelect(isSmall, scaleUp, value));
+    Value* field = ir.CreateAnd(ir.CreateLShr(word, whole(word, 23)), whole(word, 0xff));
+    Value* exponent = ir.CreateSub(field, ir.CreateSelect(isSmall, whole(word, 126 + 32), whole(word, 126)));
+    Value* fraction = fromBits(ir, ir.CreateOr(ir.CreateAnd(word, whole(word, 0x807fffff)), whole(word, 0x3f000000)));
     Value* isOrdinary = ir.CreateAnd(
         ir.CreateFCmpUNE(value, llvm::Constant::getNullValue(value->getType())),
-        ir.CreateICmpNE(field, integer(0xff)));
-    return {ir.CreateSelect(isOrdinary, fraction, value), ir.CreateSelect(isOrdinary, exponent, integer(0))};
+        ir.CreateICmpNE(field, whole(word, 0xff)));
+    return {ir.CreateSelect(isOrdinary, fraction, value), ir.CreateSelect(isOrdinary, exponent, whole(word, 0))};
 }
 
 /// Functions that do not work component by component; empty for those that do.
@@ -366,7 +356,7 @@ Values vectorFunction(Builder& ir, unsigned function, const std::vector<Values>&
         }
         case GLSLstd450Normalize: {
             const Values& a = operands[0];
-            return scaled(ir, a, divide(ir, number(ir, 1), call(ir, llvm::Intrinsic::sqrt, dot(ir, a, a))));
+            return scaled(ir, a, divide(ir, constant(ir, 1), squareRoot(ir, dot(ir, a, a))));
         }
         case GLSLstd450Cross: {
             const Values &a = operands[0], &b = operands[1];
@@ -378,7 +368,7 @@ Values vectorFunction(Builder& ir, unsigned function, const std::vector<Values>&
             return result;
         }
         case GLSLstd450Reflect: {
-            Value* twice = multiply(ir, dot(ir, operands[1], operands[0]), number(ir, -2));
+            Value* twice = multiply(ir, dot(ir, operands[1], operands[0]), constant(ir, -2));
             return sum(ir, operands[0], operands[1], twice);
         }
         case GLSLstd450Refract:
@@ -408,9 +398,9 @@ Values vectorFunction(Builder& ir, unsigned function, const std::vector<Values>&
                     first.push_back(fraction);
                     second.push_back(exponent);
                 } else {
-                    Value* whole = call(ir, llvm::Intrinsic::trunc, component);
-                    first.push_back(ir.CreateFSub(component, whole));
-                    second.push_back(whole);
+                    Value* cut = call(ir, llvm::Intrinsic::trunc, component);
+                    first.push_back(ir.CreateFSub(component, cut));
+                    second.push_back(cut);
                 }
             }
             first.insert(first.end(), second.begin(), second.end());
@@ -453,7 +443,7 @@ bool mixesComponents(const Operation& operation) {
     }
 }
 
-llvm::Type* laneType(Builder& ir, const Type& scalar) {
+llvm::Type* scalarType(Builder& ir, const Type& scalar) {
     switch (scalar.kind) {
         case Type::Kind::boolean:
             return ir.getInt1Ty();
@@ -543,9 +533,16 @@ Values arithmetic(Builder& ir, const Program& program, const Operation& operatio
         case spv::OpExtInst: {
             if (Values result = vectorFunction(ir, operation[1], operands); !result.empty()) return result;
             Values result;
-            // Those that pack take and give all components at once.
-            const bool packs = operands.at(0).size() != count;
-            if (packs) refuse(operation);
+            if (const std::size_t taken = operands.at(0).size(); taken != count) {
+                // Those that pack take all components at once, those that unpack give them.
+                Value* packed = standardFunction(ir, operation[1], operands[0]);
+                if (!packed || (taken != 1 && count != 1)) refuse(operation);
+                if (count == 1) return {packed};
+                for (std::size_t i = 0; i < count; ++i) {
+                    result.push_back(ir.CreateExtractValue(packed, unsigned(i)));
+                }
+                return result;
+            }
             for (std::size_t i = 0; i < count; ++i) {
                 Values components;
                 for (std::size_t n = 0; n < operands.size(); ++n) components.push_back(of(n, i));
@@ -564,7 +561,7 @@ Values arithmetic(Builder& ir, const Program& program, const Operation& operatio
             value = choose(ir, of(0, i), of(1, i), of(2, i));
         } else if (operation.op == spv::OpBitcast) {
             // Components of one size only: there are no others.
-            value = bits(ir, of(0, i), laneType(ir, program.module.type(program.module.scalar(operation.type))));
+            value = convert(ir, llvm::Instruction::BitCast, of(0, i), scalarType(ir, program.module.type(program.module.scalar(operation.type))));
         } else if (operation.op == spv::OpBitFieldInsert || operation.op == spv::OpBitFieldSExtract ||
                    operation.op == spv::OpBitFieldUExtract) {
             Values components;

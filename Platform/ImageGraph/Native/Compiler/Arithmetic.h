@@ -19,7 +19,7 @@ Values arithmetic(Builder& ir, const Program& program, const Operation& operatio
                   const std::vector<Values>& operands);
 
 /// The type of one lane of a scalar type.
-llvm::Type* laneType(Builder& ir, const Type& scalar);
+llvm::Type* scalarType(Builder& ir, const Type& scalar);
 /// `condition` ? a : b, lane by lane.
 Value* choose(Builder& ir, Value* condition, Value* a, Value* b);
 

@@ -46,9 +46,10 @@ class Parser {
         for (int i = 0; i < parsed.num_operands; ++i) {
             const spv_parsed_operand_t& operand = parsed.operands[i];
             if (operand.type == SPV_OPERAND_TYPE_TYPE_ID || operand.type == SPV_OPERAND_TYPE_RESULT_ID) continue;
+            const bool isId = operand.type == SPV_OPERAND_TYPE_ID || operand.type == SPV_OPERAND_TYPE_SCOPE_ID ||
+                              operand.type == SPV_OPERAND_TYPE_MEMORY_SEMANTICS_ID;
             for (int word = 0; word < operand.num_words; ++word) {
-                operation.operands.push_back(
-                    {parsed.words[operand.offset + word], bool(spvIsIdType(operand.type))});
+                operation.operands.push_back({parsed.words[operand.offset + word], isId});
             }
         }
         if (operation.result != 0 && operation.type != 0) module_.typeOf[operation.result] = operation.type;

@@ -4,6 +4,7 @@
 #include <map>
 #include <set>
 
+#include "Platform/ImageGraph/Native/Compiler/Arithmetic.h"
 #include "Platform/ImageGraph/Native/Compiler/Components.h"
 
 namespace qv::native {
@@ -226,7 +227,7 @@ class UniformityAnalysis {
             }
         }
         const bool keepsSteps = operation.op == spv::OpIAdd || operation.op == spv::OpISub ||
-                                operation.op == spv::OpConvertFToS || operation.op == spv::OpBitcast;
+                                operation.op == spv::OpConvertFToS;
         // Matrix products, dot products and the like mix components.
         const bool isByComponent = !mixesComponents(operation) && std::ranges::all_of(operands, [&](const auto& one) {
             return one.size() == components || one.size() == 1;
