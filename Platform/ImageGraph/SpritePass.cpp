@@ -5,22 +5,14 @@
 #include <bit>
 #include <cmath>
 
+#include "Platform/ImageGraph/Private/OverlayInstances.h"
 #include "Platform/ImageGraph/Private/PictureStore.h"
 
 namespace qv {
 
 namespace {
 
-/// What the vertex stage reads of one sprite; see sprite.vert.
-struct Instance {
-    float center[2], axisX[2];
-    float axisY[2], halfSides[2];
-    float place[4];
-    float factor[4];
-    float sides[4];
-    float corners[4];
-    float halfTexel[2], unused[2];
-};
+using Instance = SpriteInstanceData;
 
 /// Whether a sprite may colour a pixel of a frame `frameAspect` times as high as wide.
 bool isVisible(const SpriteInstance& sprite, double frameAspect) {
