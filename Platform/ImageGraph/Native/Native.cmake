@@ -18,6 +18,15 @@ add_library(qv_native_compiler OBJECT ${NATIVE_COMPILER_SOURCES})
 target_include_directories(qv_native_compiler PRIVATE ${PROJECT_SOURCE_DIR} ${GLSLANG_INCLUDE_DIR})
 target_include_directories(qv_native_compiler SYSTEM PUBLIC ${LLVM_INCLUDE_DIRS})
 target_link_libraries(qv_native_compiler PUBLIC LLVM ${GLSLANG_SPIRV-Tools_LIBRARY} fmt::fmt)
+# Objects that another version of these sources made are not used.
+set(native_version_header ${CMAKE_BINARY_DIR}/generated/NativeCompilerVersion.h)
+file(GLOB native_version_sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/*.h ${CMAKE_CURRENT_LIST_DIR}/Compiler/*)
+add_custom_command(OUTPUT ${native_version_header}
+    COMMAND ${CMAKE_COMMAND} -D OUTPUT=${native_version_header} -P ${PROJECT_SOURCE_DIR}/cmake/scripts/HashOfFiles.cmake
+            kNativeCompilerSources ${native_version_sources}
+    DEPENDS ${native_version_sources} ${PROJECT_SOURCE_DIR}/cmake/scripts/HashOfFiles.cmake VERBATIM)
+target_sources(qv_native_compiler PRIVATE ${native_version_header})
+target_include_directories(qv_native_compiler PRIVATE ${CMAKE_BINARY_DIR}/generated)
 if(NOT LLVM_ENABLE_RTTI)
     target_compile_options(qv_native_compiler PRIVATE -fno-rtti -fno-sanitize=vptr)
 endif()
