@@ -4,15 +4,16 @@
 #include <gmock/gmock.h>
 
 #include <cmath>
-#include <cstring>
 #include <random>
 
+#include "Platform/ImageGraph/ShaderCompiler/GlslCompiler.h"
 #include "Tests/Native/KernelRun.h"
+#include "Tests/Support/Picture.h"
 
-namespace qv {
+namespace qv::native::test {
 namespace {
 
-using test::Pixel;
+using qv::test::Pixel;
 
 /// Not a multiple of a group, and more than two.
 constexpr int kWidth = 41, kHeight = 5;
@@ -51,32 +52,34 @@ TEST_P(ControlFlow, GivesWhatOnePixelAtATimeGives) {
     std::string error;
     const auto code = compileFragmentGlsl(text, &error);
     ASSERT_FALSE(code.empty()) << error;
-    const auto kernel = test::buildTestKernel({"test", code, {TextureFormat::rgba8}, TextureFormat::rgba32Float});
-    ASSERT_TRUE(kernel.function) << kernel.error;
-
-    test::KernelTexture input(kWidth, kHeight, TextureFormat::rgba8);
+    Image input(TextureFormat::rgba8, kWidth, kHeight);
     for (int y = 0; y < kHeight; ++y) {
         for (int x = 0; x < kWidth; ++x) {
-            const std::uint8_t red = std::uint8_t(std::lround(texel(x, y) * 255));
-            std::memcpy(input.row(y) + 4 * x, std::data({red, std::uint8_t(0), std::uint8_t(0), std::uint8_t(255)}), 4);
+            input.row<std::uint8_t>(y)[4 * x] = std::uint8_t(std::lround(texel(x, y) * 255));
         }
     }
-    test::KernelTexture target(kWidth, kHeight, TextureFormat::rgba32Float);
-    std::uint32_t words[kMaximumPushedWords]{};
+    std::array<std::uint32_t, kMaximumPushedWords> words{};
     words[1] = 6;
     const std::int32_t selectors[]{0, 3};
-    NativeKernelArguments arguments{.words = words, .selectors = selectors, .resampled = 4,
-                                    .inputs = &input.image(), .target = target.image()};
-    kernel.function(&arguments, 0, 2);
-    kernel.function(&arguments, 2, kHeight);
-    for (int y = 0; y < kHeight; ++y) {
-        for (int x = 0; x < kWidth; ++x) {
-            Pixel actual;
-            std::memcpy(actual.data(), target.row(y) + 16 * x, 16);
-            const Pixel expected = GetParam().expected(x, y);
-            for (std::size_t c = 0; c < 4; ++c) {
-                ASSERT_NEAR(actual[c], expected[c], 1e-5 * std::max(1.0f, std::abs(expected[c])))
-                    << "component " << c << " at " << x << "," << y;
+    for (NativeTarget target : runnableTargets()) {
+        SCOPED_TRACE(nativeTargetName(target));
+        const auto kernel =
+            linkedKernel({"test", code, {TextureFormat::rgba8}, TextureFormat::rgba32Float}, target);
+        ASSERT_TRUE(kernel);
+        Image output(TextureFormat::rgba32Float, kWidth, kHeight);
+        const NativeImage source = input.native();
+        const NativeKernelArguments arguments{.words = words.data(), .selectors = selectors, .resampled = 4,
+                                              .inputs = &source, .target = output.native()};
+        kernel->function()(&arguments, 0, 2);
+        kernel->function()(&arguments, 2, kHeight);
+        for (int y = 0; y < kHeight; ++y) {
+            for (int x = 0; x < kWidth; ++x) {
+                const Pixel expected = GetParam().expected(x, y);
+                for (std::size_t c = 0; c < 4; ++c) {
+                    ASSERT_NEAR(output.row<float>(y)[std::size_t(4 * x) + c], expected[c],
+                                1e-5 * std::max(1.0f, std::abs(expected[c])))
+                        << "component " << c << " at " << x << "," << y;
+                }
             }
         }
     }
@@ -311,7 +314,7 @@ TEST(DamagedCode, GivesAnErrorAndNeverCrashes) {
         llvm::LLVMContext context;
         std::string cause;
         const auto module =
-            native::buildKernel(context, {"damaged", words, {}, TextureFormat::rgba8}, &cause);
+            buildKernel(context, {"damaged", words, {}, TextureFormat::rgba8}, &cause);
         ++(module ? built : refused);
         EXPECT_EQ(module == nullptr, !cause.empty());
         EXPECT_THAT(cause, testing::Not(testing::HasSubstr("\n")));
@@ -332,4 +335,4 @@ TEST(DamagedCode, GivesAnErrorAndNeverCrashes) {
 }
 
 }  // namespace
-}  // namespace qv
+}  // namespace qv::native::test
