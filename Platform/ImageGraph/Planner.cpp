@@ -11,24 +11,6 @@
 
 namespace qv {
 
-int texelBytes(TextureFormat format) {
-    switch (format) {
-        case TextureFormat::r8:
-            return 1;
-        case TextureFormat::rg8:
-        case TextureFormat::r16:
-            return 2;
-        case TextureFormat::rgba8:
-        case TextureFormat::bgra8:
-            return 4;
-        case TextureFormat::rgba16Float:
-            return 8;
-        case TextureFormat::rgba32Float:
-            return 16;
-    }
-    return 0;
-}
-
 std::optional<TextureFormat> textureFormatOfVulkan(std::int32_t format) {
     switch (format) {
         case 37:

@@ -20,7 +20,23 @@ std::optional<TextureFormat> textureFormatOfVulkan(std::int32_t format);
 inline constexpr std::int32_t kVulkanLayoutGeneral = 1, kVulkanLayoutShaderReadOnly = 5;
 
 /// Bytes of one texel.
-int texelBytes(TextureFormat format);
+inline int texelBytes(TextureFormat format) {
+    switch (format) {
+        case TextureFormat::r8:
+            return 1;
+        case TextureFormat::rg8:
+        case TextureFormat::r16:
+            return 2;
+        case TextureFormat::rgba8:
+        case TextureFormat::bgra8:
+            return 4;
+        case TextureFormat::rgba16Float:
+            return 8;
+        case TextureFormat::rgba32Float:
+            return 16;
+    }
+    return 0;
+}
 
 /// What a context renders for and on.
 struct PlanTarget {

@@ -15,9 +15,9 @@ file(GLOB NATIVE_COMPILER_SOURCES CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/Co
 list(FILTER NATIVE_COMPILER_SOURCES EXCLUDE REGEX "/qvnativec[.]cpp$")
 # Once for the shared object, for the tool that compiles beforehand, and for the tests of its parts.
 add_library(qv_native_compiler OBJECT ${NATIVE_COMPILER_SOURCES})
-target_include_directories(qv_native_compiler PRIVATE ${PROJECT_SOURCE_DIR})
+target_include_directories(qv_native_compiler PRIVATE ${PROJECT_SOURCE_DIR} ${GLSLANG_INCLUDE_DIR})
 target_include_directories(qv_native_compiler SYSTEM PUBLIC ${LLVM_INCLUDE_DIRS})
-target_link_libraries(qv_native_compiler PUBLIC LLVM fmt::fmt)
+target_link_libraries(qv_native_compiler PUBLIC LLVM ${GLSLANG_SPIRV-Tools_LIBRARY} fmt::fmt)
 # Objects that another version of these sources made are not used.
 set(native_version_header ${CMAKE_BINARY_DIR}/generated/NativeCompilerVersion.h)
 file(GLOB native_version_sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/*.h ${CMAKE_CURRENT_LIST_DIR}/Compiler/*)
