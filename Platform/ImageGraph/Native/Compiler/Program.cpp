@@ -1,6 +1,7 @@
 #include "Platform/ImageGraph/Native/Compiler/Program.h"
 
 #include <fmt/format.h>
+#include <glslang/SPIRV/GLSL.std.450.h>
 
 #include <algorithm>
 #include <set>
@@ -223,7 +224,7 @@ class Inliner {
                     for (Operation::Operand& operand : renamed.operands) {
                         if (operand.isId) operand.word = rename(call, operand.word);
                     }
-                    append(out, std::move(renamed));
+                    if (!appendSplit(renamed, out)) append(out, std::move(renamed));
                 }
             }
         }
@@ -239,6 +240,25 @@ class Inliner {
                 }
             }
         }
+    }
+
+    /// The functions that give a second result through a pointer, as those that give both in a structure.
+    bool appendSplit(Operation& operation, Sequence& out) {
+        if (operation.op != spv::OpExtInst) return false;
+        const bool isFraction = operation[1] == GLSLstd450Modf;
+        if (!isFraction && operation[1] != GLSLstd450Frexp) return false;
+        const Id pointer = operation[3], second = program_.pointer(pointer).type, both = module_.bound++;
+        module_.types[both] = {.kind = Type::Kind::structure, .count = 2, .members = {operation.type, second},
+                               .components = 2 * module_.type(second).components};
+        const Id result = fresh(both), other = fresh(second);
+        append(out, {spv::OpExtInst, both, result,
+                     {operation.operands[0],
+                      {std::uint32_t(isFraction ? GLSLstd450ModfStruct : GLSLstd450FrexpStruct), false},
+                      operation.operands[2]}});
+        append(out, {spv::OpCompositeExtract, operation.type, operation.result, {{result, true}, {0, false}}});
+        append(out, {spv::OpCompositeExtract, second, other, {{result, true}, {1, false}}});
+        store(out, pointer, other);
+        return true;
     }
 
     Id imageOf(Id value) const {
