@@ -145,10 +145,25 @@ void NativeContext::recordPass(Recording& recording, const PlanPass& pass) {
     const NativeImage target = output->image();
     const RowsWork draw = drawingOf(recording, pass, target);
     const RowsWork deliver = recording.deliveryOf(pass.output, target);
-    recording.steps.push_back(stepOverRows(wanted.width, wanted.height, [draw, deliver](int first, int end) {
+    const NativeOverlays* const overlays = layOutOverlays(recording, pass, wanted);
+    const auto work = [draw, overlays, deliver, target](int first, int end) {
         draw(first, end);
-        if (deliver) deliver(first, end);  // while the rows are near
-    }));
+        // While the rows are near.
+        if (overlays) overlays->draw(target, first, end);
+        if (deliver) deliver(first, end);
+    };
+    recording.steps.push_back(stepOverRows(wanted.width, wanted.height, work));
+}
+
+const NativeOverlays* NativeContext::layOutOverlays(Recording& recording, const PlanPass& pass,
+                                                    const PlanTexture& output) {
+    if (pass.overlays.empty()) return nullptr;
+    std::string cause;
+    std::shared_ptr<const NativeOverlays> overlays =
+        layOutNativeOverlays(pass, output, pictures_, target_, &cause);
+    if (!overlays) throw RenderError(cause);
+    recording.frame.keep(overlays);
+    return overlays.get();
 }
 
 NativeContext::RowsWork NativeContext::drawingOf(Recording& recording, const PlanPass& pass,

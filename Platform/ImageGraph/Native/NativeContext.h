@@ -11,6 +11,7 @@
 #include "Platform/ImageGraph/MTIContext.h"
 #include "Platform/ImageGraph/Native/KernelStore.h"
 #include "Platform/ImageGraph/Native/NativeTexture.h"
+#include "Platform/ImageGraph/Native/Overlays/NativeOverlays.h"
 #include "Platform/ImageGraph/Private/PassFuser.h"
 #include "Platform/ImageGraph/Private/ResidentTextures.h"
 
@@ -73,6 +74,9 @@ class NativeContext final : public MTIContext, public std::enable_shared_from_th
     /// What draws the rows of a pass, when all steps recorded before are done.
     RowsWork drawingOf(Recording& recording, const PlanPass& pass, const NativeImage& target);
     RowsWork operationOf(Recording& recording, const NativeDraw& call, const NativeImage& target);
+    /// What lies on top of the pass; nil when nothing does.
+    const NativeOverlays* layOutOverlays(Recording& recording, const PlanPass& pass,
+                                         const PlanTexture& output);
 
     std::unique_ptr<RenderTask> start(const MTIImage& image, const PlanTarget& target,
                                       const PixelBuffer& destination);
@@ -95,6 +99,7 @@ class NativeContext final : public MTIContext, public std::enable_shared_from_th
     std::uint64_t serial_ = 0;
     std::array<std::shared_ptr<BandedWork>, kFramesInFlight> inFlight_;
     ResidentTextures residents_;
+    NativePictures pictures_;
 };
 
 }  // namespace qv

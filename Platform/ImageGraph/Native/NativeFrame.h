@@ -38,7 +38,7 @@ class NativeFrame {
     /// No later pass reads it.
     void doneWith(std::shared_ptr<NativeTexture> texture) { free_.push_back(std::move(texture)); }
     /// Held until the frame has run.
-    void keep(std::shared_ptr<void> thing) { kept_.push_back(std::move(thing)); }
+    void keep(std::shared_ptr<const void> thing) { kept_.push_back(std::move(thing)); }
     /// Stays where it is.
     NativeDraw& addDraw() { return draws_.emplace_back(); }
 
@@ -55,7 +55,7 @@ class NativeFrame {
     PixelBuffer destination_;
     std::chrono::steady_clock::time_point begun_;
     std::vector<std::shared_ptr<NativeTexture>> free_;
-    std::vector<std::shared_ptr<void>> kept_;
+    std::vector<std::shared_ptr<const void>> kept_;
     std::deque<NativeDraw> draws_;
 };
 
