@@ -58,6 +58,11 @@ std::string versionText(std::uint32_t version) {
                        VK_API_VERSION_PATCH(version));
 }
 
+void requireVulkan() {
+    std::string cause;
+    if (!loadVulkan(&cause)) throw VulkanError(cause);
+}
+
 VkInstance makeInstance(const VkInstanceCreateInfo& info) {
     std::uint32_t loaderVersion = 0;
     check(vkEnumerateInstanceVersion(&loaderVersion), "cannot use Vulkan");
@@ -165,6 +170,7 @@ bool hasLayer(const char* name) {
 }  // namespace
 
 std::vector<GraphicsDevice> VulkanDevice::enumerate() {
+    requireVulkan();
     const VkApplicationInfo application = applicationInfo();
     VkInstanceCreateInfo info{VK_STRUCTURE_TYPE_INSTANCE_CREATE_INFO};
     info.pApplicationInfo = &application;
@@ -182,6 +188,7 @@ std::vector<GraphicsDevice> VulkanDevice::enumerate() {
 }
 
 VulkanDevice::VulkanDevice(const MTIContextOptions& options) {
+    requireVulkan();
     try {
         createInstance(options.validation);
         createDevice(options.deviceIndex);
@@ -198,6 +205,7 @@ VulkanDevice::VulkanDevice(const MTIVulkanDevice& host)
       queue_(host.queue),
       queueFamily_(host.queueFamily),
       isHosts_(true) {
+    requireVulkan();
     if (!instance_ || !physicalDevice_ || !device_ || !queue_)
         throw VulkanError("the host's device is not complete");
     if (host.queueMutex) queueMutex_ = host.queueMutex;

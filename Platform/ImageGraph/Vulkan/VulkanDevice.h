@@ -1,7 +1,5 @@
 #pragma once
 
-#include <vulkan/vulkan.h>
-
 #include <memory>
 #include <mutex>
 #include <string>
@@ -9,6 +7,7 @@
 
 #include "Platform/ImageGraph/MTIContext.h"
 #include "Platform/ImageGraph/Private/RenderRequest.h"
+#include "Platform/ImageGraph/Vulkan/VulkanFunctions.h"
 
 namespace qv {
 
