@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "Platform/ImageGraph/Native/Compiler/Fractions.h"
 #include "Platform/ImageGraph/Native/Compiler/LaneMath.h"
 
 namespace qv::native {
@@ -327,13 +328,7 @@ class Fifteens {
     Value* split(Value* words) const { return ir_.CreateBitCast(words, type(words)); }
     /// a + (b − a)·weight, the weight in units of 2⁻¹⁵, rounded.
     Value* mix(Value* a, Value* b, Value* weight) const {
-        auto* const narrow = llvm::cast<llvm::FixedVectorType>(a->getType());
-        llvm::Type* const wide = vectorOf(ir_.getInt32Ty(), narrow->getNumElements());
-        Value* const product =
-            ir_.CreateMul(ir_.CreateSExt(ir_.CreateSub(b, a), wide), ir_.CreateSExt(weight, wide));
-        Value* const rounded =
-            ir_.CreateLShr(ir_.CreateAdd(ir_.CreateLShr(product, 14), whole(product, 1)), 1);
-        return ir_.CreateAdd(a, ir_.CreateTrunc(rounded, narrow));
+        return ir_.CreateAdd(a, multiplyFractions(ir_, ir_.CreateSub(b, a), weight));
     }
     /// A weight of kWeightBits, for both numbers of a word.
     Value* weight(Value* steps) const {
