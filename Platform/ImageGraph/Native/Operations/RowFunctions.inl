@@ -13,6 +13,7 @@ typedef unsigned char Bytes __attribute__((vector_size(kVectorBytes / 2)));
 typedef unsigned Colors __attribute__((vector_size(kVectorBytes)));
 typedef long long Pixels __attribute__((vector_size(kVectorBytes)));
 typedef short TwoPixels __attribute__((vector_size(16)));
+typedef unsigned short TwoProducts __attribute__((vector_size(16)));
 typedef unsigned SixteenColors __attribute__((vector_size(64)));
 typedef unsigned char SixteenBytes __attribute__((vector_size(16)));
 
@@ -27,6 +28,10 @@ QV_IN_MEMORY(SixteenBytes);
 #undef QV_IN_MEMORY
 #define QV_AT(Vector, place) (*reinterpret_cast<Vector##InMemory*>(place))
 #define QV_FROM(Vector, place) (*reinterpret_cast<const Vector##InMemory*>(place))
+
+// What stands behind a row's end may be anything, so sums and differences wrap.
+QV_INLINE Words sum(Words a, Words b) { return Words(Products(a) + Products(b)); }
+QV_INLINE Words difference(Words a, Words b) { return Words(Products(a) - Products(b)); }
 
 /// a × b / 32768, rounded.
 #if QV_VECTOR_BYTES == 64
@@ -47,10 +52,10 @@ QV_INLINE TwoPixels scaled(TwoPixels a, TwoPixels b) {
 #endif
 
 /// The mean, rounded up; both are words.
-QV_INLINE Words mean(Words a, Words b) { return (a + b + 1) >> 1; }
+QV_INLINE Words mean(Words a, Words b) { return sum(sum(a, b), Words{} + 1) >> 1; }
 
 QV_INLINE Bytes bytesOf(Words words) {
-    const Words zero{}, top = zero + 255, rounded = (words + 32) >> 6;
+    const Words zero{}, top = zero + 255, rounded = sum(words, zero + 32) >> 6;
     const Words low = rounded < zero ? zero : rounded;
     return __builtin_convertvector(low > top ? top : low, Bytes);
 }
@@ -58,8 +63,8 @@ QV_INLINE Bytes bytesOf(Words words) {
 /// Of values `at` the place in two rows.
 QV_INLINE Words sumOfTwo(const void* a, const void* b, int at, bool areBytes) {
     if (!areBytes) {
-        return QV_FROM(Words, static_cast<const std::int16_t*>(a) + at) +
-               QV_FROM(Words, static_cast<const std::int16_t*>(b) + at);
+        return sum(QV_FROM(Words, static_cast<const std::int16_t*>(a) + at),
+                   QV_FROM(Words, static_cast<const std::int16_t*>(b) + at));
     }
     return (__builtin_convertvector(QV_FROM(Bytes, static_cast<const std::uint8_t*>(a) + at), Words) +
             __builtin_convertvector(QV_FROM(Bytes, static_cast<const std::uint8_t*>(b) + at), Words))
@@ -74,7 +79,7 @@ QV_INLINE void sumPairs(const void* const* upper, const void* const* lower, bool
             const Words weight = Words{} + weights[k];
 #pragma GCC unroll 8
             for (int i = 0; i < kVectors; ++i)
-                sums[i] += scaled(sumOfTwo(upper[k], lower[k], first + i * kLanes, areBytes), weight);
+                sums[i] = sum(sums[i], scaled(sumOfTwo(upper[k], lower[k], first + i * kLanes, areBytes), weight));
         }
 #pragma GCC unroll 8
         for (int i = 0; i < kVectors; ++i) QV_AT(Words, out + first + i * kLanes) = sums[i];
@@ -90,10 +95,13 @@ void sumOfBytePairs(const void* const* upper, const void* const* lower, const st
     sumPairs(upper, lower, true, weights, pairs, values, out);
 }
 
+QV_INLINE Words between(Words from, Words to, std::int16_t weight) {
+    return sum(from, scaled(difference(to, from), Words{} + weight));
+}
+
 void mixed(const std::int16_t* a, const std::int16_t* b, std::int16_t weight, int values, std::int16_t* out) {
     for (int i = 0; i < values; i += kLanes) {
-        const Words from = QV_FROM(Words, a + i);
-        QV_AT(Words, out + i) = from + scaled(QV_FROM(Words, b + i) - from, Words{} + weight);
+        QV_AT(Words, out + i) = between(QV_FROM(Words, a + i), QV_FROM(Words, b + i), weight);
     }
 }
 void mixedBytes(const std::uint8_t* a, const std::uint8_t* b, std::int16_t weight, int values,
@@ -101,7 +109,7 @@ void mixedBytes(const std::uint8_t* a, const std::uint8_t* b, std::int16_t weigh
     for (int i = 0; i < values; i += kLanes) {
         const Words from = __builtin_convertvector(QV_FROM(Bytes, a + i), Words) << 6;
         const Words to = __builtin_convertvector(QV_FROM(Bytes, b + i), Words) << 6;
-        QV_AT(Words, out + i) = from + scaled(to - from, Words{} + weight);
+        QV_AT(Words, out + i) = between(from, to, weight);
     }
 }
 
@@ -131,7 +139,7 @@ void joined(const std::int16_t* means, const std::int16_t* ramps, int pixels, st
 void tents(const std::int16_t* means, const std::int16_t* ramps, int values, std::int16_t* out) {
     for (int i = 0; i < values; i += kLanes) {
         const Words before = QV_FROM(Words, ramps + i), here = QV_FROM(Words, ramps + i + 4);
-        QV_AT(Words, out + i) = QV_FROM(Words, means + i + 4) + ((before - here) >> 1);
+        QV_AT(Words, out + i) = sum(QV_FROM(Words, means + i + 4), difference(before, here) >> 1);
     }
 }
 
@@ -139,8 +147,8 @@ void tents(const std::int16_t* means, const std::int16_t* ramps, int values, std
 QV_INLINE TwoPixels twoBetween(const std::int16_t* row, const std::int32_t* left, const std::int16_t* weights) {
     const TwoPixels first = scaled(QV_FROM(TwoPixels, row + 4 * left[0]), QV_FROM(TwoPixels, weights));
     const TwoPixels second = scaled(QV_FROM(TwoPixels, row + 4 * left[1]), QV_FROM(TwoPixels, weights + 8));
-    return __builtin_shuffle(first, second, TwoPixels{0, 1, 2, 3, 8, 9, 10, 11}) +
-           __builtin_shuffle(first, second, TwoPixels{4, 5, 6, 7, 12, 13, 14, 15});
+    return TwoPixels(TwoProducts(__builtin_shuffle(first, second, TwoPixels{0, 1, 2, 3, 8, 9, 10, 11})) +
+                     TwoProducts(__builtin_shuffle(first, second, TwoPixels{4, 5, 6, 7, 12, 13, 14, 15})));
 }
 
 /// Side by side.

@@ -12,7 +12,7 @@ void NativePictures::place(const AtlasPicture& picture, Entry& entry) {
     dropUnused();
     const std::size_t rowBytes = std::size_t(picture.cellWidth) * 4;
     const auto page = std::make_shared<Page>();
-    page->bytes.resize(rowBytes * std::size_t(picture.cellHeight));
+    page->bytes.resize(rowBytes * std::size_t(picture.cellHeight + 1) + 4);
     page->image = {page->bytes.data(), std::int64_t(rowBytes), picture.cellWidth, picture.cellHeight};
     for (std::size_t i = 0; i < picture.levels.size(); ++i) {
         const AtlasPicture::Level& level = picture.levels[i];

@@ -11,7 +11,8 @@ namespace qv {
 /// Those whose bitmaps are gone are forgotten when others come; all of them when they become too many.
 class NativePictures final : public PictureStore {
   public:
-    /// Premultiplied 8-bit RGBA; PictureStore::Entry::page points to it.
+    /// Premultiplied 8-bit RGBA, behind which a row and a pixel can be read; PictureStore::Entry::page points
+    /// to it.
     struct Page {
         std::vector<std::uint8_t> bytes;
         NativeImage image;

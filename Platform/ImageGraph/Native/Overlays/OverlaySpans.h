@@ -16,13 +16,13 @@ struct SpanValue {
 
 /// One sprite on one row.
 struct SpriteSpan {
-    const std::uint8_t* texels;  ///< first pixel of the page, 8-bit RGBA
-    std::int32_t rowBytes, pageWidth, pageHeight;
-    SpanValue across, down;  ///< from the sprite's middle, pixels along its sides
-    SpanValue u, v;          ///< on the page, pixels from the middle of its first one
-    float uLimits[2], vLimits[2];
-    float edge[2], limit[2];  ///< half a side and a half; most of a pixel that a side covers
-    float factor[4];          ///< of the premultiplied texel
+    const std::uint8_t* texels;  ///< first pixel of the page, 8-bit RGBA; a row and a pixel follow it
+    std::int32_t rowBytes;
+    SpanValue across, down;        ///< from the sprite's middle, pixels along its sides
+    SpanValue u, v;                ///< on the page, pixels from the middle of its first one
+    float uLimits[2], vLimits[2];  ///< on the page
+    float edge[2], limit[2];       ///< half a side and a half; most of a pixel that a side covers
+    float factor[4];               ///< of the premultiplied texel
 };
 
 /// A piece of a line, which is light that falls off from its middle.

@@ -163,15 +163,10 @@ QV_INLINE void drawSprite(const SpriteSpan& span, std::uint8_t* row, TextureForm
                              clamped(span.edge[1] - down, 0, span.limit[1]);
         const Floats u = clamped(valuesOf(span.u, places), span.uLimits[0], span.uLimits[1]);
         const Floats v = clamped(valuesOf(span.v, places), span.vLimits[0], span.vLimits[1]);
-        // Not below -1 here: cutting off behind 1 is rounding down.
-        const Ints left = intsOf(u + 1.0f) - 1, top = intsOf(v + 1.0f) - 1;
-        const Ints x0 = left < 0 ? 0 : left, y0 = top < 0 ? 0 : top;
-        const Ints x1 = left + 1 < span.pageWidth ? left + 1 : x0;
-        const Ints y1 = top + 1 < span.pageHeight ? top + 1 : y0;
-        const Ints upperRow = y0 * span.rowBytes, lowerRow = y1 * span.rowBytes;
-        const Colors texels[4]{texelsAt(span.texels, upperRow + 4 * x0), texelsAt(span.texels, upperRow + 4 * x1),
-                               texelsAt(span.texels, lowerRow + 4 * x0),
-                               texelsAt(span.texels, lowerRow + 4 * x1)};
+        const Ints left = intsOf(u), top = intsOf(v), offsets = top * span.rowBytes + 4 * left;
+        const std::uint8_t *upper = span.texels, *lower = span.texels + span.rowBytes;
+        const Colors texels[4]{texelsAt(upper, offsets), texelsAt(upper + 4, offsets), texelsAt(lower, offsets),
+                               texelsAt(lower + 4, offsets)};
         const Floats right = u - floatsOf(left), below = v - floatsOf(top);
         const Floats strength = cover * (1.0f / 255);
         const Floats alpha = blended(texels, 24, right, below, strength * span.factor[3]);

@@ -36,14 +36,6 @@ class Sprite {
         if (!(std::abs(area) > 1e-9)) return;
         const Linear across{by / area, -bx / area, (bx * cy - by * cx) / area};
         const Linear down{-ay / area, ax / area, (ay * cx - ax * cy) / area};
-        bounds_ = {across.plus(v.sides[0]),
-                   (across * -1).plus(v.sides[1]),
-                   down.plus(v.sides[2]),
-                   (down * -1).plus(v.sides[3]),
-                   (across + down).plus(v.corners[0]),
-                   (across * -1 + down).plus(v.corners[1]),
-                   (across + down * -1).plus(v.corners[2]),
-                   (across * -1 + down * -1).plus(v.corners[3])};
         // Rows that the corners of the box around the octagon reach.
         double low = cy, high = cy;
         for (int corner = 0; corner < 4; ++corner) {
@@ -55,10 +47,18 @@ class Sprite {
         firstRow_ = int(std::clamp(std::floor(low), 0.0, double(target.height)));
         endRow_ = int(std::clamp(std::ceil(high), 0.0, double(target.height)));
 
+        // The octagon: what is not negative inside.
+        addBound(across.plus(v.sides[0]));
+        addBound((across * -1).plus(v.sides[1]));
+        addBound(down.plus(v.sides[2]));
+        addBound((down * -1).plus(v.sides[3]));
+        addBound((across + down).plus(v.corners[0]));
+        addBound((across * -1 + down).plus(v.corners[1]));
+        addBound((across + down * -1).plus(v.corners[2]));
+        addBound((across * -1 + down * -1).plus(v.corners[3]));
+
         span_.texels = page.pixels;
         span_.rowBytes = std::int32_t(page.rowBytes);
-        span_.pageWidth = page.width;
-        span_.pageHeight = page.height;
         across_ = across * v.halfSides[0];
         down_ = down * v.halfSides[1];
         u_ = ((across * 0.5).plus(0.5) * v.place[2]).plus(v.place[0]) * page.width;
@@ -68,8 +68,8 @@ class Sprite {
             const float inset = std::min(v.halfTexel[i], 0.5f * v.place[2 + i]);
             const float side = float(i == 0 ? page.width : page.height);
             float* limits = i == 0 ? span_.uLimits : span_.vLimits;
-            limits[0] = (v.place[i] + inset) * side - 0.5f;
-            limits[1] = (v.place[i] + v.place[2 + i] - inset) * side - 0.5f;
+            limits[0] = std::clamp((v.place[i] + inset) * side - 0.5f, 0.0f, side - 1);
+            limits[1] = std::clamp((v.place[i] + v.place[2 + i] - inset) * side - 0.5f, 0.0f, side - 1);
             span_.edge[i] = v.halfSides[i] + 0.5f;
             span_.limit[i] = std::min(2 * v.halfSides[i], 1.0f);
         }
@@ -80,19 +80,13 @@ class Sprite {
     int endRow() const { return endRow_; }
 
     void draw(const NativeImage& target, int y, TextureFormat format, const OverlaySpans& spans) const {
-        double low = 0, high = target.width;  // of the pixels' middles, from half a pixel on
-        for (const Linear& bound : bounds_) {
-            const double atZero = bound.at(0.5, y + 0.5);
-            if (bound.x == 0) {
-                if (atZero < 0) return;
-            } else if (bound.x > 0) {
-                low = std::max(low, -atZero / bound.x);
-            } else {
-                high = std::min(high, -atZero / bound.x);
-            }
-        }
+        double low = 0, high = target.width;
+        for (int i = 0; i < lefts_; ++i) low = std::max(low, borders_[std::size_t(i)].at(y));
+        for (int i = 0; i < rights_; ++i)
+            high = std::min(high, borders_[borders_.size() - 1 - std::size_t(i)].at(y));
+        if (!(low < high)) return;
         const int begin = int(std::ceil(low)), end = int(std::ceil(high));
-        if (begin >= end) return;
+        if (begin == end) return;
         const auto valueOf = [&](const Linear& value) {
             return SpanValue{float(value.at(begin + 0.5, y + 0.5)), float(value.x)};
         };
@@ -105,7 +99,28 @@ class Sprite {
     }
 
   private:
-    std::array<Linear, 8> bounds_{};  ///< of the octagon: not negative inside
+    /// Where a side of the octagon crosses the rows' middles, by the row: the first pixel behind it.
+    struct Border {
+        double slope, constant;
+        double at(int y) const { return y * slope + constant; }
+    };
+
+    void addBound(const Linear& bound) {
+        if (bound.x != 0) {
+            const Border border{-bound.y / bound.x, -bound.at(0.5, 0.5) / bound.x};
+            borders_[bound.x > 0 ? std::size_t(lefts_++) : borders_.size() - 1 - std::size_t(rights_++)] =
+                border;
+            return;
+        }
+        const double row = std::clamp(-bound.at(0, 0.5) / bound.y, 0.0, double(endRow_));
+        if (bound.y > 0)
+            firstRow_ = std::max(firstRow_, int(std::ceil(row)));
+        else
+            endRow_ = std::min(endRow_, int(std::ceil(row)));
+    }
+
+    std::array<Border, 8> borders_{};  ///< those on the left from the front, on the right from the back
+    int lefts_ = 0, rights_ = 0;
     Linear across_{}, down_{}, u_{}, v_{};
     SpriteSpan span_{};
     int firstRow_ = 0, endRow_ = 0;
@@ -115,6 +130,7 @@ class SpriteLayer final : public OverlayLayer {
   public:
     SpriteLayer(const OverlayLayout& layout, const OverlayTarget& target, const OverlaySpans& spans)
         : format_(target.format), spans_(spans), bins_(target.height) {
+        sprites_.reserve(layout.instances.size() * sizeof(float) / sizeof(SpriteInstanceData));
         for (const OverlayLayout::Draw& draw : layout.draws) {
             pages_.push_back(draw.textures.front());
             const auto& page = *static_cast<const NativePictures::Page*>(pages_.back().get());
