@@ -47,19 +47,32 @@ KernelStore::Kernel KernelStore::find(const Recipe& recipe) {
 }
 
 KernelStore::Kernel KernelStore::make(const Recipe& recipe) {
+    ++made_;
+    const ShaderFunction& function = *recipe.function;
+    if (!function.source.empty()) {
+        const auto object =
+            precompiled_.find(kernelKey(function, recipe.formats.inputs, recipe.formats.output));
+        if (!object.empty()) {
+            if (Kernel linked = compiler_.link(object, nullptr)) return linked;
+        }
+    }
+    return compiled(recipe);
+}
+
+KernelStore::Kernel KernelStore::compiled(const Recipe& recipe) {
     std::string cause;
+    const auto refuse = [&] { return RenderError(recipe.function->name + ": " + cause); };
     const std::vector<std::uint32_t> code = spirv_.make(*recipe.function, &cause);
-    if (code.empty()) throw RenderError(recipe.function->name + ": " + cause);
+    if (code.empty()) throw refuse();
     const NativeKernelSource source{recipe.function->name, code, recipe.formats.inputs,
                                     recipe.formats.output};
     const std::string text = recipeText(source, target_), version = compiler_.version();
-    ++made_;
     if (const auto object = objects_.loadObject(text, version); !object.empty()) {
-        if (Kernel linked = compiler_.link(object, &cause)) return linked;
+        if (Kernel linked = compiler_.link(object, nullptr)) return linked;
     }
     const std::vector<std::byte> object = compiler_.compile(source, target_, &cause);
     Kernel linked = object.empty() ? nullptr : compiler_.link(object, &cause);
-    if (!linked) throw RenderError(recipe.function->name + ": " + cause);
+    if (!linked) throw refuse();
     ++compiled_;
     objects_.storeObject(text, version, object);
     return linked;

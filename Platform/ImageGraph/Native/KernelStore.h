@@ -7,19 +7,25 @@
 #include <string>
 
 #include "Platform/ImageGraph/Native/NativeCompiler.h"
+#include "Platform/ImageGraph/Native/PrecompiledKernels.h"
 #include "Platform/ImageGraph/Private/PassFuser.h"
 #include "Platform/ImageGraph/Private/SpirvStore.h"
 
 namespace qv {
 
-/// Kernels by function and formats, made on first use: from an object on disk, or compiled. Thread-safe.
+/// Kernels by function and formats, made on first use: from an object that the build or an earlier process has
+/// compiled, or now. Thread-safe.
 class KernelStore final : public PassPrograms {
   public:
     using Kernel = std::shared_ptr<const LinkedNativeKernel>;
 
     /// Keeps the objects that it makes in `cacheDirectory` too, unless that is empty.
     KernelStore(const NativeCompiler& compiler, NativeTarget target, const std::string& cacheDirectory)
-        : compiler_(compiler), target_(target), spirv_(cacheDirectory), objects_(cacheDirectory) {}
+        : compiler_(compiler),
+          target_(target),
+          precompiled_(target, compiler.version()),
+          spirv_(cacheDirectory),
+          objects_(cacheDirectory) {}
 
     /// Draws the passes of a function for as long as it is held. Throws RenderError.
     Kernel kernel(const std::shared_ptr<const ShaderFunction>& function, const PassFormats& formats);
@@ -48,9 +54,11 @@ class KernelStore final : public PassPrograms {
 
     Kernel find(const Recipe& recipe);
     Kernel make(const Recipe& recipe);
+    Kernel compiled(const Recipe& recipe);
 
     const NativeCompiler& compiler_;
     const NativeTarget target_;
+    PrecompiledKernels precompiled_;
     SpirvStore spirv_;
     ShaderCache objects_;
     std::atomic<int> made_{0}, compiled_{0};
