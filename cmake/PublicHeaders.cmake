@@ -9,7 +9,7 @@ foreach(folder IN LISTS folders)
     file(GLOB_RECURSE headers CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/${folder}/*.h)
     list(APPEND QV_PUBLIC_HEADERS ${headers})
 endforeach()
-list(FILTER QV_PUBLIC_HEADERS EXCLUDE REGEX "/(Private|Vulkan|ShaderCompiler|Resources)/")
+list(FILTER QV_PUBLIC_HEADERS EXCLUDE REGEX "/(Private|Vulkan|Native|ShaderCompiler|Resources)/")
 
 # Headers that the configuration writes, named like the others but below a folder of their own.
 set(QV_GENERATED_INCLUDES ${CMAKE_BINARY_DIR}/generated/include)

@@ -82,6 +82,7 @@ size_t qv_devices(char* json, size_t size, char* error, size_t error_size) {
         for (const qv::GraphicsDevice& device : devices) {
             array.push_back({{"index", device.index},
                              {"name", device.name},
+                             {"kind", device.kind == qv::MTIDeviceKind::native ? "native" : "vulkan"},
                              {"driver", device.driver},
                              {"apiVersion", device.apiVersion},
                              {"isProcessor", device.isProcessor},

@@ -45,7 +45,11 @@ MTIContextOptions contextOptions(const qv_context_options* given) {
     MTIContextOptions options;
     if (!given) return options;
     const qv_context_options known = c::known(given, "options");
-    options.deviceIndex = known.device;
+    if (known.device == QV_DEVICE_NATIVE)
+        options.deviceKind = MTIDeviceKind::native;
+    else
+        options.deviceIndex = known.device;
+    options.threads = known.threads;
     if (known.deep) options.workingPixelFormat = MTIPixelFormat::rgba16Float;
     if (known.fuse_at_once) options.fusion = MTIFusion::beforeFirstFrame;
     if (known.plain_passes) options.fusion = MTIFusion::off;

@@ -58,7 +58,7 @@ void qv_set_bundle(const char *folder);
  *  back into the library. NULL writes them to standard error, as at the start. Level 1. */
 void qv_set_log(void (*sink)(void *user, const char *line), void *user);
 /** The machine's devices as a JSON array of objects with index, name, driver, apiVersion, isProcessor, memoryBytes,
- *  unusable (a text, or null). Writes at most `size` bytes with the ending zero into `json`, and returns how many
+ *  unusable (a text, or null) and kind ("vulkan" or "native", the processor without Vulkan). Writes at most `size` bytes with the ending zero into `json`, and returns how many
  *  the whole takes; 0 with the cause when there is no driver. Level 1. */
 size_t qv_devices(char *json, size_t size, char *error, size_t error_size);
 
@@ -157,16 +157,19 @@ void qv_image_destroy(qv_image *image);
 /** How a context is made. Begin with QV_CONTEXT_OPTIONS. */
 typedef struct qv_context_options {
     size_t size;                /**< sizeof(qv_context_options) */
-    int32_t device;             /**< index of qv_devices; -1 takes the most capable */
+    int32_t device;             /**< index of qv_devices; -1 takes the most capable, QV_DEVICE_NATIVE the processor */
     int32_t deep;               /**< 1: 16-bit floats between passes, for sources of more than 8 bits */
     int32_t plain_passes;       /**< 1: every pass by itself, for comparing */
     int32_t fuse_at_once;       /**< 1: a graph's first frame waits for its joined programs, so that every run gives the
                                      same codes, for exports; 0: they are made beside the renders, for previews */
     uint64_t texture_budget;    /**< idle textures above these bytes are freed; 0 for the library's own limit */
     const char *shader_cache;   /**< folder for compiled programs; NULL for the library's own, "" for none */
+    int32_t threads;            /**< of the processor that renders natively, at most; 0 for all */
 } qv_context_options;
 /** What most hosts want. */
-#define QV_CONTEXT_OPTIONS {sizeof(qv_context_options), -1, 0, 0, 0, 0, NULL}
+#define QV_CONTEXT_OPTIONS {sizeof(qv_context_options), -1, 0, 0, 0, 0, NULL, 0}
+/** The processor, without Vulkan: fails where it, or the installation, lacks what that takes. */
+#define QV_DEVICE_NATIVE (-2)
 
 /** `options` may be NULL. Level 1. */
 qv_context *qv_context_create(const qv_context_options *options, char *error, size_t error_size);

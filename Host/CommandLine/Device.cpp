@@ -1,30 +1,48 @@
 #include "Host/CommandLine/Device.h"
 
+#include <charconv>
+
 #include "Host/CommandLine/CommandParser.h"
 #include "Host/CommandLine/Failure.h"
 #include "QVFilterCore/QVMTIFilter.h"
 
 namespace qv::host {
 
-std::vector<GraphicsDevice> vulkanDevices() {
+namespace {
+
+void choose(const std::string& device, MTIContextOptions& options) {
+    if (device.empty()) return;
+    if (device == "native" || device == "vulkan") {
+        options.deviceKind = device == "native" ? MTIDeviceKind::native : MTIDeviceKind::vulkan;
+        return;
+    }
+    const char* const end = device.data() + device.size();
+    const auto [stop, problem] = std::from_chars(device.data(), end, options.deviceIndex);
+    if (problem != std::errc() || stop != end || options.deviceIndex < 0) {
+        fail(ExitCode::usage,
+             "--device takes native, vulkan or a number that qvfilter devices lists, not '{}'", device);
+    }
+}
+
+}  // namespace
+
+std::vector<GraphicsDevice> graphicsDevices() {
     std::string cause;
     std::vector<GraphicsDevice> devices = MTIContext::devices(&cause);
-    if (devices.empty()) fail(ExitCode::device, "{}", cause.empty() ? "there is no Vulkan device" : cause);
+    if (devices.empty()) fail(ExitCode::device, "{}", cause.empty() ? "there is no device" : cause);
     return devices;
 }
 
 void DeviceOptions::add(const Command& command) {
     command.option("--device", device,
-                   "Index of the Vulkan device (qvfilter devices); the most capable without");
+                   "native, vulkan, or the index of a device (qvfilter devices); the most capable without");
     command.flag("--no-fusion", noFusion, "Draw every pass by itself");
     command.flag("--validate", validate, "Check every Vulkan call with the validation layer");
 }
 
 std::shared_ptr<MTIContext> DeviceOptions::makeContext(MTIPixelFormat workingFormat) const {
     MTIContextOptions options;
-    if (device && *device < 0)
-        fail(ExitCode::usage, "--device takes a number that qvfilter devices lists, not '{}'", *device);
-    options.deviceIndex = device.value_or(-1);
+    choose(device, options);
     options.workingPixelFormat = workingFormat;
     options.validation = validate;
     options.fusion = noFusion ? MTIFusion::off : MTIFusion::beforeFirstFrame;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <memory>
-#include <optional>
+#include <string>
 #include <vector>
 
 #include "Platform/ImageGraph/MTIContext.h"
@@ -10,12 +10,12 @@ namespace qv::host {
 
 class Command;
 
-/// The machine's Vulkan devices. Fails as device when there is no driver.
-std::vector<GraphicsDevice> vulkanDevices();
+/// What the machine can render with. Fails as device when there is nothing.
+std::vector<GraphicsDevice> graphicsDevices();
 
 /// Which device renders, and how.
 struct DeviceOptions {
-    std::optional<int> device;  ///< the most capable without
+    std::string device;  ///< "native", "vulkan" or a device's index; the most capable without
     bool validate = false, noFusion = false;
     void add(const Command& command);
 

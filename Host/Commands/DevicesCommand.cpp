@@ -14,6 +14,7 @@ namespace {
 Json deviceToJSON(const GraphicsDevice& device) {
     return {{"index", device.index},
             {"name", device.name},
+            {"kind", device.kind == MTIDeviceKind::native ? "native" : "vulkan"},
             {"driver", device.driver},
             {"apiVersion", device.apiVersion},
             {"isProcessor", device.isProcessor},
@@ -22,21 +23,23 @@ Json deviceToJSON(const GraphicsDevice& device) {
 }
 
 std::string deviceToText(const GraphicsDevice& device) {
-    return fmt::format("{}  {}  ({}, Vulkan {}, {} MiB{}){}\n", device.index, device.name, device.driver,
-                       device.apiVersion, device.memoryBytes >> 20, device.isProcessor ? ", software" : "",
+    const bool isVulkan = device.kind == MTIDeviceKind::vulkan;
+    return fmt::format("{}  {}  ({}{}, {} MiB{}){}\n", device.index, device.name, device.driver,
+                       isVulkan ? ", Vulkan " + device.apiVersion : "", device.memoryBytes >> 20,
+                       isVulkan && device.isProcessor ? ", software" : "",
                        device.unusable.empty() ? "" : "  unusable: " + device.unusable);
 }
 
 }  // namespace
 
 void addDevicesCommand(CommandParser& tool) {
-    const Command command = tool.addCommand("devices", "Lists the Vulkan devices");
+    const Command command = tool.addCommand("devices", "Lists what can render: Vulkan devices and the processor");
     auto json = std::make_shared<bool>(false);
     addJSONFlag(command, *json);
     command.setAction([json] {
         Json array = Json::array();
         std::string text;
-        for (const GraphicsDevice& device : vulkanDevices()) {
+        for (const GraphicsDevice& device : graphicsDevices()) {
             array.push_back(deviceToJSON(device));
             text += deviceToText(device);
         }

@@ -9,19 +9,15 @@
 #include <span>
 #include <utility>
 
+#include "Platform/ImageGraph/Private/OverlayInstances.h"
+
 namespace qv {
 
 namespace {
 
 constexpr double kPi = std::numbers::pi;
 
-/// What the vertex stage reads of one curve; see bezier_vertex.vert.
-struct Instance {
-    float start[2], end[2];
-    float control[2], radius, ribs;
-    float angle, turn, pixelsPerPoint, strength;
-    float pointSize[2], frameSize[2];
-};
+using Instance = CurveInstanceData;
 
 CGPoint operator+(CGPoint a, CGPoint b) {
     return {a.x + b.x, a.y + b.y};
@@ -225,7 +221,7 @@ bool LinePass::isVisible(int, int) const {
            pointSize.height > 0;
 }
 
-OverlayLayout LinePass::layOut(int width, int height, PictureAtlas&) const {
+OverlayLayout LinePass::layOut(int width, int height, PictureStore&) const {
     return Layout(*this, width, height, kind_.vertices / 2 - 1).make();
 }
 

@@ -37,7 +37,7 @@ struct LinePass final : PassOverlay {
 
     const OverlayKind& kind() const override { return kind_; }
     bool isVisible(int width, int height) const override;
-    OverlayLayout layOut(int width, int height, PictureAtlas& atlas) const override;
+    OverlayLayout layOut(int width, int height, PictureStore& pictures) const override;
 
     std::vector<LineSegment> segments;  ///< the curves, in order
     float thickness = 0;                ///< of the line

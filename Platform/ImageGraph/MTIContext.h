@@ -14,14 +14,22 @@
 
 namespace qv {
 
-/// A Vulkan device as a host chooses one.
+/// What renders.
+enum class MTIDeviceKind {
+    any,     ///< a GPU where there is one, else the processor natively, else a software Vulkan device
+    vulkan,  ///< a Vulkan device
+    native   ///< the processor, with instructions compiled for it, without Vulkan
+};
+
+/// A device as a host chooses one.
 struct GraphicsDevice {
     int index;                  ///< of `MTIContextOptions::deviceIndex`
-    std::string name, driver;   ///< as Vulkan names them
-    std::string apiVersion;     ///< "1.3.230"
-    bool isProcessor;           ///< a software device
+    std::string name, driver;   ///< as Vulkan names them; of the processor its instructions and the compiler
+    std::string apiVersion;     ///< Vulkan's, "1.3.230"; empty of the processor
+    bool isProcessor;           ///< the processor, or a software device
     std::uint64_t memoryBytes;  ///< of the device's own memory
     std::string unusable;       ///< why a context cannot be made on it, or empty
+    MTIDeviceKind kind = MTIDeviceKind::vulkan;  ///< vulkan or native
 };
 
 /// A folder of the library's in $XDG_CACHE_HOME, or in ~/.cache; empty when neither is known.
@@ -40,13 +48,17 @@ enum class MTIFusion {
 /// How a context is made. What stands here is what most hosts want.
 struct MTIContextOptions {
     int deviceIndex = -1;  ///< of `MTIContext::devices`; −1 takes the most capable
+    /// Which devices come into question where none is chosen by its index. `any` leaves it to the environment
+    /// variable QVFILTER_DEVICE ("vulkan" or "native"), where that is set.
+    MTIDeviceKind deviceKind = MTIDeviceKind::any;
     /// Of the passes in between: rgba16Float for sources of more than 8 bits.
     MTIPixelFormat workingPixelFormat = MTIPixelFormat::rgba8Unorm;
-    /// Take the ways that are fast on a GPU on a software device too: planes converted in shaders, copies
-    /// through staging memory, paired taps. For testing them.
+    /// Take the ways that are fast on a GPU on a software Vulkan device too: planes converted in shaders,
+    /// copies through staging memory, paired taps. For testing them.
     bool gpuPaths = false;
-    bool validation = false;                        ///< load the Khronos validation layer, if it is installed
+    bool validation = false;  ///< load the Khronos validation layer; `any` device is then one of Vulkan's
     std::uint64_t textureBudgetBytes = 512u << 20;  ///< idle textures above this are freed
+    int threads = 0;  ///< of the processor that renders natively, at most; 0: as many as it has
     MTIFusion fusion = MTIFusion::inBackground;     ///< when several passes are drawn as one
     /// Where programs that are joined and compiled at run time are kept, for the next process too; any number
     /// of contexts and processes may share it. Empty: nowhere.
@@ -60,7 +72,7 @@ struct RenderStatistics {
     std::uint64_t peakTextureBytes = 0;  ///< of sources, results and what lies between, most at any time
     /// Made while it was recorded; 0 once a graph of this shape and size has been seen.
     int madeTextures = 0, madePipelines = 0;
-    double gpuMilliseconds = 0;  ///< 0 where the device has no time stamps
+    double gpuMilliseconds = 0;  ///< from the first pass to the last; 0 where the device has no time stamps
 };
 
 /// A render under way. Destroying it does not cancel it.
@@ -72,10 +84,11 @@ class RenderTask {
     virtual const RenderStatistics& statistics() const = 0;  ///< valid after `wait`
 };
 
-/// Renders images on one Vulkan device. Thread-safe: calls from several threads are taken one after another.
+/// Renders images on one device. Thread-safe: calls from several threads are taken one after another.
 class MTIContext {
   public:
-    /// Every Vulkan device of the machine; empty with the cause in `error` when there is no driver.
+    /// Every Vulkan device of the machine and, last, the processor where it can render natively; empty with
+    /// the cause in `error` when there is none.
     static std::vector<GraphicsDevice> devices(std::string* error = nullptr);
 
     /// Nil with one line naming the cause when no usable device is found or it cannot be set up.

@@ -113,7 +113,7 @@ class Fuser {
         }
         root_[std::size_t(p)] = p;
         groups_[std::size_t(p)] = {p};
-        takesValues_[std::size_t(p)] = !limitOf(assemble({p}));
+        takesValues_[std::size_t(p)] = !pass(p).standsAlone && !limitOf(assemble({p}));
     }
 
     /// A pass of one colour is no texture to readers that have room for its value.
@@ -145,6 +145,7 @@ class Fuser {
             readers, [&](const Reader& reader) { return root_[std::size_t(reader.pass)] == root; });
         if (!together) return FusionRefusal::severalReaders;
         if (!pass(p).overlays.empty()) return FusionRefusal::overlays;
+        if (pass(p).standsAlone) return FusionRefusal::ownCode;
 
         std::vector<int>& group = groups_[std::size_t(root)];
         group.insert(group.begin(), p);
@@ -235,6 +236,8 @@ std::string_view fusionRefusalText(FusionRefusal refusal) {
             return "several passes read it";
         case FusionRefusal::overlays:
             return "something is drawn on top of it";
+        case FusionRefusal::ownCode:
+            return "it is drawn by code of the context's own";
         case FusionRefusal::uniforms:
             return "the uniforms would be too many";
         case FusionRefusal::textures:

@@ -23,6 +23,7 @@ enum class FusionRefusal {
     otherSize,       ///< the reader has another size
     severalReaders,  ///< other passes read it too
     overlays,        ///< something is drawn on top of it
+    ownCode,         ///< the context draws it by code of its own
     uniforms,        ///< more words than can be pushed
     textures,        ///< more textures than can be bound
     length           ///< more text than is worth compiling as one

@@ -9,8 +9,7 @@
 
 namespace qv {
 
-class PictureAtlas;
-class Texture;
+class PictureStore;
 
 /// How the vertices of a draw become triangles.
 enum class DrawTopology { triangles, triangleStrip };
@@ -44,8 +43,8 @@ struct OverlayKind {
 struct OverlayLayout {
     /// Instances that follow each other and read the same textures.
     struct Draw {
-        std::vector<std::shared_ptr<Texture>> textures;  ///< as many as the kind says
-        std::uint32_t first = 0, count = 0;              ///< instances
+        std::vector<std::shared_ptr<void>> textures;  ///< the context's, as many as the kind says
+        std::uint32_t first = 0, count = 0;           ///< instances
     };
     std::vector<float> instances;  ///< the vectors of each in turn
     std::vector<Draw> draws;       ///< in the order in which they are drawn
@@ -60,9 +59,9 @@ class PassOverlay {
     virtual const OverlayKind& kind() const = 0;
     /// Whether any pixel of a frame of this size may change.
     virtual bool isVisible(int width, int height) const = 0;
-    /// What is drawn on a frame of this size; the pictures that it shows are put on `atlas`. Called on the
-    /// thread that records the frame. Throws VulkanError.
-    virtual OverlayLayout layOut(int width, int height, PictureAtlas& atlas) const = 0;
+    /// What is drawn on a frame of this size; the pictures that it shows are put into `pictures`. Called on
+    /// the thread that records the frame. Throws what `pictures` does.
+    virtual OverlayLayout layOut(int width, int height, PictureStore& pictures) const = 0;
 };
 
 }  // namespace qv

@@ -11,24 +11,6 @@
 
 namespace qv {
 
-int texelBytes(TextureFormat format) {
-    switch (format) {
-        case TextureFormat::r8:
-            return 1;
-        case TextureFormat::rg8:
-        case TextureFormat::r16:
-            return 2;
-        case TextureFormat::rgba8:
-        case TextureFormat::bgra8:
-            return 4;
-        case TextureFormat::rgba16Float:
-            return 8;
-        case TextureFormat::rgba32Float:
-            return 16;
-    }
-    return 0;
-}
-
 std::optional<TextureFormat> textureFormatOfVulkan(std::int32_t format) {
     switch (format) {
         case 37:
@@ -151,6 +133,13 @@ class PlanBuilder {
 
     int lowerNode(const ImageNode& node, const GaussianBlurPass& blur) {
         int texture = inputsOf(node).front();
+        if (isBlurredAtOnce(texture)) {
+            if (!blursVisibly(blur.radius)) return texture;
+            const int blurred = addPass(stock("MTIGaussianBlur"), {texture}, node.width, node.height, format_,
+                                        {{"deviation", blur.radius}});
+            if (!failed_) plan_.passes.back().standsAlone = true;
+            return blurred;
+        }
         for (const BlurPass& pass :
              planGaussianBlur(blur.radius, node.width, node.height, target_.processor)) {
             texture =
@@ -171,6 +160,12 @@ class PlanBuilder {
             plan_.passes.back().samples = overlay.kind().style.samples;
         }
         return texture;
+    }
+
+    /// Whether the context blurs the texture in one pass.
+    bool isBlurredAtOnce(int texture) const {
+        return target_.native && format_ == TextureFormat::rgba8 &&
+               plan_.textures[std::size_t(texture)].format == TextureFormat::rgba8;
     }
 
     /// Y'CbCr in planes to premultiplied RGB in one pass.

@@ -20,11 +20,28 @@ std::optional<TextureFormat> textureFormatOfVulkan(std::int32_t format);
 inline constexpr std::int32_t kVulkanLayoutGeneral = 1, kVulkanLayoutShaderReadOnly = 5;
 
 /// Bytes of one texel.
-int texelBytes(TextureFormat format);
+inline int texelBytes(TextureFormat format) {
+    switch (format) {
+        case TextureFormat::r8:
+            return 1;
+        case TextureFormat::rg8:
+        case TextureFormat::r16:
+            return 2;
+        case TextureFormat::rgba8:
+        case TextureFormat::bgra8:
+            return 4;
+        case TextureFormat::rgba16Float:
+            return 8;
+        case TextureFormat::rgba32Float:
+            return 16;
+    }
+    return 0;
+}
 
 /// What a context renders for and on.
 struct PlanTarget {
     bool processor = false;  ///< the device is a processor: planes are converted beside it
+    bool native = false;     ///< the context draws blurs of 8-bit textures by code of its own
     TextureFormat working = TextureFormat::rgba8;  ///< stands for an unspecified format
     TextureFormat output = TextureFormat::rgba8;   ///< of the image itself
     const PixelBuffer* planes = nullptr;  ///< convert the image to this buffer's Y'CbCr planes in passes
@@ -52,6 +69,8 @@ struct PlanPass {
     int output = 0;               ///< index of the texture that it writes
     std::vector<const PassOverlay*> overlays;  ///< what to draw on top, in order
     int samples = 1;                           ///< of a pixel; as many as each overlay wants
+    /// Drawn by code of the context's own in the function's place: other passes cannot take it in.
+    bool standsAlone = false;
     /// What the function gives for every pixel, where that is known, premultiplied, as stored: the target is
     /// cleared to it, and nothing drawn but the overlays.
     std::optional<std::array<float, 4>> clearColor;

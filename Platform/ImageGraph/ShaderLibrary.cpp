@@ -216,11 +216,32 @@ std::shared_ptr<const ShaderLibrary> ShaderLibrary::parse(std::span<const std::b
     return nullptr;
 }
 
+namespace {
+
+struct OpenedLibraries {
+    std::mutex mutex;
+    std::map<std::string, std::shared_ptr<const ShaderLibrary>> byPath;
+};
+
+OpenedLibraries& openedLibraries() {
+    static OpenedLibraries opened;
+    return opened;
+}
+
+}  // namespace
+
+std::vector<std::string> ShaderLibrary::openedPaths() {
+    OpenedLibraries& opened = openedLibraries();
+    std::scoped_lock lock(opened.mutex);
+    std::vector<std::string> paths;
+    for (const auto& [path, library] : opened.byPath) paths.push_back(path);
+    return paths;
+}
+
 std::shared_ptr<const ShaderLibrary> ShaderLibrary::open(const std::string& path, std::string* error) {
-    static std::mutex mutex;
-    static std::map<std::string, std::shared_ptr<const ShaderLibrary>> opened;
-    std::scoped_lock lock(mutex);
-    if (const auto found = opened.find(path); found != opened.end()) return found->second;
+    OpenedLibraries& opened = openedLibraries();
+    std::scoped_lock lock(opened.mutex);
+    if (const auto found = opened.byPath.find(path); found != opened.byPath.end()) return found->second;
 
     std::ifstream file(path, std::ios::binary);
     const std::string content((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
@@ -234,7 +255,7 @@ std::shared_ptr<const ShaderLibrary> ShaderLibrary::open(const std::string& path
         setError(error, path + ": " + cause);
         return nullptr;
     }
-    opened.emplace(path, library);
+    opened.byPath.emplace(path, library);
     return library;
 }
 

@@ -65,6 +65,8 @@ class ShaderLibrary {
     /// Opened libraries are kept for the process. Nil with the cause in `error` when the file is missing or
     /// damaged.
     static std::shared_ptr<const ShaderLibrary> open(const std::string& path, std::string* error = nullptr);
+    /// Paths of those that are opened, sorted.
+    static std::vector<std::string> openedPaths();
     /// Nil when the bytes are not a library of this version.
     static std::shared_ptr<const ShaderLibrary> parse(std::span<const std::byte> bytes,
                                                       std::string* error = nullptr);

@@ -4,9 +4,9 @@
 #include <cstring>
 #include <vector>
 
+#include "Platform/Foundation/WorkerPool.h"
 #include "Platform/Media/Bitmap.h"
 #include "Platform/Media/Private/PixelRows.h"
-#include "Platform/Media/Private/RowBands.h"
 
 namespace qv {
 namespace {
@@ -166,59 +166,72 @@ void encodeBand(const std::uint8_t* rgba, std::size_t rowBytes, const PixelBuffe
 
 }  // namespace
 
+bool convertRowsToRGBA8(const PixelBuffer& source, std::uint8_t* rgba, std::size_t rowBytes, int firstRow,
+                        int endRow) {
+    if (!source || !rgba || rowBytes < std::size_t(source.width()) * 4) return false;
+    if (PixelBuffer::isYUV(source.format())) {
+        if (PixelBuffer::bitDepth(source.format()) == 8) {
+            decodeBand<std::uint8_t>(source, rgba, rowBytes, firstRow, endRow);
+        } else {
+            decodeBand<std::uint16_t>(source, rgba, rowBytes, firstRow, endRow);
+        }
+        return true;
+    }
+    const int width = source.width();
+    for (int y = firstRow; y < endRow; ++y) {
+        std::uint8_t* out = rgba + std::size_t(y) * rowBytes;
+        const auto* in = rowOf<std::uint8_t>(source, 0, y);
+        if (source.format() == PixelFormat::gray8) {
+            rows::grayToRGBA(in, out, width);
+        } else {
+            std::memcpy(out, in, std::size_t(width) * 4);
+            if (!rows::isOpaque(out, width)) premultiply(out, std::size_t(width));
+        }
+    }
+    return true;
+}
+
+bool convertRowsFromRGBA8(const std::uint8_t* rgba, std::size_t rowBytes, const PixelBuffer& destination,
+                          int firstRow, int endRow) {
+    if (!destination || !rgba || rowBytes < std::size_t(destination.width()) * 4) return false;
+    if (PixelBuffer::isYUV(destination.format())) {
+        if (PixelBuffer::bitDepth(destination.format()) == 8) {
+            encodeBand<std::uint8_t>(rgba, rowBytes, destination, firstRow, endRow);
+        } else {
+            encodeBand<std::uint16_t>(rgba, rowBytes, destination, firstRow, endRow);
+        }
+        return true;
+    }
+    const int width = destination.width();
+    const bool gray = destination.format() == PixelFormat::gray8;
+    const rows::EncodeFactors factors = rows::encodeFactors({destination.color().matrix, true}, 8);
+    Channels channels(gray ? width : 0);
+    for (int y = firstRow; y < endRow; ++y) {
+        const std::uint8_t* in = rgba + std::size_t(y) * rowBytes;
+        auto* out = rowOf<std::uint8_t>(destination, 0, y);
+        if (gray) {
+            channels.split(in);
+            rows::toLuma(channels.red.data(), channels.green.data(), channels.blue.data(), factors, out, width);
+        } else {
+            std::memcpy(out, in, std::size_t(width) * 4);
+            if (!rows::isOpaque(out, width)) unpremultiply(out, std::size_t(width));
+        }
+    }
+    return true;
+}
+
 bool convertToRGBA8(const PixelBuffer& source, std::uint8_t* rgba, std::size_t rowBytes) {
     if (!source || !rgba || rowBytes < std::size_t(source.width()) * 4) return false;
-    const int width = source.width();
-    forEachRowBand(source.height(), rowBytes, [&](int begin, int end) {
-        if (PixelBuffer::isYUV(source.format())) {
-            if (PixelBuffer::bitDepth(source.format()) == 8) {
-                decodeBand<std::uint8_t>(source, rgba, rowBytes, begin, end);
-            } else {
-                decodeBand<std::uint16_t>(source, rgba, rowBytes, begin, end);
-            }
-            return;
-        }
-        for (int y = begin; y < end; ++y) {
-            std::uint8_t* out = rgba + std::size_t(y) * rowBytes;
-            const auto* in = rowOf<std::uint8_t>(source, 0, y);
-            if (source.format() == PixelFormat::gray8) {
-                rows::grayToRGBA(in, out, width);
-            } else {
-                std::memcpy(out, in, std::size_t(width) * 4);
-                if (!rows::isOpaque(out, width)) premultiply(out, std::size_t(width));
-            }
-        }
+    runOverRows(source.height(), rowBytes, [&](int begin, int end) {
+        convertRowsToRGBA8(source, rgba, rowBytes, begin, end);
     });
     return true;
 }
 
 bool convertFromRGBA8(const std::uint8_t* rgba, std::size_t rowBytes, const PixelBuffer& destination) {
     if (!destination || !rgba || rowBytes < std::size_t(destination.width()) * 4) return false;
-    const int width = destination.width();
-    forEachRowBand(destination.height(), rowBytes, [&](int begin, int end) {
-        if (PixelBuffer::isYUV(destination.format())) {
-            if (PixelBuffer::bitDepth(destination.format()) == 8) {
-                encodeBand<std::uint8_t>(rgba, rowBytes, destination, begin, end);
-            } else {
-                encodeBand<std::uint16_t>(rgba, rowBytes, destination, begin, end);
-            }
-            return;
-        }
-        const bool gray = destination.format() == PixelFormat::gray8;
-        const rows::EncodeFactors factors = rows::encodeFactors({destination.color().matrix, true}, 8);
-        Channels channels(gray ? width : 0);
-        for (int y = begin; y < end; ++y) {
-            const std::uint8_t* in = rgba + std::size_t(y) * rowBytes;
-            auto* out = rowOf<std::uint8_t>(destination, 0, y);
-            if (gray) {
-                channels.split(in);
-                rows::toLuma(channels.red.data(), channels.green.data(), channels.blue.data(), factors, out,
-                             width);
-            } else {
-                std::memcpy(out, in, std::size_t(width) * 4);
-                if (!rows::isOpaque(out, width)) unpremultiply(out, std::size_t(width));
-            }
-        }
+    runOverRows(destination.height(), rowBytes, [&](int begin, int end) {
+        convertRowsFromRGBA8(rgba, rowBytes, destination, begin, end);
     });
     return true;
 }

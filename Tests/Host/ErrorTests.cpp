@@ -118,7 +118,7 @@ TEST_F(Errors, NoDeviceOrNoWholeBundle) {
                                   ? "there is 1, number 0"
                                   : fmt::format("there are {}, numbers 0 to {}", devices, devices - 1);
     expectFailure({"still", "-i", path("picture.png"), "--device", "99", "-o", "OUT/x.png"}, 4,
-                  "there is no Vulkan device 99; " + there);
+                  "there is no device 99; " + there);
     expectFailure({"still", "-i", path("picture.png"), "--device", "-1", "-o", "OUT/x.png"}, 2, "'-1'");
 }
 

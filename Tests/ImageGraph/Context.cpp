@@ -206,7 +206,7 @@ TEST(Context, WhatCannotBeRenderedIsALineNotACrash) {
     MTIContextOptions options;
     options.deviceIndex = 99;
     EXPECT_EQ(MTIContext::create(options, &error), nullptr);
-    EXPECT_THAT(error, HasSubstr("no Vulkan device 99; there "));
+    EXPECT_THAT(error, HasSubstr("no device 99; there "));
 }
 
 }  // namespace

@@ -32,7 +32,7 @@ struct Strips final : PassOverlay {
     }
     const OverlayKind& kind() const override { return made; }
     bool isVisible(int, int) const override { return true; }
-    OverlayLayout layOut(int width, int, PictureAtlas&) const override {
+    OverlayLayout layOut(int width, int, PictureStore&) const override {
         OverlayLayout result;
         for (const auto& [left, right, c] : strips) {
             const float center = (left + right) / float(width) - 1, half = (right - left) / float(width);

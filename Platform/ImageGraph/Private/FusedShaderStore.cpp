@@ -6,7 +6,6 @@
 #include <list>
 
 #include "Platform/Foundation/Log.h"
-#include "Platform/ImageGraph/ShaderCompiler/GlslCompiler.h"
 #include "Platform/ImageGraph/ShaderCompiler/ShaderTranslator.h"
 
 namespace qv {
@@ -47,15 +46,8 @@ std::shared_ptr<const ShaderFunction> FusedShaderStore::compose(const FusedShape
         std::string error = std::move(shader.error);
         if (error.empty()) {
             auto program = std::make_shared<ShaderFunction>(std::move(shader.declaration));
-            const std::string compiler = glslCompilerVersion();
-            program->code = cache_.load(shader.glsl, compiler);
+            program->code = spirv_.make(shader.glsl, &error);
             if (!program->code.empty()) return program;
-            program->code = compileFragmentGlsl(shader.glsl, &error);
-            if (!program->code.empty()) {
-                ++compiled_;
-                cache_.store(shader.glsl, compiler, program->code);
-                return program;
-            }
         }
         errors.push_back(std::move(error));
     }

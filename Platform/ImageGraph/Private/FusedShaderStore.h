@@ -1,6 +1,5 @@
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <mutex>
@@ -8,7 +7,7 @@
 #include <unordered_map>
 
 #include "Platform/ImageGraph/PassFusion.h"
-#include "Platform/ImageGraph/ShaderCompiler/ShaderCache.h"
+#include "Platform/ImageGraph/Private/SpirvStore.h"
 
 namespace qv {
 
@@ -17,7 +16,7 @@ namespace qv {
 class FusedShaderStore {
   public:
     /// Keeps what it compiles in `cacheDirectory` too, unless that is empty.
-    explicit FusedShaderStore(std::string cacheDirectory) : cache_(std::move(cacheDirectory)) {}
+    explicit FusedShaderStore(std::string cacheDirectory) : spirv_(std::move(cacheDirectory)) {}
 
     struct Result {
         bool isKnown = false;                           ///< false: `make` has not seen the shape
@@ -29,7 +28,7 @@ class FusedShaderStore {
     std::shared_ptr<const ShaderFunction> make(const FusedShape& shape);
 
     /// Programs compiled so far: not those found in memory or on disk.
-    int compiledCount() const { return compiled_; }
+    int compiledCount() const { return spirv_.compiledCount(); }
 
   private:
     static constexpr std::size_t kMostPrograms = 256;
@@ -43,8 +42,7 @@ class FusedShaderStore {
     };
     std::shared_ptr<const ShaderFunction> compose(const FusedShape& shape);
 
-    ShaderCache cache_;
-    std::atomic<int> compiled_{0};
+    SpirvStore spirv_;
     std::mutex mutex_;
     std::unordered_map<FusedShape, Entry, Hash> entries_;
     std::uint64_t uses_ = 0;

@@ -110,24 +110,44 @@ MTIParameters sampledTaps(const std::vector<float>& weights) {
 
 }  // namespace
 
-std::vector<BlurPass> planGaussianBlur(float radius, int width, int height, bool processor) {
-    if (!std::isfinite(radius) || radius < kNarrowest) return {};
+bool blursVisibly(float radius) {
+    return std::isfinite(radius) && radius >= kNarrowest;
+}
+
+ReducedGaussian reducedGaussian(float radius) {
     const double deviation = std::min(double(radius), kWidest);
     const int halvings = halvingsFor(deviation);
+    ReducedGaussian reduced{{}, reducedDeviation(deviation, halvings)};
+    forEachReduction(halvings, [&](int factor) { reduced.factors.push_back(factor); });
+    return reduced;
+}
+
+int reducedSide(int side, int factor) {
+    // What reaches beyond the borders takes twice the factor, less a pixel.
+    return (side + 3 * factor - 3) / factor + 1;
+}
+
+double reducedBorder(double border, int factor) {
+    return (border - 1) / factor + 1.5;
+}
+
+std::vector<BlurPass> planGaussianBlur(float radius, int width, int height, bool processor) {
+    if (!blursVisibly(radius)) return {};
+    const ReducedGaussian reduced = reducedGaussian(radius);
 
     std::vector<BlurPass> passes;
     int smallWidth = width, smallHeight = height;
-    double border = 0;  // pixels of the small image to the left of the picture
-    forEachReduction(halvings, [&](int factor) {
-        // What reaches beyond the borders takes twice the factor, less a pixel.
-        smallWidth = (smallWidth + 3 * factor - 3) / factor + 1;
-        smallHeight = (smallHeight + 3 * factor - 3) / factor + 1;
-        border = (border - 1) / factor + 1.5;
+    double border = 0, scale = 1;  // pixels of the small image to the left of the picture, and a pixel
+    for (int factor : reduced.factors) {
+        smallWidth = reducedSide(smallWidth, factor);
+        smallHeight = reducedSide(smallHeight, factor);
+        border = reducedBorder(border, factor);
+        scale /= factor;
         passes.push_back(
             {processor ? "MTIReduce" : "MTIReduceSampled", smallWidth, smallHeight, {{"factor", factor}}});
-    });
+    }
 
-    const std::vector<float> weights = tapWeights(reducedDeviation(deviation, halvings));
+    const std::vector<float> weights = tapWeights(reduced.deviation);
     MTIParameters parameters = processor ? fetchedTaps(weights) : sampledTaps(weights);
     for (int vertical : {0, 1}) {
         parameters.set("vertical", vertical);
@@ -135,8 +155,7 @@ std::vector<BlurPass> planGaussianBlur(float radius, int width, int height, bool
             {processor ? "MTIGaussianFetched" : "MTIGaussianSampled", smallWidth, smallHeight, parameters});
     }
 
-    if (halvings > 0) {
-        const double scale = std::exp2(-halvings);
+    if (!reduced.factors.empty()) {
         passes.push_back(
             {"MTIEnlarge",
              width,

@@ -8,7 +8,6 @@ namespace qv {
 namespace {
 
 constexpr int kPageSide = 2048;
-constexpr int kGap = 1;  // transparent pixels between the pictures
 constexpr std::size_t kMaximumPages = 8;
 
 void barrier(VkCommandBuffer commands, VkImage image, VkImageLayout from, VkImageLayout to,
@@ -52,7 +51,7 @@ void endWriting(Texture& page, VkCommandBuffer commands, Frame& frame) {
 
 }  // namespace
 
-PictureAtlas::Place PictureAtlas::reserve(int width, int height) {
+AtlasPicture::Place PictureAtlas::reserve(int width, int height) {
     if (!pages_.empty()) {
         Page& page = pages_.back();
         const TextureKey& size = page.texture->key();
@@ -61,7 +60,7 @@ PictureAtlas::Place PictureAtlas::reserve(int width, int height) {
             page.shelfX = page.shelfHeight = 0;
         }
         if (page.shelfX + width <= size.width && page.shelfY + height <= size.height) {
-            const Place place{page.shelfX, page.shelfY};
+            const AtlasPicture::Place place{page.shelfX, page.shelfY};
             page.shelfX += width;
             page.shelfHeight = std::max(page.shelfHeight, height);
             return place;
@@ -70,7 +69,7 @@ PictureAtlas::Place PictureAtlas::reserve(int width, int height) {
     if (pages_.size() == kMaximumPages) {
         // Start over; what this frame and those in flight still show keeps its page alive.
         pages_.clear();
-        entries_.clear();
+        clear();
     }
     const TextureKey key{std::max(kPageSide, width), std::max(kPageSide, height), TextureFormat::rgba8,
                          false};
@@ -87,44 +86,26 @@ void PictureAtlas::begin(VkCommandBuffer commands, Frame& frame) noexcept {
 void PictureAtlas::abandon() noexcept {
     if (!std::exchange(hasUploads_, false)) return;
     pages_.clear();
-    entries_.clear();
+    clear();
 }
 
-const PictureAtlas::Entry& PictureAtlas::entry(const Bitmap& bitmap) {
-    const void* key = bitmap.pixels.get();
-    if (const auto found = entries_.find(key); found != entries_.end()) {
-        // The address of freed pixels may come back as another picture's.
-        if (found->second.pixels.lock() == bitmap.pixels) return found->second;
-        entries_.erase(found);
-    }
-
-    const AtlasPicture picture(bitmap);
-    Entry entry{bitmap.pixels, nullptr, picture.width, picture.height, {}, picture.outline};
-    // The smaller sizes stand in a column beside the picture, or in a row below it when it is wide.
-    const bool isWide = picture.width > picture.height;
-    int cellWidth = 0, cellHeight = 0;
+void PictureAtlas::place(const AtlasPicture& picture, Entry& entry) {
     std::size_t bytes = 0;
-    Place next{0, 0};
-    for (std::size_t i = 0; i < picture.levels.size(); ++i) {
-        const AtlasPicture::Level& level = picture.levels[i];
-        entry.levels[i] = next;
-        cellWidth = std::max(cellWidth, next.x + level.width + kGap);
-        cellHeight = std::max(cellHeight, next.y + level.height + kGap);
-        bytes += level.bytes.size();
-        const bool goDown = isWide == (i == 0);
-        (goDown ? next.y : next.x) += (goDown ? level.height : level.width) + kGap;
-    }
+    for (const AtlasPicture::Level& level : picture.levels) bytes += level.bytes.size();
     hasUploads_ = true;
-    const Place place = reserve(cellWidth, cellHeight);
-    entry.page = pages_.back().texture;
+    const AtlasPicture::Place cell = reserve(picture.cellWidth, picture.cellHeight);
+    const std::shared_ptr<Texture>& page = pages_.back().texture;
+    entry.page = page;
+    entry.pageWidth = page->key().width;
+    entry.pageHeight = page->key().height;
 
     const auto staging = std::make_shared<HostBuffer>(resources_, bytes, VK_BUFFER_USAGE_TRANSFER_SRC_BIT);
     std::vector<VkBufferImageCopy> copies;
     VkDeviceSize offset = 0;
     for (std::size_t i = 0; i < picture.levels.size(); ++i) {
         const AtlasPicture::Level& level = picture.levels[i];
-        entry.levels[i].x += place.x;
-        entry.levels[i].y += place.y;
+        entry.levels[i].x += cell.x;
+        entry.levels[i].y += cell.y;
         std::memcpy(staging->data() + offset, level.bytes.data(), level.bytes.size());
         VkBufferImageCopy copy{};
         copy.bufferOffset = offset;
@@ -135,11 +116,10 @@ const PictureAtlas::Entry& PictureAtlas::entry(const Bitmap& bitmap) {
         offset += level.bytes.size();
     }
     frame_->keepAlive.push_back(staging);
-    beginWriting(*entry.page, commands_, *frame_);
-    vkCmdCopyBufferToImage(commands_, staging->handle(), entry.page->image(), entry.page->layout,
+    beginWriting(*page, commands_, *frame_);
+    vkCmdCopyBufferToImage(commands_, staging->handle(), page->image(), page->layout,
                            std::uint32_t(copies.size()), copies.data());
-    endWriting(*entry.page, commands_, *frame_);
-    return entries_.emplace(key, std::move(entry)).first->second;
+    endWriting(*page, commands_, *frame_);
 }
 
 }  // namespace qv

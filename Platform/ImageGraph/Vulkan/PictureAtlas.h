@@ -1,12 +1,10 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <memory>
-#include <unordered_map>
 #include <vector>
 
-#include "Platform/ImageGraph/Vulkan/AtlasPicture.h"
+#include "Platform/ImageGraph/Private/PictureStore.h"
 #include "Platform/ImageGraph/Vulkan/Frame.h"
 #include "Platform/ImageGraph/Vulkan/Texture.h"
 
@@ -16,32 +14,22 @@ namespace qv {
 /// pictures are one draw. Each lies there in several sizes side by side, of which an instance shows the
 /// nearest: a page with mip levels would take three times as long to read on a processor. A picture is put on
 /// a page once and stays. Used by one thread at a time.
-class PictureAtlas {
+class PictureAtlas final : public PictureStore {
   public:
     PictureAtlas(DeviceResources& resources, std::shared_ptr<TexturePool> pool)
         : resources_(resources), pool_(std::move(pool)) {}
 
-    struct Place {
-        int x, y;  ///< of the first pixel on the page
-    };
-    /// A picture on the atlas.
-    struct Entry {
-        std::weak_ptr<const std::vector<std::uint8_t>> pixels;
-        std::shared_ptr<Texture> page;
-        int width, height;  ///< of the picture
-        std::array<Place, AtlasPicture::kLevels> levels;
-        PictureOutline outline;
-    };
-
     /// From now on uploads are recorded into `commands` of `frame`, which keeps their staging memory alive;
     /// `keep` or `abandon` follows.
     void begin(VkCommandBuffer commands, Frame& frame) noexcept;
-    /// Where the picture lies, uploaded when it is new; valid until the next call. Throws VulkanError.
-    const Entry& entry(const Bitmap& bitmap);
     /// The frame was submitted: what it uploaded is there for the next ones.
     void keep() noexcept { hasUploads_ = false; }
     /// The frame was given up; if it uploaded anything, the atlas begins anew.
     void abandon() noexcept;
+
+  protected:
+    /// Throws VulkanError.
+    void place(const AtlasPicture& picture, Entry& entry) override;
 
   private:
     struct Page {
@@ -50,14 +38,13 @@ class PictureAtlas {
     };
 
     /// Reserves a rectangle of pixels on the last page, or on a new one.
-    Place reserve(int width, int height);
+    AtlasPicture::Place reserve(int width, int height);
 
     DeviceResources& resources_;
     std::shared_ptr<TexturePool> pool_;
     VkCommandBuffer commands_ = VK_NULL_HANDLE;
     Frame* frame_ = nullptr;
     std::vector<Page> pages_;
-    std::unordered_map<const void*, Entry> entries_;
     bool hasUploads_ = false;  ///< recorded, but not known to be submitted
 };
 

@@ -101,8 +101,8 @@ PipelineStore::Recipe PipelineStore::fullScreenRecipe(const PlanPass& pass, Text
         .resampled = pass.resampled};
 }
 
-bool PipelineStore::hasFullScreen(const PlanPass& pass, TextureFormat format) {
-    const Recipe recipe = fullScreenRecipe(pass, format);
+bool PipelineStore::canDraw(const PlanPass& pass, const PassFormats& formats) {
+    const Recipe recipe = fullScreenRecipe(pass, formats.output);
     std::scoped_lock lock(mutex_);
     return pipelines_.contains(recipe);
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Platform/ImageGraph/Planner.h"
+#include "Platform/ImageGraph/Private/PassFuser.h"
 #include "Platform/ImageGraph/Vulkan/Texture.h"
 #include "Platform/ImageGraph/Vulkan/VulkanFunctions.h"
 
@@ -23,17 +24,19 @@ struct Pipeline {
 
 /// Pipelines by stages, variant, style and target format, made on first use. Thread-safe; what it hands out
 /// stays until `trim`.
-class PipelineStore {
+class PipelineStore final : public PassPrograms {
   public:
     explicit PipelineStore(DeviceResources& resources) : resources_(resources) {}
-    ~PipelineStore() { clear(); }
+    ~PipelineStore() override { clear(); }
     /// Destroys every pipeline; none may be in use.
     void clear();
 
     /// The pipeline of a full-screen pass, which is made when there is none. Throws VulkanError.
     Pipeline& fullScreen(const PlanPass& pass, TextureFormat format);
-    /// Whether `fullScreen` has nothing to make.
-    bool hasFullScreen(const PlanPass& pass, TextureFormat format);
+    bool canDraw(const PlanPass& pass, const PassFormats& formats) override;
+    void makeFor(const PlanPass& pass, const PassFormats& formats) override {
+        fullScreen(pass, formats.output);
+    }
     /// The pipeline that draws overlays of a kind over a target. Throws VulkanError.
     Pipeline& overlay(const OverlayKind& kind, TextureFormat format);
 

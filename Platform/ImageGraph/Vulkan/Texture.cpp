@@ -281,53 +281,12 @@ void Texture::destroy() {
 }
 
 std::shared_ptr<Texture> TexturePool::acquire(const TextureKey& key) {
-    List one;
-    {
-        std::scoped_lock lock(mutex_);
-        const std::uint64_t completed = resources_->completedSerial;
-        const auto found = std::find_if(idle_.begin(), idle_.end(), [&](const auto& idle) {
-            return idle->key() == key && (!key.hostVisible || idle->lastUse <= completed);
-        });
-        if (found != idle_.end()) {
-            one.splice(one.end(), idle_, found);
-            idleBytes_ -= one.front()->bytes();
-        }
-    }
-    if (one.empty()) {
-        one.push_back(std::make_unique<Texture>(*resources_, key));
-        ++made_;
-    }
-    Texture* const texture = one.front().get();
-    return {texture,
-            [pool = shared_from_this(), one = std::move(one)](Texture*) mutable { pool->giveBack(one); }};
-}
-
-void TexturePool::giveBack(List& one) noexcept {
-    std::scoped_lock lock(mutex_);
-    idleBytes_ += one.front()->bytes();
-    idle_.splice(idle_.begin(), one);
-}
-
-void TexturePool::trim(std::uint64_t currentSerial) {
-    // Frames. Textures of a new kind come with another size or graph: then the old ones are not kept for
-    // long.
-    constexpr std::uint64_t kPatience = 120, kPatienceAfterChange = 8;
-    std::scoped_lock lock(mutex_);
-    if (const int made = made_; made != madeAtTrim_) {
-        madeAtTrim_ = made;
-        changed_ = currentSerial;
-    }
-    const bool isChanging = changed_ && currentSerial <= changed_ + 2 * kPatienceAfterChange;
-    const std::uint64_t patience = isChanging ? kPatienceAfterChange : kPatience;
     const std::uint64_t completed = resources_->completedSerial;
-    for (auto it = idle_.end(); it != idle_.begin();) {
-        --it;
-        const bool over = idleBytes_ > budgetBytes_;
-        const bool stale = (*it)->lastUse + patience < currentSerial;
-        if ((*it)->lastUse > completed || !(over || stale)) continue;
-        idleBytes_ -= (*it)->bytes();
-        it = idle_.erase(it);
-    }
+    return ReusePool::acquire(
+        [&](const Texture& idle) {
+            return idle.key() == key && (!key.hostVisible || idle.lastUse <= completed);
+        },
+        [&] { return std::make_unique<Texture>(*resources_, key); });
 }
 
 HostBuffer::HostBuffer(DeviceResources& resources, VkDeviceSize size, VkBufferUsageFlags usage, bool readBack)

@@ -2,7 +2,6 @@
 
 #include <atomic>
 #include <cstdint>
-#include <list>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -10,6 +9,7 @@
 #include <unordered_set>
 
 #include "Platform/ImageGraph/Planner.h"
+#include "Platform/ImageGraph/Private/ReusePool.h"
 #include "Platform/ImageGraph/Vulkan/DeviceMemory.h"
 #include "Platform/ImageGraph/Vulkan/VulkanDevice.h"
 #include "Platform/ImageGraph/Vulkan/VulkanFunctions.h"
@@ -126,35 +126,20 @@ class ResolvingFramebuffer {
     VkFramebuffer handle_;
 };
 
-/// Textures for reuse, by size and format. A texture handed out comes back by itself when its last holder
-/// lets go; holders may do so on any thread, also after the context is gone.
-class TexturePool : public std::enable_shared_from_this<TexturePool> {
+/// Textures for reuse, by size and format.
+class TexturePool : public ReusePool<Texture> {
   public:
     TexturePool(std::shared_ptr<DeviceResources> resources, std::uint64_t budgetBytes)
-        : resources_(std::move(resources)), budgetBytes_(budgetBytes) {}
+        : ReusePool(budgetBytes), resources_(std::move(resources)) {}
+    ~TexturePool() { clear(); }
 
     /// A texture whose old content is of no interest. One that the host will write is handed out only when
     /// the device is done with it.
     std::shared_ptr<Texture> acquire(const TextureKey& key);
-    /// Frees idle textures above the budget, the longest unused first, and those that no frame has wanted for
-    /// a while; sooner when frames have begun to want others, as after a change of size.
-    void trim(std::uint64_t currentSerial);
-    /// Textures made so far.
-    int madeCount() const { return made_; }
+    void trim(std::uint64_t currentSerial) { ReusePool::trim(currentSerial, resources_->completedSerial); }
 
   private:
-    /// A texture keeps its place in a list while it is out, so that coming back takes no memory.
-    using List = std::list<std::unique_ptr<Texture>>;
-    void giveBack(List& one) noexcept;
-
     std::shared_ptr<DeviceResources> resources_;
-    std::uint64_t budgetBytes_;
-    std::atomic<int> made_{0};
-    std::mutex mutex_;
-    List idle_;  ///< most recently returned first
-    std::uint64_t idleBytes_ = 0;
-    int madeAtTrim_ = 0;         ///< textures made before the last `trim`
-    std::uint64_t changed_ = 0;  ///< serial at which `trim` last found new ones
 };
 
 /// A host-visible buffer for staging, read-back and instance data.

@@ -3,16 +3,11 @@
 #include <algorithm>
 #include <cstring>
 
-#include "Platform/ImageGraph/Vulkan/SourcePixels.h"
+#include "Platform/ImageGraph/Private/SourcePixels.h"
 
 namespace qv {
 
 namespace {
-
-std::uint64_t nextContextNumber() {
-    static std::atomic<std::uint64_t> last{0};
-    return ++last;
-}
 
 void imageBarrier(VkCommandBuffer commands, Frame& frame, Texture& texture, VkImageLayout layout,
                   VkPipelineStageFlags before, VkAccessFlags written, VkPipelineStageFlags after,
@@ -71,7 +66,6 @@ VulkanContext::VulkanContext(std::shared_ptr<DeviceResources> resources, const M
       pipelines_(*resources_),
       fuser_(std::make_unique<PassFuser>(pipelines_, options.shaderCacheDirectory)),
       atlas_(*resources_, textures_),
-      number_(nextContextNumber()),
       processor_(resources_->device.info().isProcessor && !options.gpuPaths) {
     for (auto& frame : frames_) frame = std::make_unique<Frame>(*resources_);
     blank_ = MTIImage::imageWithBitmap({1, 1, std::make_shared<const std::vector<std::uint8_t>>(4, 0)});
@@ -80,24 +74,15 @@ VulkanContext::VulkanContext(std::shared_ptr<DeviceResources> resources, const M
 VulkanContext::~VulkanContext() {
     fuser_.reset();                             // waits for what is being compiled
     for (auto& frame : frames_) frame.reset();  // waits for what is running
-    for (const auto& resident : residents_) {
-        if (const auto node = resident.lock()) node->residence.remove(number_);
-    }
+    residents_.clear();
     buffers_.reset();
     pipelines_.clear();
     resources_->close();
 }
 
 RenderPlan VulkanContext::planned(const MTIImage& image, PlanTarget target, PassFuser::Missing missing) {
-    if (!image) throw VulkanError("the image is nil");
     target.processor = processor_;
-    target.working = options_.workingPixelFormat == MTIPixelFormat::rgba16Float ? TextureFormat::rgba16Float
-                                                                                : TextureFormat::rgba8;
-    RenderPlan plan = planRender(image, target);
-    if (plan.passes.empty()) throw VulkanError("a stock shader is missing");
-    if (options_.fusion == MTIFusion::off) return plan;
-    if (options_.fusion == MTIFusion::beforeFirstFrame) missing = PassFuser::Missing::madeNow;
-    return fuser_->fuse(std::move(plan), missing);
+    return planFused(image, target, options_, *fuser_, missing);
 }
 
 VulkanContext::Submission VulkanContext::submit(RenderPlan plan, Delivery delivery,
@@ -158,7 +143,7 @@ std::shared_ptr<Texture> VulkanContext::hostTexture(const PlanTexture& wanted, c
 }
 
 std::shared_ptr<Texture> VulkanContext::residentTexture(Recording& recording, const PlanTexture& wanted) {
-    auto texture = std::static_pointer_cast<Texture>(wanted.source->residence.find(number_, wanted.plane));
+    auto texture = std::static_pointer_cast<Texture>(residents_.find(*wanted.source, wanted.plane));
     if (!texture) {
         if (const auto* host = std::get_if<VulkanImageSource>(&wanted.source->operation)) {
             texture = hostTexture(wanted, host->image);
@@ -176,19 +161,8 @@ std::shared_ptr<Texture> VulkanContext::residentTexture(Recording& recording, co
 }
 
 void VulkanContext::keepResident(const Recording& recording) noexcept {
-    try {
-        for (const Recording::Filled& filled : recording.filled) {
-            // The node first: a texture that the context does not know of would stay when the context goes.
-            if (residents_.size() >= residentsToSweepAt_) {
-                std::erase_if(residents_, [](const auto& resident) { return resident.expired(); });
-                residentsToSweepAt_ = std::max<std::size_t>(64, 2 * residents_.size());
-            }
-            residents_.push_back(filled.node->weak_from_this());
-            filled.node->residence.add(number_, filled.plane, filled.texture);
-        }
-    } catch (const std::bad_alloc&) {
-        // What could not be noted is filled again when it is wanted next.
-    }
+    for (const Recording::Filled& filled : recording.filled)
+        residents_.add(*filled.node, filled.plane, filled.texture);
 }
 
 void VulkanContext::fill(Recording& recording, Texture& texture, const PlanTexture& wanted) {
@@ -313,11 +287,13 @@ void VulkanContext::drawOverlay(Recording& recording, const OverlayKind& kind, c
     const VkDeviceSize offset = 0;
     vkCmdBindVertexBuffers(commands, 0, 1, &buffer, &offset);
     for (const OverlayLayout::Draw& draw : layout.draws) {
-        for (const auto& texture : draw.textures) {
+        std::vector<std::shared_ptr<Texture>> textures;
+        for (const auto& handle : draw.textures) {
+            const auto& texture = textures.emplace_back(std::static_pointer_cast<Texture>(handle));
             texture->lastUse = recording.serial;
             recording.frame.keepAlive.push_back(texture);
         }
-        bind(recording, pipeline, draw.textures);
+        bind(recording, pipeline, textures);
         vkCmdDraw(commands, std::uint32_t(kind.vertices), draw.count, 0, draw.first);
     }
 }

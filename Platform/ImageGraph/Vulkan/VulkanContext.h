@@ -8,9 +8,10 @@
 
 #include "Platform/ImageGraph/MTIContext.h"
 #include "Platform/ImageGraph/Planner.h"
+#include "Platform/ImageGraph/Private/PassFuser.h"
+#include "Platform/ImageGraph/Private/ResidentTextures.h"
 #include "Platform/ImageGraph/Vulkan/Frame.h"
 #include "Platform/ImageGraph/Vulkan/HostBufferPool.h"
-#include "Platform/ImageGraph/Vulkan/PassFuser.h"
 #include "Platform/ImageGraph/Vulkan/PictureAtlas.h"
 #include "Platform/ImageGraph/Vulkan/PipelineStore.h"
 #include "Platform/ImageGraph/Vulkan/Texture.h"
@@ -68,13 +69,10 @@ class VulkanContext final : public MTIContext, public std::enable_shared_from_th
                       const MTIVulkanSync& sync = {});
 
   private:
-    /// What a render into the destination is planned for. Throws VulkanError when the image does not fit it.
-    PlanTarget targetFor(const MTIImage& image, const PixelBuffer& destination) const;
-    PlanTarget targetFor(const MTIImage& image, const MTIVulkanImage& destination) const;
-    /// Makes what the plan needs and draws it once. Throws VulkanError.
+    /// Makes what the plan needs and draws it once. Throws RenderError.
     void warmUp(const MTIImage& image, const PlanTarget& target, Delivery delivery);
 
-    /// The passes of the image, fused as far as the options and what is compiled allow. Throws VulkanError.
+    /// As `planFused` for this context.
     RenderPlan planned(const MTIImage& image, PlanTarget target,
                        PassFuser::Missing missing = PassFuser::Missing::madeInBackground);
 
@@ -109,15 +107,11 @@ class VulkanContext final : public MTIContext, public std::enable_shared_from_th
     std::unique_ptr<PassFuser> fuser_;
     PictureAtlas atlas_;
     std::array<std::unique_ptr<Frame>, kFramesInFlight> frames_;
-    MTIImage blank_;              ///< stands for a nil input
-    const std::uint64_t number_;  ///< unlike its address, never another context's
-    const bool processor_;        ///< take the ways that are fast on a processor
+    MTIImage blank_;  ///< stands for a nil input
+    const bool processor_;  ///< take the ways that are fast on a processor
     std::mutex mutex_;
     std::uint64_t serial_ = 0;
-    /// The nodes that hold a texture of this context, and others that have gone since there were half as
-    /// many.
-    std::vector<std::weak_ptr<const ImageNode>> residents_;
-    std::size_t residentsToSweepAt_ = 64;
+    ResidentTextures residents_;
 };
 
 }  // namespace qv

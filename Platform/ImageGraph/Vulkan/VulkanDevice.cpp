@@ -268,12 +268,7 @@ void VulkanDevice::createInstance(bool validation) {
 void VulkanDevice::createDevice(int index) {
     const std::vector<VkPhysicalDevice> devices = physicalDevices(instance_);
     if (devices.empty()) throw VulkanError("no Vulkan device was found");
-    if (index >= int(devices.size())) {
-        throw VulkanError(fmt::format("there is no Vulkan device {}; {}", index,
-                                      devices.size() == 1 ? "there is 1, number 0"
-                                                          : fmt::format("there are {}, numbers 0 to {}",
-                                                                        devices.size(), devices.size() - 1)));
-    }
+    if (index >= int(devices.size())) throw VulkanError(fmt::format("there is no Vulkan device {}", index));
     if (index < 0) {
         int best = -1;
         for (std::size_t i = 0; i < devices.size(); ++i) {

@@ -2,18 +2,18 @@
 
 #include <memory>
 #include <mutex>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "Platform/ImageGraph/MTIContext.h"
+#include "Platform/ImageGraph/Private/RenderRequest.h"
 #include "Platform/ImageGraph/Vulkan/VulkanFunctions.h"
 
 namespace qv {
 
-/// A failed Vulkan call; caught where the platform's interface begins.
-struct VulkanError : std::runtime_error {
-    using std::runtime_error::runtime_error;
+/// A failed Vulkan call.
+struct VulkanError : RenderError {
+    using RenderError::RenderError;
 };
 
 /// The field's word for a result code.

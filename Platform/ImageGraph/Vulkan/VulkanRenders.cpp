@@ -1,7 +1,6 @@
 // The ways to ask a context for a render, and what becomes of its pixels.
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 
 #include "Platform/ImageGraph/Vulkan/VulkanContext.h"
@@ -11,37 +10,21 @@ namespace qv {
 
 namespace {
 
-/// The cause as one line, in words of the field.
-void setError(std::string* error, const std::exception& failure) noexcept {
-    if (!error) return;
-    const bool noMemory = dynamic_cast<const std::bad_alloc*>(&failure) != nullptr;
-    try {
-        *error = noMemory ? "out of memory" : failure.what();
-    } catch (const std::bad_alloc&) {
-        *error = "out of memory";  // short enough to need none
-    }
-}
-
 void copyRows(const VulkanContext::HostPixels& from, std::uint8_t* to, std::size_t toRowBytes) {
     const TextureKey& key = from.texture->key();
-    const std::size_t bytes = std::size_t(key.width) * std::size_t(texelBytes(key.format));
-    for (int y = 0; y < key.height; ++y) {
-        std::memcpy(to + std::size_t(y) * toRowBytes, from.data() + std::size_t(y) * from.rowBytes(), bytes);
-    }
+    qv::copyRows(from.data(), from.rowBytes(), to, toRowBytes,
+                 std::size_t(key.width) * std::size_t(texelBytes(key.format)), key.height);
 }
 
-void checkSize(const MTIImage& image, int width, int height) {
-    if (int(image.size().width) != width || int(image.size().height) != height)
-        throw VulkanError("the destination's size is not the image's");
-}
-
-/// For what fails again in the render that follows, which tells.
-template <typename Work>
-void quietly(Work&& work) {
-    try {
-        work();
-    } catch (const std::exception&) {
-    }
+PlanTarget targetFor(const MTIImage& image, const MTIVulkanImage& destination) {
+    if (!image) throw VulkanError("the image is nil");
+    if (!destination.image) throw VulkanError("there is no destination");
+    const auto format = textureFormatOfVulkan(destination.format);
+    if (!format) throw VulkanError("the destination has a format that cannot be rendered into");
+    checkSize(image, destination.width, destination.height);
+    PlanTarget target;
+    target.output = *format;
+    return target;
 }
 
 class VulkanTask final : public RenderTask {
@@ -90,70 +73,11 @@ class VulkanTask final : public RenderTask {
 
 }  // namespace
 
-std::vector<GraphicsDevice> MTIContext::devices(std::string* error) {
-    try {
-        return VulkanDevice::enumerate();
-    } catch (const std::exception& failure) {
-        setError(error, failure);
-        return {};
-    }
-}
-
-std::string defaultShaderCacheDirectory() {
-    const auto variable = [](const char* name) {
-        const char* value = std::getenv(name);
-        return std::string(value ? value : "");
-    };
-    std::string base = variable("XDG_CACHE_HOME");
-    if (base.empty() && !variable("HOME").empty()) base = variable("HOME") + "/.cache";
-    return base.empty() ? base : base + "/QVFilterExtension/shaders";
-}
-
-std::shared_ptr<MTIContext> MTIContext::create(const MTIContextOptions& options, std::string* error) {
-    try {
-        return std::make_shared<VulkanContext>(std::make_shared<DeviceResources>(options), options);
-    } catch (const std::exception& failure) {
-        setError(error, failure);
-        return nullptr;
-    }
-}
-
-std::shared_ptr<MTIContext> MTIContext::create(const MTIVulkanDevice& device,
-                                               const MTIContextOptions& options, std::string* error) {
-    try {
-        return std::make_shared<VulkanContext>(std::make_shared<DeviceResources>(device, options), options);
-    } catch (const std::exception& failure) {
-        setError(error, failure);
-        return nullptr;
-    }
-}
-
-PlanTarget VulkanContext::targetFor(const MTIImage& image, const PixelBuffer& destination) const {
-    if (!image) throw VulkanError("the image is nil");
-    if (!destination) throw VulkanError("there is no destination");
-    checkSize(image, destination.width(), destination.height());
-    PlanTarget target;
-    const bool deep = PixelBuffer::bitDepth(destination.format()) > 8;
-    if (deep || (!processor_ && PixelBuffer::isYUV(destination.format()))) target.planes = &destination;
-    return target;
-}
-
-PlanTarget VulkanContext::targetFor(const MTIImage& image, const MTIVulkanImage& destination) const {
-    if (!image) throw VulkanError("the image is nil");
-    if (!destination.image) throw VulkanError("there is no destination");
-    const auto format = textureFormatOfVulkan(destination.format);
-    if (!format) throw VulkanError("the destination has a format that cannot be rendered into");
-    checkSize(image, destination.width, destination.height);
-    PlanTarget target;
-    target.output = *format;
-    return target;
-}
-
 std::unique_ptr<RenderTask> VulkanContext::startRender(const MTIImage& image, const PixelBuffer& destination,
                                                        std::string* error) {
     try {
         auto task = std::make_unique<VulkanTask>(shared_from_this(), destination);
-        task->submission() = submit(planned(image, targetFor(image, destination)), Delivery::hostMemory);
+        task->submission() = submit(planned(image, targetFor(image, destination, processor_)), Delivery::hostMemory);
         return task;
     } catch (const std::exception& failure) {
         setError(error, failure);
@@ -228,7 +152,7 @@ void VulkanContext::warmUp(const MTIImage& image, const PlanTarget& target, Deli
 }
 
 void VulkanContext::prepare(const MTIImage& image, const PixelBuffer& destination) {
-    quietly([&] { warmUp(image, targetFor(image, destination), Delivery::hostMemory); });
+    quietly([&] { warmUp(image, targetFor(image, destination, processor_), Delivery::hostMemory); });
 }
 
 void VulkanContext::prepare(const MTIImage& image, const MTIVulkanImage& destination) {

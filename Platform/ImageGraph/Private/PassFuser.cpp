@@ -1,12 +1,23 @@
-#include "Platform/ImageGraph/Vulkan/PassFuser.h"
+#include "Platform/ImageGraph/Private/PassFuser.h"
 
 #include "Platform/Foundation/Log.h"
 
 namespace qv {
 
+PassFormats formatsOf(const RenderPlan& plan, const PlanPass& pass) {
+    PassFormats formats;
+    for (int input : pass.inputs) {
+        formats.inputs.push_back(input < 0 ? TextureFormat::rgba8
+                                           : plan.textures[std::size_t(input)].format);
+    }
+    formats.output = plan.textures[std::size_t(pass.output)].format;
+    return formats;
+}
+
 std::size_t PassFuser::Request::hash() const {
-    std::size_t hash = shape.hash() ^ std::size_t(pass.samples) ^ std::size_t(format) << 8 ^
+    std::size_t hash = shape.hash() ^ std::size_t(pass.samples) ^ std::size_t(formats.output) << 8 ^
                        std::size_t(pass.resampled) << 16;
+    for (TextureFormat input : formats.inputs) hash = (hash ^ std::size_t(input)) * 0x9E3779B97F4A7C15;
     for (std::int32_t selector : pass.selectors) hash = (hash ^ std::size_t(selector)) * 0x9E3779B97F4A7C15;
     return hash;
 }
@@ -30,14 +41,14 @@ std::optional<PlanPass> PassFuser::passFor(const RenderPlan& plan, const FusedPa
     if (isKnown && !program) return {};
     const bool hasProgram = program != nullptr;
     PlanPass pass = passOf(plan, fused, std::move(program));
-    const TextureFormat format = plan.textures[std::size_t(pass.output)].format;
-    if (hasProgram && pipelines_.hasFullScreen(pass, format)) return pass;
+    PassFormats formats = formatsOf(plan, pass);
+    if (hasProgram && drawn_.canDraw(pass, formats)) return pass;
     if (missing == Missing::madeNow) {
-        pipelines_.fullScreen(pass, format);
+        drawn_.makeFor(pass, formats);
         return pass;
     }
     pass.overlays.clear();  // the graph's own
-    ask({fused.shape, std::move(pass), format});
+    ask({fused.shape, std::move(pass), std::move(formats)});
     return {};
 }
 
@@ -69,7 +80,7 @@ void PassFuser::make(const Request& request) noexcept {
     try {
         PlanPass pass = request.pass;
         pass.function = programs_.make(request.shape);
-        if (pass.function) pipelines_.fullScreen(pass, request.format);
+        if (pass.function) drawn_.makeFor(pass, request.formats);
         forget(request.hash());
     } catch (const std::exception& failure) {
         // The plain passes go on drawing, and it is not tried again.

@@ -1,4 +1,4 @@
-#include "Platform/ImageGraph/Vulkan/AtlasPicture.h"
+#include "Platform/ImageGraph/Private/AtlasPicture.h"
 
 #include <algorithm>
 #include <cstring>
@@ -8,6 +8,8 @@ namespace qv {
 namespace {
 
 using Level = AtlasPicture::Level;
+
+constexpr int kGap = 1;  // transparent pixels between the levels
 
 std::size_t offsetOf(const Level& level, int x, int y) {
     return (std::size_t(y) * std::size_t(level.width) + std::size_t(x)) * 4;
@@ -84,6 +86,17 @@ AtlasPicture::AtlasPicture(const Bitmap& bitmap) {
     constexpr int kCoarsest = 1 << (kLevels - 1);
     levels[0] = extended(picture, roundedUp(width, kCoarsest), roundedUp(height, kCoarsest));
     for (std::size_t i = 1; i < levels.size(); ++i) levels[i] = halved(levels[i - 1]);
+
+    // The smaller sizes stand in a column beside the picture, or in a row below it when it is wide.
+    const bool isWide = width > height;
+    Place next{0, 0};
+    for (std::size_t i = 0; i < levels.size(); ++i) {
+        places[i] = next;
+        cellWidth = std::max(cellWidth, next.x + levels[i].width + kGap);
+        cellHeight = std::max(cellHeight, next.y + levels[i].height + kGap);
+        const bool goDown = isWide == (i == 0);
+        (goDown ? next.y : next.x) += (goDown ? levels[i].height : levels[i].width) + kGap;
+    }
 }
 
 }  // namespace qv

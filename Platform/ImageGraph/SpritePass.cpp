@@ -5,22 +5,14 @@
 #include <bit>
 #include <cmath>
 
-#include "Platform/ImageGraph/Vulkan/PictureAtlas.h"
+#include "Platform/ImageGraph/Private/OverlayInstances.h"
+#include "Platform/ImageGraph/Private/PictureStore.h"
 
 namespace qv {
 
 namespace {
 
-/// What the vertex stage reads of one sprite; see sprite.vert.
-struct Instance {
-    float center[2], axisX[2];
-    float axisY[2], halfSides[2];
-    float place[4];
-    float factor[4];
-    float sides[4];
-    float corners[4];
-    float halfTexel[2], unused[2];
-};
+using Instance = SpriteInstanceData;
 
 /// Whether a sprite may colour a pixel of a frame `frameAspect` times as high as wide.
 bool isVisible(const SpriteInstance& sprite, double frameAspect) {
@@ -69,14 +61,14 @@ bool SpritePass::isVisible(int width, int height) const {
     return std::ranges::any_of(sprites, [&](const auto& sprite) { return qv::isVisible(sprite, aspect); });
 }
 
-OverlayLayout SpritePass::layOut(int width, int height, PictureAtlas& atlas) const {
+OverlayLayout SpritePass::layOut(int width, int height, PictureStore& pictures) const {
     OverlayLayout result;
     std::uint32_t count = 0;
     const double ratio = double(width) / double(height);
     for (const SpriteInstance& sprite : sprites) {
         if (!qv::isVisible(sprite, 1 / ratio)) continue;
         const CGAffineTransform& t = sprite.transform;
-        const PictureAtlas::Entry& source = atlas.entry(sprite.texture->bitmap);
+        const PictureStore::Entry& source = pictures.entry(sprite.texture->bitmap);
         if (source.outline.isEmpty()) continue;
 
         const double aspect = double(source.height) / double(source.width);
@@ -97,16 +89,15 @@ OverlayLayout SpritePass::layOut(int width, int height, PictureAtlas& atlas) con
         const double shrink = std::min(source.width / (2 * halfX), source.height / (2 * halfY));
         const double level =
             std::clamp(std::round(std::log2(std::max(shrink, 1.0))), 0.0, AtlasPicture::kLevels - 1.0);
-        const PictureAtlas::Place& place = source.levels[std::size_t(level)];
+        const AtlasPicture::Place& place = source.levels[std::size_t(level)];
         const double levelWidth = source.width / std::exp2(level);
         const double levelHeight = source.height / std::exp2(level);
-        const TextureKey& page = source.page->key();
-        v.place[0] = float(place.x) / float(page.width);
-        v.place[1] = float(place.y) / float(page.height);
-        v.place[2] = float(levelWidth / page.width);
-        v.place[3] = float(levelHeight / page.height);
-        v.halfTexel[0] = 0.5f / float(page.width);
-        v.halfTexel[1] = 0.5f / float(page.height);
+        v.place[0] = float(place.x) / float(source.pageWidth);
+        v.place[1] = float(place.y) / float(source.pageHeight);
+        v.place[2] = float(levelWidth / source.pageWidth);
+        v.place[3] = float(levelHeight / source.pageHeight);
+        v.halfTexel[0] = 0.5f / float(source.pageWidth);
+        v.halfTexel[1] = 0.5f / float(source.pageHeight);
         setOutline(v, source.outline, levelWidth, levelHeight);
 
         const float alpha = sprite.alpha * sprite.tint.alpha;

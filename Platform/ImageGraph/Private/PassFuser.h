@@ -9,18 +9,36 @@
 #include <vector>
 
 #include "Platform/Foundation/BackgroundQueue.h"
+#include "Platform/ImageGraph/PassFusion.h"
 #include "Platform/ImageGraph/Private/FusedShaderStore.h"
-#include "Platform/ImageGraph/Vulkan/PipelineStore.h"
 
 namespace qv {
 
-/// Fuses the passes of plans as far as their programs and pipelines are there, and makes those that are not,
-/// at once or off the render thread. There what is asked for once only is not worth it: making begins at the
+/// Formats of the textures that a pass reads, by binding, and writes.
+struct PassFormats {
+    std::vector<TextureFormat> inputs;  ///< of a nil image rgba8
+    TextureFormat output = TextureFormat::rgba8;
+    auto operator<=>(const PassFormats&) const = default;
+};
+PassFormats formatsOf(const RenderPlan& plan, const PlanPass& pass);
+
+/// What a context draws full-screen passes with, such as its pipelines. Thread-safe.
+class PassPrograms {
+  public:
+    virtual ~PassPrograms() = default;
+    /// Whether the pass can be drawn at once.
+    virtual bool canDraw(const PlanPass& pass, const PassFormats& formats) = 0;
+    /// Makes what the pass is drawn with. Throws.
+    virtual void makeFor(const PlanPass& pass, const PassFormats& formats) = 0;
+};
+
+/// Fuses the passes of plans as far as their programs are there and can be drawn, and makes those that are
+/// not, at once or off the render thread. There what is asked for once only is not worth it: making begins at the
 /// second frame of a shape. Thread-safe.
 class PassFuser {
   public:
-    PassFuser(PipelineStore& pipelines, std::string cacheDirectory)
-        : pipelines_(pipelines), programs_(std::move(cacheDirectory)) {}
+    PassFuser(PassPrograms& drawn, std::string cacheDirectory)
+        : drawn_(drawn), programs_(std::move(cacheDirectory)) {}
     ~PassFuser() { stop_ = true; }
 
     enum class Missing {
@@ -33,11 +51,11 @@ class PassFuser {
     int compiledCount() const { return programs_.compiledCount(); }
 
   private:
-    /// A fused pass as one pipeline draws it.
+    /// A fused pass as it is drawn.
     struct Request {
         FusedShape shape;
         PlanPass pass;  ///< its words do not matter
-        TextureFormat format;
+        PassFormats formats;
         std::size_t hash() const;
     };
 
@@ -52,7 +70,7 @@ class PassFuser {
 
     static constexpr std::size_t kMostRemembered = 1024;
 
-    PipelineStore& pipelines_;
+    PassPrograms& drawn_;
     FusedShaderStore programs_;
     std::mutex mutex_;                        ///< guards the sets
     std::unordered_set<std::size_t> seen_;    ///< hashes of requests, since it was last full

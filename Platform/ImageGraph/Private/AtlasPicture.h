@@ -27,6 +27,11 @@ struct AtlasPicture {
         std::vector<std::uint8_t> bytes;  ///< premultiplied RGBA
     };
 
+    struct Place {
+        int x, y;  ///< of the first pixel
+    };
+    using Places = std::array<Place, kLevels>;
+
     /// A larger picture is halved until no side exceeds `kLargestSide`.
     explicit AtlasPicture(const Bitmap& bitmap);
 
@@ -34,6 +39,9 @@ struct AtlasPicture {
     /// Level 0 repeats its last column and row up to a multiple of the coarsest level's pixels, so that every
     /// level begins at the same place; at level n the picture itself is `width` / 2ⁿ wide.
     std::array<Level, kLevels> levels;
+    /// A rectangle that holds all levels and a transparent gap behind each, and where they lie in it.
+    int cellWidth = 0, cellHeight = 0;
+    Places places;
     PictureOutline outline;
 };
 

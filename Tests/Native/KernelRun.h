@@ -1,0 +1,20 @@
+#pragma once
+
+#include "Platform/ImageGraph/Native/Compiler/KernelBuilder.h"
+#include "Tests/Native/LaneKernel.h"
+
+namespace qv::native::test {
+
+/// A fragment stage as a kernel that can be called; nil, with a failure noted, when it cannot be made.
+inline std::shared_ptr<const LinkedNativeKernel> linkedKernel(const NativeKernelSource& source,
+                                                              NativeTarget target) {
+    llvm::LLVMContext context;
+    std::string error;
+    const auto module = buildKernel(context, source, &error);
+    const auto object = module ? objectOf(*module, target, &error) : std::vector<std::byte>();
+    auto kernel = module ? linkObject(object, &error) : nullptr;
+    if (!kernel) ADD_FAILURE() << error;
+    return kernel;
+}
+
+}  // namespace qv::native::test

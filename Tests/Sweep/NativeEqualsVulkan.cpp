@@ -1,0 +1,76 @@
+// Two implementations of one picture: every class drawn by the processor's own instructions and by software
+// Vulkan.
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+
+#include "QVFilterExtension/QVFilterRegistry.h"
+#include "Tests/Support/SweepInputs.h"
+
+namespace qv {
+namespace {
+
+std::shared_ptr<MTIContext> makeContext(MTIDeviceKind kind, std::string* error = nullptr) {
+    MTIContextOptions options;
+    options.deviceKind = kind;
+    options.fusion = MTIFusion::beforeFirstFrame;
+    options.shaderCacheDirectory = QV_TEST_SHADER_CACHE;
+    return MTIContext::create(options, error);
+}
+
+class NativeEqualsVulkan : public testing::TestWithParam<const QVFilterClass*> {
+  protected:
+    void SetUp() override {
+        static const auto native = makeContext(MTIDeviceKind::native, &cause_);
+        static const auto vulkan = makeContext(MTIDeviceKind::vulkan);
+        if (!native) GTEST_SKIP() << cause_;
+        ASSERT_TRUE(vulkan);
+        native_ = native.get();
+        vulkan_ = vulkan.get();
+    }
+
+    static inline std::string cause_;
+    const QVFilterClass& record = *GetParam();
+    MTIContext *native_ = nullptr, *vulkan_ = nullptr;
+};
+
+TEST_P(NativeEqualsVulkan, WithinTwoStepsOfEightBits) {
+    constexpr double kTwoSteps = 2.01 / 255;
+    const auto filter = record.create();
+    std::size_t values = 0, apart = 0;
+    std::string worst;
+    double worstDifference = 0;
+    for (CGSize size : {CGSize{480, 270}, CGSize{101, 57}, CGSize{45, 80}, CGSize{2, 3}}) {
+        test::setInputs(*filter, int(size.width), int(size.height));
+        for (double moment : {0.27, 0.5, 0.81}) {
+            test::setMoment(*filter, moment);
+            test::setNumber(*filter, "effectValue", std::round(moment * 2) / 2);
+            if (record.levels() > 0) test::setNumber(*filter, "level", int(moment * 10) % record.levels());
+            const MTIImage image = filter->outputImage();
+            if (!image) continue;
+            std::string error;
+            const Bitmap drawn = native_->renderToBitmap(image, &error);
+            ASSERT_TRUE(drawn) << error;
+            const test::Picture a = test::pictureOf(drawn);
+            const test::Picture b = test::pictureOf(vulkan_->renderToBitmap(image));
+            ASSERT_EQ(a.values.size(), b.values.size());
+            values += a.values.size();
+            for (std::size_t i = 0; i < a.values.size(); ++i)
+                apart += std::abs(a.values[i] - b.values[i]) > kTwoSteps;
+            if (const double d = test::worstDifference(a, b); d > worstDifference) {
+                worstDifference = d;
+                worst = testing::PrintToString(test::matches(a, b, kTwoSteps).message());
+            }
+        }
+    }
+    // A hard edge may fall on the other side of a pixel.
+    EXPECT_LE(double(apart), std::max(1e-5 * double(values), 1.0)) << " of " << values << ": " << worst;
+}
+
+INSTANTIATE_TEST_SUITE_P(, NativeEqualsVulkan,
+                         testing::ValuesIn(allFilterClasses().begin(), allFilterClasses().end()),
+                         [](const auto& info) { return std::string(info.param->name); });
+
+}  // namespace
+}  // namespace qv
