@@ -45,6 +45,14 @@ def read(path: str, width: int = WIDTH, height: int = HEIGHT) -> np.ndarray:
     return np.frombuffer(raw, np.uint8).reshape(-1, height, width, 3)
 
 
+def link_modules(folder: Path, which: str = "*") -> str:
+    """A folder of MLT's own modules, those whose names match, and ours; what MLT_REPOSITORY takes."""
+    folder.mkdir()
+    for module in [*Path(os.environ["MLT_MODULES"]).glob(f"libmlt{which}.so"), Path(os.environ["QV_MLT_MODULE"])]:
+        (folder / module.name).symlink_to(module)
+    return str(folder)
+
+
 def still(source: str, choice: str, time: float, target: str) -> np.ndarray:
     """What the tool draws."""
     run(TOOL, "still", "-y", "-i", source, "-e", choice, "--time", str(time), "-o", target)
