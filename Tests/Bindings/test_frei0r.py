@@ -1,7 +1,9 @@
 """The plugins as a host loads them, and in the hosts that there are."""
 
 import ctypes
+import json
 import os
+import re
 import shutil
 import subprocess
 import tempfile
@@ -12,7 +14,7 @@ from pathlib import Path
 
 import numpy as np
 
-from support import HEIGHT, WIDTH, picture, read, run, still, write
+from support import HEIGHT, SOURCE, TOOL, WIDTH, picture, read, run, still, write
 
 PLUGINS = Path(os.environ["FREI0R_PATH"])
 FILTER, MIXER2 = 0, 2
@@ -93,6 +95,12 @@ class Plugins(unittest.TestCase):
                     self.assertEqual(bytes(value), bytes(again), param.name)
                 plugin.code.f0r_destruct(instance)
                 plugin.code.f0r_deinit()
+
+    def test_the_docs_name_those_that_need_a_subject(self):
+        classes = json.loads(run(TOOL, "list", "--json", "--kind", "effect"))
+        needy = {each["name"] for each in classes if any(i["role"] == "mask" and i["required"] for i in each["inputs"])}
+        limits = (SOURCE / "Docs/hosts.md").read_text().split("need a subject")[1].split("##")[0]
+        self.assertEqual(set(re.findall(r"`(QV\w+)`", limits)), needy)
 
     def test_ranges_are_folded(self):
         mosaic = Plugin("QVMosaicMTIFilter")
