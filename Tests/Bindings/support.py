@@ -16,7 +16,8 @@ def run(*command: str, stdin: bytes = b"", **settings) -> bytes:
         try:
             result = subprocess.run(command, input=stdin, capture_output=True, timeout=seconds, **settings)
         except subprocess.TimeoutExpired:
-            # Seen of melt, once in some hundred runs of a machine with much else to do; why is not known.
+            # On a busy machine melt 7.12 waits now and then for its writer, which has ended before the first frame; also where none of
+            # our modules is there.
             print(f"{command[0]} did not end in {seconds} s", file=sys.stderr)
             continue
         assert result.returncode == 0, f"{command}: {result.stderr.decode()}"
