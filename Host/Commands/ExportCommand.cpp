@@ -52,7 +52,8 @@ void exportKdenlive(const fs::path& directory, const OverwriteOptions& overwrite
 }  // namespace
 
 void addExportCommand(CommandParser& tool) {
-    const Command command = tool.addCommand("export", "Writes what an editor needs to show the classes' controls");
+    const Command command =
+        tool.addCommand("export", "Writes what an editor needs to show the classes' controls");
     auto options = std::make_shared<Options>();
     command.option("editor", options->editor, "Which editor").required().oneOf({"kdenlive"});
     command.option("directory", options->directory, "Its folder of data").required();

@@ -134,9 +134,9 @@ std::string description(const QVFilterClass& filterClass, MLTServiceKind kind) {
                                    attribute("tag", name), attribute("id", name),
                                    // From one clip to the next, on one track too.
                                    filterClass.isTransition() ? attribute("type", "short") : "");
-    text += fmt::format("    <name>{}</name>\n    <description>{}</description>\n    <author>{}</author>\n",
-                        escaped(serviceTitle(filterClass, kind)), escaped(filterClass.help),
-                        "QVFilterExtension");
+    text +=
+        fmt::format("    <name>{}</name>\n    <description>{}</description>\n    <author>{}</author>\n",
+                    escaped(serviceTitle(filterClass, kind)), escaped(filterClass.help), "QVFilterExtension");
     const auto fresh = newInstance(filterClass);
     for (const QVProperty* property : filterClass.allProperties()) {
         if (isOffered(filterClass, *property)) text += parameter(*property, *fresh);

@@ -10,8 +10,9 @@ namespace {
 
 /// What bash offers for the last word, separated by spaces.
 std::string offered(const std::string& words) {
-    const std::string script = "source " QV_SOURCE_ROOT "/Host/completion.bash; COMP_WORDS=(" QV_TOOL " " + words +
-                               "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _qvfilter; echo \"${COMPREPLY[*]}\"";
+    const std::string script =
+        "source " QV_SOURCE_ROOT "/Host/completion.bash; COMP_WORDS=(" QV_TOOL " " + words +
+        "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _qvfilter; echo \"${COMPREPLY[*]}\"";
     const Outcome outcome = run({"bash", "-c", script});
     EXPECT_EQ(outcome.errors, "");
     return outcome.output;
