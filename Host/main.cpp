@@ -51,6 +51,7 @@ int main(int argc, char** argv) {
         addGalleryCommand(tool);
         addBenchCommand(tool);
         addMaskCommand(tool);
+        addExportCommand(tool);
         addDevicesCommand(tool);
         tool.run(argc, argv);
         return int(ExitCode::success);

@@ -8,6 +8,7 @@
 #include <map>
 #include <mutex>
 
+#include "Bindings/Plugin/PluginClass.h"
 #include "Bindings/Plugin/PluginFilter.h"
 #include "QVFilterExtension/QVFilterRegistry.h"
 #include "QVFilterExtension/QVFilterVersion.h"
@@ -54,8 +55,7 @@ std::string foldedHelp(const QVProperty& property, double minimum, double maximu
 /// How the interface carries a property, or nothing when it cannot.
 std::optional<Parameter> parameterOf(const QVFilterClass& filterClass, const QVProperty& property) {
     const bool isSpan = property.name == "startTime" || property.name == "endTime";
-    if (filterClass.driverName(property) != "user" && !isSpan && property.name != "progress")
-        return std::nullopt;
+    if (!isOffered(filterClass, property) && !isSpan && property.name != "progress") return std::nullopt;
     Parameter parameter{&property, F0R_PARAM_DOUBLE, property.minimum, property.maximum,
                         std::string(property.help)};
     if (isSpan) parameter.minimum = 0, parameter.maximum = kLongestSeconds;

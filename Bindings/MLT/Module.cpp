@@ -1,12 +1,14 @@
-// Effects and transitions as services of MLT: "qv." and the class's name, with the properties' own names,
-// units and ranges. A class that looks for a subject is a transition too, whose second track is the mask.
+// Effects and transitions as services of MLT, with the properties' own names, units and ranges.
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
+#include <limits>
+#include <ranges>
 #include <string>
-#include <utility>
 #include <vector>
 
+#include "Bindings/Plugin/PluginClass.h"
 #include "Bindings/Plugin/PluginFilter.h"
 #include "Platform/Foundation/Log.h"
 #include "QVFilterExtension/QVFilterRegistry.h"
@@ -18,15 +20,8 @@ using namespace qv;
 
 namespace {
 
-constexpr std::string_view kPrefix = "qv.";
-
-const QVFilterClass* classOf(const char* service) {
-    return filterClassNamed(std::string_view(service).substr(kPrefix.size()));
-}
-
-/// Whether a user of the service sets the property; the rest comes from the timeline.
-bool isOffered(const QVFilterClass& filterClass, const QVProperty& property) {
-    return filterClass.driverName(property) == "user";
+const QVFilterClass* classOf(std::string_view service) {
+    return filterClassNamed(service.substr(service.find('.') + 1));
 }
 
 /// Where a frame lies: on which of how many, and in seconds.
@@ -51,29 +46,55 @@ void setFromService(QVMTIFilter& filter, const QVProperty& property, mlt_propert
             return property.set(filter,
                                 std::vector{UIColor{color.r / 255.0, color.g / 255.0, color.b / 255.0, 1}});
         }
-    } else if (property.hasNumbers() || property.type == QVPropertyType::boolean) {
+    } else if (isAnimated(property)) {
         const double number =
             mlt_properties_anim_get_double(properties, name.c_str(), place.position, place.length);
         const double value =
             std::clamp(std::isfinite(number) ? number : 0.0, property.minimum, property.maximum);
         if (property.type == QVPropertyType::real) return property.set(filter, value);
-        if (property.type == QVPropertyType::integer)
-            return property.set(filter, std::int64_t(std::llround(value)));
-        if (property.type == QVPropertyType::boolean) return property.set(filter, value >= 0.5);
+        return property.set(filter, std::int64_t(std::llround(value)));
     }
     std::string error;
     if (!setPropertyFromText(filter, name, text, &error)) logLineOnce(error);
 }
 
-/// What a service draws with, and its user's properties as a new filter has them.
+/// The number that a text begins with, whatever the locale; not one where there is none.
+double leadingNumber(std::string_view text) {
+    double number = std::numeric_limits<double>::quiet_NaN();
+    std::from_chars(text.data(), text.data() + text.size(), number);
+    return number;
+}
+
+/// A property of the user, and what a new filter has of it.
+struct Default {
+    const QVProperty* property;
+    std::string text;
+
+    /// Whether a setting says the same. Editors write all that they show: variants by name, and numbers as
+    /// keyframes of some digits.
+    bool is(std::string_view setting) const {
+        if (setting == text) return true;
+        if (!isAnimated(*property)) {
+            const auto read = parseProperty(*property, setting, nullptr);
+            return read && propertyText(*read) == text;
+        }
+        return std::ranges::all_of(std::views::split(setting, ';'), [&](auto&& part) {
+            const std::string_view key(part.begin(), part.end());
+            const double value = leadingNumber(key.substr(key.find('=') + 1));
+            return std::abs(value - leadingNumber(text)) < property->controlStep() / 100;
+        });
+    }
+};
+
+/// What a service draws with, and where its user's properties start.
 struct Service {
     PluginFilter drawing;
-    std::vector<std::pair<const QVProperty*, std::string>> defaults;
+    std::vector<Default> defaults;
 
     explicit Service(const QVFilterClass& filterClass) : drawing(filterClass) {
         for (const QVProperty* property : filterClass.allProperties()) {
             if (isOffered(filterClass, *property))
-                defaults.emplace_back(property, propertyText(property->get(drawing.filter())));
+                defaults.push_back({property, propertyText(property->get(drawing.filter()))});
         }
     }
 };
@@ -83,10 +104,10 @@ struct Service {
 void prepare(Service& service, mlt_properties properties, const Place& place) {
     PluginFilter& drawing = service.drawing;
     for (const bool changed : {false, true}) {
-        for (const auto& [property, text] : service.defaults) {
-            const char* given = mlt_properties_get(properties, std::string(property->name).c_str());
-            if (given && (text != given) == changed)
-                setFromService(drawing.filter(), *property, properties, place);
+        for (const Default& initial : service.defaults) {
+            const char* given = mlt_properties_get(properties, std::string(initial.property->name).c_str());
+            if (given && initial.is(given) != changed)
+                setFromService(drawing.filter(), *initial.property, properties, place);
         }
     }
     drawing.setSeconds(place.seconds());
@@ -258,8 +279,7 @@ void describe(mlt_properties parameter, const QVProperty& property, const QVMTIF
     set("type", metadataType(property));
     set("default", propertyText(property.get(fresh)));
     set("mutable", "yes");
-    const bool isNumber = property.type == QVPropertyType::real || property.type == QVPropertyType::integer;
-    if (property.hasNumbers() && isNumber) {
+    if (isAnimated(property)) {
         set("animation", "yes");
         if (property.maximum < kUnlimited) {
             set("minimum", propertyText(property.minimum));
@@ -280,11 +300,11 @@ mlt_properties metadata(mlt_service_type type, const char* id, void*) {
     const auto set = [&](const char* key, const std::string& value) {
         mlt_properties_set(all, key, value.c_str());
     };
-    const bool isMasked = type == mlt_service_transition_type && !filterClass.isTransition();
+    const bool isFilter = type == mlt_service_filter_type;
     set("schema_version", "7.0");
-    set("type", type == mlt_service_filter_type ? "filter" : "transition");
+    set("type", isFilter ? "filter" : "transition");
     set("identifier", id);
-    set("title", std::string(filterClass.title) + (isMasked ? " (second track is the mask)" : ""));
+    set("title", serviceTitle(filterClass, isFilter ? MLTServiceKind::filter : MLTServiceKind::transition));
     set("description", std::string(filterClass.help));
     set("version", QV_FILTER_VERSION);
     set("creator", "QVFilterExtension");
@@ -307,13 +327,12 @@ extern "C" {
 
 MLT_REPOSITORY {
     for (const QVFilterClass* filterClass : allFilterClasses()) {
-        if (!isPluginClass(*filterClass)) continue;
-        const std::string name = std::string(kPrefix) + std::string(filterClass->name);
-        if (!filterClass->isTransition()) {
+        const std::string name = serviceName(*filterClass);
+        if (isService(*filterClass, MLTServiceKind::filter)) {
             MLT_REGISTER(mlt_service_filter_type, name.c_str(), newFilterService);
             MLT_REGISTER_METADATA(mlt_service_filter_type, name.c_str(), metadata, nullptr);
         }
-        if (filterClass->isTransition() || takesMask(*filterClass)) {
+        if (isService(*filterClass, MLTServiceKind::transition)) {
             MLT_REGISTER(mlt_service_transition_type, name.c_str(), newTransitionService);
             MLT_REGISTER_METADATA(mlt_service_transition_type, name.c_str(), metadata, nullptr);
         }

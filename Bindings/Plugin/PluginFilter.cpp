@@ -1,10 +1,10 @@
 #include "Bindings/Plugin/PluginFilter.h"
 
-#include <algorithm>
 #include <cstring>
 #include <mutex>
 #include <string>
 
+#include "Bindings/Plugin/PluginClass.h"
 #include "Platform/Foundation/Log.h"
 #include "Platform/ImageGraph/MTIContext.h"
 
@@ -95,19 +95,6 @@ void PluginFilter::draw(const PluginFrames& given, std::uint8_t* out) {
     }
     if (!drawn && out != frames.first)
         std::memcpy(out, frames.first, std::size_t(frames.width) * std::size_t(frames.height) * 4);
-}
-
-bool isPluginClass(const QVFilterClass& filterClass) {
-    if (filterClass.kindOrInherited() == QVFilterKind::auxiliary) return false;
-    return std::ranges::all_of(filterClass.allInputs(), [&](const QVInput& input) {
-        const bool isThere = input.role == QVInputRole::frame || input.role == QVInputRole::mask ||
-                             (input.role == QVInputRole::incoming && filterClass.isTransition());
-        return isThere || !input.isRequired;
-    });
-}
-
-bool takesMask(const QVFilterClass& filterClass) {
-    return filterClass.input(QVInputRole::mask) != nullptr;
 }
 
 }  // namespace qv

@@ -39,9 +39,4 @@ class PluginFilter {
     std::unique_ptr<QVMTIFilter> filter_;
 };
 
-/// Whether such a host has what the class needs: one frame, for a transition two, and a mask.
-bool isPluginClass(const QVFilterClass& filterClass);
-/// Whether the class looks for a subject.
-bool takesMask(const QVFilterClass& filterClass);
-
 }  // namespace qv

@@ -24,6 +24,7 @@ void addBenchCommand(CommandParser& tool);
 void addSheetCommand(CommandParser& tool);
 void addGalleryCommand(CommandParser& tool);
 void addMaskCommand(CommandParser& tool);
+void addExportCommand(CommandParser& tool);
 void addDevicesCommand(CommandParser& tool);
 
 struct PixelSize {

@@ -16,7 +16,8 @@ def run(*command: str, stdin: bytes = b"", **settings) -> bytes:
         try:
             result = subprocess.run(command, input=stdin, capture_output=True, timeout=seconds, **settings)
         except subprocess.TimeoutExpired:
-            # Seen of melt, once in some hundred runs of a machine with much else to do; why is not known.
+            # On a busy machine melt 7.12 waits now and then for its writer, which has ended before the first frame; also where none of
+            # our modules is there.
             print(f"{command[0]} did not end in {seconds} s", file=sys.stderr)
             continue
         assert result.returncode == 0, f"{command}: {result.stderr.decode()}"
@@ -43,6 +44,14 @@ def read(path: str, width: int = WIDTH, height: int = HEIGHT) -> np.ndarray:
     """All frames: count x height x width x 3."""
     raw = run("ffmpeg", "-v", "error", "-i", path, "-pix_fmt", "rgb24", "-f", "rawvideo", "-")
     return np.frombuffer(raw, np.uint8).reshape(-1, height, width, 3)
+
+
+def link_modules(folder: Path, which: str = "*") -> str:
+    """A folder of MLT's own modules, those whose names match, and ours; what MLT_REPOSITORY takes."""
+    folder.mkdir()
+    for module in [*Path(os.environ["MLT_MODULES"]).glob(f"libmlt{which}.so"), Path(os.environ["QV_MLT_MODULE"])]:
+        (folder / module.name).symlink_to(module)
+    return str(folder)
 
 
 def still(source: str, choice: str, time: float, target: str) -> np.ndarray:

@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
-# PackagesInCleanRoot.sh BUILD: installs the Debian packages of a build in a fresh system of their own, uses and removes them. Needs root,
-# debootstrap and the machine's package source; not part of the suite.
+# PackagesInCleanRoot.sh BUILD: installs the Debian packages of a build in a fresh system of their own, as the Dockerfile does and all of them,
+# uses and removes them. Needs root, debootstrap and the machine's package source; not part of the suite.
 set -euo pipefail
 packages=$(cd "${1:-build}/packages" && pwd)
+dockerfile=$(cd "$(dirname "$0")/../.." && pwd)/Dockerfile
 root=$(mktemp -d)
 trap 'umount "$root/proc" "$root/dev" 2>/dev/null; rm -rf --one-file-system "$root"' EXIT
 
@@ -14,10 +15,18 @@ cp -r /etc/apt/. "$root/etc/apt/"
 mount -t proc proc "$root/proc"
 mount --bind /dev "$root/dev"
 cp /etc/resolv.conf "$root/etc/" 2>/dev/null || true
-mkdir "$root/packages"
-cp "$packages"/*.deb "$root/packages/"
 in_root() { chroot "$root" env DEBIAN_FRONTEND=noninteractive LC_ALL=C "$@"; }
 
+# The Dockerfile's lines.
+mkdir "$root/packages"
+(cd "$packages" && cp $(sed -n 's|^COPY \(.*\) /packages/$|\1|p' "$dockerfile") "$root/packages/")
+in_root sh -euc "$(sed -n 's/^RUN //p' "$dockerfile")" >/dev/null
+entry=$(sed -n 's/^ENTRYPOINT \["\(.*\)"\]$/\1/p' "$dockerfile")
+in_root "$entry" sheet --only QVSnowMTIFilter -o /tmp/sheet.png
+test -s "$root/tmp/sheet.png"
+
+mkdir "$root/packages"
+cp "$packages"/*.deb "$root/packages/"
 in_root apt-get update -qq
 in_root bash -c 'apt-get install -y -qq /packages/*.deb ffmpeg melt gcc libc6-dev pkg-config >/dev/null'
 in_root bash -euc '
