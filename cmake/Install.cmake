@@ -13,7 +13,6 @@ if(TARGET QVPersonMask)
 endif()
 set_target_properties(qvfilter PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
 install(TARGETS qvfilter RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
-install(FILES Host/completion.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME qvfilter COMPONENT tool)
 install(DIRECTORY Bindings/Python/qv DESTINATION lib/python3/dist-packages COMPONENT python PATTERN __pycache__ EXCLUDE)
 
 # The rest is for who builds against the library.
