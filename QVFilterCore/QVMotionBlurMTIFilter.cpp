@@ -39,6 +39,7 @@ struct QVMotionBlurMTIFilter::Line {
     double slope;   ///< pixels across the axis per step
     double steps;   ///< whole length
     bool isOnGrid;  ///< every step leads to a pixel
+    bool isTurned;  ///< the gathered picture's columns are its rows
 
     Line(double size, double angle, CGSize pictureSize) : picture(pictureSize) {
         const double right = std::cos(angle), down = -std::sin(angle);
@@ -51,6 +52,7 @@ struct QVMotionBlurMTIFilter::Line {
         const double nearest = std::round(slope);
         isOnGrid = std::abs(slope - nearest) * (side() + steps) < kOnGrid;
         if (isOnGrid) slope = nearest;
+        isTurned = isOnGrid && isDown;
     }
 
     double side() const { return isDown ? picture.height : picture.width; }
@@ -59,6 +61,13 @@ struct QVMotionBlurMTIFilter::Line {
         return isDown ? MTIVector{float(across), float(along)} : MTIVector{float(along), float(across)};
     }
     MTIVector tapStep() const { return vector(1, slope); }
+    /// A place in the gathered picture.
+    MTIVector gathered(double column, double row) const {
+        return isTurned ? MTIVector{float(row), float(column)} : MTIVector{float(column), float(row)};
+    }
+    CGSize gatheredSize(double columns, double rows) const {
+        return isTurned ? CGSize{rows, columns} : CGSize{columns, rows};
+    }
     /// A linear function of a place along and across the axis, as a function of x, y and 1.
     MTIVector function(double along, double across, double constant) const {
         const MTIVector v = vector(along, across);
@@ -146,11 +155,14 @@ MTIImage QVMotionBlurMTIFilter::smearedByColumns(const Line& line) const {
     const double slide = line.slope * (line.side() - 1);
     const double firstRow = std::floor(std::min(0.0, -slide));
     const double lastRow = std::ceil(line.acrossSide() - 1 + std::max(0.0, -slide));
-    CGSize size{std::ceil(line.side() / reduction) + 2 * border, lastRow - firstRow + 1};
-    if (size.width > kMaximumImageSide || size.height > kMaximumImageSide) return {};
+    double width = std::ceil(line.side() / reduction) + 2 * border;
+    const double height = lastRow - firstRow + 1;
+    if (width > kMaximumImageSide || height > kMaximumImageSide) return {};
 
-    MTIImage image = applied({inputImage()}, size,
+    const std::int32_t isTurned = line.isTurned;
+    MTIImage image = applied({inputImage()}, line.gatheredSize(width, height),
                              {{"pass", kGather},
+                              {"isTurned", isTurned},
                               {"reduction", std::int32_t(reduction)},
                               {"isOnGrid", std::int32_t(line.isOnGrid)},
                               {"tapStep", line.tapStep()},
@@ -160,15 +172,16 @@ MTIImage QVMotionBlurMTIFilter::smearedByColumns(const Line& line) const {
     double scale = reduction, start = firstStep + reduction - 0.5, columns = line.steps / reduction;
     while (columns > kLongestBox) {
         reduction = reductionFor(columns);
-        size.width = std::ceil(size.width / reduction) + 2;
-        image = applied({image}, size,
+        width = std::ceil(width / reduction) + 2;
+        image = applied({image}, line.gatheredSize(width, height),
                         {{"pass", kGather},
+                         {"isTurned", isTurned},
                          {"reduction", std::int32_t(reduction)},
                          {"isOnGrid", std::int32_t(true)},
-                         {"tapStep", MTIVector{1, 0}},
-                         {"origin", MTIVector{float(-reduction), 0}},
-                         {"columnStep", MTIVector{float(reduction), 0}},
-                         {"rowStep", MTIVector{0, 1}}});
+                         {"tapStep", line.gathered(1, 0)},
+                         {"origin", line.gathered(-reduction, 0)},
+                         {"columnStep", line.gathered(reduction, 0)},
+                         {"rowStep", line.gathered(0, 1)}});
         start -= 0.5 * scale;
         scale *= reduction;
         columns /= reduction;
@@ -177,11 +190,13 @@ MTIImage QVMotionBlurMTIFilter::smearedByColumns(const Line& line) const {
     // Gathering and spreading blur by a sixth of a column's variance each; the box has the rest of columns²
     // / 12.
     const double box = std::sqrt(std::max(columns * columns - 4, 1.0));
-    image = applied({image}, size, {{"pass", kBox}, {"tapStep", MTIVector{1, 0}}, {"steps", float(box)}});
+    image = applied({image}, line.gatheredSize(width, height),
+                    {{"pass", kBox}, {"tapStep", line.gathered(1, 0)}, {"steps", float(box)}});
     std::vector<MTIImage> images{image};
     if (lightsOnly_) images.push_back(inputImage());
     return applied(std::move(images), line.picture,
                    {{"pass", kSpread},
+                    {"isTurned", isTurned},
                     {"isOnGrid", std::int32_t(line.isOnGrid)},
                     {"column", line.function(1 / scale, 0, -start / scale)},
                     {"row", line.function(-line.slope, 1, -firstRow)}});

@@ -5,11 +5,12 @@ selector int pass;       // 0 samples, 1 box, 2 gather, 3 spread
 selector int reduction;  // of gather: pixels of the line from column to column
 selector int lightsOnly; // 1: the first pass takes in the lights of the picture alone, the last one makes them streak
 selector int isOnGrid;   // 1: gather's taps are pixels, spread's rows are rows of the input
+selector int isTurned;   // 1, on the grid: the gathered picture's columns are rows, so that neighbours stay neighbours
 
 uniform vec2 tapStep;            // from tap to tap, pixels, y down
 uniform float steps;             // of box: the length of the line, in tapSteps
 uniform vec2 origin;             // of gather: its first pixel's first tap
-uniform vec2 columnStep, rowStep;  // of gather: from pixel to pixel, in pixels of the input
+uniform vec2 columnStep, rowStep;  // of gather: from pixel to pixel, in pixels of the input; turned, a row's are 1, 0
 uniform vec3 column, row;        // of spread: place in the input, in pixels, by x, y and 1
 
 // What the first pass takes in of a pixel.
@@ -55,7 +56,19 @@ vec4 gatherTap(vec2 place) {
 
 // A column to `reduction` steps of the line: the weights 1 3 5 … 5 3 1 of twice as many taps keep what lies between
 // two columns where it is.
+vec4 gatherTurned() {
+    ivec2 first = ivec2(pixelHere().x, 0) + ivec2(origin) + pixelHere().y * ivec2(columnStep);
+    ivec2 last = first + (2 * reduction - 1) * ivec2(tapStep);
+    vec4 sum = vec4(0.0);
+    for (int i = 0; i < reduction; ++i) {
+        ivec2 inwards = i * ivec2(tapStep);
+        sum += float(2 * i + 1) * (taken(readPixel(0, first + inwards)) + taken(readPixel(0, last - inwards)));
+    }
+    return sum / float(2 * reduction * reduction);
+}
+
 vec4 gather() {
+    if (isTurned == 1) return gatherTurned();
     vec2 first = origin + float(pixelHere().x) * columnStep + float(pixelHere().y) * rowStep;
     vec2 last = first + float(2 * reduction - 1) * tapStep;
     vec4 sum = vec4(0.0);
@@ -67,7 +80,14 @@ vec4 gather() {
 }
 
 // The gathered picture back at its places, over the picture as input 1.
+vec4 spreadTurned() {
+    float place = column.y * float(pixelHere().y) + column.z;
+    ivec2 upper = ivec2(pixelHere().x + pixelHere().y * int(row.y) + int(row.z), int(floor(place)));
+    return given(mix(readPixel(0, upper), readPixel(0, upper + ivec2(0, 1)), place - floor(place)), readHere(1));
+}
+
 vec4 spread() {
+    if (isTurned == 1) return spreadTurned();
     vec3 here = vec3(pixelHere(), 1.0);
     vec2 place = vec2(dot(column, here), dot(row, here));
     if (isOnGrid == 0) return given(readInput(0, (place + 0.5) / inputSize(0)), readHere(1));

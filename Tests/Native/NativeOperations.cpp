@@ -95,6 +95,21 @@ TEST(NativeOperations, BlurAgreesWithConvolution) {
     }
 }
 
+TEST(NativeOperations, ABlurIsJoinedWithNoOtherPass) {
+    MTIGaussianBlurFilter filter;
+    filter.setInputImage(MTIImage::initWithColor({1, 0.5f, 0, 1}, false, {32, 32}));
+    filter.setRadius(4);
+    const MTIImage image =
+        stockKernel("MTIOpaque")
+            ->applyToInputImages({filter.outputImage()}, {}, {32, 32}, MTIPixelFormat::unspecified);
+    const RenderPlan plan = planRender(image, {.native = true});
+    const PassFusion fusion = fusePlan(plan);
+    ASSERT_EQ(fusion.passes.size(), 3u);
+    for (const FusedPass& pass : fusion.passes) EXPECT_EQ(pass.members.size(), 1u);
+    EXPECT_TRUE(fusion.passes[1].shape.values.empty());
+    EXPECT_EQ(planRender(image, {.native = true, .working = TextureFormat::rgba16Float}).passes.size(), 6u);
+}
+
 TEST(NativeOperations, AFlatPictureStaysAsItIs) {
     for (int value : {0, 1, 127, 254, 255}) {
         const float v = float(value) / 255;

@@ -1,6 +1,7 @@
 // The row functions for one instruction set. The including file has chosen it (`#pragma GCC target`), told
-// the size of its vectors and included what is needed: nothing that others share may be compiled here, since the linker could take
-// that copy for all. Templates are compiled where they are used, so there are none. Everything is an integer, so the width of vectors changes no result.
+// the size of its vectors and included what is needed: nothing that others share may be compiled here, since
+// the linker could take that copy for all. Templates are compiled where they are used, so there are none.
+// Everything is an integer, so the width of vectors changes no result.
 
 constexpr int kVectorBytes = QV_VECTOR_BYTES;
 constexpr int kLanes = kVectorBytes / 2, kVectors = kRowGroup / kLanes;
@@ -30,14 +31,22 @@ QV_IN_MEMORY(SixteenBytes);
 #define QV_FROM(Vector, place) (*reinterpret_cast<const Vector##InMemory*>(place))
 
 // What stands behind a row's end may be anything, so sums and differences wrap.
-QV_INLINE Words sum(Words a, Words b) { return Words(Products(a) + Products(b)); }
-QV_INLINE Words difference(Words a, Words b) { return Words(Products(a) - Products(b)); }
+QV_INLINE Words sum(Words a, Words b) {
+    return Words(Products(a) + Products(b));
+}
+QV_INLINE Words difference(Words a, Words b) {
+    return Words(Products(a) - Products(b));
+}
 
 /// a × b / 32768, rounded.
 #if QV_VECTOR_BYTES == 64
-QV_INLINE Words scaled(Words a, Words b) { return Words(_mm512_mulhrs_epi16(__m512i(a), __m512i(b))); }
+QV_INLINE Words scaled(Words a, Words b) {
+    return Words(_mm512_mulhrs_epi16(__m512i(a), __m512i(b)));
+}
 #elif QV_VECTOR_BYTES == 32
-QV_INLINE Words scaled(Words a, Words b) { return Words(_mm256_mulhrs_epi16(__m256i(a), __m256i(b))); }
+QV_INLINE Words scaled(Words a, Words b) {
+    return Words(_mm256_mulhrs_epi16(__m256i(a), __m256i(b)));
+}
 #else
 QV_INLINE Words scaled(Words a, Words b) {
     Words result;
@@ -52,7 +61,9 @@ QV_INLINE TwoPixels scaled(TwoPixels a, TwoPixels b) {
 #endif
 
 /// The mean, rounded up; both are words.
-QV_INLINE Words mean(Words a, Words b) { return sum(sum(a, b), Words{} + 1) >> 1; }
+QV_INLINE Words mean(Words a, Words b) {
+    return sum(sum(a, b), Words{} + 1) >> 1;
+}
 
 QV_INLINE Bytes bytesOf(Words words) {
     const Words zero{}, top = zero + 255, rounded = sum(words, zero + 32) >> 6;
@@ -79,7 +90,8 @@ QV_INLINE void sumPairs(const void* const* upper, const void* const* lower, bool
             const Words weight = Words{} + weights[k];
 #pragma GCC unroll 8
             for (int i = 0; i < kVectors; ++i)
-                sums[i] = sum(sums[i], scaled(sumOfTwo(upper[k], lower[k], first + i * kLanes, areBytes), weight));
+                sums[i] =
+                    sum(sums[i], scaled(sumOfTwo(upper[k], lower[k], first + i * kLanes, areBytes), weight));
         }
 #pragma GCC unroll 8
         for (int i = 0; i < kVectors; ++i) QV_AT(Words, out + first + i * kLanes) = sums[i];
@@ -90,8 +102,8 @@ void sumOfPairs(const void* const* upper, const void* const* lower, const std::i
                 int values, std::int16_t* out) {
     sumPairs(upper, lower, false, weights, pairs, values, out);
 }
-void sumOfBytePairs(const void* const* upper, const void* const* lower, const std::int16_t* weights, int pairs,
-                    int values, std::int16_t* out) {
+void sumOfBytePairs(const void* const* upper, const void* const* lower, const std::int16_t* weights,
+                    int pairs, int values, std::int16_t* out) {
     sumPairs(upper, lower, true, weights, pairs, values, out);
 }
 
@@ -144,7 +156,8 @@ void tents(const std::int16_t* means, const std::int16_t* ramps, int values, std
 }
 
 /// Two pixels of a row, which lie between others.
-QV_INLINE TwoPixels twoBetween(const std::int16_t* row, const std::int32_t* left, const std::int16_t* weights) {
+QV_INLINE TwoPixels twoBetween(const std::int16_t* row, const std::int32_t* left,
+                               const std::int16_t* weights) {
     const TwoPixels first = scaled(QV_FROM(TwoPixels, row + 4 * left[0]), QV_FROM(TwoPixels, weights));
     const TwoPixels second = scaled(QV_FROM(TwoPixels, row + 4 * left[1]), QV_FROM(TwoPixels, weights + 8));
     return TwoPixels(TwoProducts(__builtin_shuffle(first, second, TwoPixels{0, 1, 2, 3, 8, 9, 10, 11})) +
@@ -155,8 +168,7 @@ QV_INLINE TwoPixels twoBetween(const std::int16_t* row, const std::int32_t* left
 QV_INLINE Words wordsOf(const TwoPixels* parts) {
 #if QV_VECTOR_BYTES == 64
     return Words(_mm512_maskz_inserti64x4(
-        0xff, 
-        _mm512_castsi256_si512(_mm256_set_m128i(__m128i(parts[1]), __m128i(parts[0]))),
+        0xff, _mm512_castsi256_si512(_mm256_set_m128i(__m128i(parts[1]), __m128i(parts[0]))),
         _mm256_set_m128i(__m128i(parts[3]), __m128i(parts[2])), 1));
 #elif QV_VECTOR_BYTES == 32
     return Words(_mm256_set_m128i(__m128i(parts[1]), __m128i(parts[0])));
@@ -181,7 +193,8 @@ void bytes(const std::int16_t* row, int values, std::uint8_t* out) {
 }
 
 void opaque(const std::uint8_t* in, int pixels, std::uint8_t* out) {
-    for (int i = 0; i < pixels * 4; i += kVectorBytes) QV_AT(Colors, out + i) = QV_FROM(Colors, in + i) | 0xff000000u;
+    for (int i = 0; i < pixels * 4; i += kVectorBytes)
+        QV_AT(Colors, out + i) = QV_FROM(Colors, in + i) | 0xff000000u;
 }
 
 void premultiplied(const std::uint8_t* in, int pixels, std::uint8_t* out) {
@@ -197,10 +210,11 @@ void premultiplied(const std::uint8_t* in, int pixels, std::uint8_t* out) {
 
 void alphas(const std::uint8_t* in, int pixels, std::uint8_t* out) {
     for (int x = 0; x < pixels; x += 16)
-        QV_AT(SixteenBytes, out + x) = __builtin_convertvector(QV_FROM(SixteenColors, in + 4 * x) >> 24, SixteenBytes);
+        QV_AT(SixteenBytes, out + x) =
+            __builtin_convertvector(QV_FROM(SixteenColors, in + 4 * x) >> 24, SixteenBytes);
 }
 
-constexpr RowFunctions kFunctions{sumOfPairs, sumOfBytePairs, mixed, mixedBytes, joined,       tents,
+constexpr RowFunctions kFunctions{sumOfPairs, sumOfBytePairs, mixed,  mixedBytes,    joined, tents,
                                   between,    bytes,          opaque, premultiplied, alphas};
 
 #undef QV_FROM

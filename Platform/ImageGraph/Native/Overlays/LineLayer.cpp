@@ -2,6 +2,7 @@
 #include <array>
 #include <cmath>
 #include <cstring>
+#include <memory>
 
 #include "Platform/Geometry/Geometry.h"
 #include "Platform/ImageGraph/Native/Overlays/OverlayLayer.h"
@@ -124,13 +125,15 @@ class LineLayer final : public OverlayLayer {
 
     void draw(const NativeImage& target, int firstRow, int endRow) const override {
         const std::size_t groups = std::size_t(target.width + kSpanLanes - 1) / kSpanLanes;
-        std::vector<float> values;
+        std::unique_ptr<float[]> values;
         std::vector<std::uint8_t> isDrawn(groups);
         bins_.forEach(firstRow, endRow, [&](const std::vector<std::uint32_t>& things, int first, int end) {
-            values.resize(groups * kSpanLanes * 4 * std::size_t(target_.samples));
+            if (!values)
+                values = std::make_unique_for_overwrite<float[]>(groups * kSpanLanes * 4 *
+                                                                 std::size_t(target_.samples));
             for (int y = first; y < end; ++y) {
                 const SampleRow row{target.pixels + y * target.rowBytes, target_.format, target_.samples,
-                                    std::int64_t(groups) * kSpanLanes,   values.data(),  isDrawn.data()};
+                                    std::int64_t(groups) * kSpanLanes,   values.get(),   isDrawn.data()};
                 for (std::uint32_t thing : things) drawPiece(pieces_[thing], row, y);
                 spans_.resolve(row);
             }

@@ -1,6 +1,6 @@
 // The span functions for one instruction set. The including file has chosen it (`#pragma GCC target`) and
-// included what is needed: nothing that others share may be compiled here, since the linker could take that copy
-// for all. Products and sums are not contracted (see CMakeLists.txt), so that every set gives the same.
+// included what is needed: nothing that others share may be compiled here, since the linker could take that
+// copy for all. Products and sums are not contracted (see CMakeLists.txt), so that every set gives the same.
 
 #define QV_INLINE __attribute__((always_inline)) inline
 
@@ -16,14 +16,24 @@ struct Pixels {
 
 constexpr Ints kPlaces{0, 1, 2, 3, 4, 5, 6, 7};
 
-QV_INLINE Floats larger(Floats a, Floats b) { return a > b ? a : b; }
-QV_INLINE Floats smaller(Floats a, Floats b) { return a < b ? a : b; }
+QV_INLINE Floats larger(Floats a, Floats b) {
+    return a > b ? a : b;
+}
+QV_INLINE Floats smaller(Floats a, Floats b) {
+    return a < b ? a : b;
+}
 QV_INLINE Floats clamped(Floats value, float low, float high) {
     return smaller(larger(value, Floats{} + low), Floats{} + high);
 }
-QV_INLINE Floats floatsOf(Ints values) { return __builtin_convertvector(values, Floats); }
-QV_INLINE Ints intsOf(Floats values) { return __builtin_convertvector(values, Ints); }
-QV_INLINE Floats channelOf(Colors colors, int shift) { return floatsOf(Ints(colors >> shift & 255u)); }
+QV_INLINE Floats floatsOf(Ints values) {
+    return __builtin_convertvector(values, Floats);
+}
+QV_INLINE Ints intsOf(Floats values) {
+    return __builtin_convertvector(values, Ints);
+}
+QV_INLINE Floats channelOf(Colors colors, int shift) {
+    return floatsOf(Ints(colors >> shift & 255u));
+}
 
 QV_INLINE Floats squareRoot(Floats value) {
 #if QV_HAS_AVX2
@@ -63,7 +73,8 @@ QV_INLINE void interleave(const Pixels& p, Interleaved& out) {
 QV_INLINE void floatsOfHalves(const std::uint8_t* from, float* to) {
 #if QV_HAS_AVX2
     for (int i = 0; i < 4; ++i)
-        _mm256_storeu_ps(to + 8 * i, _mm256_cvtph_ps(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from) + i)));
+        _mm256_storeu_ps(to + 8 * i,
+                         _mm256_cvtph_ps(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from) + i)));
 #else
     for (int i = 0; i < 4 * kSpanLanes; ++i) {
         _Float16 half;
@@ -106,7 +117,8 @@ QV_INLINE Colors byteOf(Floats value, int shift) {
 }
 
 /// Writes the pixels of which `mask` is set.
-QV_INLINE void stored(const Pixels& pixels, const Ints& mask, std::uint8_t* row, TextureFormat format, int x) {
+QV_INLINE void stored(const Pixels& pixels, const Ints& mask, std::uint8_t* row, TextureFormat format,
+                      int x) {
     if (format == TextureFormat::rgba8) {
         ColorsInMemory& to = *reinterpret_cast<ColorsInMemory*>(row + 4 * x);
         const Colors colors = byteOf(pixels.red, 0) | byteOf(pixels.green, 8) | byteOf(pixels.blue, 16) |
@@ -127,9 +139,13 @@ QV_INLINE void stored(const Pixels& pixels, const Ints& mask, std::uint8_t* row,
     }
 }
 
-QV_INLINE Floats valuesOf(const SpanValue& value, Floats places) { return places * value.step + value.first; }
+QV_INLINE Floats valuesOf(const SpanValue& value, Floats places) {
+    return places * value.step + value.first;
+}
 
-QV_INLINE Floats magnitude(Floats value) { return larger(value, -value); }
+QV_INLINE Floats magnitude(Floats value) {
+    return larger(value, -value);
+}
 
 QV_INLINE Colors texelsAt(const std::uint8_t* texels, Ints offsets) {
 #if QV_HAS_AVX2
@@ -154,19 +170,20 @@ QV_INLINE Floats blended(const Colors* texels, int shift, Floats u, Floats v, Fl
     return (upper + (lower - upper) * v) * factor;
 }
 
-QV_INLINE void drawSprite(const SpriteSpan& span, std::uint8_t* row, TextureFormat format, int begin, int end) {
+QV_INLINE void drawSprite(const SpriteSpan& span, std::uint8_t* row, TextureFormat format, int begin,
+                          int end) {
     for (int x = begin; x < end; x += kSpanLanes) {
         const Floats places = floatsOf(kPlaces + (x - begin));
         const Floats across = magnitude(valuesOf(span.across, places));
         const Floats down = magnitude(valuesOf(span.down, places));
-        const Floats cover = clamped(span.edge[0] - across, 0, span.limit[0]) *
-                             clamped(span.edge[1] - down, 0, span.limit[1]);
+        const Floats cover =
+            clamped(span.edge[0] - across, 0, span.limit[0]) * clamped(span.edge[1] - down, 0, span.limit[1]);
         const Floats u = clamped(valuesOf(span.u, places), span.uLimits[0], span.uLimits[1]);
         const Floats v = clamped(valuesOf(span.v, places), span.vLimits[0], span.vLimits[1]);
         const Ints left = intsOf(u), top = intsOf(v), offsets = top * span.rowBytes + 4 * left;
         const std::uint8_t *upper = span.texels, *lower = span.texels + span.rowBytes;
-        const Colors texels[4]{texelsAt(upper, offsets), texelsAt(upper + 4, offsets), texelsAt(lower, offsets),
-                               texelsAt(lower + 4, offsets)};
+        const Colors texels[4]{texelsAt(upper, offsets), texelsAt(upper + 4, offsets),
+                               texelsAt(lower, offsets), texelsAt(lower + 4, offsets)};
         const Floats right = u - floatsOf(left), below = v - floatsOf(top);
         const Floats strength = cover * (1.0f / 255);
         const Floats alpha = blended(texels, 24, right, below, strength * span.factor[3]);
@@ -191,9 +208,12 @@ QV_INLINE float* valuesOf(const SampleRow& row, int sample, int channel, int x) 
     return row.values + (sample * 4 + channel) * row.stride + x;
 }
 
-QV_INLINE FloatsInMemory& floatsAt(float* place) { return *reinterpret_cast<FloatsInMemory*>(place); }
+QV_INLINE FloatsInMemory& floatsAt(float* place) {
+    return *reinterpret_cast<FloatsInMemory*>(place);
+}
 
-void line(const LinePiece& piece, const SampleCover* covers, const SampleRow& row, int y, int begin, int end) {
+void line(const LinePiece& piece, const SampleCover* covers, const SampleRow& row, int y, int begin,
+          int end) {
     for (int x = begin / kSpanLanes * kSpanLanes; x < end; x += kSpanLanes) {
         const Floats places = floatsOf(kPlaces + x);
         Ints isCovered[kMostSamples], isAny{};
