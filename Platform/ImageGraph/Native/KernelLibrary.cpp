@@ -14,14 +14,19 @@ static_assert(std::endian::native == std::endian::little, "a library is written 
 
 namespace {
 
-// A library is: header, compiler version, entries by rising key, objects.
+// A library is: header, compiler version, entries by rising key, objects, each aligned as linkers want it.
 struct Header {
     std::uint32_t magic, formatVersion;
     std::uint32_t versionBytes, count;
     std::uint64_t checksum;  ///< of version and entries
 };
 constexpr std::uint32_t kMagic = 0x4C4B5651;  // "QVKL"
-constexpr std::uint32_t kFormatVersion = 1;
+constexpr std::uint32_t kFormatVersion = 2;
+constexpr std::uint64_t kObjectAlignment = 16;
+
+constexpr std::uint64_t aligned(std::uint64_t offset) {
+    return (offset + kObjectAlignment - 1) / kObjectAlignment * kObjectAlignment;
+}
 
 std::uint64_t checksumOf(std::span<const std::byte> bytes) {
     return hashOfMemory(bytes.data(), bytes.size());
@@ -126,6 +131,7 @@ std::vector<std::byte> KernelLibrary::serialize(
     append(list, compilerVersion.data(), compilerVersion.size());
     std::uint64_t offset = sizeof(Header) + list.size() + objectsByKey.size() * sizeof(Entry);
     for (const auto& [key, object] : objectsByKey) {
+        offset = aligned(offset);
         const Entry entry{key, checksumOf(object), offset, object.size()};
         append(list, &entry, 1);
         offset += object.size();
@@ -135,7 +141,10 @@ std::vector<std::byte> KernelLibrary::serialize(
     std::vector<std::byte> bytes;
     append(bytes, &header, 1);
     append(bytes, list.data(), list.size());
-    for (const auto& [key, object] : objectsByKey) append(bytes, object.data(), object.size());
+    for (const auto& [key, object] : objectsByKey) {
+        bytes.resize(aligned(bytes.size()));
+        append(bytes, object.data(), object.size());
+    }
     return bytes;
 }
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "Platform/Foundation/Log.h"
 #include "Platform/ImageGraph/Private/RenderRequest.h"
 
 namespace qv {
@@ -53,7 +54,9 @@ KernelStore::Kernel KernelStore::make(const Recipe& recipe) {
         const auto object =
             precompiled_.find(kernelKey(function, recipe.formats.inputs, recipe.formats.output));
         if (!object.empty()) {
-            if (Kernel linked = compiler_.link(object, nullptr)) return linked;
+            std::string cause;
+            if (Kernel linked = compiler_.link(object, &cause)) return linked;
+            logLineOnce("compiled kernels cannot be used: " + cause);
         }
     }
     return compiled(recipe);
