@@ -49,8 +49,8 @@ bool isCopy(const PlanPass& pass) {
     return copy && pass.function == copy;
 }
 
-/// Whether the reader does nothing but to interpolate what `between` has interpolated: it may as well ask for that at
-/// the places that it reads.
+/// Whether the reader does nothing but to interpolate what `between` has interpolated: it may as well ask for
+/// that at the places that it reads.
 bool interpolatesTwice(const PlanPass& reader, const PlanPass& between) {
     static const auto transform = stock("MTITransform"), enlarge = stock("MTIEnlarge");
     return transform && reader.function == transform && between.function == enlarge;

@@ -112,8 +112,9 @@ TEST(PassFusion, JoinsWhatReadsOnlyAtItsOwnPlace) {
     EXPECT_THAT(fused(screened(twice, faded(twice))).passes,
                 ElementsAre("MTIExposure + MTIOpacity + MTIBlendScreen"));
     // What is interpolated twice is read once; narrower blurs end in taps.
-    EXPECT_THAT(fused(turned(blurred(a, 9))).passes,
-                ElementsAre("MTIReduce", "MTIGaussianFetched", "MTIGaussianFetched", "MTIEnlarge + MTITransform"));
+    EXPECT_THAT(
+        fused(turned(blurred(a, 9))).passes,
+        ElementsAre("MTIReduce", "MTIGaussianFetched", "MTIGaussianFetched", "MTIEnlarge + MTITransform"));
     // A mere copy is nothing, wherever it is read.
     EXPECT_THAT(fused(turned(pass("MTICopy", {pass("MTICopy", {a})}))).passes, ElementsAre("MTITransform"));
     // Planes of a video frame, where they are converted in a shader.

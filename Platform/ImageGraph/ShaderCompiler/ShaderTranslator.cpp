@@ -89,8 +89,8 @@ class Composer {
             for (std::size_t n = 0; n < source.inputs.size(); ++n) {
                 const ShaderInput& read = source.inputs[n];
                 const StageInput& from = stages_[i].inputs[n];
-                if (from.from == From::stage && (std::size_t(from.index) >= i ||
-                                                 (read.anywhere && !goesAnywhere(from.index)))) {
+                if (from.from == From::stage &&
+                    (std::size_t(from.index) >= i || (read.anywhere && !goesAnywhere(from.index)))) {
                     shader_.error = fmt::format("{} reads input {} away from its own place", source.name, n);
                 }
                 if (read.sizeOffset >= 0) sizes_ = std::max(sizes_, from.size + 1);
@@ -193,7 +193,8 @@ class Composer {
                                                                      : "vec4(0.0)";
                 define("here", "()", color);
                 if (from.from == From::stage && stage.source->inputs[n].anywhere) {
-                    const std::string function = prefix(from.index) + stages_[std::size_t(from.index)].source->name;
+                    const std::string function =
+                        prefix(from.index) + stages_[std::size_t(from.index)].source->name;
                     define("input", "(uv)", function + "(uv)");
                     define("pixel", "(p)", function + "((vec2(p) + 0.5) / qv_outputSize)");
                 } else {
