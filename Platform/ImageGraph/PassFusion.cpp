@@ -40,9 +40,20 @@ bool isOutput(const RenderPlan& plan, int texture) {
     return std::ranges::find(plan.outputs, texture) != plan.outputs.end();
 }
 
+std::shared_ptr<const ShaderFunction> stock(std::string_view name) {
+    return ShaderLibrary::platform()->function(name);
+}
+
 bool isCopy(const PlanPass& pass) {
-    static const auto copy = ShaderLibrary::platform()->function("MTICopy");
+    static const auto copy = stock("MTICopy");
     return copy && pass.function == copy;
+}
+
+/// Whether the reader does nothing but to interpolate what `between` has interpolated: it may as well ask for
+/// that at the places that it reads.
+bool interpolatesTwice(const PlanPass& reader, const PlanPass& between) {
+    static const auto transform = stock("MTITransform"), enlarge = stock("MTIEnlarge");
+    return transform && reader.function == transform && between.function == enlarge;
 }
 
 void dropUnreadPasses(RenderPlan& plan) {
@@ -127,7 +138,8 @@ class Fuser {
     std::optional<FusionRefusal> refusalOf(const Reader& reader, int p) const {
         const PlanPass& readingPass = pass(reader.pass);
         const PlanTexture &between = texture(pass(p).output), &target = texture(readingPass.output);
-        if (!readingPass.function->readsOnlyHere(std::size_t(reader.input)))
+        if (!readingPass.function->readsOnlyHere(std::size_t(reader.input)) &&
+            !interpolatesTwice(readingPass, pass(p)))
             return FusionRefusal::readElsewhere;
         if (between.width != target.width || between.height != target.height) return FusionRefusal::otherSize;
         return {};

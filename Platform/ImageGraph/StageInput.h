@@ -8,7 +8,8 @@ struct StageInput {
     enum class From {
         nothing,  ///< a missing image: transparent, one pixel
         texture,  ///< of the pass
-        stage,    ///< the result of an earlier stage, which can only be read with readHere
+        stage,    ///< the result of an earlier stage; away from its own place only if that reads nothing with
+                  ///< readHere
         value     ///< one colour for all pixels
     };
     /// As `size`: that of the output.

@@ -45,10 +45,10 @@ MTIImage turned(const MTIImage& image) {
 MTIImage screened(const MTIImage& below, const MTIImage& above) {
     return pass("MTIBlendScreen", {below, above}, {{"intensity", 1.0f}});
 }
-MTIImage blurred(const MTIImage& image) {
+MTIImage blurred(const MTIImage& image, float radius = 1.5f) {
     MTIGaussianBlurFilter blur;
     blur.setInputImage(image);
-    blur.setRadius(1.5f);
+    blur.setRadius(radius);
     return blur.outputImage();
 }
 MTIImage colored(CGSize size = {40, 24}) {
@@ -111,6 +111,10 @@ TEST(PassFusion, JoinsWhatReadsOnlyAtItsOwnPlace) {
     const MTIImage twice = exposed(a);
     EXPECT_THAT(fused(screened(twice, faded(twice))).passes,
                 ElementsAre("MTIExposure + MTIOpacity + MTIBlendScreen"));
+    // What is interpolated twice is read once; narrower blurs end in taps.
+    EXPECT_THAT(
+        fused(turned(blurred(a, 9))).passes,
+        ElementsAre("MTIReduce", "MTIGaussianFetched", "MTIGaussianFetched", "MTIEnlarge + MTITransform"));
     // A mere copy is nothing, wherever it is read.
     EXPECT_THAT(fused(turned(pass("MTICopy", {pass("MTICopy", {a})}))).passes, ElementsAre("MTITransform"));
     // Planes of a video frame, where they are converted in a shader.
@@ -248,6 +252,7 @@ TEST(PassFusion, ChangesNoPicture) {
             return exposed(pass("MTIResize", {photo()}, {}, {17, 50}));
         },  // uniforms and selectors unset
         [] { return faded(exposed(videoFrame())); },
+        [] { return faded(turned(blurred(photo(), 9))); },
     };
     const std::pair<bool, MTIPixelFormat> ways[] = {{false, MTIPixelFormat::rgba8Unorm},
                                                     {true, MTIPixelFormat::rgba8Unorm},

@@ -19,7 +19,7 @@ constexpr double kNarrowest = 0.2, kWidest = 16384;
 constexpr double kHalfFrom = 2.5, kQuarterFrom = 8;
 /// Taps on each side that are used; few, since each is a pipeline of its own. They reach to 3 standard
 /// deviations.
-constexpr std::array<int, 9> kTapRadii{1, 2, 3, 5, 7, 9, 12, 16, 20};
+constexpr std::array<int, 11> kTapRadii{1, 2, 3, 4, 5, 6, 7, 9, 12, 16, 20};
 constexpr double kReach = 3;
 constexpr double kWidestTaps = (kTapRadii.back() + 0.5) / kReach;
 /// One pass reduces by 16 at most.

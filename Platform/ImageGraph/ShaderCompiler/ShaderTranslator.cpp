@@ -77,6 +77,11 @@ class Composer {
     /// Prefix of the stage's own names; a pass of one function keeps them.
     std::string prefix(int stage) const { return stages_.size() == 1 ? "" : fmt::format("s{}_", stage); }
 
+    /// Whether the stage's result at another place is had by calling its function there.
+    bool goesAnywhere(int stage) const {
+        return std::ranges::none_of(stages_[std::size_t(stage)].source->inputs, &ShaderInput::here);
+    }
+
     void collectInputs() {
         ShaderFunction& declaration = shader_.declaration;
         for (std::size_t i = 0; i < stages_.size(); ++i) {
@@ -84,7 +89,8 @@ class Composer {
             for (std::size_t n = 0; n < source.inputs.size(); ++n) {
                 const ShaderInput& read = source.inputs[n];
                 const StageInput& from = stages_[i].inputs[n];
-                if (from.from == From::stage && (read.anywhere || std::size_t(from.index) >= i)) {
+                if (from.from == From::stage &&
+                    (std::size_t(from.index) >= i || (read.anywhere && !goesAnywhere(from.index)))) {
                     shader_.error = fmt::format("{} reads input {} away from its own place", source.name, n);
                 }
                 if (read.sizeOffset >= 0) sizes_ = std::max(sizes_, from.size + 1);
@@ -183,8 +189,15 @@ class Composer {
                                           : from.from == From::value ? fmt::format("qv_value{}", from.index)
                                                                      : "vec4(0.0)";
                 define("here", "()", color);
-                define("input", "(uv)", color);
-                define("pixel", "(p)", color);
+                if (from.from == From::stage && stage.source->inputs[n].anywhere) {
+                    const std::string function =
+                        prefix(from.index) + stages_[std::size_t(from.index)].source->name;
+                    define("input", "(uv)", function + "(uv)");
+                    define("pixel", "(p)", function + "((vec2(p) + 0.5) / qv_outputSize)");
+                } else {
+                    define("input", "(uv)", color);
+                    define("pixel", "(p)", color);
+                }
             }
             define("size", "",
                    from.from == From::nothing             ? "vec2(1.0)"

@@ -6,13 +6,8 @@
 uniform float iTime;
 uniform float effectValue;
 
-// Smooth random values 0..1 from the cheap hash: frost and mist need no finer ones.
-float softNoise(vec2 p, float seed) {
-    vec2 cell = floor(p), t = smoothstep(0.0, 1.0, p - cell);
-    float a = particleDraw(cell, seed).x, b = particleDraw(cell + vec2(1.0, 0.0), seed).x;
-    float c = particleDraw(cell + vec2(0.0, 1.0), seed).x, d = particleDraw(cell + 1.0, seed).x;
-    return mix(mix(a, b, t.x), mix(c, d, t.x), t.y);
-}
+// Frost and mist need no finer values.
+float softNoise(vec2 p, float seed) { return smoothDraws(p, seed).x; }
 
 vec4 QVAIFreezeFilter(vec2 uv) {
     vec2 size = outputSize();

@@ -1,4 +1,5 @@
-// The subject in a glass ball of snow. Inputs: the scene, the subject's mask, the scene out of focus, the ball's picture.
+// The subject in a glass ball of snow. Inputs: the scene, the subject's mask, the scene out of focus and a little nearer,
+// the ball's picture.
 #include "color.glsl"
 #include "particles.glsl"
 #include "wave.glsl"
@@ -29,9 +30,9 @@ vec4 QVAISnowBallFilter(vec2 uv) {
     vec2 q = (inPicture - kBallMiddle) / kBallRadius;  // on the glass's disc
     float r2 = dot(q, q);
 
-    // The room: out of focus, a little nearer, darker to its corners.
+    // The room is darker to its corners.
     vec2 corner = uv - 0.5;
-    vec4 behind = readInput(2, 0.5 + 0.95 * corner);
+    vec4 behind = readHere(2);
     vec3 room = behind.rgb * (0.78 - 0.75 * dot(corner, corner)) * vec3(0.94, 0.97, 1.03);
 
     // In the ball: as through a lens, brighter and colder but for the subject.

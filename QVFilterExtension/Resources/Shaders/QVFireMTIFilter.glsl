@@ -17,23 +17,15 @@ float embers(vec2 p, float cells, float rise, float seed) {
     return spark * flicker * step(draw.z, 0.1 + 0.25 * effectValue);
 }
 
-// Four smooth random values of a place, 0..1.
-vec4 air(vec2 p, float seed) {
-    vec2 cell = floor(p), t = smoothstep(0.0, 1.0, p - cell);
-    vec4 above = mix(particleDraw(cell, seed), particleDraw(cell + vec2(1.0, 0.0), seed), t.x);
-    vec4 below = mix(particleDraw(cell + vec2(0.0, 1.0), seed), particleDraw(cell + 1.0, seed), t.x);
-    return mix(above, below, t.y);
-}
-
 // How hot the flames of a layer are, 0..1, hottest at their foot. `x` and `up`, from the foot, in short sides; `gust` of
 // the air there, -0.5..0.5, and in w the threads that it draws, 0..1; `height` of the highest tongues.
 float flames(float x, float up, vec4 gust, float height, float width, float rise, float seed) {
     float rel = up / height, time = iTime * rise;
     // The air carries the tongues away as it rises, in large turns and in small ones.
-    vec4 lick = air(vec2(x * 6.5 / width + 1.5 * gust.x, up * 4.2 / width - time * 2.1), seed + 1.0);
+    vec4 lick = smoothDraws(vec2(x * 6.5 / width + 1.5 * gust.x, up * 4.2 / width - time * 2.1), seed + 1.0);
     float bent = x + width * (0.5 * gust.y * (0.3 + rel) + 0.13 * (lick.x - 0.5) * min(3.0 * rel, 1.0));
     // Each tongue is as high as its place says; it sinks and shoots up.
-    vec4 tongue = air(vec2(bent * 6.0 / width, time * 1.4), seed + 2.0);
+    vec4 tongue = smoothDraws(vec2(bent * 6.0 / width, time * 1.4), seed + 2.0);
     float top = 0.16 + 0.7 * tongue.x + 0.3 * tongue.y * gust.z;
     // Ridges are threads of fire; between them the flame is torn, the more the higher.
     float ridge = 1.0 - abs(2.0 * mix(gust.w, lick.y, 0.45) - 1.0);
@@ -56,8 +48,8 @@ vec4 QVFireMTIFilter(vec2 uv) {
     float rel = up / height;
 
     // Two walls of fire, the one behind higher and darker.
-    vec3 gust = air(vec2(p.x * 2.6, up * 1.8 - iTime * 0.9), 1.0).xyz - 0.5;
-    vec4 thread = air(vec2((p.x + 0.4 * gust.y * (0.3 + rel)) * 20.0, up * 4.0 - iTime * 3.0), 2.0);
+    vec3 gust = smoothDraws(vec2(p.x * 2.6, up * 1.8 - iTime * 0.9), 1.0).xyz - 0.5;
+    vec4 thread = smoothDraws(vec2((p.x + 0.4 * gust.y * (0.3 + rel)) * 20.0, up * 4.0 - iTime * 3.0), 2.0);
     float behind = flames(p.x, up, vec4(gust, thread.x), height * 1.25, 1.0, 0.8, 3.0);
     float front = flames(p.x + 7.3, up, vec4(gust.zxy, thread.y), height * 0.8, 0.7, 1.15, 6.0);
     vec3 fire = burning(0.12 + behind * 0.58) * smoothstep(0.0, 0.34, behind);

@@ -88,19 +88,17 @@ MTIImage QVAIContourHaloFilter::renderLineWithParam(const QVSaberParam& param) {
     } else if (param.colArray) {
         bezierRender_.setColArray(param.colArray);
     }
-    MTIImage line = placed(bezierRender_.renderColorBezierWithBlackWhiteTexure(drawLine(param.thickness, 1)));
-    if (!line) return {};
-    if (param.colorImage) {
-        QVHueMTIFilter hueFilter;
-        hueFilter.setInputImage(line);
-        hueFilter.setHue(float(getOffsetH() * 2 * 3.141592653589793));
-        line = hueFilter.outputImage();
-    }
+    // The noise moves the line's mask: coloured afterwards, the line needs no picture of its own in between.
     QVContourNoiseFilter noiseFilter;
-    noiseFilter.setInputImage(line);
+    noiseFilter.setInputImage(placed(drawLine(param.thickness, 1)));
     noiseFilter.setParam(param);
     noiseFilter.setITime(iTime());
-    return noiseFilter.outputImage();
+    const MTIImage line = bezierRender_.renderColorBezierWithBlackWhiteTexure(noiseFilter.outputImage());
+    if (!line || !param.colorImage) return line;
+    QVHueMTIFilter hueFilter;
+    hueFilter.setInputImage(line);
+    hueFilter.setHue(float(getOffsetH() * 2 * 3.141592653589793));
+    return hueFilter.outputImage();
 }
 
 MTIImage QVAIContourHaloFilter::outputImage() {

@@ -25,6 +25,7 @@ const QVFilterClass QVAIMattingRepetitionFilterClass{
 MTIImage QVAIMattingRepetitionFilter::outputImage() {
     reputationFilter_.setEffectValue(effectValue());
     reputationFilter_.setDistanceValue(double(firstSetting(0.3f)));
+    reputationFilter_.setCutOut(true);
     return overFrame(reputationFilter_);
 }
 

@@ -14,8 +14,8 @@ QVAssetCache& assets() {
     return cache;
 }
 
-/// Blur of what lies behind the ball, shorter sides.
-constexpr double kBlur = 0.025;
+/// Blur of what lies behind the ball, shorter sides, and how much nearer it is.
+constexpr double kBlur = 0.025, kNearer = 1 / 0.95;
 
 }  // namespace
 
@@ -37,7 +37,9 @@ MTIImage QVAISnowBallFilter::outputImage() {
     blur.setRadius(float(kBlur * std::min(size.width, size.height)));
     blur.setOutputPixelFormat(outputPixelFormat());
     const MTIImage ball = assets().mtiImageNamed("celebrate_glassBall.png");
-    return applyKernel({inputImage(), maskImage(), blur.outputImage(), ball}, parameters());
+    const MTIImage room =
+        blur.outputImage().imageByApplyingTransform(CGAffineTransformMakeScale(kNearer, kNearer));
+    return applyKernel({inputImage(), maskImage(), room, ball}, parameters());
 }
 
 }  // namespace qv

@@ -26,7 +26,8 @@ const QVFilterClass QVAIReputationFilterClass{
 };
 
 MTIParameters QVAIReputationFilter::parameters() const {
-    return {{"angleValue", effectValue()}, {"distanceValue", float(distanceValue_)}};
+    return {
+        {"angleValue", effectValue()}, {"distanceValue", float(distanceValue_)}, {"cutOut", int(cutOut_)}};
 }
 
 }  // namespace qv

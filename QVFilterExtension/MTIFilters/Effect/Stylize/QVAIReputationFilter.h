@@ -19,11 +19,15 @@ class QVAIReputationFilter : public QVEffectMTIFilter {
     double distanceValue() const { return distanceValue_; }
     void setDistanceValue(double distance) { distanceValue_ = distance; }
 
-    /// "angleValue" (turns), "distanceValue".
+    /// Tells that the picture is cut out and has no cards, so that its corners need not be looked at.
+    void setCutOut(bool cutOut) { cutOut_ = cutOut; }
+
+    /// "angleValue" (turns), "distanceValue", "cutOut" (0 or 1).
     MTIParameters parameters() const override;
 
   private:
     double distanceValue_ = 0.3;
+    bool cutOut_ = false;
 };
 
 }  // namespace qv

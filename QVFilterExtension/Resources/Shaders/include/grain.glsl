@@ -5,11 +5,9 @@
 // Four channels about 0, mostly within 0.5, of grains as large as the unit of `place`. The spread is the same at the
 // lattice's points and between them, so that the lattice does not show. `seed` is a whole number.
 vec4 grainAt(vec2 place, float seed) {
-    vec2 cell = floor(place), t = smoothstep(0.0, 1.0, place - cell), s = 1.0 - t;
-    vec4 weight = vec4(s.x * s.y, t.x * s.y, s.x * t.y, t.x * t.y);
-    vec4 mean = particleDraw(cell, seed) * weight.x + particleDraw(cell + vec2(1.0, 0.0), seed) * weight.y +
-                particleDraw(cell + vec2(0.0, 1.0), seed) * weight.z + particleDraw(cell + 1.0, seed) * weight.w;
-    return (mean - 0.5) * inversesqrt(dot(weight, weight));
+    vec2 cell = floor(place);
+    vec4 weight = cornerWeights(smoothstep(0.0, 1.0, place - cell));
+    return (cornerDraws(cell, seed) * weight - 0.5) * inversesqrt(dot(weight, weight));
 }
 
 // Lattice place of a pixel for grains of `size` 1/1080 of the frame's shorter side, at least a pixel large.
