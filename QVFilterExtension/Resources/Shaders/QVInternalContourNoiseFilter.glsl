@@ -21,7 +21,7 @@ vec4 QVInternalContourNoiseFilter(vec2 uv) {
     vec2 shift = wave(q.yx + vec2(0.13, 0.71));
     if (uComplexity > 1) shift += 0.8 * wave(r.yx * 1.37 + shift * 0.2);
     if (uComplexity > 2) shift += 0.45 * wave(r * 2.6 - shift * 0.25);
-    if (uComplexity > 3) shift += 0.24 * zigzag(q.yx * 5.3 + shift.yx * 0.35);
+    if (uComplexity > 3) shift += 0.24 * wave(q.yx * 5.3 + shift.yx * 0.35);
     if (uComplexity > 4) shift += 0.12 * zigzag(r.yx * 11.1 + shift * 0.5);
     if (uComplexity > 5) shift += 0.06 * zigzag(q * 21.7 + shift.yx * 0.7);
     return readInput(0, uv + shift * (0.6 * uDistortion * max(size.x, size.y)) * pixel);

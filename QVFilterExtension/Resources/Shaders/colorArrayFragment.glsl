@@ -10,7 +10,7 @@ vec4 colorArrayFragment(vec2 uv) {
     float glow = lineGlow(line);
     // A colour counts by its alpha, a transparent one a little.
     float more = glow * (inner.a + 0.15), less = (1.0 - glow) * (outer.a + 0.15);
-    float alpha = mix(outer.a, inner.a, glow) * line.a, share = alpha / (more + less);
-    if (isPicture == 1) return readPixel(1, ivec2((1.0 - glow) * (inputSize(1).x - 1.0) + 0.5, 0)) * line.a;
-    return vec4(inner.rgb * (more * share) + outer.rgb * (less * share), alpha);
+    vec4 color = vec4((inner.rgb * more + outer.rgb * less) / (more + less), 1.0) * mix(outer.a, inner.a, glow);
+    if (isPicture == 1) color = readPixel(1, ivec2((1.0 - glow) * (inputSize(1).x - 1.0) + 0.5, 0));
+    return color * line.a;
 }

@@ -88,17 +88,19 @@ MTIImage QVAIContourHaloFilter::renderLineWithParam(const QVSaberParam& param) {
     } else if (param.colArray) {
         bezierRender_.setColArray(param.colArray);
     }
-    // The noise moves the line's mask: coloured afterwards, the line needs no picture of its own in between.
+    MTIImage line = placed(bezierRender_.renderColorBezierWithBlackWhiteTexure(drawLine(param.thickness, 1)));
+    if (!line) return {};
+    if (param.colorImage) {
+        QVHueMTIFilter hueFilter;
+        hueFilter.setInputImage(line);
+        hueFilter.setHue(float(getOffsetH() * 2 * 3.141592653589793));
+        line = hueFilter.outputImage();
+    }
     QVContourNoiseFilter noiseFilter;
-    noiseFilter.setInputImage(placed(drawLine(param.thickness, 1)));
+    noiseFilter.setInputImage(line);
     noiseFilter.setParam(param);
     noiseFilter.setITime(iTime());
-    const MTIImage line = bezierRender_.renderColorBezierWithBlackWhiteTexure(noiseFilter.outputImage());
-    if (!line || !param.colorImage) return line;
-    QVHueMTIFilter hueFilter;
-    hueFilter.setInputImage(line);
-    hueFilter.setHue(float(getOffsetH() * 2 * 3.141592653589793));
-    return hueFilter.outputImage();
+    return noiseFilter.outputImage();
 }
 
 MTIImage QVAIContourHaloFilter::outputImage() {
