@@ -5,8 +5,11 @@
 
 #include <glslang/SPIRV/GLSL.std.450.h>
 #include <gmock/gmock.h>
+#include <sys/prctl.h>
 
 #include <cmath>
+#include <cstdio>
+#include <cstdlib>
 #include <random>
 
 #include "Platform/ImageGraph/Native/KernelLibrary.h"
@@ -43,8 +46,8 @@ TEST(ObjectCode, SumsOfProductsAreRoundedOnce) {
             };
             // A product with two uses stays one, and what adds two products contracts the first.
             Value* const shared = product(0, 3);
-            return Color{ir.CreateFAdd(product(0, 1), c[2]), ir.CreateFSub(c[2], product(0, 1)),
-                         ir.CreateFSub(product(0, 1), product(2, 3)),
+            return Color{ir.CreateFAdd(product(0, 1), c[2]), ir.CreateFSub(c[1], product(0, 2)),
+                         ir.CreateFSub(product(1, 2), product(2, 3)),
                          ir.CreateFMul(ir.CreateFAdd(shared, c[1]), shared)};
         });
         Image result(TextureFormat::rgba32Float, kWidth, kHeight);
@@ -55,8 +58,8 @@ TEST(ObjectCode, SumsOfProductsAreRoundedOnce) {
                 volatile const float second = c[2] * c[3], shared = c[0] * c[3];
                 volatile const float sum = shared + c[1];
                 ASSERT_EQ(got[0], std::fma(c[0], c[1], c[2]));
-                ASSERT_EQ(got[1], std::fma(-c[0], c[1], c[2]));
-                ASSERT_EQ(got[2], std::fma(c[0], c[1], -second));
+                ASSERT_EQ(got[1], std::fma(-c[0], c[2], c[1]));
+                ASSERT_EQ(got[2], std::fma(c[1], c[2], -second));
                 ASSERT_EQ(got[3], sum * shared);
             }
         }
@@ -149,6 +152,23 @@ TEST(ObjectCode, WhatIsNoObjectIsNotLinked) {
     error.clear();
     EXPECT_FALSE(linkObject(text, &error));
     EXPECT_NE(error, "");
+}
+
+/// In a process that may not make memory executable; a system that cannot forbid it has nothing to tell.
+[[noreturn]] void linkWithoutExecutableMemory(const std::vector<std::byte>& object) {
+    constexpr int kDenyExecutableMemory = 65;
+    std::string error = "cannot be forbidden";
+    const bool isForbidden = ::prctl(kDenyExecutableMemory, 1, 0, 0, 0) == 0;
+    if (isForbidden && linkObject(object, &error)) error = "linked";
+    std::fprintf(stderr, "%s\n", error.c_str());
+    std::_Exit(0);
+}
+
+TEST(ObjectCodeDeathTest, WithoutExecutableMemoryNothingIsLinked) {
+    if (runnableTargets().empty()) GTEST_SKIP() << "no target runs here";
+    const std::vector<std::byte> object = smallObject();
+    EXPECT_EXIT(linkWithoutExecutableMemory(object), testing::ExitedWithCode(0),
+                "cannot be forbidden|Permission denied");
 }
 
 TEST(KernelLibrary, TellsWhatIsDamaged) {

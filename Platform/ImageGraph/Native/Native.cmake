@@ -35,7 +35,8 @@ add_library(QVFilterNative SHARED)
 set(native_export_map ${PROJECT_SOURCE_DIR}/cmake/NativeSymbols.map)
 target_link_libraries(QVFilterNative PRIVATE qv_native_compiler)
 target_link_options(QVFilterNative PRIVATE LINKER:--version-script=${native_export_map})
-set_target_properties(QVFilterNative PROPERTIES LINK_DEPENDS ${native_export_map} LINKER_LANGUAGE CXX)
+set_target_properties(QVFilterNative PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 0
+                      LINK_DEPENDS ${native_export_map} LINKER_LANGUAGE CXX)
 
 # Beforehand, so that a pass of one function compiles nothing when it is first drawn.
 add_executable(qvnativec ${CMAKE_CURRENT_LIST_DIR}/Compiler/qvnativec.cpp ${CMAKE_CURRENT_LIST_DIR}/KernelLibrary.cpp
@@ -43,7 +44,7 @@ add_executable(qvnativec ${CMAKE_CURRENT_LIST_DIR}/Compiler/qvnativec.cpp ${CMAK
 target_include_directories(qvnativec PRIVATE ${PROJECT_SOURCE_DIR})
 target_link_libraries(qvnativec PRIVATE qv_native_compiler qv_shaders Glslang::Glslang Threads::Threads)
 
-# After the bundle's shaders are known: kernels of every function of `libraries` for `target`, as one file.
+# Kernels of every function of the shader libraries that are named after `output`, for `target`, as one file.
 function(qv_add_kernels target output)
     if(QV_BUNDLE_FROM)
         return()
