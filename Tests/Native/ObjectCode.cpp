@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <random>
+#include <thread>
 
 #include "Platform/ImageGraph/Native/KernelLibrary.h"
 #include "Tests/Native/LaneKernel.h"
@@ -109,6 +110,24 @@ TEST(ObjectCode, TargetsGiveTheSameBytes) {
             draw(*kernel, {&input}, results.emplace_back(TextureFormat::rgba32Float, kWidth, kHeight));
             EXPECT_TRUE(results.back() == results.front()) << seed;
         }
+    }
+}
+
+TEST(ObjectCode, ThreadsMakeTheSameObjects) {
+    std::vector<std::vector<std::byte>> objects(4);
+    std::vector<std::thread> threads;
+    for (auto& object : objects) {
+        threads.emplace_back([&object] {
+            llvm::LLVMContext context;
+            std::string error;
+            const auto module = moduleOf(context, TextureFormat::rgba8, randomBody(3));
+            object = objectOf(*module, NativeTarget::avx2, &error);
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+    for (const auto& object : objects) {
+        EXPECT_FALSE(object.empty());
+        EXPECT_EQ(object, objects.front());
     }
 }
 

@@ -18,9 +18,11 @@ add_library(qv_native_compiler OBJECT ${NATIVE_COMPILER_SOURCES})
 target_include_directories(qv_native_compiler PRIVATE ${PROJECT_SOURCE_DIR} ${GLSLANG_INCLUDE_DIR})
 target_include_directories(qv_native_compiler SYSTEM PUBLIC ${LLVM_INCLUDE_DIRS})
 target_link_libraries(qv_native_compiler PUBLIC LLVM ${GLSLANG_SPIRV-Tools_LIBRARY} fmt::fmt)
-# Objects that another version of these sources made are not used.
+# Objects that another version of these sources made are not used: the compiler, and what makes its input of shaders.
 set(native_version_header ${CMAKE_BINARY_DIR}/generated/NativeCompilerVersion.h)
-file(GLOB native_version_sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/*.h ${CMAKE_CURRENT_LIST_DIR}/Compiler/*)
+file(GLOB native_version_sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/NativeKernel.h
+     ${CMAKE_CURRENT_LIST_DIR}/NativeCompiler.h ${CMAKE_CURRENT_LIST_DIR}/Compiler/* ${PROJECT_SOURCE_DIR}/Platform/ImageGraph/ShaderCompiler/*Shader*.cpp
+     ${PROJECT_SOURCE_DIR}/Platform/ImageGraph/ShaderCompiler/GlslCompiler.cpp ${GLSLANG_INCLUDE_DIR}/glslang/build_info.h)
 add_custom_command(OUTPUT ${native_version_header}
     COMMAND ${CMAKE_COMMAND} -D OUTPUT=${native_version_header} -P ${PROJECT_SOURCE_DIR}/cmake/scripts/HashOfFiles.cmake
             kNativeCompilerSources ${native_version_sources}
