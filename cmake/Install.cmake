@@ -1,10 +1,16 @@
-# What is installed, by the package that it belongs to: library, persons, development, tool, plugins, python.
+# What is installed, by the package that it belongs to: library, native, persons, development, tool, plugins, python.
 
 include(CMakePackageConfigHelpers)
 
 set(library_place LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} NAMELINK_COMPONENT development)
 install(TARGETS QVFilterExtension qv EXPORT QVFilterExtensionTargets ${library_place} COMPONENT library)
-install(DIRECTORY ${QV_BUNDLE} DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library)
+install(DIRECTORY ${QV_BUNDLE} DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library PATTERN *.kernels EXCLUDE)
+if(TARGET QVFilterNative)
+    get_filename_component(bundle_name ${QV_BUNDLE} NAME)
+    install(TARGETS QVFilterNative LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} NAMELINK_SKIP COMPONENT native)
+    install(DIRECTORY ${QV_BUNDLE}/ DESTINATION ${CMAKE_INSTALL_LIBDIR}/${bundle_name} COMPONENT native
+            FILES_MATCHING PATTERN *.kernels)
+endif()
 if(TARGET QVPersonMask)
     set_target_properties(QVPersonMask PROPERTIES INSTALL_RPATH "$ORIGIN")
     install(TARGETS QVPersonMask EXPORT QVFilterExtensionTargets ${library_place} COMPONENT persons)

@@ -36,6 +36,9 @@ TEST(ExportedSymbols, AreOnlyTheNamespaceAndWhatItsClassesNeed) {
     for (const std::string& name : exportedBy(QV_PERSON_MASK_LIBRARY))
         EXPECT_TRUE(std::regex_match(name, ours)) << name;
 #endif
+#ifdef QV_NATIVE_LIBRARY
+    EXPECT_EQ(exportedBy(QV_NATIVE_LIBRARY), std::vector<std::string>{"qvNativeCompiler"});
+#endif
 }
 
 }  // namespace

@@ -47,8 +47,7 @@ float texel(int x, int y) {
 class ControlFlow : public testing::TestWithParam<Case> {};
 
 TEST_P(ControlFlow, GivesWhatOnePixelAtATimeGives) {
-    const std::string text =
-        fmt::format("{}{}\nvoid main() {{ color = f(); }}\n", kHead, GetParam().body);
+    const std::string text = fmt::format("{}{}\nvoid main() {{ color = f(); }}\n", kHead, GetParam().body);
     std::string error;
     const auto code = compileFragmentGlsl(text, &error);
     ASSERT_FALSE(code.empty()) << error;
@@ -68,8 +67,11 @@ TEST_P(ControlFlow, GivesWhatOnePixelAtATimeGives) {
         ASSERT_TRUE(kernel);
         Image output(TextureFormat::rgba32Float, kWidth, kHeight);
         const NativeImage source = input.native();
-        const NativeKernelArguments arguments{.words = words.data(), .selectors = selectors, .resampled = 4,
-                                              .inputs = &source, .target = output.native()};
+        const NativeKernelArguments arguments{.words = words.data(),
+                                              .selectors = selectors,
+                                              .resampled = 4,
+                                              .inputs = &source,
+                                              .target = output.native()};
         kernel->function()(&arguments, 0, 2);
         kernel->function()(&arguments, 2, kHeight);
         for (int y = 0; y < kHeight; ++y) {
@@ -163,9 +165,7 @@ vec2 outer(int v) {
 }
 vec4 f() { return vec4(outer(X), outer(N)); })",
      [](int x, int y) -> Pixel {
-         const auto inner = [](float v) {
-             return v > 20 ? 20.0f : v < 1 ? -1.0f : v < 3 ? 3.0f : v;
-         };
+         const auto inner = [](float v) { return v > 20 ? 20.0f : v < 1 ? -1.0f : v < 3 ? 3.0f : v; };
          const auto outer = [&](int v) {
              const float a = inner(float(v));
              if (a < 0) return std::pair(100.0f, 100.0f);
@@ -313,13 +313,13 @@ TEST(DamagedCode, GivesAnErrorAndNeverCrashes) {
     const auto attempt = [&](std::vector<std::uint32_t> words) {
         llvm::LLVMContext context;
         std::string cause;
-        const auto module =
-            buildKernel(context, {"damaged", words, {}, TextureFormat::rgba8}, &cause);
+        const auto module = buildKernel(context, {"damaged", words, {}, TextureFormat::rgba8}, &cause);
         ++(module ? built : refused);
         EXPECT_EQ(module == nullptr, !cause.empty());
         EXPECT_THAT(cause, testing::Not(testing::HasSubstr("\n")));
     };
-    for (std::size_t length : {std::size_t(0), std::size_t(3), std::size_t(5), code.size() / 2, code.size() - 1})
+    for (std::size_t length :
+         {std::size_t(0), std::size_t(3), std::size_t(5), code.size() / 2, code.size() - 1})
         attempt({code.begin(), code.begin() + std::ptrdiff_t(length)});
     std::mt19937 random(16);
     for (int i = 0; i < 400; ++i) {

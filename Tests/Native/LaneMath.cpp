@@ -16,7 +16,6 @@ namespace {
 
 constexpr int kWidth = 1024, kHeight = 512;
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
-constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 
 struct Function {
     const char* name;

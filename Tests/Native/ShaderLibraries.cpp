@@ -72,8 +72,10 @@ Image drawn(const PlanPass& pass, const std::vector<std::uint32_t>& code, std::v
     if (!kernel) return output;
     std::vector<NativeImage> images;
     for (Image& input : inputs) images.push_back(input.native());
-    const NativeKernelArguments arguments{.words = pass.words.data(), .selectors = pass.selectors.data(),
-                                          .resampled = pass.resampled, .inputs = images.data(),
+    const NativeKernelArguments arguments{.words = pass.words.data(),
+                                          .selectors = pass.selectors.data(),
+                                          .resampled = pass.resampled,
+                                          .inputs = images.data(),
                                           .target = output.native()};
     kernel->function()(&arguments, 0, kHeight);
     return output;
@@ -115,7 +117,8 @@ TEST_P(ShaderLibraries, DrawWhatTheOtherContextDraws) {
         const MTIImage image = kernel->applyToInputImages(images, parametersFor(*function), {kWidth, kHeight},
                                                           MTIPixelFormat::unspecified);
         const RenderPlan plan = planRender(image, {.processor = true});
-        if (plan.passes.size() != 1 || plan.passes[0].function->name != name || plan.passes[0].clearColor) continue;
+        if (plan.passes.size() != 1 || plan.passes[0].function->name != name || plan.passes[0].clearColor)
+            continue;
         std::vector<Image> results;
         for (NativeTarget target : runnableTargets()) {
             results.push_back(drawn(plan.passes[0], code, inputs, target));

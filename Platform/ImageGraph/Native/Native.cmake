@@ -21,15 +21,17 @@ add_library(qv_native_compiler OBJECT ${NATIVE_COMPILER_SOURCES})
 target_include_directories(qv_native_compiler PRIVATE ${PROJECT_SOURCE_DIR} ${GLSLANG_INCLUDE_DIR})
 target_include_directories(qv_native_compiler SYSTEM PUBLIC ${LLVM_INCLUDE_DIRS})
 target_link_libraries(qv_native_compiler PUBLIC LLVM ${GLSLANG_SPIRV-Tools_LIBRARY} fmt::fmt)
-# Objects that another version of these sources made are not used.
-set(native_version_header ${CMAKE_BINARY_DIR}/generated/NativeCompilerVersion.h)
-file(GLOB native_version_sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/*.h ${CMAKE_CURRENT_LIST_DIR}/Compiler/*)
+# Objects that another version of these sources made are not used: the compiler, and what makes its input of shaders.
+set(native_version_header ${CMAKE_BINARY_DIR}/generated/native/Platform/ImageGraph/Native/Compiler/CompilerVersion.h)
+file(GLOB native_version_sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/NativeKernel.h
+     ${CMAKE_CURRENT_LIST_DIR}/NativeCompiler.h ${CMAKE_CURRENT_LIST_DIR}/Compiler/* ${PROJECT_SOURCE_DIR}/Platform/ImageGraph/ShaderCompiler/*Shader*.cpp
+     ${PROJECT_SOURCE_DIR}/Platform/ImageGraph/ShaderCompiler/GlslCompiler.cpp ${GLSLANG_INCLUDE_DIR}/glslang/build_info.h)
 add_custom_command(OUTPUT ${native_version_header}
     COMMAND ${CMAKE_COMMAND} -D OUTPUT=${native_version_header} -P ${PROJECT_SOURCE_DIR}/cmake/scripts/HashOfFiles.cmake
             kNativeCompilerSources ${native_version_sources}
     DEPENDS ${native_version_sources} ${PROJECT_SOURCE_DIR}/cmake/scripts/HashOfFiles.cmake VERBATIM)
 target_sources(qv_native_compiler PRIVATE ${native_version_header})
-target_include_directories(qv_native_compiler PRIVATE ${CMAKE_BINARY_DIR}/generated)
+target_include_directories(qv_native_compiler PRIVATE ${CMAKE_BINARY_DIR}/generated/native)
 if(NOT LLVM_ENABLE_RTTI)
     target_compile_options(qv_native_compiler PRIVATE -fno-rtti -fno-sanitize=vptr)
 endif()
@@ -50,7 +52,7 @@ add_executable(qvnativec ${CMAKE_CURRENT_LIST_DIR}/Compiler/qvnativec.cpp ${CMAK
 target_include_directories(qvnativec PRIVATE ${PROJECT_SOURCE_DIR})
 target_link_libraries(qvnativec PRIVATE qv_native_compiler qv_shaders Glslang::Glslang Threads::Threads)
 
-# After the bundle's shaders are known: kernels of every function of `libraries` for `target`, as one file.
+# Kernels of every function of the shader libraries that are named after `output`, for `target`, as one file.
 function(qv_add_kernels target output)
     if(QV_BUNDLE_FROM)
         return()

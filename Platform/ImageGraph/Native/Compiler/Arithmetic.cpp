@@ -44,9 +44,8 @@ Value* safeDivisor(Builder& ir, Value* a, Value* b, bool isSigned) {
     Value* one = whole(b, 1);
     Value* fails = ir.CreateICmpEQ(b, whole(b, 0));
     if (isSigned) {
-        Value* overflows =
-            ir.CreateAnd(ir.CreateICmpEQ(a, whole(a, 0x80000000u)),
-                         ir.CreateICmpEQ(b, llvm::ConstantInt::getSigned(b->getType(), -1)));
+        Value* overflows = ir.CreateAnd(ir.CreateICmpEQ(a, whole(a, 0x80000000u)),
+                                        ir.CreateICmpEQ(b, llvm::ConstantInt::getSigned(b->getType(), -1)));
         fails = ir.CreateOr(fails, overflows);
     }
     return ir.CreateSelect(fails, one, b);
@@ -81,8 +80,7 @@ Value* oneOf(Builder& ir, spv::Op op, Value* a) {
         case spv::OpIsNan:
             return ir.CreateFCmpUNO(a, a);
         case spv::OpIsInf:
-            return ir.CreateFCmpOEQ(absolute(ir, a),
-                                    llvm::ConstantFP::getInfinity(a->getType()));
+            return ir.CreateFCmpOEQ(absolute(ir, a), llvm::ConstantFP::getInfinity(a->getType()));
         case spv::OpBitReverse:
             return call(ir, llvm::Intrinsic::bitreverse, a);
         case spv::OpBitCount:
@@ -294,8 +292,8 @@ Value* determinant(Builder& ir, const Values& matrix, std::size_t side) {
     if (side == 1) return matrix[0];
     Value* result = nullptr;
     for (std::size_t column = 0; column < side; ++column) {
-        Value* part = multiply(ir, matrix[column * side],
-                               determinant(ir, minorOf(matrix, side, 0, column), side - 1));
+        Value* part =
+            multiply(ir, matrix[column * side], determinant(ir, minorOf(matrix, side, 0, column), side - 1));
         result = !result ? part : column % 2 ? subtract(ir, result, part) : add(ir, result, part);
     }
     return result;
@@ -316,9 +314,9 @@ Values inverse(Builder& ir, const Values& matrix, std::size_t side) {
 
 Values refract(Builder& ir, const Values& incident, const Values& normal, Value* eta) {
     Value* cosine = dot(ir, normal, incident);
-    Value* k = subtract(ir, constant(ir, 1),
-                        multiply(ir, multiply(ir, eta, eta),
-                                 subtract(ir, constant(ir, 1), multiply(ir, cosine, cosine))));
+    Value* k = subtract(
+        ir, constant(ir, 1),
+        multiply(ir, multiply(ir, eta, eta), subtract(ir, constant(ir, 1), multiply(ir, cosine, cosine))));
     Value* isTotal = compare(ir, spv::OpFOrdLessThan, k, llvm::Constant::getNullValue(k->getType()));
     Value* along = add(ir, multiply(ir, eta, cosine), squareRoot(ir, k));
     Values result = sum(ir, scaled(ir, incident, eta), normal, ir.CreateFNeg(along));
@@ -330,16 +328,16 @@ Values refract(Builder& ir, const Values& incident, const Values& normal, Value*
 std::pair<Value*, Value*> significand(Builder& ir, Value* value) {
     // What is subnormal is made normal first.
     Value* scaleUp = ir.CreateFMul(value, number(value, 0x1p32));
-    Value* isSmall = ir.CreateFCmpOLT(absolute(ir, value),
-                                      number(value, 0x1p-126));
+    Value* isSmall = ir.CreateFCmpOLT(absolute(ir, value), number(value, 0x1p-126));
     Value* word = toBits(ir, ir.CreateSelect(isSmall, scaleUp, value));
     Value* field = ir.CreateAnd(ir.CreateLShr(word, whole(word, 23)), whole(word, 0xff));
     Value* exponent = ir.CreateSub(field, ir.CreateSelect(isSmall, whole(word, 126 + 32), whole(word, 126)));
-    Value* fraction = fromBits(ir, ir.CreateOr(ir.CreateAnd(word, whole(word, 0x807fffff)), whole(word, 0x3f000000)));
-    Value* isOrdinary = ir.CreateAnd(
-        ir.CreateFCmpUNE(value, llvm::Constant::getNullValue(value->getType())),
-        ir.CreateICmpNE(field, whole(word, 0xff)));
-    return {ir.CreateSelect(isOrdinary, fraction, value), ir.CreateSelect(isOrdinary, exponent, whole(word, 0))};
+    Value* fraction =
+        fromBits(ir, ir.CreateOr(ir.CreateAnd(word, whole(word, 0x807fffff)), whole(word, 0x3f000000)));
+    Value* isOrdinary = ir.CreateAnd(ir.CreateFCmpUNE(value, llvm::Constant::getNullValue(value->getType())),
+                                     ir.CreateICmpNE(field, whole(word, 0xff)));
+    return {ir.CreateSelect(isOrdinary, fraction, value),
+            ir.CreateSelect(isOrdinary, exponent, whole(word, 0))};
 }
 
 /// Functions that do not work component by component; empty for those that do.
@@ -375,8 +373,8 @@ Values vectorFunction(Builder& ir, unsigned function, const std::vector<Values>&
             return refract(ir, operands[0], operands[1], operands[2][0]);
         case GLSLstd450FaceForward: {
             Value* facing = dot(ir, operands[2], operands[1]);
-            Value* isFront = compare(ir, spv::OpFOrdLessThan, facing,
-                                     llvm::Constant::getNullValue(facing->getType()));
+            Value* isFront =
+                compare(ir, spv::OpFOrdLessThan, facing, llvm::Constant::getNullValue(facing->getType()));
             Values result;
             for (Value* component : operands[0]) {
                 result.push_back(choose(ir, isFront, component, ir.CreateFNeg(component)));
@@ -479,7 +477,8 @@ Values arithmetic(Builder& ir, const Program& program, const Operation& operatio
         case spv::OpAll: {
             Value* result = operands.at(0).at(0);
             const spv::Op op = operation.op == spv::OpAny ? spv::OpLogicalOr : spv::OpLogicalAnd;
-            for (std::size_t i = 1; i < operands[0].size(); ++i) result = twoOf(ir, op, result, operands[0][i]);
+            for (std::size_t i = 1; i < operands[0].size(); ++i)
+                result = twoOf(ir, op, result, operands[0][i]);
             return {result};
         }
         case spv::OpMatrixTimesVector: {
@@ -501,8 +500,8 @@ Values arithmetic(Builder& ir, const Program& program, const Operation& operatio
             const std::size_t rows = operands[0].size() / inner;
             Values result;
             for (std::size_t i = 0; i < count; ++i) {
-                result.push_back(dot(ir, rowOf(operands[0], i % rows, rows),
-                                     columnOf(operands[1], i / rows, inner)));
+                result.push_back(
+                    dot(ir, rowOf(operands[0], i % rows, rows), columnOf(operands[1], i / rows, inner)));
             }
             return result;
         }
@@ -561,7 +560,8 @@ Values arithmetic(Builder& ir, const Program& program, const Operation& operatio
             value = choose(ir, of(0, i), of(1, i), of(2, i));
         } else if (operation.op == spv::OpBitcast) {
             // Components of one size only: there are no others.
-            value = convert(ir, llvm::Instruction::BitCast, of(0, i), scalarType(ir, program.module.type(program.module.scalar(operation.type))));
+            value = convert(ir, llvm::Instruction::BitCast, of(0, i),
+                            scalarType(ir, program.module.type(program.module.scalar(operation.type))));
         } else if (operation.op == spv::OpBitFieldInsert || operation.op == spv::OpBitFieldSExtract ||
                    operation.op == spv::OpBitFieldUExtract) {
             Values components;

@@ -13,8 +13,8 @@ using Values = std::vector<Value*>;
 /// Whether a component of the result may depend on other components of operands that have as many.
 bool mixesComponents(const Operation& operation);
 
-/// What an operation on numbers gives: `operands` are those that are values, in order. Throws KernelError for an
-/// operation that is not supported.
+/// What an operation on numbers gives: `operands` are those that are values, in order. Throws KernelError for
+/// an operation that is not supported.
 Values arithmetic(Builder& ir, const Program& program, const Operation& operation,
                   const std::vector<Values>& operands);
 

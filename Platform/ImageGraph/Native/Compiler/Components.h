@@ -10,13 +10,14 @@ namespace qv::native {
 /// What an operation that only moves components gives, be they values or what is known of them: nothing for
 /// other operations. `of` gives the components of a value, `unset` stands for those that are undefined.
 template <class T, class Of>
-std::optional<std::vector<T>> movedComponents(const Program& program, const Operation& operation, const Of& of,
-                                              const T& unset) {
+std::optional<std::vector<T>> movedComponents(const Program& program, const Operation& operation,
+                                              const Of& of, const T& unset) {
     const SpirvModule& module = program.module;
     // The components of a part of a value: where it starts and how many they are.
     const auto part = [&](Id type, std::size_t firstIndex) {
         std::uint32_t offset = 0;
-        for (std::size_t i = firstIndex; i < operation.size(); ++i) offset += module.enter(type, operation[i]);
+        for (std::size_t i = firstIndex; i < operation.size(); ++i)
+            offset += module.enter(type, operation[i]);
         return std::pair(offset, module.type(type).components);
     };
     switch (operation.op) {

@@ -133,7 +133,9 @@ void Emitter::emitSelection(const Node& node) {
     if (node.varying) {
         condition = spread(ir_, condition);
         // A lane that takes no part may hold anything: `and` would pass on what is poisoned there.
-        const auto within = [&](Value* chosen) { return lanes ? ir_.CreateLogicalAnd(lanes, chosen) : chosen; };
+        const auto within = [&](Value* chosen) {
+            return lanes ? ir_.CreateLogicalAnd(lanes, chosen) : chosen;
+        };
         emitArm(node.body, within(condition));
         if (!node.otherwise.empty()) emitArm(node.otherwise, within(ir_.CreateNot(condition)));
     } else {
@@ -240,8 +242,9 @@ Values Emitter::constantOf(const Operation& global) {
         case spv::OpSpecConstantTrue:
         case spv::OpSpecConstantFalse: {
             const auto decorations = program_.module.decorations.find(global.result);
-            const std::optional<std::uint32_t> id =
-                decorations == program_.module.decorations.end() ? std::nullopt : decorations->second.constantId;
+            const std::optional<std::uint32_t> id = decorations == program_.module.decorations.end()
+                                                        ? std::nullopt
+                                                        : decorations->second.constantId;
             if (!id || *id >= kResampleConstantBase + 32) throw KernelError("a constant without a number");
             llvm::Type* word = ir.getInt32Ty();
             Value* value = nullptr;
@@ -324,7 +327,9 @@ void Emitter::emitOperation(const Node& node) {
         result = *std::move(moved);
         // A shuffle may leave components undefined.
         for (Value*& value : result) {
-            if (!value) value = llvm::Constant::getNullValue(result.front() ? result.front()->getType() : ir_.getInt32Ty());
+            if (!value)
+                value = llvm::Constant::getNullValue(result.front() ? result.front()->getType()
+                                                                    : ir_.getInt32Ty());
         }
         return;
     }
@@ -339,14 +344,17 @@ void Emitter::noteSteps(const Operation& operation, const std::vector<Values>& o
     using namespace llvm::PatternMatch;
     const bool isSum = operation.op == spv::OpIAdd, isDifference = operation.op == spv::OpISub;
     for (std::size_t i = 0; i < result.size(); ++i) {
-        const auto at = [&](std::size_t n) { return operands[n].size() == 1 ? operands[n][0] : operands[n][i]; };
+        const auto at = [&](std::size_t n) {
+            return operands[n].size() == 1 ? operands[n][0] : operands[n][i];
+        };
         if (isSum || isDifference) {
             Value *a = at(0), *b = at(1);
             if (isSum && firstOf(b)) std::swap(a, b);
             if (!firstOf(a) || isVarying(b)) continue;
             result[i] = steps(isSum ? ir_.CreateAdd(firstOf(a), b) : ir_.CreateSub(firstOf(a), b));
         } else if (operation.op == spv::OpConvertFToS) {
-            if (const auto centre = centres_.find(at(0)); centre != centres_.end()) result[i] = centre->second;
+            if (const auto centre = centres_.find(at(0)); centre != centres_.end())
+                result[i] = centre->second;
         } else if (operation.op == spv::OpExtInst && operation[1] == GLSLstd450SClamp) {
             Value* width = nullptr;
             if (firstOf(at(0)) && match(at(1), m_ZeroInt()) && match(at(2), m_Sub(m_Value(width), m_One()))) {

@@ -14,11 +14,11 @@ namespace qv::native {
 
 /// What a group of pixels draws with.
 struct KernelFrame {
-    Builder& entry;  ///< once for a call: what the arguments point to, memory for variables
-    Builder& start;  ///< before each group's code: the first values of variables
-    Builder& group;  ///< the code itself
-    Value *firstX, *row;             ///< i32, of the group
-    Value *arguments;                ///< pointer to NativeKernelArguments
+    Builder& entry;       ///< once for a call: what the arguments point to, memory for variables
+    Builder& start;       ///< before each group's code: the first values of variables
+    Builder& group;       ///< the code itself
+    Value *firstX, *row;  ///< i32, of the group
+    Value* arguments;     ///< pointer to NativeKernelArguments
     const std::vector<TextureFormat>& inputs;
 };
 

@@ -25,7 +25,8 @@ class KernelFunction {
         llvm::Type* word = llvm::Type::getInt32Ty(context_);
         llvm::Type* pointer = llvm::PointerType::get(context_, 0);
         auto* type = llvm::FunctionType::get(llvm::Type::getVoidTy(context_), {pointer, word, word}, false);
-        function_ = llvm::Function::Create(type, llvm::Function::ExternalLinkage, kNativeKernelSymbol, module_);
+        function_ =
+            llvm::Function::Create(type, llvm::Function::ExternalLinkage, kNativeKernelSymbol, module_);
         function_->setDoesNotThrow();
         function_->addParamAttr(0, llvm::Attribute::ReadOnly);
         llvm::Argument *arguments = function_->getArg(0), *firstRow = function_->getArg(1),
@@ -41,8 +42,8 @@ class KernelFunction {
         Value* width = target(word, offsetof(NativeImage, width));
 
         llvm::PHINode* y = row.CreatePHI(word, 2);
-        Value* address =
-            row.CreateGEP(row.getInt8Ty(), pixels, row.CreateMul(row.CreateSExt(y, row.getInt64Ty()), rowBytes));
+        Value* address = row.CreateGEP(row.getInt8Ty(), pixels,
+                                       row.CreateMul(row.CreateSExt(y, row.getInt64Ty()), rowBytes));
         llvm::PHINode* x = start.CreatePHI(word, 2);
         llvm::BasicBlock *rowStart = row.GetInsertBlock(), *groupStart = start.GetInsertBlock();
         llvm::BasicBlock* first = entry.GetInsertBlock();
@@ -86,7 +87,8 @@ class KernelFunction {
         for (llvm::Instruction& instruction : llvm::instructions(*function_)) {
             const Value* address = llvm::getLoadStorePointerOperand(&instruction);
             const auto* call = llvm::dyn_cast<llvm::IntrinsicInst>(&instruction);
-            if (call && call->getIntrinsicID() == llvm::Intrinsic::masked_gather) address = call->getArgOperand(0);
+            if (call && call->getIntrinsicID() == llvm::Intrinsic::masked_gather)
+                address = call->getArgOperand(0);
             if (!address || isOwn(address)) continue;
             if (llvm::isa<llvm::StoreInst>(instruction)) {
                 instruction.setMetadata(llvm::LLVMContext::MD_noalias, read);

@@ -3,7 +3,7 @@
 #include <fmt/format.h>
 #include <llvm/Config/llvm-config.h>
 
-#include "NativeCompilerVersion.h"
+#include "Platform/ImageGraph/Native/Compiler/CompilerVersion.h"
 #include "Platform/ImageGraph/Native/Compiler/KernelBuilder.h"
 #include "Platform/ImageGraph/Native/Compiler/ObjectCode.h"
 #include "Platform/ImageGraph/Native/Compiler/ObjectLink.h"

@@ -99,7 +99,7 @@ std::shared_ptr<const LinkedNativeKernel> linkObject(std::span<const std::byte> 
         llvm::consumeError(pages->deallocate(std::move(outcome.code)));
         outcome.error = "the object has no kernel";
     }
-    if (error) *error = outcome.error.substr(0, outcome.error.find('\n'));
+    if (error) *error = "a kernel cannot be linked: " + outcome.error.substr(0, outcome.error.find('\n'));
     return nullptr;
 }
 

@@ -99,8 +99,10 @@ class Inliner {
     }
 
     /// The arguments are ids of the program.
-    void inlineFunction(const Function& function, const std::vector<Id>& arguments, Id result, Sequence& out) {
-        if (++depth_ > kDeepestNesting || function.blocks.empty()) throw KernelError("calls are nested too deeply");
+    void inlineFunction(const Function& function, const std::vector<Id>& arguments, Id result,
+                        Sequence& out) {
+        if (++depth_ > kDeepestNesting || function.blocks.empty())
+            throw KernelError("calls are nested too deeply");
         Call call{function, {}, {}, {}, {}, program_.scopes++, result};
         for (std::size_t i = 0; i < function.parameters.size(); ++i) {
             call.ids[function.parameters[i]] = arguments.at(i);
@@ -111,7 +113,8 @@ class Inliner {
                 if (operation.result == 0) continue;
                 // What a phi chooses from is stored in a variable where it comes from.
                 call.ids[operation.result] = fresh(operation.type);
-                if (operation.op == spv::OpPhi) phis_[call.ids[operation.result]] = newVariable(operation.type);
+                if (operation.op == spv::OpPhi)
+                    phis_[call.ids[operation.result]] = newVariable(operation.type);
             }
         }
         Node scope{.kind = Node::Kind::scope, .scope = call.scope};
@@ -248,14 +251,19 @@ class Inliner {
         const bool isFraction = operation[1] == GLSLstd450Modf;
         if (!isFraction && operation[1] != GLSLstd450Frexp) return false;
         const Id pointer = operation[3], second = program_.pointer(pointer).type, both = module_.bound++;
-        module_.types[both] = {.kind = Type::Kind::structure, .count = 2, .members = {operation.type, second},
+        module_.types[both] = {.kind = Type::Kind::structure,
+                               .count = 2,
+                               .members = {operation.type, second},
                                .components = 2 * module_.type(second).components};
         const Id result = fresh(both), other = fresh(second);
-        append(out, {spv::OpExtInst, both, result,
+        append(out, {spv::OpExtInst,
+                     both,
+                     result,
                      {operation.operands[0],
                       {std::uint32_t(isFraction ? GLSLstd450ModfStruct : GLSLstd450FrexpStruct), false},
                       operation.operands[2]}});
-        append(out, {spv::OpCompositeExtract, operation.type, operation.result, {{result, true}, {0, false}}});
+        append(out,
+               {spv::OpCompositeExtract, operation.type, operation.result, {{result, true}, {0, false}}});
         append(out, {spv::OpCompositeExtract, second, other, {{result, true}, {1, false}}});
         store(out, pointer, other);
         return true;
@@ -326,7 +334,8 @@ class Inliner {
         for (const auto& [id, type] : module_.types) {
             if (type.kind == Type::Kind::boolean) boolean = id;
         }
-        if (boolean == 0) module_.types[boolean = module_.bound++] = {.kind = Type::Kind::boolean, .components = 1};
+        if (boolean == 0)
+            module_.types[boolean = module_.bound++] = {.kind = Type::Kind::boolean, .components = 1};
 
         std::vector<std::pair<Id, Id>> cases;  // block, whether it is chosen
         Id any = constant(boolean, 0);
@@ -373,7 +382,8 @@ class Inliner {
     /// Moves the default, which is last, before the case that it falls through to.
     void placeDefault(const Call& call, std::vector<std::pair<Id, Id>>& cases) const {
         const auto place = [&](Id label) {
-            return std::ranges::find(call.function.blocks, label, &Block::label) - call.function.blocks.begin();
+            return std::ranges::find(call.function.blocks, label, &Block::label) -
+                   call.function.blocks.begin();
         };
         std::ranges::stable_sort(cases, {}, [&](const auto& one) { return place(one.first); });
     }
@@ -385,7 +395,8 @@ class Inliner {
     int operations_ = 0, depth_ = 0;
 };
 
-/// Values that are made in a loop and used after it travel in variables: lanes leave a loop at different times.
+/// Values that are made in a loop and used after it travel in variables: lanes leave a loop at different
+/// times.
 class LoopValues {
   public:
     explicit LoopValues(Program& program) : program_(program) {}
@@ -426,7 +437,8 @@ class LoopValues {
     void use(Id id, int loop) {
         if (auto pointer = program_.pointers.find(id); pointer != program_.pointers.end()) {
             for (const Pointer::Index& index : pointer->second.indices) {
-                if (!isSeen(index.value, loop)) throw KernelError("a place computed in a loop is used after it");
+                if (!isSeen(index.value, loop))
+                    throw KernelError("a place computed in a loop is used after it");
             }
         }
         if (isSeen(id, loop) || variables_.contains(id)) return;
@@ -481,7 +493,8 @@ class Assignments {
         walk(program_.body);
         for (auto& [id, variable] : program_.variables) {
             const auto found = id == program_.output ? uses_.end() : uses_.find(id);
-            variable.isAssignedOnce = found != uses_.end() && found->second.stores == 1 && found->second.isFit;
+            variable.isAssignedOnce =
+                found != uses_.end() && found->second.stores == 1 && found->second.isFit;
         }
     }
 

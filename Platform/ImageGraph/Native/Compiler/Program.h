@@ -25,9 +25,9 @@ struct Node {
     int scope = -1;
     Sequence body, otherwise;
 
-    int mask = 0;          ///< the lanes that reach this node, found by: equal numbers are equal lanes
-    bool varying = false;  ///< lanes may go different ways here
-    std::vector<int> left;  ///< scopes around this node that some lanes may leave within, others staying
+    int mask = 0;             ///< the lanes that reach this node, found by: equal numbers are equal lanes
+    bool varying = false;     ///< lanes may go different ways here
+    std::vector<int> left;    ///< scopes around this node that some lanes may leave within, others staying
     bool isUnmasked = false;  ///< of a store: lanes that do not take part may be overwritten
 };
 

@@ -45,8 +45,10 @@ class Parser {
         Operation operation{spv::Op(parsed.opcode), parsed.type_id, parsed.result_id, {}};
         for (int i = 0; i < parsed.num_operands; ++i) {
             const spv_parsed_operand_t& operand = parsed.operands[i];
-            if (operand.type == SPV_OPERAND_TYPE_TYPE_ID || operand.type == SPV_OPERAND_TYPE_RESULT_ID) continue;
-            const bool isId = operand.type == SPV_OPERAND_TYPE_ID || operand.type == SPV_OPERAND_TYPE_SCOPE_ID ||
+            if (operand.type == SPV_OPERAND_TYPE_TYPE_ID || operand.type == SPV_OPERAND_TYPE_RESULT_ID)
+                continue;
+            const bool isId = operand.type == SPV_OPERAND_TYPE_ID ||
+                              operand.type == SPV_OPERAND_TYPE_SCOPE_ID ||
                               operand.type == SPV_OPERAND_TYPE_MEMORY_SEMANTICS_ID;
             for (int word = 0; word < operand.num_words; ++word) {
                 operation.operands.push_back({parsed.words[operand.offset + word], isId});
@@ -256,9 +258,10 @@ void SpirvModule::appendScalars(Id id, std::vector<Id>& to) const {
 SpirvModule parseSpirv(std::span<const std::uint32_t> code) {
     spvtools::SpirvTools tools(SPV_ENV_VULKAN_1_1);
     std::string cause = "not a SPIR-V module";
-    tools.SetMessageConsumer([&](spv_message_level_t, const char*, const spv_position_t&, const char* message) {
-        cause = std::string(message).substr(0, std::string_view(message).find('\n'));
-    });
+    tools.SetMessageConsumer(
+        [&](spv_message_level_t, const char*, const spv_position_t&, const char* message) {
+            cause = std::string(message).substr(0, std::string_view(message).find('\n'));
+        });
     if (!tools.Validate(code.data(), code.size())) throw KernelError(cause);
     return Parser().parse(code);
 }

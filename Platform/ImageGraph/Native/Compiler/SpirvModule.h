@@ -22,9 +22,9 @@ struct Type {
     enum class Kind { other, boolean, integer, floating, vector, matrix, array, structure, pointer };
     Kind kind = Kind::other;
     bool isSigned = false;
-    Id element = 0;               ///< of a vector, matrix (its columns) or array; what a pointer points to
-    std::uint32_t count = 0;      ///< of elements
-    std::vector<Id> members;      ///< of a structure
+    Id element = 0;                ///< of a vector, matrix (its columns) or array; what a pointer points to
+    std::uint32_t count = 0;       ///< of elements
+    std::vector<Id> members;       ///< of a structure
     std::uint32_t components = 0;  ///< scalars that it is made of; 0 for what is no value
 };
 
@@ -44,9 +44,9 @@ struct Operation {
 
 struct Block {
     Id label = 0;
-    std::vector<Operation> operations;   ///< without merges and the terminator
-    Id mergeBlock = 0;                   ///< of a selection or loop that starts here
-    Id continueBlock = 0;                ///< of a loop
+    std::vector<Operation> operations;  ///< without merges and the terminator
+    Id mergeBlock = 0;                  ///< of a selection or loop that starts here
+    Id continueBlock = 0;               ///< of a loop
     Operation terminator;
 };
 
@@ -64,9 +64,9 @@ struct Decorations {
 struct SpirvModule {
     Id bound = 0;
     std::unordered_map<Id, Type> types;
-    std::vector<Operation> globals;         ///< constants and variables outside functions
+    std::vector<Operation> globals;  ///< constants and variables outside functions
     std::unordered_map<Id, Decorations> decorations;
-    std::unordered_map<Id, Id> typeOf;      ///< of every result
+    std::unordered_map<Id, Id> typeOf;            ///< of every result
     std::unordered_map<Id, std::uint32_t> words;  ///< of scalar constants that are known
     std::unordered_map<Id, Function> functions;
     Id entry = 0;

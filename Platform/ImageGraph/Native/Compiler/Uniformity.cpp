@@ -115,8 +115,8 @@ class UniformityAnalysis {
     }
 
     /// A store may overwrite all lanes when those that are not its own will not read the variable before they
-    /// store it: when all that touches it is reached by its lanes only, but for stores right before a loop that
-    /// everything else is in, such as a counter's first.
+    /// store it: when all that touches it is reached by its lanes only, but for stores right before a loop
+    /// that everything else is in, such as a counter's first.
     void findWholeStores() {
         for (auto& [variable, accesses] : accesses_) {
             std::size_t depth = 0;
@@ -133,11 +133,11 @@ class UniformityAnalysis {
                 if (accesses[i].isWholeStore && accesses[i].path.size() == depth + 1) first.push_back(i);
             }
             std::erase_if(inner, [&](std::size_t i) { return std::ranges::find(first, i) != first.end(); });
-            const bool isInitialised = !first.empty() && !inner.empty() && shareChild(inner) &&
-                                       std::ranges::all_of(first, [&](std::size_t i) {
-                                           return at(i).first == at(inner.front()).first &&
-                                                  at(i).second < at(inner.front()).second;
-                                       });
+            const bool isInitialised =
+                !first.empty() && !inner.empty() && shareChild(inner) &&
+                std::ranges::all_of(first, [&](std::size_t i) {
+                    return at(i).first == at(inner.front()).first && at(i).second < at(inner.front()).second;
+                });
             if (!isInitialised) inner.insert(inner.end(), first.begin(), first.end());
 
             int home = accesses[inner.front()].node->mask;
@@ -211,7 +211,8 @@ class UniformityAnalysis {
             const Pointer pointer = program_.pointer(operation[0]);
             if (isVaryingPlace(pointer)) return std::vector<Spread>(components, Spread::varying);
             const Id type = program_.variables.at(pointer.variable).type;
-            const std::vector<Spread> all = result_.of(pointer.variable, program_.module.type(type).components);
+            const std::vector<Spread> all =
+                result_.of(pointer.variable, program_.module.type(type).components);
             const auto first = all.begin() + pointer.offset;
             return {first, first + components};
         }
@@ -226,19 +227,21 @@ class UniformityAnalysis {
                 operands.push_back(of(operand.word));
             }
         }
-        const bool keepsSteps = operation.op == spv::OpIAdd || operation.op == spv::OpISub ||
-                                operation.op == spv::OpConvertFToS;
+        const bool keepsSteps =
+            operation.op == spv::OpIAdd || operation.op == spv::OpISub || operation.op == spv::OpConvertFToS;
         // Matrix products, dot products and the like mix components.
-        const bool isByComponent = !mixesComponents(operation) && std::ranges::all_of(operands, [&](const auto& one) {
-            return one.size() == components || one.size() == 1;
-        });
+        const bool isByComponent =
+            !mixesComponents(operation) && std::ranges::all_of(operands, [&](const auto& one) {
+                return one.size() == components || one.size() == 1;
+            });
         for (std::size_t i = 0; i < components; ++i) {
             for (std::size_t n = 0; n < operands.size(); ++n) {
                 for (std::size_t k = 0; k < operands[n].size(); ++k) {
                     if (isByComponent && operands[n].size() > 1 && k != i) continue;
                     const Spread spread = operands[n][k];
                     if (spread <= Spread::uniform) continue;
-                    const bool steps = spread == Spread::affine && keepsSteps && result[i] == Spread::uniform &&
+                    const bool steps = spread == Spread::affine && keepsSteps &&
+                                       result[i] == Spread::uniform &&
                                        !(operation.op == spv::OpISub && n == 1);
                     result[i] = steps ? Spread::affine : Spread::varying;
                 }

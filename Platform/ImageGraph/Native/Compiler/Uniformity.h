@@ -27,8 +27,8 @@ class Uniformity {
     std::unordered_map<Id, std::vector<Spread>> spreads_;
 };
 
-/// Finds what is the same in all lanes, and annotates the nodes: which lanes reach each, where lanes part, and
-/// which stores need not spare lanes that are elsewhere.
+/// Finds what is the same in all lanes, and annotates the nodes: which lanes reach each, where lanes part,
+/// and which stores need not spare lanes that are elsewhere.
 Uniformity findUniformity(Program& program);
 
 }  // namespace qv::native

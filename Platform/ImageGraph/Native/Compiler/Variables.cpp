@@ -41,7 +41,8 @@ void Emitter::bindInputs() {
     for (const Operation& global : program_.module.globals) {
         if (global.op != spv::OpVariable || global[0] != spv::StorageClassInput) continue;
         const auto found = program_.module.decorations.find(global.result);
-        const Decorations none, &decorations = found == program_.module.decorations.end() ? none : found->second;
+        const Decorations none,
+            &decorations = found == program_.module.decorations.end() ? none : found->second;
         const Id type = program_.variables.at(global.result).type;
         const std::uint32_t count = program_.module.type(type).components;
         Values& values = assigned_[global.result];
@@ -82,8 +83,8 @@ const TextureOperands& Emitter::textureOf(Id image) {
     Builder& ir = frame_.entry;
     Value* images = argument(ir.getPtrTy(), offsetof(NativeKernelArguments, inputs));
     const auto member = [&](llvm::Type* type, std::size_t offset) {
-        return ir.CreateLoad(type,
-                             ir.CreateConstGEP1_64(ir.getInt8Ty(), images, binding * sizeof(NativeImage) + offset));
+        return ir.CreateLoad(
+            type, ir.CreateConstGEP1_64(ir.getInt8Ty(), images, binding * sizeof(NativeImage) + offset));
     };
     entry->second = {member(ir.getPtrTy(), offsetof(NativeImage, pixels)),
                      member(ir.getInt64Ty(), offsetof(NativeImage, rowBytes)),
@@ -157,7 +158,8 @@ Values Emitter::loadPlace(const Pointer& pointer, const Storage& storage, std::s
     return result;
 }
 
-void Emitter::storePlace(const Pointer& pointer, const Storage& storage, const Values& values, bool isMasked) {
+void Emitter::storePlace(const Pointer& pointer, const Storage& storage, const Values& values,
+                         bool isMasked) {
     const std::size_t all = program_.module.type(program_.variables.at(pointer.variable).type).components;
     Value* first = placeOf(pointer);
     const bool differs = isVarying(first);
@@ -167,7 +169,8 @@ void Emitter::storePlace(const Pointer& pointer, const Storage& storage, const V
         for (std::size_t n = 0; n < (differs ? all : 1); ++n) {
             Value* address = ir_.CreateGEP(storage.element, storage.array, differs ? ir_.getInt32(n) : place);
             Value* value = storage.element->isVectorTy() ? spread(ir_, values[i]) : values[i];
-            if (value->getType() != storage.element) throw KernelError("a value that varies where it must not");
+            if (value->getType() != storage.element)
+                throw KernelError("a value that varies where it must not");
             if (differs || isMasked) {
                 Value* old = ir_.CreateLoad(storage.element, address);
                 if (isMasked) value = inMask(value, old);
@@ -222,9 +225,9 @@ Values Emitter::load(const Operation& operation) {
                 if (value->getType() != table.element || table.element->isIntegerTy(1)) refuseArray();
             }
             auto* type = llvm::ArrayType::get(table.element, constants.size());
-            table.array = new llvm::GlobalVariable(
-                *ir_.GetInsertBlock()->getModule(), type, true, llvm::GlobalValue::PrivateLinkage,
-                llvm::ConstantArray::get(type, constants));
+            table.array = new llvm::GlobalVariable(*ir_.GetInsertBlock()->getModule(), type, true,
+                                                   llvm::GlobalValue::PrivateLinkage,
+                                                   llvm::ConstantArray::get(type, constants));
         }
         return loadPlace(pointer, table, count);
     }

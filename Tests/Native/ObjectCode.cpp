@@ -1,0 +1,224 @@
+// From code to something that can be called: contraction, the same bytes on every target, and what goes
+// wrong.
+
+#include "Platform/ImageGraph/Native/Compiler/ObjectCode.h"
+
+#include <glslang/SPIRV/GLSL.std.450.h>
+#include <gmock/gmock.h>
+#include <sys/prctl.h>
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <random>
+#include <thread>
+
+#include "Platform/ImageGraph/Native/KernelLibrary.h"
+#include "Tests/Native/LaneKernel.h"
+
+namespace qv::native::test {
+namespace {
+
+using testing::HasSubstr;
+
+constexpr int kWidth = 64, kHeight = 32;
+
+/// Floats of all sizes and both signs.
+Image numbers(unsigned seed) {
+    Image image(TextureFormat::rgba32Float, kWidth, kHeight);
+    std::mt19937 random(seed);
+    for (int y = 0; y < kHeight; ++y) {
+        for (int i = 0; i < 4 * kWidth; ++i) {
+            const float size = std::ldexp(1 + float(random() % 65536) / 65536, int(random() % 12) - 8);
+            image.row<float>(y)[i] = random() % 2 ? size : -size;
+        }
+    }
+    return image;
+}
+
+TEST(ObjectCode, SumsOfProductsAreRoundedOnce) {
+    Image input = numbers(1);
+    for (NativeTarget target : runnableTargets()) {
+        const auto kernel = kernelOf(target, TextureFormat::rgba32Float, [](const Group& group) {
+            Builder& ir = group.ir;
+            const Color c = group.floats(0);
+            const auto product = [&](int i, int j) {
+                return ir.CreateFMul(c[std::size_t(i)], c[std::size_t(j)]);
+            };
+            // A product with two uses stays one, and what adds two products contracts the first.
+            Value* const shared = product(0, 3);
+            return Color{ir.CreateFAdd(product(0, 1), c[2]), ir.CreateFSub(c[1], product(0, 2)),
+                         ir.CreateFSub(product(1, 2), product(2, 3)),
+                         ir.CreateFMul(ir.CreateFAdd(shared, c[1]), shared)};
+        });
+        Image result(TextureFormat::rgba32Float, kWidth, kHeight);
+        draw(*kernel, {&input}, result);
+        for (int y = 0; y < kHeight; ++y) {
+            for (int x = 0; x < kWidth; ++x) {
+                const float *const c = input.row<float>(y) + 4 * x, *const got = result.row<float>(y) + 4 * x;
+                volatile const float second = c[2] * c[3], shared = c[0] * c[3];
+                volatile const float sum = shared + c[1];
+                ASSERT_EQ(got[0], std::fma(c[0], c[1], c[2]));
+                ASSERT_EQ(got[1], std::fma(-c[0], c[2], c[1]));
+                ASSERT_EQ(got[2], std::fma(c[1], c[2], -second));
+                ASSERT_EQ(got[3], sum * shared);
+            }
+        }
+    }
+}
+
+/// A few dozen operations on four numbers, drawn by chance.
+Body randomBody(unsigned seed) {
+    return [seed](const Group& group) {
+        constexpr unsigned kFunctions[] = {GLSLstd450Sin,  GLSLstd450Exp2, GLSLstd450FAbs,  GLSLstd450Floor,
+                                           GLSLstd450Sqrt, GLSLstd450Atan, GLSLstd450Fract, GLSLstd450Log};
+        constexpr unsigned kFunctionsOfTwo[] = {GLSLstd450FMin, GLSLstd450FMax, GLSLstd450Pow,
+                                                GLSLstd450Step};
+        Builder& ir = group.ir;
+        std::mt19937 random(seed);
+        const Color color = group.floats(0);
+        std::vector<Value*> values(color.begin(), color.end());
+        values.push_back(ir.CreateSIToFP(group.y, ir.getFloatTy()));
+        for (int i = 0; i < 40; ++i) {
+            Value *a = values[random() % values.size()], *b = values[random() % values.size()];
+            unify(ir, a, b);
+            const unsigned kind = random() % 8;
+            values.push_back(kind < 2    ? ir.CreateFAdd(a, b)
+                             : kind < 4  ? ir.CreateFMul(a, b)
+                             : kind == 4 ? ir.CreateFSub(a, b)
+                             : kind == 5 ? ir.CreateFDiv(a, b)
+                             : kind == 6 ? standardFunction(ir, kFunctions[random() % 8], {a})
+                                         : standardFunction(ir, kFunctionsOfTwo[random() % 4], {a, b}));
+        }
+        Color result;
+        for (std::size_t i = 0; i < 4; ++i) {
+            Value* const value = spread(ir, values[values.size() - 1 - i]);
+            // Which of the many numbers that are none it is, no target promises.
+            result[i] = ir.CreateSelect(ir.CreateFCmpORD(value, value), value,
+                                        llvm::ConstantFP::get(value->getType(), 0.25));
+        }
+        return result;
+    };
+}
+
+TEST(ObjectCode, TargetsGiveTheSameBytes) {
+    Image input = numbers(2);
+    for (unsigned seed = 0; seed < 20; ++seed) {
+        std::vector<Image> results;
+        for (NativeTarget target : runnableTargets()) {
+            const auto kernel = kernelOf(target, TextureFormat::rgba32Float, randomBody(seed));
+            draw(*kernel, {&input}, results.emplace_back(TextureFormat::rgba32Float, kWidth, kHeight));
+            EXPECT_TRUE(results.back() == results.front()) << seed;
+        }
+    }
+}
+
+TEST(ObjectCode, ThreadsMakeTheSameObjects) {
+    std::vector<std::vector<std::byte>> objects(4);
+    std::vector<std::thread> threads;
+    for (auto& object : objects) {
+        threads.emplace_back([&object] {
+            llvm::LLVMContext context;
+            std::string error;
+            const auto module = moduleOf(context, TextureFormat::rgba8, randomBody(3));
+            object = objectOf(*module, NativeTarget::avx2, &error);
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+    for (const auto& object : objects) {
+        EXPECT_FALSE(object.empty());
+        EXPECT_EQ(object, objects.front());
+    }
+}
+
+TEST(ObjectCode, EveryTargetIsCompiledAnywhere) {
+    for (NativeTarget target : {NativeTarget::avx2, NativeTarget::avx512, NativeTarget::neon}) {
+        llvm::LLVMContext context;
+        std::string error;
+        const auto module = moduleOf(context, TextureFormat::rgba16Float, [](const Group& group) {
+            const Color place = group.floats(0);
+            return sampleTexture(group.ir, group.input(1, TextureFormat::bgra8), place[0], place[1]);
+        });
+        EXPECT_FALSE(objectOf(*module, target, &error).empty()) << error;
+    }
+}
+
+TEST(ObjectCode, FunctionsOfTheCLibraryAreRefused) {
+    llvm::LLVMContext context;
+    std::string error;
+    const auto module = moduleOf(context, TextureFormat::rgba32Float, [](const Group& group) {
+        Color color = group.floats(0);
+        color[0] = group.ir.CreateUnaryIntrinsic(llvm::Intrinsic::sin, color[0]);
+        return color;
+    });
+    EXPECT_TRUE(objectOf(*module, NativeTarget::avx2, &error).empty());
+    EXPECT_THAT(error, HasSubstr("sinf"));
+}
+
+std::vector<std::byte> smallObject() {
+    llvm::LLVMContext context;
+    std::string error;
+    return objectOf(
+        *moduleOf(context, TextureFormat::rgba8, [](const Group& group) { return group.floats(0); }),
+        runnableTargets().back(), &error);
+}
+
+TEST(ObjectCode, WhatIsNoObjectIsNotLinked) {
+    std::string error;
+    EXPECT_FALSE(linkObject({}, &error));
+    EXPECT_NE(error, "");
+    const std::vector<std::byte> text(1000, std::byte('x'));
+    error.clear();
+    EXPECT_FALSE(linkObject(text, &error));
+    EXPECT_NE(error, "");
+}
+
+/// In a process that may not make memory executable; a system that cannot forbid it has nothing to tell.
+[[noreturn]] void linkWithoutExecutableMemory(const std::vector<std::byte>& object) {
+    constexpr int kDenyExecutableMemory = 65;
+    std::string error = "cannot be forbidden";
+    const bool isForbidden = ::prctl(kDenyExecutableMemory, 1, 0, 0, 0) == 0;
+    if (isForbidden && linkObject(object, &error)) error = "linked";
+    std::fprintf(stderr, "%s\n", error.c_str());
+    std::_Exit(0);
+}
+
+TEST(ObjectCodeDeathTest, WithoutExecutableMemoryNothingIsLinked) {
+    if (runnableTargets().empty()) GTEST_SKIP() << "no target runs here";
+    const std::vector<std::byte> object = smallObject();
+    EXPECT_EXIT(linkWithoutExecutableMemory(object), testing::ExitedWithCode(0),
+                "cannot be forbidden|Permission denied");
+}
+
+TEST(KernelLibrary, TellsWhatIsDamaged) {
+    const std::map<std::uint64_t, std::vector<std::byte>> objects{
+        {5, {std::byte(1), std::byte(2)}}, {7, {std::byte(3)}}, {~std::uint64_t(0), smallObject()}};
+    const std::vector<std::byte> whole = KernelLibrary::serialize("compiler 1", objects);
+    const auto library = KernelLibrary::parse(whole, "compiler 1");
+    ASSERT_TRUE(library);
+    for (const auto& [key, object] : objects) {
+        EXPECT_TRUE(std::ranges::equal(library->object(key), object)) << key;
+    }
+    EXPECT_TRUE(library->object(6).empty());
+    EXPECT_TRUE(library->object(0).empty());
+    std::string error;
+    EXPECT_FALSE(KernelLibrary::parse(whole, "compiler 2", &error));
+    EXPECT_THAT(error, HasSubstr("another version"));
+
+    // Wherever a bit falls over, or the file ends, nothing wrong comes out.
+    for (std::size_t at = 0; at < whole.size(); at += at < 200 ? 1 : 97) {
+        std::vector<std::byte> damaged = whole;
+        damaged[at] ^= std::byte(0x10);
+        const std::vector<std::byte> cut(whole.begin(), whole.begin() + std::ptrdiff_t(at));
+        for (const auto& bytes : {damaged, cut}) {
+            const auto read = KernelLibrary::parse(bytes, "compiler 1");
+            for (const auto& [key, object] : objects) {
+                const auto found = read ? read->object(key) : std::span<const std::byte>();
+                ASSERT_TRUE(found.empty() || std::ranges::equal(found, object)) << at;
+            }
+        }
+    }
+}
+
+}  // namespace
+}  // namespace qv::native::test
