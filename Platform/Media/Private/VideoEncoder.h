@@ -7,6 +7,7 @@
 #include "Platform/Media/ClipWriter.h"
 #include "Platform/Media/Private/FFmpegSupport.h"
 #include "Platform/Media/Private/FilterGraph.h"
+#include "Platform/Media/Private/HardwareFrames.h"
 
 namespace qv {
 
@@ -19,6 +20,8 @@ class VideoEncoder {
               const AVOutputFormat& container, ffmpeg::Dictionary& options, std::string& cause);
 
     const AVCodecContext& context() const { return *context_; }
+    /// Also of what lies on a device.
+    AVPixelFormat storedFormat() const;
     PixelFormat frameFormat() const { return frameFormat_; }
     ColorDescription frameColor() const { return frameColor_; }
     /// One of so many frames is encoded: above 1 where the format cannot show all of them.
@@ -34,6 +37,7 @@ class VideoEncoder {
 
   private:
     bool chooseCodec(const ClipWriterOptions& settings, const AVOutputFormat& container, std::string& cause);
+    bool findFormats(const AVOutputFormat& container, std::string& cause);
     bool choosePixelFormat(const ClipVideoFormat& video, const std::string& wanted, std::string& cause);
     void describe(const ClipVideoFormat& video, const AVOutputFormat& container);
     bool setQuality(const ClipWriterOptions& settings, ffmpeg::Dictionary& options, std::string& cause);
@@ -47,6 +51,9 @@ class VideoEncoder {
 
     ffmpeg::MessageSink messages_;  // outlives the context that reports to it
     const AVCodec* codec_ = nullptr;
+    std::optional<ffmpeg::HardwareFrames> hardware_;  ///< where the encoder takes frames on a device only
+    const AVPixelFormat* formats_ = nullptr;          ///< to choose from; nil is any
+    const char* taker_ = "";                          ///< whose formats they are, for messages
     ffmpeg::CodecContext context_;
     ffmpeg::BitstreamFilter filters_;  ///< nil without any
     ffmpeg::FrameScaler scaler_;
