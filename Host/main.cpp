@@ -52,6 +52,7 @@ int main(int argc, char** argv) {
         addBenchCommand(tool);
         addMaskCommand(tool);
         addDevicesCommand(tool);
+        addCompletionCommand(tool);
         tool.run(argc, argv);
         return int(ExitCode::success);
     } catch (const Failure& failure) {

@@ -25,6 +25,7 @@ void addSheetCommand(CommandParser& tool);
 void addGalleryCommand(CommandParser& tool);
 void addMaskCommand(CommandParser& tool);
 void addDevicesCommand(CommandParser& tool);
+void addCompletionCommand(CommandParser& tool);
 
 struct PixelSize {
     int width = 0, height = 0;

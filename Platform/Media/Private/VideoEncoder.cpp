@@ -71,6 +71,9 @@ constexpr AVPixelFormat kYUV4MPEGFormats[] = {
     AV_PIX_FMT_YUV420P,     AV_PIX_FMT_YUV422P,     AV_PIX_FMT_YUV444P,     AV_PIX_FMT_GRAY8,
     AV_PIX_FMT_YUV420P10LE, AV_PIX_FMT_YUV422P10LE, AV_PIX_FMT_YUV444P10LE, AV_PIX_FMT_NONE};
 
+/// Below this the frames of an animation keep blocks of those before.
+constexpr const char* kWebPQuality = "90";
+
 /// The finest but one, of which nothing can be seen.
 constexpr int kJPEGQuantizer = 2;
 
@@ -227,6 +230,8 @@ bool VideoEncoder::setQuality(const ClipWriterOptions& settings, ffmpeg::Diction
         context_->flags |= AV_CODEC_FLAG_QSCALE;
         context_->global_quality = kJPEGQuantizer * FF_QP2LAMBDA;
     }
+    const bool isWebP = codec_->id == AV_CODEC_ID_WEBP;
+    if (isWebP && !options.has("quality") && !options.has("lossless")) options.set("quality", kWebPQuality);
     if (settings.crf) {
         if (!require("crf")) return false;
         options.set("crf", fmt::format("{}", *settings.crf));
