@@ -202,7 +202,10 @@ bool ClipReader::State::openInput(const std::string& path) {
     if (code >= 0) {
         input.reset(context);
         const std::string_view kind = context->iformat->name;
-        if (kind == "webp_pipe") animation = ffmpeg::WebPAnimation::open(*context);
+        if (ffmpeg::WebPAnimation::isIn(*context)) {
+            animation = ffmpeg::WebPAnimation::open(*context);
+            if (!animation) return fail("the animation is damaged or cut off");
+        }
         const bool described = animation || (kind == "rawvideo" && describeRawStream(*context));
         // The first frame of what comes from another program waits for no second one.
         if (kind == "nut") context->fps_probe_size = 0;

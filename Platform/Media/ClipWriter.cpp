@@ -180,7 +180,8 @@ void ClipWriter::State::noteLostAlpha() {
     const std::string_view container = output->oformat->name;
     copier.note(fmt::format("alpha is lost: {} does not keep it as {}, {} does",
                             encoder.context().codec->name, stored->name,
-                            container == "matroska" || container == "avi" ? "ffv1"
+                            pictures                                      ? "png"
+                            : container == "matroska" || container == "avi" ? "ffv1"
                             : container == "mov"                          ? "qtrle"
                             : container == "webm"                         ? "libvpx-vp9"
                             : container == "yuv4mpegpipe"                 ? "rawvideo in nut"

@@ -9,16 +9,6 @@
 namespace qv::ffmpeg {
 namespace {
 
-/// Whether the file's extended header has the flag of an animation; the place in the file stays.
-bool isAnimated(AVIOContext& io) {
-    std::array<char, 21> head{};
-    const int read = avio_read(&io, reinterpret_cast<unsigned char*>(head.data()), int(head.size()));
-    const bool extended = std::string_view(head.data() + 12, 4) == "VP8X";
-    constexpr char kAnimationFlag = 2;
-    return avio_seek(&io, 0, SEEK_SET) == 0 && read == int(head.size()) && extended &&
-           (head[20] & kAnimationFlag);
-}
-
 std::vector<std::uint8_t> readAll(AVIOContext& io) {
     std::vector<std::uint8_t> bytes;
     constexpr int kPart = 1 << 20;
@@ -39,8 +29,19 @@ void WebPAnimation::Free::operator()(WebPAnimDecoder* decoder) const {
 
 WebPAnimation::~WebPAnimation() = default;
 
+/// By the flag in the extended header.
+bool WebPAnimation::isIn(AVFormatContext& input) {
+    const bool isWebP = input.pb && input.nb_streams == 1 && std::string_view(input.iformat->name) == "webp_pipe";
+    if (!isWebP) return false;
+    std::array<char, 21> head{};
+    const int read = avio_read(input.pb, reinterpret_cast<unsigned char*>(head.data()), int(head.size()));
+    const bool extended = std::string_view(head.data() + 12, 4) == "VP8X";
+    constexpr char kAnimationFlag = 2;
+    return avio_seek(input.pb, 0, SEEK_SET) == 0 && read == int(head.size()) && extended &&
+           (head[20] & kAnimationFlag);
+}
+
 std::unique_ptr<WebPAnimation> WebPAnimation::open(AVFormatContext& input) {
-    if (!input.pb || input.nb_streams != 1 || !isAnimated(*input.pb)) return nullptr;
     std::unique_ptr<WebPAnimation> animation(new WebPAnimation);
     animation->bytes_ = readAll(*input.pb);
     WebPAnimDecoderOptions options;

@@ -13,8 +13,9 @@ namespace qv::ffmpeg {
 /// The frames of an animated WebP, which libavcodec does not decode.
 class WebPAnimation {
   public:
-    /// Takes over a file that a demuxer has just recognised as WebP, and describes its stream. Nil for a
-    /// still picture, which is left at its beginning, and for a damaged file.
+    /// Whether a file that a demuxer has just opened is one; the place in the file stays.
+    static bool isIn(AVFormatContext& input);
+    /// Takes the file over, and describes its stream. Nil for a damaged one.
     static std::unique_ptr<WebPAnimation> open(AVFormatContext& input);
     ~WebPAnimation();
 
