@@ -53,7 +53,8 @@ ClipReaderOptions ClipReading::inputOptionsFor(const std::string& path) const {
              format_.container);
     }
     if (!isRaw && !rate_.empty() && !PictureSequence::unlessFile(path)) {
-        fail(ExitCode::usage, "--input-rate is for a sequence of pictures or raw video, which '{}' is not", path);
+        fail(ExitCode::usage, "--input-rate is for a sequence of pictures or raw video, which '{}' is not",
+             path);
     }
     ClipReaderOptions result = optionsFor(path);
     const Rational rate = result.format.rate;

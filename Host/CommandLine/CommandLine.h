@@ -33,7 +33,9 @@ struct PixelSize {
 
 /// "1280x720", sides 1 to kMaximumImageSide. `option` names it in the error. Fails as usage.
 PixelSize parseSize(const std::string& option, const std::string& text);
-inline PixelSize parseSize(const std::string& text) { return parseSize("--size", text); }
+inline PixelSize parseSize(const std::string& text) {
+    return parseSize("--size", text);
+}
 
 /// Seconds, or [hours:]minutes:seconds. `option` names it in the error. Fails as usage.
 double parseTime(const std::string& option, const std::string& text);

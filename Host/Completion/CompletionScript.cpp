@@ -42,7 +42,8 @@ class Table {
 
     void add(std::string_view key, std::string_view value) {
         const bool bash = shell_ == Shell::bash;
-        text_ += fmt::format("    {}{}{}{}\n", bash ? "[" : "", quoted(key), bash ? "]=" : " ", quoted(value));
+        text_ +=
+            fmt::format("    {}{}{}{}\n", bash ? "[" : "", quoted(key), bash ? "]=" : " ", quoted(value));
     }
 
     std::string text() const { return text_ + ")\n"; }
@@ -126,9 +127,8 @@ std::string classTables(Shell shell) {
 
 std::string completionScript(Shell shell, const std::vector<CommandFacts>& commands) {
     const bool bash = shell == Shell::bash;
-    const std::string_view functions =
-        bash ? std::string_view(qvCompletion_bash, qvCompletion_bashSize)
-             : std::string_view(qvCompletion_zsh, qvCompletion_zshSize);
+    const std::string_view functions = bash ? std::string_view(qvCompletion_bash, qvCompletion_bashSize)
+                                            : std::string_view(qvCompletion_zsh, qvCompletion_zshSize);
     // The first line tells zsh which command a file is for; the call at the end comes after the tables.
     const std::size_t head = functions.find('\n') + 1;
     return fmt::format("{}{}{}{}", functions.substr(0, head), commandTables(shell, commands),

@@ -1,24 +1,20 @@
 #include "Platform/Media/ClipReader.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <cmath>
 #include <deque>
 #include <limits>
 #include <span>
-#include <system_error>
 #include <utility>
 
 #include <fmt/format.h>
 
 #include "Platform/Foundation/OutputFile.h"
 #include "Platform/Media/Bitmap.h"
-#include "Platform/Media/PictureSequence.h"
 #include "Platform/Media/Private/ClipDescription.h"
 #include "Platform/Media/Private/Deinterlacer.h"
 #include "Platform/Media/Private/FFmpegSupport.h"
+#include "Platform/Media/Private/InputLocation.h"
 #include "Platform/Media/Private/SourceStreams.h"
 #include "Platform/Media/Private/WebPAnimation.h"
 
@@ -27,78 +23,6 @@ namespace {
 
 /// No codec in use stores a frame farther from its place in display order than this.
 constexpr double kReorderedSeconds = 2;
-
-/// A file as FFmpeg finds it, with what it must be told to open it.
-struct Location {
-    std::string url;  ///< empty: it cannot be there
-    ffmpeg::Dictionary options;
-    const AVInputFormat* container = nullptr;  ///< nil: found out
-};
-
-/// The pictures of a sequence; false with the cause where one is missing.
-bool locateSequence(const PictureSequence& pictures, Location& location, std::string& cause) {
-    const std::vector<int> numbers = pictures.numbers();
-    if (numbers.empty()) {
-        cause = fmt::format("there is no picture '{}', nor any other number", pictures.path(1));
-        return false;
-    }
-    for (std::size_t i = 1; i < numbers.size(); ++i) {
-        if (numbers[i] == numbers[i - 1] + 1) continue;
-        cause = fmt::format("number {} of {} to {} is missing", numbers[i - 1] + 1, numbers.front(),
-                            numbers.back());
-        return false;
-    }
-    location.url = "file:" + pictures.pattern();
-    location.container = av_find_input_format("image2");
-    location.options.set("pattern_type", "sequence");
-    location.options.set("start_number", fmt::format("{}", numbers.front()));
-    location.options.set("start_number_range", "1");
-    return true;
-}
-
-/// A place without pictures' numbers; false with the cause.
-bool locateFile(const std::string& path, Location& location, std::string& cause) {
-    struct stat status {};
-    if (::stat(path.c_str(), &status) != 0) {
-        cause = PictureSequence::hasSeveralNumbers(path) ? PictureSequence::kOneNumber
-                                                         : std::generic_category().message(errno);
-        if (path.find("://") == std::string::npos) return false;
-        cause.clear();
-        location.url = path;
-        return true;
-    }
-    if (S_ISDIR(status.st_mode)) cause = std::generic_category().message(EISDIR);
-    if (S_ISREG(status.st_mode) && status.st_size == 0) cause = "the file is empty";
-    if (!cause.empty()) return false;
-    location.url = "file:" + path;
-    // A % in the name of a file that exists is just that.
-    location.options.set("pattern_type", "none");
-    return true;
-}
-
-/// Where FFmpeg finds the input; false with the cause when it cannot be there.
-bool locate(const std::string& path, const ClipInputFormat& format, Location& location, std::string& cause) {
-    const auto pictures = PictureSequence::unlessFile(path);
-    if (path == "-") location.url = "pipe:0";
-    if (pictures && !locateSequence(*pictures, location, cause)) return false;
-    if (location.url.empty() && !locateFile(path, location, cause)) return false;
-    if (!format.container.empty()) {
-        location.container = av_find_input_format(format.container.c_str());
-        if (!location.container) cause = fmt::format("there is no input format '{}'", format.container);
-    }
-    const bool raw = format.container == "rawvideo";
-    if ((pictures || raw) && format.rate.numerator > 0)
-        location.options.set("framerate", fmt::format("{}/{}", format.rate.numerator, format.rate.denominator));
-    if (raw) {
-        const std::string& pixels = format.pixelFormat;
-        if (format.width < 1 || format.height < 1) cause = "raw video does not tell its size";
-        if (!pixels.empty() && av_get_pix_fmt(pixels.c_str()) == AV_PIX_FMT_NONE)
-            cause = fmt::format("there is no pixel format '{}'", pixels);
-        location.options.set("video_size", fmt::format("{}x{}", format.width, format.height));
-        if (!pixels.empty()) location.options.set("pixel_format", pixels);
-    }
-    return cause.empty();
-}
 
 /// Raw video through a pipe says no more once a frame of it is read; false elsewhere.
 bool describeRawStream(AVFormatContext& input) {
@@ -118,7 +42,7 @@ struct ClipReader::State {
     // Outlives the contexts that report to it.
     ffmpeg::MessageSink messages;
     ffmpeg::ListRefusal lists;
-    Location location;
+    ffmpeg::InputLocation location;
     ffmpeg::InputContext input;
     std::unique_ptr<ffmpeg::WebPAnimation> animation;  ///< gives the frames where it is not nil
     ffmpeg::CodecContext decoder;
@@ -191,7 +115,7 @@ bool ClipReader::State::open(const std::string& path, const ClipReaderOptions& w
 
 bool ClipReader::State::openInput(const std::string& path) {
     std::string cause;
-    if (!locate(path, options.format, location, cause)) return fail(cause);
+    if (!location.find(path, options.format, cause)) return fail(cause);
 
     AVFormatContext* context = avformat_alloc_context();
     if (!context) return fail("out of memory");
@@ -215,7 +139,8 @@ bool ClipReader::State::openInput(const std::string& path) {
     if (code < 0) {
         const bool unknown = code == AVERROR_EOF || (code == AVERROR_INVALIDDATA && messages.first().empty());
         const bool announced = !input && !options.format.container.empty();
-        if (announced) return fail(fmt::format("it is no {}: {}", options.format.container, messages.cause(code)));
+        if (announced)
+            return fail(fmt::format("it is no {}: {}", options.format.container, messages.cause(code)));
         return fail(unknown ? "no known media format" : messages.cause(code));
     }
     const int index = av_find_best_stream(context, AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0);

@@ -19,10 +19,10 @@ enum class Deinterlacing {
 
 /// What a clip's file does not say about itself. Raw video says nothing, a sequence of pictures has no rate.
 struct ClipInputFormat {
-    std::string container;    ///< FFmpeg's name, as "rawvideo" or "yuv4mpegpipe"; empty: found out
+    std::string container;      ///< FFmpeg's name, as "rawvideo" or "yuv4mpegpipe"; empty: found out
     int width = 0, height = 0;  ///< of raw video
-    std::string pixelFormat;  ///< FFmpeg's name, of raw video; empty: yuv420p
-    Rational rate;            ///< frames a second of raw video and of a sequence; 0: 25
+    std::string pixelFormat;    ///< FFmpeg's name, of raw video; empty: yuv420p
+    Rational rate;              ///< frames a second of raw video and of a sequence; 0: 25
 };
 
 /// How a clip is read.
@@ -44,8 +44,8 @@ struct ClipReaderOptions {
 class ClipReader {
   public:
     /// "-" is standard input. A name that is a PictureSequence and not a file itself is the pictures of its
-    /// numbers, which must have no gap; all have the first one's size. A local file that only lists others, as
-    /// playlists do, is refused. Nil with one line that names file and cause in `error`, when it is given.
+    /// numbers, which must have no gap; all have the first one's size. A local file that only lists others,
+    /// as playlists do, is refused. Nil with one line that names file and cause in `error`, when it is given.
     static std::unique_ptr<ClipReader> open(const std::string& path, const ClipReaderOptions& options = {},
                                             std::string* error = nullptr);
     ~ClipReader();

@@ -64,8 +64,8 @@ struct ClipWriter::State {
     StreamCopier copier;
     ffmpeg::Packet packet{av_packet_alloc()};
     AVStream* stream = nullptr;
-    std::optional<PictureSequence> pictures;  ///< a file of each frame, and no container
-    int number = 0;                           ///< of the next one
+    std::optional<PictureSequence> pictures;   ///< a file of each frame, and no container
+    int number = 0;                            ///< of the next one
     std::optional<AudioEncoder> soundEncoder;  ///< of sound that the host makes
     AVStream* soundStream = nullptr;
     std::int64_t soundDelay = 0;  ///< added to its times, in the encoder's time base
@@ -109,7 +109,7 @@ bool ClipWriter::State::check(int code) {
 bool ClipWriter::State::chooseContainer(const std::string& path, const ClipWriterOptions& settings) {
     const bool named = !settings.container.empty();
     const AVOutputFormat* container = pictures ? av_guess_format(kPictures, nullptr, nullptr)
-                                      : named ? av_guess_format(settings.container.c_str(), nullptr, nullptr)
+                                      : named  ? av_guess_format(settings.container.c_str(), nullptr, nullptr)
                                                : av_guess_format(nullptr, path.c_str(), nullptr);
     if (!container) {
         return fail(named ? fmt::format("there is no container '{}'", settings.container)
@@ -180,12 +180,12 @@ void ClipWriter::State::noteLostAlpha() {
     const std::string_view container = output->oformat->name;
     copier.note(fmt::format("alpha is lost: {} does not keep it as {}, {} does",
                             encoder.context().codec->name, stored->name,
-                            pictures                                      ? "png"
+                            pictures                                        ? "png"
                             : container == "matroska" || container == "avi" ? "ffv1"
-                            : container == "mov"                          ? "qtrle"
-                            : container == "webm"                         ? "libvpx-vp9"
-                            : container == "yuv4mpegpipe"                 ? "rawvideo in nut"
-                                                                          : "qtrle in a .mov file"));
+                            : container == "mov"                            ? "qtrle"
+                            : container == "webm"                           ? "libvpx-vp9"
+                            : container == "yuv4mpegpipe"                   ? "rawvideo in nut"
+                                                                            : "qtrle in a .mov file"));
 }
 
 void ClipWriter::State::noteLostSound() {
@@ -268,7 +268,8 @@ bool ClipWriter::State::checkOptions(const ffmpeg::Dictionary& options) {
                                         output->oformat->name, unknown->key));
 }
 
-bool ClipWriter::State::open(const std::string& path, ClipWriterOptions settings, const SourceStreams* source) {
+bool ClipWriter::State::open(const std::string& path, ClipWriterOptions settings,
+                             const SourceStreams* source) {
     name = path == "-" ? "standard output" : path;
     if (!packet) return fail("out of memory");
     if (video.width < 1 || video.height < 1 || video.width > kMaximumImageSide ||

@@ -29,7 +29,8 @@ std::string completed(const std::string& line) {
 TEST(Completion, OfBash) {
     EXPECT_EQ(completed("qvfilter rend"), "render\n");
     EXPECT_THAT(completed("qvfilter "), AllOf(HasSubstr("transition\n"), HasSubstr("completion\n")));
-    EXPECT_THAT(completed("qvfilter render --"), AllOf(HasSubstr("--json-progress\n"), Not(HasSubstr("--strip\n"))));
+    EXPECT_THAT(completed("qvfilter render --"),
+                AllOf(HasSubstr("--json-progress\n"), Not(HasSubstr("--strip\n"))));
     EXPECT_EQ(completed("qvfilter transition --fit "), "contain\ncover\nstretch\n");
     EXPECT_EQ(completed("qvfilter transition --fit=c"), "contain\ncover\n");
     EXPECT_EQ(completed("qvfilter render -i a.mp4 -e sno"), "snow\n");

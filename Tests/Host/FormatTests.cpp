@@ -18,7 +18,8 @@ namespace fs = std::filesystem;
 
 /// What a program of Python's prints; OpenCV and numpy judge. The arguments are in sys.argv.
 std::string python(const std::string& program, Arguments arguments) {
-    arguments.insert(arguments.begin(), {"/usr/bin/python3", "-c", "import sys, cv2, numpy as np\n" + program});
+    arguments.insert(arguments.begin(),
+                     {"/usr/bin/python3", "-c", "import sys, cv2, numpy as np\n" + program});
     const Outcome outcome = run(arguments);
     EXPECT_EQ(outcome.exitCode, 0) << outcome.errors;
     return outcome.output;
@@ -62,15 +63,17 @@ class Formats : public testing::Test {
     void makeAlphaClip() {
         ffmpeg({"-f", "lavfi", "-i", "color=0xc86432:s=64x48:r=30:d=0.34", "-f", "lavfi", "-i",
                 "testsrc2=s=64x16:r=30:d=0.34", "-filter_complex",
-                "[0][1]overlay=0:32,format=rgba,colorchannelmixer=aa=0.75", "-c:v", "qtrle", path("alpha.mov")});
+                "[0][1]overlay=0:32,format=rgba,colorchannelmixer=aa=0.75", "-c:v", "qtrle",
+                path("alpha.mov")});
     }
 };
 
 TEST_F(Formats, MovingPicturesHaveTheirDelaysLoopsAndAlpha) {
     makeAlphaClip();
     render({"-i", path("alpha.mov"), "-o", path("a.gif"), "--loop", "3"});
-    const auto delays = run({"ffprobe", "-v", "error", "-show_entries", "packet=duration", "-of", "csv=p=0",
-                             path("a.gif")}).output;
+    const auto delays =
+        run({"ffprobe", "-v", "error", "-show_entries", "packet=duration", "-of", "csv=p=0", path("a.gif")})
+            .output;
     EXPECT_THAT(delays, testing::StartsWith("3\n4\n3\n3\n4\n3\n"));  // hundredths: on time within half of one
     // Of this block the number says how often it is repeated.
     EXPECT_THAT(readBytes(path("a.gif")), HasSubstr(std::string("NETSCAPE2.0\x03\x01\x02\x00", 15)));
@@ -121,9 +124,10 @@ TEST_F(Formats, SequencesAreNumberedReadAtTheirRateAndReplacedOnlyWhenAsked) {
     EXPECT_THAT(again.errors, HasSubstr("out_1001.png' exists; -y replaces it"));
 
     // Of pictures nothing but their order counts; a sound has no place among them.
-    ffmpeg({"-f", "lavfi", "-i", "testsrc2=s=64x48:r=25:d=0.4", "-f", "lavfi", "-i", "sine=d=0.4", path("s.mkv")});
-    const Outcome led = qvfilter({"transition", "wave", "-i", path("s.mkv"), "-i", pictures, "--duration", "0.2",
-                                  "-o", path("t_%d.jpg")});
+    ffmpeg({"-f", "lavfi", "-i", "testsrc2=s=64x48:r=25:d=0.4", "-f", "lavfi", "-i", "sine=d=0.4",
+            path("s.mkv")});
+    const Outcome led = qvfilter({"transition", "wave", "-i", path("s.mkv"), "-i", pictures, "--duration",
+                                  "0.2", "-o", path("t_%d.jpg")});
     EXPECT_EQ(led.exitCode, 0) << led.errors;
     EXPECT_THAT(led.errors, HasSubstr("the sound is left out"));
     EXPECT_TRUE(fs::exists(path("t_16.jpg")) && !fs::exists(path("t_17.jpg")));  // 10 + 11 - 5
@@ -142,10 +146,12 @@ TEST_F(Formats, PixelsPassThroughPipes) {
     const Arguments described{"--input-format", "rawvideo", "--input-size", "64x48"};
     for (const char* input : {"clip.yuv", "clip.y4m"}) {
         Arguments arguments{"-i", "-", "-f", "rawvideo", "-o", "-"};
-        if (input == std::string("clip.yuv")) arguments.insert(arguments.end(), described.begin(), described.end());
+        if (input == std::string("clip.yuv"))
+            arguments.insert(arguments.end(), described.begin(), described.end());
         EXPECT_LT(rmsDifference(render(arguments, path(input)).output, raw), 2) << input;
     }
-    writeBytes(path("out.y4m"), render({"-i", "-", "-f", "yuv4mpegpipe", "-o", "-"}, path("clip.y4m")).output);
+    writeBytes(path("out.y4m"),
+               render({"-i", "-", "-f", "yuv4mpegpipe", "-o", "-"}, path("clip.y4m")).output);
     EXPECT_TRUE(readBytes(path("out.y4m")).starts_with("YUV4MPEG2 W64 H48 F25:1"));
     EXPECT_LT(rmsDifference(rgbFrame(path("out.y4m"), 9), rgbFrame(path("clip.mkv"), 9)), 3);
     makeAlphaClip();
@@ -153,8 +159,18 @@ TEST_F(Formats, PixelsPassThroughPipes) {
     EXPECT_EQ(probe(path("a.nut"), "v:0")["pix_fmt"], "rgba");
 
     // Another layout, its rate, and an effect over it.
-    Arguments arguments{"-i", "-", "-e", "QVBlackWhiteMTIFilter", "-f", "nut", "-o", "-", "--input-rate", "50",
-                        "--input-pix-fmt", "rgb24"};
+    Arguments arguments{"-i",
+                        "-",
+                        "-e",
+                        "QVBlackWhiteMTIFilter",
+                        "-f",
+                        "nut",
+                        "-o",
+                        "-",
+                        "--input-rate",
+                        "50",
+                        "--input-pix-fmt",
+                        "rgb24"};
     arguments.insert(arguments.end(), described.begin(), described.end());
     writeBytes(path("grey.nut"), render(arguments, path("clip.rgb")).output);
     EXPECT_EQ(probe(path("grey.nut"), "v:0")["avg_frame_rate"], "50/1");
@@ -165,11 +181,12 @@ TEST_F(Formats, TheFirstFrameOfAPipeWaitsForNoSecond) {
     makeClip(path("one.y4m"), "testsrc2=s=64x48:r=25", {"-frames:v", "1"});
     // The writer holds the pipe open until the frame has come out at the other end.
     const std::string script =
-        "mkfifo \"$2/out\"; { cat \"$2/one.y4m\"; read -r; } <\"$2/out.done\" | \"$1\" render -i - -f rawvideo -o "
+        "mkfifo \"$2/out\"; { cat \"$2/one.y4m\"; read -r; } <\"$2/out.done\" | \"$1\" render -i - -f "
+        "rawvideo -o "
         "- 2>\"$2/errors\" | { head -c 4608 | wc -c; echo >\"$2/out.done\"; }";
     run({"mkfifo", path("out.done")});
-    const Outcome outcome = run({"timeout", "60", "bash", "-c",
-                                 "exec 9<>\"$2/out.done\"; " + script, "-", QV_TOOL, fs::path(path("x")).parent_path()});
+    const Outcome outcome = run({"timeout", "60", "bash", "-c", "exec 9<>\"$2/out.done\"; " + script, "-",
+                                 QV_TOOL, fs::path(path("x")).parent_path()});
     EXPECT_EQ(outcome.exitCode, 0) << outcome.errors;
     EXPECT_EQ(outcome.output, "4608\n");
 }
@@ -192,7 +209,11 @@ TEST_F(Formats, WhatCannotBeReadOrWrittenIsOneLine) {
         {"cut.yuv", out, raw, 3, "damaged after 0.120 s"},
         {"clip.yuv", out, {"--input-format", "rawvideo"}, 2, "--input-size"},
         {"clip.yuv", out, {"--input-format", "rawvideo", "--input-size", "64"}, 2, "--input-size takes"},
-        {"clip.yuv", out, {"--input-format", "rawvideo", "--input-size", "64x48", "--input-pix-fmt", "nix"}, 3, "'nix'"},
+        {"clip.yuv",
+         out,
+         {"--input-format", "rawvideo", "--input-size", "64x48", "--input-pix-fmt", "nix"},
+         3,
+         "'nix'"},
         {"clip.yuv", out, {"--input-format", "yuv4mpegpipe"}, 3, "it is no yuv4mpegpipe"},
         {"clip.yuv", out, {"--input-format", "nix"}, 3, "no input format 'nix'"},
         {"clip.y4m", out, {"--input-size", "64x48"}, 2, "--input-format"},
@@ -212,8 +233,10 @@ TEST_F(Formats, WhatCannotBeReadOrWrittenIsOneLine) {
         expectFailure(arguments, exitCode, cause);
     }
     // A closed pipe is an output that cannot be written.
-    const Outcome closed = run({"bash", "-c", "\"$1\" render -i \"$2\" -f rawvideo -o - | head -c 1 >/dev/null; "
-                                              "echo ${PIPESTATUS[0]}", "-", QV_TOOL, path("clip.y4m")});
+    const Outcome closed = run({"bash", "-c",
+                                "\"$1\" render -i \"$2\" -f rawvideo -o - | head -c 1 >/dev/null; "
+                                "echo ${PIPESTATUS[0]}",
+                                "-", QV_TOOL, path("clip.y4m")});
     EXPECT_THAT(closed.output, testing::AnyOf("5\n", "0\n"));
     EXPECT_LE(closed.errorLines(), 1u) << closed.errors;
     // Where there is a device, it encodes.

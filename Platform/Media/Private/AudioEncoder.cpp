@@ -17,8 +17,8 @@ constexpr int kFreeFrameSize = 4096;
 constexpr std::int64_t kAACBitRate = 96000;
 
 /// Codecs for a container, the best first. In Matroska and AVI they are lossless ones, because these cannot
-/// say that an encoder's first samples are to be dropped, and the sound would come late by them; in NUT, because
-/// it hands on what the next program encodes.
+/// say that an encoder's first samples are to be dropped, and the sound would come late by them; in NUT,
+/// because it hands on what the next program encodes.
 std::vector<AVCodecID> candidates(const AVOutputFormat& container, bool lossless) {
     const std::string_view name = container.name;
     if (name == "matroska") return {AV_CODEC_ID_FLAC};

@@ -107,7 +107,8 @@ bool VideoEncoder::chooseCodec(const ClipWriterOptions& settings, const AVOutput
             codec_ = avcodec_find_encoder_by_name("libx264");
         if (!codec_ && own != AV_CODEC_ID_NONE) codec_ = avcodec_find_encoder(own);
     }
-    const bool refused = codec_ && codec_->id != container.video_codec && holdsOnlyItsOwn(container.video_codec);
+    const bool refused =
+        codec_ && codec_->id != container.video_codec && holdsOnlyItsOwn(container.video_codec);
     if (!codec_ || refused || !containerTakes(codec_->id)) {
         cause = fmt::format("the container '{}' takes no {} video", container.name,
                             codec_ ? avcodec_get_name(codec_->id) : "such");
@@ -263,7 +264,8 @@ bool VideoEncoder::setQuality(const ClipWriterOptions& settings, ffmpeg::Diction
 bool VideoEncoder::open(const ClipVideoFormat& video, const ClipWriterOptions& settings,
                         const AVOutputFormat& container, ffmpeg::Dictionary& options, std::string& cause) {
     if (!chooseCodec(settings, container, cause)) return false;
-    if (!findFormats(container, cause) || !choosePixelFormat(video, settings.pixelFormat, cause)) return false;
+    if (!findFormats(container, cause) || !choosePixelFormat(video, settings.pixelFormat, cause))
+        return false;
     context_.reset(avcodec_alloc_context3(codec_));
     if (!context_) {
         cause = "out of memory";

@@ -31,7 +31,8 @@ WebPAnimation::~WebPAnimation() = default;
 
 /// By the flag in the extended header.
 bool WebPAnimation::isIn(AVFormatContext& input) {
-    const bool isWebP = input.pb && input.nb_streams == 1 && std::string_view(input.iformat->name) == "webp_pipe";
+    const bool isWebP =
+        input.pb && input.nb_streams == 1 && std::string_view(input.iformat->name) == "webp_pipe";
     if (!isWebP) return false;
     std::array<char, 21> head{};
     const int read = avio_read(input.pb, reinterpret_cast<unsigned char*>(head.data()), int(head.size()));
@@ -81,7 +82,8 @@ void WebPAnimation::describe(AVStream& stream) const {
     stream.start_time = 0;
     stream.duration = end_;
     stream.nb_frames = frames_;
-    if (end_ > 0) av_reduce(&stream.avg_frame_rate.num, &stream.avg_frame_rate.den, 1000LL * frames_, end_, 60000);
+    if (end_ > 0)
+        av_reduce(&stream.avg_frame_rate.num, &stream.avg_frame_rate.den, 1000LL * frames_, end_, 60000);
     stream.r_frame_rate = stream.avg_frame_rate;
 }
 
