@@ -2,7 +2,7 @@
 
 #include "Host/CommandLine/CommandLine.h"
 #include "Host/CommandLine/CommandParser.h"
-#include "Host/Completion/CompletionScript.h"
+#include "Host/Listing/CompletionScript.h"
 
 namespace qv::host {
 

@@ -1,4 +1,4 @@
-#include "Host/Completion/CompletionScript.h"
+#include "Host/Listing/CompletionScript.h"
 
 #include <cstdint>
 #include <string_view>
