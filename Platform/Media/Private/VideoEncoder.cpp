@@ -10,6 +10,8 @@ extern "C" {
 
 #include <fmt/format.h>
 
+#include "Platform/Media/Private/WebPAnimation.h"
+
 namespace qv {
 namespace {
 
@@ -372,6 +374,7 @@ bool VideoEncoder::send(const ClipFrame& frame, std::string& cause) {
     stored->color_primaries = context_->color_primaries;
     stored->color_trc = context_->color_trc;
     stored->chroma_location = context_->chroma_sample_location;
+    if (lastTime_ == AV_NOPTS_VALUE) begin_ = time;
     lastGiven_ = frame.time;
     lastTime_ = time;
     durations_[time] = av_rescale_q(frame.duration, timeBase_, context_->time_base);
@@ -431,6 +434,8 @@ bool VideoEncoder::receiveEncoded(AVPacket& packet, std::string& cause) {
         if (failed) cause = fmt::format("{}: {}", codec_->name, messages_.cause(code));
         return false;
     }
+    if (std::string_view(codec_->name) == "libwebp_anim")
+        ffmpeg::WebPAnimation::setEnd(packet, av_rescale_q(end_ - begin_, context_->time_base, {1, 1000}));
     if (const auto found = durations_.find(packet.pts); found != durations_.end()) {
         packet.duration = found->second;
         durations_.erase(found);

@@ -65,8 +65,9 @@ class VideoEncoder {
     ColorDescription frameColor_;
     AVPixelFormat pixelFormat_ = AV_PIX_FMT_NONE;  ///< of frames as they are handed on
     std::int64_t lastGiven_ = AV_NOPTS_VALUE;  ///< time of the frame encoded last, in the frames' time base
-    std::int64_t lastTime_ = AV_NOPTS_VALUE, end_ = 0;  ///< the same and the clip's end, in the encoder's
-    std::map<std::int64_t, std::int64_t> durations_;    ///< by time, of frames that are still in the encoder
+    std::int64_t lastTime_ = AV_NOPTS_VALUE;   ///< the same in the encoder's
+    std::int64_t begin_ = 0, end_ = 0;         ///< of the clip, in the encoder's
+    std::map<std::int64_t, std::int64_t> durations_;  ///< by time, of frames that are still in the encoder
 };
 
 }  // namespace qv

@@ -2,6 +2,10 @@
 
 #include <webp/demux.h>
 
+extern "C" {
+#include <libavutil/intreadwrite.h>
+}
+
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -103,6 +107,25 @@ int WebPAnimation::receive(AVFrame& frame) {
     frame.pkt_duration = end - time_;
     time_ = end;
     return 0;
+}
+
+void WebPAnimation::setEnd(AVPacket& file, std::int64_t end) {
+    // Of the container: its head, a chunk's, and where a frame's duration lies behind that, in 24 bits.
+    constexpr int kFileHead = 12, kChunkHead = 8, kDuration = 12, kLongest = 0xffffff;
+    std::uint8_t* last = nullptr;
+    std::int64_t time = 0;  // of the last frame found
+    int duration = 0;
+    for (std::int64_t at = kFileHead; at + kChunkHead + kDuration + 3 < file.size;) {
+        std::uint8_t* chunk = file.data + at;
+        if (std::equal(chunk, chunk + 4, "ANMF")) {
+            last = chunk + kChunkHead + kDuration;
+            time += duration;
+            duration = int(AV_RL24(last));
+        }
+        const std::int64_t size = AV_RL32(chunk + 4);
+        at += kChunkHead + size + size % 2;
+    }
+    if (last && end > time) AV_WL24(last, std::uint32_t(std::min<std::int64_t>(end - time, kLongest)));
 }
 
 void WebPAnimation::rewind() {

@@ -26,6 +26,10 @@ class WebPAnimation {
     /// When the last frame ends, in milliseconds.
     std::int64_t end() const { return end_; }
 
+    /// Has the last frame of an encoded animation end so many milliseconds after the first one's beginning;
+    /// the encoder makes it as long as the mean of the others.
+    static void setEnd(AVPacket& file, std::int64_t end);
+
   private:
     struct Free {
         void operator()(WebPAnimDecoder* decoder) const;
