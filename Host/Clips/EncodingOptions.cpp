@@ -63,8 +63,8 @@ ClipReaderOptions EncodingOptions::readerOptions(const std::string& input) const
     return told(reading_.optionsFor(input));
 }
 
-ClipReaderOptions EncodingOptions::inputOptions(const std::string& input) const {
-    return told(reading_.inputOptionsFor(input));
+ClipReaderOptions EncodingOptions::inputOptions(const std::string& input, const std::string& mask) const {
+    return told(reading_.inputOptionsFor(input, mask));
 }
 
 void EncodingOptions::checkOutput(const std::string& output, const OverwriteOptions& overwrite) const {

@@ -26,8 +26,8 @@ class EncodingOptions {
 
     /// How a clip or a mask is read; a note tells when it is deinterlaced. Fails as usage.
     ClipReaderOptions readerOptions(const std::string& input) const;
-    /// The same of the one input that addInputFormat() is for.
-    ClipReaderOptions inputOptions(const std::string& input) const;
+    /// The same of the one input that addInputFormat() is for; `mask` is read beside it.
+    ClipReaderOptions inputOptions(const std::string& input, const std::string& mask = "") const;
     bool audio() const { return !noAudio_ && writer_.audioCodec != "none"; }
     bool quiet() const { return progress_.quiet; }
     ProgressStyle progress() const { return progress_.style(); }

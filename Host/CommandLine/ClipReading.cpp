@@ -45,14 +45,15 @@ void ClipReading::addInputFormat(const Command& command) {
         .needs(format);
 }
 
-ClipReaderOptions ClipReading::inputOptionsFor(const std::string& path) const {
+ClipReaderOptions ClipReading::inputOptionsFor(const std::string& path, const std::string& mask) const {
     const bool isRaw = format_.container == "rawvideo";
     if (isRaw && size_.empty()) fail(ExitCode::usage, "raw video does not tell its size; --input-size does");
     if (!isRaw && (!size_.empty() || !format_.pixelFormat.empty())) {
         fail(ExitCode::usage, "--input-size and --input-pix-fmt are for --input-format rawvideo, not {}",
              format_.container);
     }
-    if (!isRaw && !rate_.empty() && !PictureSequence::unlessFile(path)) {
+    if (!isRaw && !rate_.empty() && !PictureSequence::unlessFile(path) &&
+        !PictureSequence::unlessFile(mask)) {
         fail(ExitCode::usage, "--input-rate is for a sequence of pictures or raw video, which '{}' is not",
              path);
     }

@@ -20,8 +20,8 @@ class ClipReading {
     void addInputFormat(const Command& command);
     /// For a clip of that name. The notes go to standard error. Fails as usage.
     ClipReaderOptions optionsFor(const std::string& path) const;
-    /// The same of the one input.
-    ClipReaderOptions inputOptionsFor(const std::string& path) const;
+    /// The same of the one input; `mask` is read beside it, empty for none.
+    ClipReaderOptions inputOptionsFor(const std::string& path, const std::string& mask) const;
 
   private:
     struct Told;

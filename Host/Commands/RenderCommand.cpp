@@ -49,7 +49,7 @@ void render(const Options& options) {
     writing.subtitles = !options.noSubtitles;
     options.encoding.checkOutput(options.output, options.overwrite);
 
-    ClipReaderOptions reading = options.encoding.inputOptions(options.input);
+    ClipReaderOptions reading = options.encoding.inputOptions(options.input, options.mask);
     reading.packets = true;
     auto reader = openClip(options.input, reading);
     const ClipInfo info = reader->info();
