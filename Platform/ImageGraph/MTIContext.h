@@ -27,12 +27,12 @@ struct GraphicsDevice {
 /// A folder of the library's in $XDG_CACHE_HOME, or in ~/.cache; empty when neither is known.
 std::string defaultShaderCacheDirectory();
 
-/// When passes whose programs can be joined are drawn as one. A joined pass agrees with its plain ones within
-/// one 8-bit step.
+/// When passes whose programs can be joined are drawn as one. What is joined hands on floats, which are
+/// not rounded to the working format in between.
 enum class MTIFusion {
-    off,           ///< each pass is drawn by itself; for comparing
-    inBackground,  ///< programs are made beside the renders, from the second frame of a graph on, and its
-                   ///< passes are drawn one by one until then: no frame waits. For previews
+    off,              ///< each pass is drawn by itself; for comparing
+    inBackground,     ///< programs are made beside the renders, from the second frame of a graph on, and its
+                      ///< passes are drawn one by one until then: no frame waits. For previews
     beforeFirstFrame  ///< a graph's first frame waits for its programs, so that every run gives the same
                       ///< codes. For exports
 };

@@ -179,7 +179,7 @@ class Fuser {
             FusedShape::Stage& stage = fused.shape.stages.emplace_back();
             stage.function = member.function;
             stage.given = member.given;
-            stage.storesEightBits =
+            stage.isClamped =
                 p != group.back() && texture(member.output).format == TextureFormat::rgba8;
             for (std::size_t n = 0; n < member.inputs.size(); ++n)
                 stage.inputs.push_back(inputOf(fused, member, n));
@@ -253,7 +253,7 @@ std::size_t FusedShape::hash() const {
     };
     for (const Stage& stage : stages) {
         mix(reinterpret_cast<std::uintptr_t>(stage.function.get()));
-        mix(stage.given | std::uint64_t(stage.storesEightBits) << 32);
+        mix(stage.given | std::uint64_t(stage.isClamped) << 32);
         for (const StageInput& input : stage.inputs)
             mix(std::uint64_t(input.from) | std::uint64_t(input.index) << 8 |
                 std::uint64_t(input.size + 1) << 16);

@@ -38,7 +38,7 @@ struct FusedShape {
         std::shared_ptr<const ShaderFunction> function;  ///< as it is drawn by itself
         std::vector<StageInput> inputs;                  ///< where each of its inputs comes from
         std::uint32_t given = 0;                         ///< as in PlanPass
-        bool storesEightBits = false;  ///< it would have been written to a texture of 8 bits
+        bool isClamped = false;  ///< to 0..1, as the texture of 8 bits would have been that it was written to
         /// Member by member.
         bool operator==(const Stage&) const = default;
     };

@@ -39,7 +39,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     ShaderStage stages[2] = {{&*source, std::vector<StageInput>(inputs)},
                              {&*source, std::vector<StageInput>(inputs)}};
     if (inputs > 0) stages[1].inputs[0] = {StageInput::From::stage, 0};
-    stages[0].storesEightBits = true;
+    stages[0].isClamped = true;
     composeShader("Both", stages);
     return 0;
 }

@@ -209,9 +209,13 @@ TEST_F(FailedRenders, EveryVulkanCallMayFailOnce) {
                   images.push_back(std::exchange(image, way.graph()));
               });
     }
-    // A device of the library's own.
-    sweep([](int index) { test::failVulkanCall(index); },
-          [](std::string* error) { return MTIContext::create({}, error) != nullptr; }, [] {});
+    // A device of the library's own, also a watched one.
+    MTIContextOptions options;
+    for (bool watched : {false, true}) {
+        options.validation = watched;
+        sweep([](int index) { test::failVulkanCall(index); },
+              [&](std::string* error) { return MTIContext::create(options, error) != nullptr; }, [] {});
+    }
     sweep([](int index) { test::failVulkanCall(index); },
           [](std::string* error) { return !MTIContext::devices(error).empty(); }, [] {});
     EXPECT_EQ(test::failedFunctions(), test::failableFunctions()) << "what nothing fails is not tested";

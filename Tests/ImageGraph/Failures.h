@@ -1,12 +1,10 @@
 #pragma once
 
-#include <vulkan/vulkan.h>
-
 #include <set>
 #include <string>
 
-/// Lets what the library calls fail. The program's own Vulkan functions, `operator new` and `pthread_create`
-/// stand before the real ones (Failures.cpp). One failure at a time is asked for; `allowAll` ends it.
+/// Lets what the library calls fail. Functions of ours stand before its Vulkan functions, `operator new` and
+/// `pthread_create` (Failures.cpp). One failure at a time is asked for; `allowAll` ends it.
 namespace qv::test {
 
 /// The Vulkan call of this index from now on fails: submitting and waiting because the device is lost, the

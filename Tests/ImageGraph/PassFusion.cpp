@@ -236,9 +236,6 @@ RenderStatistics statisticsOf(MTIContext& context, const MTIImage& image) {
 TEST(PassFusion, ChangesNoPicture) {
     const std::vector<std::function<MTIImage()>> graphs = {
         [] {
-            return exposed(exposed(faded(photo(), 0.02f), 8), 6);
-        },  // eight bits between, or steps would show
-        [] {
             return faded(exposed(pass("MTIBrightness", {photo()}, {{"brightness", 0.6f}}), 3), 0.4f);
         },
         [] { return screened(turned(photo()), faded(photo(23, 31, 1))); },
@@ -269,6 +266,17 @@ TEST(PassFusion, ChangesNoPicture) {
                 << "graph " << i;
         }
     }
+}
+
+TEST(PassFusion, RoundsNothingBetweenFunctions) {
+    const auto brightened = [] { return exposed(exposed(faded(photo(), 0.02f), 8), 6); };
+    const auto drawn = [&](MTIFusion fusion, MTIPixelFormat working) {
+        return test::pictureOf(contextWith(fusion, false, working)->renderToBitmap(brightened()));
+    };
+    const test::Picture exact = drawn(MTIFusion::off, MTIPixelFormat::rgba16Float);
+    EXPECT_LE(test::worstDifference(drawn(MTIFusion::beforeFirstFrame, MTIPixelFormat::rgba8Unorm), exact),
+              1.01 / 255);
+    EXPECT_GE(test::worstDifference(drawn(MTIFusion::off, MTIPixelFormat::rgba8Unorm), exact), 4.0 / 255);
 }
 
 TEST(PassFusion, DrawsPlainlyUntilTheProgramIsThere) {

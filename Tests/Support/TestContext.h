@@ -17,6 +17,7 @@ inline const std::shared_ptr<MTIContext>& context() {
         std::string error;
         MTIContextOptions options;
         options.validation = true;
+        options.fusion = MTIFusion::beforeFirstFrame;  // the same codes whatever was drawn before
         options.shaderCacheDirectory = QV_TEST_SHADER_CACHE;
         auto made = MTIContext::create(options, &error);
         if (!made) ADD_FAILURE() << error;

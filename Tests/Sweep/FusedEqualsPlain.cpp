@@ -12,14 +12,28 @@
 namespace qv {
 namespace {
 
-/// Draws every pass by itself.
-MTIContext& plainContext() {
-    static const auto context = [] {
-        MTIContextOptions options;
-        options.fusion = MTIFusion::off;
-        return MTIContext::create(options);
-    }();
-    return *context;
+/// A context of the working format that joins passes, and one that draws every pass by itself.
+struct Pair {
+    std::shared_ptr<MTIContext> fusing, plain;
+    /// What joined functions do not round: half a step of each texture in between, as later passes enlarge
+    /// it.
+    double tolerance;
+};
+
+Pair pairOf(MTIPixelFormat working, double tolerance) {
+    MTIContextOptions options;
+    options.workingPixelFormat = working;
+    options.validation = true;
+    options.fusion = MTIFusion::beforeFirstFrame;
+    const auto fusing = MTIContext::create(options);
+    options.fusion = MTIFusion::off;
+    return {fusing, MTIContext::create(options), tolerance};
+}
+
+const std::vector<Pair>& pairs() {
+    static const std::vector<Pair> made{pairOf(MTIPixelFormat::rgba16Float, 2.5e-3),
+                                        pairOf(MTIPixelFormat::rgba8Unorm, 3.0 / 255)};
+    return made;
 }
 
 int passesOf(MTIContext& context, const MTIImage& image) {
@@ -40,11 +54,11 @@ class FusedEqualsPlain : public testing::TestWithParam<const QVFilterClass*> {
     const QVFilterClass& record = *GetParam();
 };
 
-TEST_P(FusedEqualsPlain, WithinAStepOfEightBits) {
+TEST_P(FusedEqualsPlain, ButForTheRoundingInBetween) {
     // Each context keeps the pictures that it is given.
     const auto forFused = record.create(), forPlain = record.create();
     // On odd sides pixel centres lie on the middle line, and on many a border that a class draws.
-    for (CGSize size : {CGSize{96, 54}, CGSize{37, 23}, CGSize{101, 57}, CGSize{45, 80}, CGSize{2, 3}}) {
+    for (CGSize size : {CGSize{96, 54}, CGSize{37, 23}, CGSize{45, 80}, CGSize{2, 3}}) {
         for (double moment : {0.27, 0.5, 0.81}) {
             for (QVMTIFilter* filter : {forFused.get(), forPlain.get()}) {
                 test::setInputs(*filter, int(size.width), int(size.height));
@@ -55,16 +69,17 @@ TEST_P(FusedEqualsPlain, WithinAStepOfEightBits) {
             }
             const MTIImage fused = read(forFused->outputImage()), plain = read(forPlain->outputImage());
             if (!fused) continue;
-            test::context()->prepare(fused);
-            EXPECT_LE(passesOf(*test::context(), fused), passesOf(plainContext(), plain));
-            const test::Picture a = test::pictureOf(test::context()->renderToBitmap(fused));
-            const test::Picture b = test::pictureOf(plainContext().renderToBitmap(plain));
-            EXPECT_LE(test::worstDifference(a, b), 1.01 / 255)
-                << size.width << " wide, moment " << moment << ", " << passesOf(*test::context(), fused)
-                << " of " << passesOf(plainContext(), plain) << " passes";
+            for (const Pair& pair : pairs()) {
+                EXPECT_LE(passesOf(*pair.fusing, fused), passesOf(*pair.plain, plain));
+                const test::Picture a{int(size.width), int(size.height), pair.fusing->renderToFloats(fused)};
+                const test::Picture b{int(size.width), int(size.height), pair.plain->renderToFloats(plain)};
+                EXPECT_LE(test::worstDifference(a, b), pair.tolerance)
+                    << size.width << " wide, moment " << moment << ", " << passesOf(*pair.fusing, fused)
+                    << " of " << passesOf(*pair.plain, plain) << " passes";
+            }
         }
     }
-    EXPECT_THAT(test::context()->validationMessages(), testing::IsEmpty());
+    for (const Pair& pair : pairs()) EXPECT_THAT(pair.fusing->validationMessages(), testing::IsEmpty());
 }
 
 INSTANTIATE_TEST_SUITE_P(, FusedEqualsPlain,

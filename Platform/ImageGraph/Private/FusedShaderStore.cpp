@@ -39,7 +39,7 @@ std::shared_ptr<const ShaderFunction> FusedShaderStore::compose(const FusedShape
         auto source = parseArchivedShader(stage.function->name, stage.function->source, errors);
         if (!source) break;
         sources.push_back(*std::move(source));
-        stages.push_back({&sources.back(), stage.inputs, stage.given, stage.storesEightBits});
+        stages.push_back({&sources.back(), stage.inputs, stage.given, stage.isClamped});
     }
     const std::string name = shape.name();
     if (errors.empty()) {

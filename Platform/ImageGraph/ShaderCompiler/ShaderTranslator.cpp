@@ -160,11 +160,8 @@ class Composer {
             text_ += fmt::format("#undef {}\n", macro);
         }
         calls_ += fmt::format("    qv_result{0} = {1}{2}(qv_uv);\n", index, own, source.name);
-        if (stage.storesEightBits) {
-            calls_ += fmt::format(
-                "    qv_result{0} = roundEven(clamp(qv_result{0}, 0.0, 1.0) * 255.0) * (1.0 / 255.0);\n",
-                index);
-        }
+        if (stage.isClamped)
+            calls_ += fmt::format("    qv_result{0} = clamp(qv_result{0}, 0.0, 1.0);\n", index);
     }
 
     /// The words by which a stage reaches its inputs.

@@ -17,8 +17,8 @@ struct ShaderStage {
     std::vector<StageInput> inputs;  ///< one for each of the source's
     /// Bit n: the source's uniform n, selectors not counted, has a value; the others are 0 and take no words.
     std::uint32_t given = ~std::uint32_t(0);
-    /// Readers see the result as an 8-bit texture would have kept it.
-    bool storesEightBits = false;
+    /// Readers see the result within 0..1, as an 8-bit texture would have kept it, but not rounded.
+    bool isClamped = false;
 };
 
 /// Vulkan GLSL of a fragment stage, and what it declares (all but the code). `error` is empty unless the

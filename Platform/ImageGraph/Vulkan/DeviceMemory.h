@@ -1,12 +1,12 @@
 #pragma once
 
-#include <vulkan/vulkan.h>
-
 #include <cstdint>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <vector>
+
+#include "Platform/ImageGraph/Vulkan/VulkanFunctions.h"
 
 namespace qv {
 

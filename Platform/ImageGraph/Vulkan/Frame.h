@@ -1,13 +1,12 @@
 #pragma once
 
-#include <vulkan/vulkan.h>
-
 #include <memory>
 #include <mutex>
 #include <string>
 #include <vector>
 
 #include "Platform/ImageGraph/Vulkan/Texture.h"
+#include "Platform/ImageGraph/Vulkan/VulkanFunctions.h"
 
 namespace qv {
 

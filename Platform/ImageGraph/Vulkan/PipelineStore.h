@@ -1,7 +1,5 @@
 #pragma once
 
-#include <vulkan/vulkan.h>
-
 #include <atomic>
 #include <map>
 #include <memory>
@@ -10,6 +8,7 @@
 
 #include "Platform/ImageGraph/Planner.h"
 #include "Platform/ImageGraph/Vulkan/Texture.h"
+#include "Platform/ImageGraph/Vulkan/VulkanFunctions.h"
 
 namespace qv {
 

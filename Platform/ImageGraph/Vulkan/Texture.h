@@ -1,7 +1,5 @@
 #pragma once
 
-#include <vulkan/vulkan.h>
-
 #include <atomic>
 #include <cstdint>
 #include <list>
@@ -14,6 +12,7 @@
 #include "Platform/ImageGraph/Planner.h"
 #include "Platform/ImageGraph/Vulkan/DeviceMemory.h"
 #include "Platform/ImageGraph/Vulkan/VulkanDevice.h"
+#include "Platform/ImageGraph/Vulkan/VulkanFunctions.h"
 
 namespace qv {
 

@@ -165,6 +165,7 @@ bool hasLayer(const char* name) {
 }  // namespace
 
 std::vector<GraphicsDevice> VulkanDevice::enumerate() {
+    loadVulkan();
     const VkApplicationInfo application = applicationInfo();
     VkInstanceCreateInfo info{VK_STRUCTURE_TYPE_INSTANCE_CREATE_INFO};
     info.pApplicationInfo = &application;
@@ -182,6 +183,7 @@ std::vector<GraphicsDevice> VulkanDevice::enumerate() {
 }
 
 VulkanDevice::VulkanDevice(const MTIContextOptions& options) {
+    loadVulkan();
     try {
         createInstance(options.validation);
         createDevice(options.deviceIndex);
@@ -198,6 +200,7 @@ VulkanDevice::VulkanDevice(const MTIVulkanDevice& host)
       queue_(host.queue),
       queueFamily_(host.queueFamily),
       isHosts_(true) {
+    loadVulkan();
     if (!instance_ || !physicalDevice_ || !device_ || !queue_)
         throw VulkanError("the host's device is not complete");
     if (host.queueMutex) queueMutex_ = host.queueMutex;

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <vulkan/vulkan.h>
-
 #include <memory>
 #include <mutex>
 #include <stdexcept>
@@ -9,6 +7,7 @@
 #include <vector>
 
 #include "Platform/ImageGraph/MTIContext.h"
+#include "Platform/ImageGraph/Vulkan/VulkanFunctions.h"
 
 namespace qv {
 
