@@ -53,6 +53,7 @@ int main(int argc, char** argv) {
         addMaskCommand(tool);
         addExportCommand(tool);
         addDevicesCommand(tool);
+        addCompletionCommand(tool);
         tool.run(argc, argv);
         return int(ExitCode::success);
     } catch (const Failure& failure) {

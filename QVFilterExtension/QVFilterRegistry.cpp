@@ -99,6 +99,10 @@ std::vector<const QVFilterClass*> filterClassesCalled(std::string_view name) {
     return called;
 }
 
+std::string shortFilterClassName(const QVFilterClass& filterClass) {
+    return stem(filterClass.name);
+}
+
 std::vector<const QVFilterClass*> filterClassesMatching(std::string_view words) {
     std::istringstream stream{lowercase(words)};
     const std::vector<std::string> wanted{std::istream_iterator<std::string>(stream), {}};

@@ -26,6 +26,9 @@ std::unique_ptr<QVMTIFilter> createFilter(std::string_view className);
 /// latter.
 std::vector<const QVFilterClass*> filterClassesCalled(std::string_view name);
 
+/// The shortest form of a class's name, in small letters. Other classes may be called so, too.
+std::string shortFilterClassName(const QVFilterClass& filterClass);
+
 /// The classes in which every word of `words` occurs: in the name, the title, the meaning, the tags, the
 /// category or the kind, in any case of letters.
 std::vector<const QVFilterClass*> filterClassesMatching(std::string_view words);

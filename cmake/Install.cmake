@@ -19,6 +19,9 @@ if(TARGET QVPersonMask)
 endif()
 set_target_properties(qvfilter PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
 install(TARGETS qvfilter RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
+set(completion ${CMAKE_BINARY_DIR}/completion)
+install(FILES ${completion}/bash/qvfilter DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tool)
+install(FILES ${completion}/zsh/_qvfilter DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions COMPONENT tool)
 install(DIRECTORY Bindings/Python/qv DESTINATION lib/python3/dist-packages COMPONENT python PATTERN __pycache__ EXCLUDE)
 
 # The rest is for who builds against the library.

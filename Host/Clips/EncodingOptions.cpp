@@ -1,11 +1,14 @@
 #include "Host/Clips/EncodingOptions.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 
+#include "Host/CommandLine/CommandLine.h"
 #include "Host/CommandLine/CommandParser.h"
 #include "Host/CommandLine/Failure.h"
 #include "Host/CommandLine/StandardStreams.h"
+#include "Platform/Media/PictureSequence.h"
 
 namespace qv::host {
 
@@ -23,7 +26,8 @@ std::int64_t parseBitRate(const std::string& option, const std::string& text) {
 }
 
 void EncodingOptions::add(const Command& command, bool sound) {
-    command.option("--format", writer_.container, "Container, as mp4; by the output's name, matroska for -");
+    command.option("-f,--format", writer_.container,
+                   "Container, as mp4 or yuv4mpegpipe; by the output's name, matroska for -");
     command.option("--codec", writer_.codec, "Encoder, as libx264; what suits the container");
     const CommandOption crf =
         command.option("--crf", crf_, "Constant quality of the encoder; 18 with libx264").range(0.0, 63.0);
@@ -40,15 +44,39 @@ void EncodingOptions::add(const Command& command, bool sound) {
         command.option("--audio-bitrate", audioBitRate_, "Bits per second of the sound, as 192k");
         command.flag("--no-audio", noAudio_, "Leave the sound out");
     }
-    command.flag("--progress", lines_, "Progress as lines for programs, on standard error");
-    command.flag("--quiet", quiet_, "No progress bar and no notes");
+    command.option("--loop", writer_.plays, "How often a GIF, WebP or APNG plays, 0 for ever")
+        .showDefault()
+        .range(0, 65535);
+    command.option("--start-number", writer_.firstNumber, "First number of a sequence, as out_%04d.png")
+        .showDefault()
+        .range(0, 100'000'000);
+    progress_.add(command, "No progress bar and no notes");
+}
+
+ClipReaderOptions EncodingOptions::told(ClipReaderOptions options) const {
+    options.threads = writer_.threads;
+    if (quiet()) options.onDeinterlacing = nullptr;
+    return options;
 }
 
 ClipReaderOptions EncodingOptions::readerOptions(const std::string& input) const {
-    ClipReaderOptions result = reading_.optionsFor(input);
-    result.threads = writer_.threads;
-    if (quiet_) result.onDeinterlacing = nullptr;
-    return result;
+    return told(reading_.optionsFor(input));
+}
+
+ClipReaderOptions EncodingOptions::inputOptions(const std::string& input, const std::string& mask) const {
+    return told(reading_.inputOptionsFor(input, mask));
+}
+
+void EncodingOptions::checkOutput(const std::string& output, const OverwriteOptions& overwrite) const {
+    const auto pictures = PictureSequence::parse(output);
+    host::checkOutput(output, overwrite);
+    if (!pictures || !writer_.container.empty()) return;
+    const std::vector<int> numbers = pictures->numbers();
+    const auto first = std::ranges::lower_bound(numbers, writer_.firstNumber);
+    if (first == numbers.end()) return;
+    host::checkOutput(pictures->path(*first), overwrite);
+    note(fmt::format("'{}': there are pictures up to number {}; those that are not replaced stay", output,
+                     numbers.back()));
 }
 
 ClipWriterOptions EncodingOptions::writerOptions(const std::string& output) const {
@@ -80,7 +108,7 @@ std::unique_ptr<ClipWriter> EncodingOptions::makeWriter(const std::string& outpu
 }
 
 void EncodingOptions::note(const std::string& line) const {
-    if (!quiet_) writeNote(line);
+    if (!quiet()) writeNote(line);
 }
 
 MTIPixelFormat workingFormat(const ClipVideoFormat& video, const ClipWriter& writer) {

@@ -13,6 +13,7 @@
 namespace qv::host {
 
 class Command;
+struct OverwriteOptions;
 
 /// The options of commands that write a clip, and what they make of them.
 class EncodingOptions {
@@ -20,11 +21,19 @@ class EncodingOptions {
     /// `sound` tells whether the clip may have any.
     void add(const Command& command, bool sound = true);
 
-    /// How a clip or a mask is read; a note tells when it is deinterlaced.
+    /// The options of a command that reads one clip, which may be a stream of raw video.
+    void addInputFormat(const Command& command) { reading_.addInputFormat(command); }
+
+    /// How a clip or a mask is read; a note tells when it is deinterlaced. Fails as usage.
     ClipReaderOptions readerOptions(const std::string& input) const;
+    /// The same of the one input that addInputFormat() is for; `mask` is read beside it.
+    ClipReaderOptions inputOptions(const std::string& input, const std::string& mask = "") const;
     bool audio() const { return !noAudio_ && writer_.audioCodec != "none"; }
-    bool quiet() const { return quiet_; }
-    ProgressStyle progress() const { return progressStyle(lines_, quiet_); }
+    bool quiet() const { return progress_.quiet; }
+    ProgressStyle progress() const { return progress_.style(); }
+
+    /// As host::checkOutput(); of a sequence of pictures, those that are there. A note tells of them.
+    void checkOutput(const std::string& output, const OverwriteOptions& overwrite) const;
 
     /// Fails as usage.
     ClipWriterOptions writerOptions(const std::string& output) const;
@@ -36,12 +45,15 @@ class EncodingOptions {
     void note(const std::string& line) const;
 
   private:
+    ClipReaderOptions told(ClipReaderOptions options) const;
+
     ClipWriterOptions writer_;
     ClipReading reading_;
     std::vector<std::string> options_;
     std::optional<double> crf_;
     std::string bitRate_, audioBitRate_;
-    bool noAudio_ = false, quiet_ = false, lines_ = false;
+    bool noAudio_ = false;
+    ProgressOptions progress_;
 };
 
 /// Bits per second from "4000000", "4000k" or "4M". `option` names it in the error. Fails as usage.

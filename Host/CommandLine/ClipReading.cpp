@@ -1,12 +1,17 @@
 #include "Host/CommandLine/ClipReading.h"
 
+#include <algorithm>
+#include <charconv>
+#include <cmath>
 #include <mutex>
 #include <set>
 
 #include <fmt/format.h>
 
+#include "Host/CommandLine/CommandLine.h"
 #include "Host/CommandLine/CommandParser.h"
 #include "Host/CommandLine/StandardStreams.h"
+#include "Platform/Media/PictureSequence.h"
 
 namespace qv::host {
 
@@ -28,14 +33,72 @@ void ClipReading::add(const Command& command) {
         "--deinterlace", deinterlacing_,
         {{"auto", Deinterlacing::automatic}, {"on", Deinterlacing::all}, {"off", Deinterlacing::none}},
         "Whole pictures of interlaced frames; auto by their flag");
+    command.option("--input-rate", rate_,
+                   "Frames a second of a sequence of pictures, as in_%04d.png, or of raw video; 25 without");
+}
+
+void ClipReading::addInputFormat(const Command& command) {
+    const CommandOption format = command.option("--input-format", format_.container,
+                                                "What the input is, as rawvideo or yuv4mpegpipe; found out");
+    command.option("--input-size", size_, "WIDTHxHEIGHT of raw video").needs(format);
+    command.option("--input-pix-fmt", format_.pixelFormat, "Pixel format of raw video; yuv420p without")
+        .needs(format);
+}
+
+ClipReaderOptions ClipReading::inputOptionsFor(const std::string& path, const std::string& mask) const {
+    const bool isRaw = format_.container == "rawvideo";
+    if (isRaw && size_.empty()) fail(ExitCode::usage, "raw video does not tell its size; --input-size does");
+    if (!isRaw && (!size_.empty() || !format_.pixelFormat.empty())) {
+        fail(ExitCode::usage, "--input-size and --input-pix-fmt are for --input-format rawvideo, not {}",
+             format_.container);
+    }
+    if (!isRaw && !rate_.empty() && !PictureSequence::unlessFile(path) &&
+        !PictureSequence::unlessFile(mask)) {
+        fail(ExitCode::usage, "--input-rate is for a sequence of pictures or raw video, which '{}' is not",
+             path);
+    }
+    ClipReaderOptions result = optionsFor(path);
+    const Rational rate = result.format.rate;
+    result.format = format_;
+    result.format.rate = rate;
+    if (isRaw) {
+        const PixelSize size = parseSize("--input-size", size_);
+        result.format.width = size.width;
+        result.format.height = size.height;
+    }
+    return result;
 }
 
 ClipReaderOptions ClipReading::optionsFor(const std::string& path) const {
     ClipReaderOptions result{.deinterlacing = deinterlacing_};
+    if (!rate_.empty()) result.format.rate = parseRate("--input-rate", rate_);
     result.onDeinterlacing = [path, told = told_] {
         if (told->isFirst(path)) writeNote(fmt::format("'{}' is deinterlaced", path));
     };
     return result;
+}
+
+Rational parseRate(const std::string& option, const std::string& text) {
+    constexpr double kFastest = 1000;
+    constexpr int kBroadcast = 1001, kThousand = 1000;
+    const char* const end = text.data() + text.size();
+    double value = 0, divisor = 1;
+    auto [rest, failure] = std::from_chars(text.data(), end, value);
+    bool valid = failure == std::errc();
+    if (valid && rest != end && *rest == '/') {
+        const auto below = std::from_chars(rest + 1, end, divisor);
+        valid = below.ec == std::errc() && divisor >= 1 && divisor <= 1e6 && value <= 1e6 &&
+                value == std::floor(value) && divisor == std::floor(divisor);
+        rest = below.ptr;
+    }
+    const double rate = value / divisor;
+    if (!valid || rest != end || !(rate > 0 && rate <= kFastest))
+        fail(ExitCode::usage, "{} takes frames a second, as 25 or 30000/1001, not '{}'", option, text);
+    if (divisor > 1 || value == std::floor(value)) return {int(value), int(divisor)};
+    // What is cut off after two or three digits means the rates of colour television.
+    const double whole = std::ceil(value);
+    if (std::abs(whole * kThousand / kBroadcast - value) < 0.005) return {int(whole) * kThousand, kBroadcast};
+    return {std::max(int(std::lround(value * kThousand)), 1), kThousand};
 }
 
 }  // namespace qv::host

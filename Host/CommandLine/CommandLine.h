@@ -26,13 +26,17 @@ void addGalleryCommand(CommandParser& tool);
 void addMaskCommand(CommandParser& tool);
 void addExportCommand(CommandParser& tool);
 void addDevicesCommand(CommandParser& tool);
+void addCompletionCommand(CommandParser& tool);
 
 struct PixelSize {
     int width = 0, height = 0;
 };
 
-/// "1280x720", sides 1 to kMaximumImageSide. Fails as usage.
-PixelSize parseSize(const std::string& text);
+/// "1280x720", sides 1 to kMaximumImageSide. `option` names it in the error. Fails as usage.
+PixelSize parseSize(const std::string& option, const std::string& text);
+inline PixelSize parseSize(const std::string& text) {
+    return parseSize("--size", text);
+}
 
 /// Seconds, or [hours:]minutes:seconds. `option` names it in the error. Fails as usage.
 double parseTime(const std::string& option, const std::string& text);

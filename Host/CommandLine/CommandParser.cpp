@@ -43,6 +43,31 @@ void checkValues(CLI::App& tool) {
     }
 }
 
+/// The words of a list in braces, which the parser ends the kind of a value with that may be one of them.
+std::vector<std::string> wordsIn(const std::string& kind) {
+    std::vector<std::string> words;
+    const std::size_t begin = kind.find('{');
+    if (begin == std::string::npos) return words;
+    std::istringstream list(kind.substr(begin + 1, kind.find('}', begin) - begin - 1));
+    for (std::string word; std::getline(list, word, ',');) words.push_back(word);
+    return words;
+}
+
+OptionFacts factsOf(const CLI::Option& option) {
+    OptionFacts facts;
+    for (const std::string& name : option.get_snames()) facts.names.push_back("-" + name);
+    for (const std::string& name : option.get_lnames()) facts.names.push_back("--" + name);
+    facts.isPlaced = facts.names.empty();
+    if (facts.isPlaced) facts.names.push_back(option.get_name(true));
+    facts.help = option.get_description();
+    const std::string kind = option.get_type_name();
+    facts.takesValue = option.get_items_expected_max() > 0;
+    facts.takesNumber = kind.starts_with("INT") || kind.starts_with("UINT") || kind.starts_with("FLOAT");
+    facts.repeats = option.get_items_expected_max() > 1;
+    facts.words = wordsIn(kind);
+    return facts;
+}
+
 }  // namespace
 
 CommandOption CommandOption::required() const {
@@ -113,9 +138,12 @@ CommandOption Command::flag(const char* names, bool& value, const char* help) co
 
 CommandOption Command::choice(const char* names, std::function<void(int)> take,
                               const std::map<std::string, int>& words, const char* help) const {
-    return CommandOption(app_->add_option_function<int>(names, take, help)
-                             ->type_name("ENUM")
-                             ->transform(CLI::CheckedTransformer(words, CLI::ignore_case)));
+    std::vector<std::string> listed;
+    for (const auto& [word, number] : words) listed.push_back(word);
+    const CLI::Validator known = CLI::CheckedTransformer(words, CLI::ignore_case)
+                                     .description(fmt::format("{{{}}}", fmt::join(listed, ",")));
+    return CommandOption(
+        app_->add_option_function<int>(names, take, help)->type_name("TEXT")->transform(known));
 }
 
 void Command::setAction(std::function<void()> action) const {
@@ -134,6 +162,16 @@ CommandParser::~CommandParser() = default;
 
 Command CommandParser::addCommand(const char* name, const char* help) {
     return Command(app_->add_subcommand(name, help));
+}
+
+std::vector<CommandFacts> CommandParser::commands() const {
+    std::vector<CommandFacts> commands;
+    for (const CLI::App* command : app_->get_subcommands([](const CLI::App*) { return true; })) {
+        CommandFacts facts{command->get_name(), command->get_description(), {}};
+        for (const CLI::Option* option : command->get_options()) facts.options.push_back(factsOf(*option));
+        commands.push_back(std::move(facts));
+    }
+    return commands;
 }
 
 void CommandParser::run(int argc, char** argv) {

@@ -74,6 +74,22 @@ class Command {
     CLI::App* app_;
 };
 
+/// What the tool's own description of itself says of an option, a flag, or a value at a fixed place.
+struct OptionFacts {
+    std::vector<std::string> names;  ///< as "-o" and "--output"; the word for what stands at a fixed place
+    std::string help;
+    bool isPlaced = false;           ///< stands at a fixed place
+    bool takesValue = false;         ///< false for a flag
+    bool takesNumber = false;        ///< and nothing else
+    bool repeats = false;            ///< may be given more than once
+    std::vector<std::string> words;  ///< all that it may be; empty for anything
+};
+
+struct CommandFacts {
+    std::string name, help;
+    std::vector<OptionFacts> options;  ///< in the order of the help
+};
+
 /// The tool itself: exactly one of its commands is given.
 class CommandParser {
   public:
@@ -82,6 +98,9 @@ class CommandParser {
     ~CommandParser();
 
     Command addCommand(const char* name, const char* help);
+
+    /// All commands, in the order of the help.
+    std::vector<CommandFacts> commands() const;
 
     /// Parses the line and runs its command, or prints the help or version that was asked for. Fails as usage
     /// and as the command does.

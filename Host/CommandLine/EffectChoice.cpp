@@ -34,11 +34,6 @@ std::string propertyNames(const QVFilterClass& filterClass) {
     return names.empty() ? "nothing to set" : fmt::format("{}", fmt::join(names, ", "));
 }
 
-bool fits(const QVFilterClass& filterClass, ClassUse use) {
-    if (use == ClassUse::overClip) return !filterClass.input(QVInputRole::incoming);
-    return use == ClassUse::any || filterClass.isTransition();
-}
-
 /// "did you mean …", or where all of them stand.
 std::string suggestion(std::string_view name, ClassUse use) {
     std::vector<std::string_view> names;
@@ -56,6 +51,11 @@ std::string_view whatItIs(const QVFilterClass& filterClass) {
 }
 
 }  // namespace
+
+bool fits(const QVFilterClass& filterClass, ClassUse use) {
+    if (use == ClassUse::overClip) return !filterClass.input(QVInputRole::incoming);
+    return use == ClassUse::any || filterClass.isTransition();
+}
 
 bool EffectChoice::sets(std::string_view propertyName) const {
     return std::any_of(settings.begin(), settings.end(),

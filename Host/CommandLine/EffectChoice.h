@@ -24,6 +24,9 @@ struct EffectChoice {
 /// Where a class is wanted: anywhere, over one clip, or between two.
 enum class ClassUse { any, overClip, transition };
 
+/// Whether a class is one for that use.
+bool fits(const QVFilterClass& filterClass, ClassUse use);
+
 /// The class of that name, or the only one of those that fit the use which is called so for short, see
 /// `filterClassesCalled`. Fails as usage: names what it may mean, or the closest ones.
 const QVFilterClass& findClass(std::string_view name, ClassUse use = ClassUse::any);

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "Host/CommandLine/CommandParser.h"
 #include "Host/CommandLine/StandardStreams.h"
 
 #include <fmt/format.h>
@@ -16,7 +17,15 @@ constexpr int kBarCells = 24;
 constexpr std::chrono::milliseconds kBarInterval{100}, kLineInterval{500};
 }  // namespace
 
-ProgressStyle progressStyle(bool lines, bool quiet) {
+void ProgressOptions::add(const Command& command, const char* quietHelp) {
+    const CommandOption plain =
+        command.flag("--progress", lines, "Progress as lines for programs, on standard error");
+    command.flag("--json-progress", json, "The same as a JSON object a line").excludes(plain);
+    command.flag("--quiet", quiet, quietHelp);
+}
+
+ProgressStyle ProgressOptions::style() const {
+    if (json) return ProgressStyle::json;
     if (lines) return ProgressStyle::lines;
     return quiet || !::isatty(STDERR_FILENO) ? ProgressStyle::none : ProgressStyle::bar;
 }
@@ -48,12 +57,24 @@ void Progress::finish() {
     if (style_ != ProgressStyle::none) print(true);
 }
 
+void Progress::printJSON(bool last, std::int64_t total, double rate, std::optional<double> left) const {
+    writeStandardError(fmt::format(
+        R"({{"frame": {}, "frames": {}, "fps": {:.2f}, "seconds": {:.3f}, "eta": {}, "phase": "{}"}})"
+        "\n",
+        done_, total > 0 ? fmt::format("{}", total) : "null", rate, seconds_,
+        left ? fmt::format("{:.1f}", *left) : "null", last ? "end" : unit_));
+}
+
 void Progress::print(bool last) {
     const double elapsed = std::chrono::duration<double>(Clock::now() - start_).count();
     const double rate = elapsed > 0 ? double(done_) / elapsed : 0;
     const std::int64_t total = last ? done_ : total_;
     const bool known = total > 0 && rate > 0;
     const double left = known ? double(std::max<std::int64_t>(total - done_, 0)) / rate : 0;
+    if (style_ == ProgressStyle::json) {
+        printJSON(last, total, rate, known ? std::optional(left) : std::nullopt);
+        return;
+    }
     if (style_ == ProgressStyle::lines) {
         writeStandardError(fmt::format("frame={} total={} fps={:.2f} time={:.3f} eta={} progress={}\n", done_,
                                        total > 0 ? fmt::format("{}", total) : "unknown", rate, seconds_,

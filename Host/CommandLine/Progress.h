@@ -2,24 +2,35 @@
 
 #include <chrono>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace qv::host {
+
+class Command;
 
 enum class ProgressStyle {
     none,
     bar,    ///< one line on a terminal, drawn over itself
     lines,  ///< frame=… total=… fps=… time=… eta=…, and progress=end at the end, for programs
+    json,   ///< an object a line, {frame, frames, fps, seconds, eta, phase}, for programs
 };
 
-/// The style for what was asked: `lines` with --progress, none with --quiet or without a terminal.
-ProgressStyle progressStyle(bool lines, bool quiet);
+/// What a command that takes long is to tell of it.
+struct ProgressOptions {
+    bool lines = false, json = false, quiet = false;
+
+    /// `quietHelp` says what else --quiet keeps from being told.
+    void add(const Command& command, const char* quietHelp = "No progress bar");
+    /// As asked for; else a bar, but none with --quiet or without a terminal.
+    ProgressStyle style() const;
+};
 
 /// Tells on standard error how far a command is; what that does not take is lost. Used by one thread at a
 /// time.
 class Progress {
   public:
-    /// `total` counts the same things as `advance`; 0 when it is not known. `unit` names them.
+    /// `total` counts the same things as `advance`; 0 when it is not known. `unit` names them, as "frames".
     Progress(ProgressStyle style, std::int64_t total, std::string unit);
     /// Removes the bar.
     ~Progress();
@@ -33,6 +44,7 @@ class Progress {
 
   private:
     void print(bool last);
+    void printJSON(bool last, std::int64_t total, double rate, std::optional<double> left) const;
 
     using Clock = std::chrono::steady_clock;
     ProgressStyle style_;

@@ -34,7 +34,8 @@ namespace fs = std::filesystem;
 struct Options {
     std::string output, only = "*", size = "320x180";
     GalleryFiles files;
-    bool sheet = false, quiet = false, lines = false;
+    bool sheet = false;
+    ProgressOptions progress;
     OverwriteOptions overwrite;
     DeviceOptions device;
 };
@@ -158,7 +159,7 @@ class Gallery {
     /// A card is rendered while the ones before are encoded, and measured when nothing else runs.
     void makeCards() {
         const auto missing = std::int64_t(std::count(cards_.begin(), cards_.end(), std::nullopt));
-        Progress progress(progressStyle(options_.lines, options_.quiet), missing, "cards");
+        Progress progress(options_.progress.style(), missing, "cards");
         store_->writePreview(renderer_->sourceFrames(), directory_ / "source.mp4");
         std::atomic<std::int64_t> done{0};
         TaskPool encoders(int(std::clamp(std::thread::hardware_concurrency(), 1u, 4u)));
@@ -253,8 +254,7 @@ void addGalleryCommand(CommandParser& tool) {
     command.option("--only", options->only, "Only names that match (* and ?) or contain this");
     command.option("--size", options->size, "Size of the previews").showDefault();
     command.flag("--sheet", options->sheet, "Contact sheets as PNG too");
-    command.flag("--quiet", options->quiet, "No progress bar");
-    command.flag("--progress", options->lines, "Progress as lines for programs, on standard error");
+    options->progress.add(command);
     options->overwrite.add(command);
     options->device.add(command);
     command.setAction([options] { gallery(*options); });

@@ -117,9 +117,9 @@ void maskClip(const Options& options) {
     ClipWriterOptions writing = options.encoding.writerOptions(options.output);
     writing.lossless = true;
     writing.metadata = false;
-    checkOutput(options.output, options.overwrite);
+    options.encoding.checkOutput(options.output, options.overwrite);
     const auto people = openPersonMask(options.model);
-    auto reader = openClip(options.input, options.encoding.readerOptions(options.input));
+    auto reader = openClip(options.input, options.encoding.inputOptions(options.input));
     const ClipVideoFormat video = MaskFrames::formatFor(reader->info().video);
     const std::int64_t frames = reader->info().frameCountEstimate;
 
@@ -161,6 +161,7 @@ void addMaskCommand(CommandParser& tool) {
         .required();
     command.option("--model", options->model, "The network's file; where qvfilter-fetch-person-model put it");
     options->encoding.add(command, false);
+    options->encoding.addInputFormat(command);
     options->overwrite.add(command);
     command.setAction([options] { mask(*options); });
 }

@@ -47,9 +47,9 @@ void render(const Options& options) {
     const std::vector<EffectChoice> choices = parseChain(options.effects);
     ClipWriterOptions writing = options.encoding.writerOptions(options.output);
     writing.subtitles = !options.noSubtitles;
-    checkOutput(options.output, options.overwrite);
+    options.encoding.checkOutput(options.output, options.overwrite);
 
-    ClipReaderOptions reading = options.encoding.readerOptions(options.input);
+    ClipReaderOptions reading = options.encoding.inputOptions(options.input, options.mask);
     reading.packets = true;
     auto reader = openClip(options.input, reading);
     const ClipInfo info = reader->info();
@@ -93,6 +93,7 @@ void addRenderCommand(CommandParser& tool) {
     command.option("--duration", options->duration, "How long a picture is shown, seconds; 3 without");
     command.option("--mask", options->mask, kMaskHelp);
     options->encoding.add(command);
+    options->encoding.addInputFormat(command);
     command.flag("--no-subtitles", options->noSubtitles, "Leave subtitles out");
     options->overwrite.add(command);
     options->device.add(command);

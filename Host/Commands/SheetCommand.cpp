@@ -20,7 +20,8 @@ namespace {
 struct Options {
     std::string output, input, mask, size = "320x180", only = "*", time;
     int columns = 4;
-    bool all = false, quiet = false, lines = false;
+    bool all = false;
+    ProgressOptions progress;
     OverwriteOptions overwrite;
     DeviceOptions device;
 };
@@ -82,7 +83,7 @@ void sheet(const Options& options) {
 
     const auto context = options.device.makeContext();
     const SheetScene scene = sheetScene(options);
-    Progress progress(progressStyle(options.lines, options.quiet), std::int64_t(classes.size()), "classes");
+    Progress progress(options.progress.style(), std::int64_t(classes.size()), "classes");
     SheetGroups groups;
     std::int64_t done = 0;
     for (const QVFilterClass* filterClass : classes) {
@@ -109,8 +110,7 @@ void addSheetCommand(CommandParser& tool) {
     command.option("--time", options->time, "The effects' time, seconds; a telling one by default");
     command.option("--columns", options->columns, "Cells in a row").showDefault().range(1, 100);
     command.flag("--all", options->all, "Auxiliary classes too");
-    command.flag("--quiet", options->quiet, "No progress bar");
-    command.flag("--progress", options->lines, "Progress as lines for programs, on standard error");
+    options->progress.add(command);
     options->overwrite.add(command);
     options->device.add(command);
     command.setAction([options] { sheet(*options); });

@@ -108,7 +108,7 @@ void warmUp(MTIContext& context, TransitionTimeline& timeline, FrameSource& sour
 void transitionClip(const TransitionOptions& options) {
     ClipWriterOptions writing = options.encoding.writerOptions(options.output);
     auto timeline = std::make_unique<TransitionTimeline>(options);
-    checkOutput(options.output, options.overwrite);
+    options.encoding.checkOutput(options.output, options.overwrite);
 
     OutputFrames output{outputFormat(options, *timeline)};
     Sound sound;

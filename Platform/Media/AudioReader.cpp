@@ -10,6 +10,7 @@ extern "C" {
 #include <span>
 
 #include "Platform/Foundation/OutputFile.h"
+#include "Platform/Media/PictureSequence.h"
 #include "Platform/Media/Private/AudioSupport.h"
 #include "Platform/Media/Private/FFmpegSupport.h"
 
@@ -69,6 +70,7 @@ bool AudioReader::State::fail(const std::string& cause) {
 
 bool AudioReader::State::open(const std::string& path) {
     name = path;
+    if (PictureSequence::unlessFile(path)) return false;
     if (!packet || !frame) return fail("out of memory");
     AVFormatContext* context = avformat_alloc_context();
     if (!context) return fail("out of memory");

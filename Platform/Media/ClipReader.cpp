@@ -1,14 +1,10 @@
 #include "Platform/Media/ClipReader.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <cmath>
 #include <deque>
 #include <limits>
 #include <span>
-#include <system_error>
 #include <utility>
 
 #include <fmt/format.h>
@@ -18,7 +14,9 @@
 #include "Platform/Media/Private/ClipDescription.h"
 #include "Platform/Media/Private/Deinterlacer.h"
 #include "Platform/Media/Private/FFmpegSupport.h"
+#include "Platform/Media/Private/InputLocation.h"
 #include "Platform/Media/Private/SourceStreams.h"
+#include "Platform/Media/Private/WebPAnimation.h"
 
 namespace qv {
 namespace {
@@ -26,30 +24,12 @@ namespace {
 /// No codec in use stores a frame farther from its place in display order than this.
 constexpr double kReorderedSeconds = 2;
 
-/// Of a name that is no plain file: whether it stands for a numbered sequence of pictures.
-bool isSequencePattern(const std::string& path) {
-    char first[4096];
-    return av_get_frame_filename2(first, sizeof first, path.c_str(), 1, 0) == 0;
-}
-
-/// Where FFmpeg finds the input; empty with the cause when it cannot be there.
-std::string locate(const std::string& path, std::string& cause) {
-    if (path == "-") return "pipe:0";
-    struct stat status {};
-    if (::stat(path.c_str(), &status) != 0) {
-        if (path.find("://") != std::string::npos || isSequencePattern(path)) return path;
-        cause = std::generic_category().message(errno);
-        return "";
-    }
-    if (S_ISDIR(status.st_mode)) {
-        cause = std::generic_category().message(EISDIR);
-        return "";
-    }
-    if (S_ISREG(status.st_mode) && status.st_size == 0) {
-        cause = "the file is empty";
-        return "";
-    }
-    return "file:" + path;
+/// Raw video through a pipe says no more once a frame of it is read; false elsewhere.
+bool describeRawStream(AVFormatContext& input) {
+    if (input.nb_streams != 1 || !input.pb || (input.pb->seekable & AVIO_SEEKABLE_NORMAL)) return false;
+    AVStream& stream = *input.streams[0];
+    stream.avg_frame_rate = stream.r_frame_rate = av_inv_q(stream.time_base);
+    return true;
 }
 
 bool isBroken(const AVFrame& frame) {
@@ -62,7 +42,9 @@ struct ClipReader::State {
     // Outlives the contexts that report to it.
     ffmpeg::MessageSink messages;
     ffmpeg::ListRefusal lists;
+    ffmpeg::InputLocation location;
     ffmpeg::InputContext input;
+    std::unique_ptr<ffmpeg::WebPAnimation> animation;  ///< gives the frames where it is not nil
     ffmpeg::CodecContext decoder;
     ffmpeg::Packet packet{av_packet_alloc()};
     ffmpeg::Frame frame{av_frame_alloc()};
@@ -83,6 +65,7 @@ struct ClipReader::State {
     bool spoilt = false;            ///< by damage that the decoder met: nothing more is taken from it
     std::optional<ClipFrame> last;  ///< the frame decoded last
     std::deque<ClipFrame> pending;  ///< found by seek(), not yet handed out
+    std::int64_t packetEnd = 0;     ///< place in the file behind the packet read last
     bool jumped = false;            ///< whether frames are no longer read from the beginning on
 
     /// Whether a whole picture has come from the decoder.
@@ -96,6 +79,7 @@ struct ClipReader::State {
     int receiveDecoded();
     bool deinterlace();
     bool feed(std::optional<ClipPacket>& other);
+    bool endsWithinFrame() const;
     std::optional<ClipFrame> finishFrame();
     bool seek(std::int64_t target);
     bool jump(std::int64_t time, int flags);
@@ -131,24 +115,32 @@ bool ClipReader::State::open(const std::string& path, const ClipReaderOptions& w
 
 bool ClipReader::State::openInput(const std::string& path) {
     std::string cause;
-    const std::string location = locate(path, cause);
-    if (location.empty()) return fail(cause);
+    if (!location.find(path, options.format, cause)) return fail(cause);
 
     AVFormatContext* context = avformat_alloc_context();
     if (!context) return fail("out of memory");
     context->opaque = &messages;
-    ffmpeg::Dictionary openOptions;
-    // A % in the name of a file that exists is just that.
-    if (location.starts_with("file:")) openOptions.set("pattern_type", "none");
-    if (location.find("://") == std::string::npos) lists.watch(*context);
-    int code = avformat_open_input(&context, location.c_str(), nullptr, openOptions.address());
+    if (location.url.find("://") == std::string::npos) lists.watch(*context);
+    ffmpeg::Dictionary openOptions(location.options.get());
+    int code = avformat_open_input(&context, location.url.c_str(), location.container, openOptions.address());
     if (code >= 0) {
         input.reset(context);
-        code = avformat_find_stream_info(context, nullptr);
+        const std::string_view kind = context->iformat->name;
+        if (ffmpeg::WebPAnimation::isIn(*context)) {
+            animation = ffmpeg::WebPAnimation::open(*context);
+            if (!animation) return fail("the animation is damaged or cut off");
+        }
+        const bool described = animation || (kind == "rawvideo" && describeRawStream(*context));
+        // The first frame of what comes from another program waits for no second one.
+        if (kind == "nut") context->fps_probe_size = 0;
+        if (!described) code = avformat_find_stream_info(context, nullptr);
     }
     if (lists.refused()) return fail(lists.kCause);
     if (code < 0) {
         const bool unknown = code == AVERROR_EOF || (code == AVERROR_INVALIDDATA && messages.first().empty());
+        const bool announced = !input && !options.format.container.empty();
+        if (announced)
+            return fail(fmt::format("it is no {}: {}", options.format.container, messages.cause(code)));
         return fail(unknown ? "no known media format" : messages.cause(code));
     }
     const int index = av_find_best_stream(context, AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0);
@@ -195,9 +187,11 @@ std::int64_t ClipReader::State::nominalDuration() const {
 
 std::optional<std::int64_t> ClipReader::State::lastPacketEnd() const {
     constexpr std::int64_t kLate = std::numeric_limits<std::int64_t>::max() / 4;
+    if (animation) return animation->end();
     const bool canSeek = !input->pb || (input->pb->seekable & AVIO_SEEKABLE_NORMAL);
     AVFormatContext* context = nullptr;
-    if (!canSeek || avformat_open_input(&context, input->url, input->iformat, nullptr) < 0)
+    ffmpeg::Dictionary openOptions(location.options.get());
+    if (!canSeek || avformat_open_input(&context, input->url, input->iformat, openOptions.address()) < 0)
         return std::nullopt;
     const ffmpeg::InputContext again(context);
     // Where packets have no durations of their own, they come from what is found out here.
@@ -282,21 +276,28 @@ void ClipReader::State::stop(const std::string& cause) {
     avcodec_send_packet(decoder.get(), nullptr);
 }
 
+/// Whether bytes follow the last frame at the input's end; this demuxer says nothing of them.
+bool ClipReader::State::endsWithinFrame() const {
+    return std::string_view(input->iformat->name) == "yuv4mpegpipe" && packetEnd > 0 && input->pb &&
+           avio_tell(input->pb) > packetEnd;
+}
+
 /// Reads one packet: to the decoder, or into `other`. False at the input's end.
 bool ClipReader::State::feed(std::optional<ClipPacket>& other) {
     const int code = av_read_frame(input.get(), packet.get());
     if (code < 0) {
         if (code == AVERROR(EAGAIN)) return true;
-        const bool plainEnd =
-            code == AVERROR_EOF && !messages.sawCutOff() && !(input->pb && input->pb->error < 0);
+        const bool cutOff = messages.sawCutOff() || endsWithinFrame();
+        const bool plainEnd = code == AVERROR_EOF && !cutOff && !(input->pb && input->pb->error < 0);
         if (!plainEnd) {
-            stop(messages.sawCutOff() ? "the file is cut off" : messages.cause(code));
+            stop(cutOff ? "the file is cut off" : messages.cause(code));
         } else if (!inputEnded) {
             inputEnded = true;
             avcodec_send_packet(decoder.get(), nullptr);
         }
         return false;
     }
+    if (input->pb) packetEnd = avio_tell(input->pb);
     if (packet->stream_index == stream->index) {
         const int sent = avcodec_send_packet(decoder.get(), packet.get());
         // What precedes the first whole picture of a recording cut anywhere is no damage.
@@ -356,7 +357,8 @@ int ClipReader::State::receive() {
 /// As avcodec_receive_frame(); damage is noted and is the end.
 int ClipReader::State::receiveDecoded() {
     while (!spoilt) {
-        const int code = avcodec_receive_frame(decoder.get(), frame.get());
+        const int code =
+            animation ? animation->receive(*frame) : avcodec_receive_frame(decoder.get(), frame.get());
         const bool broken = code == 0 && isBroken(*frame);
         // What precedes the first whole picture of a recording cut anywhere is no damage.
         if (broken && !begun()) continue;
@@ -445,7 +447,11 @@ std::optional<ClipFrame> ClipReader::nextFrame() {
 }
 
 bool ClipReader::State::jump(std::int64_t time, int flags) {
-    if (av_seek_frame(input.get(), stream->index, time, flags) < 0) return false;
+    if (animation) {
+        animation->rewind();
+    } else if (av_seek_frame(input.get(), stream->index, time, flags) < 0) {
+        return false;
+    }
     avcodec_flush_buffers(decoder.get());
     deinterlacer.reset();
     following.reset();

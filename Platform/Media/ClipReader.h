@@ -17,8 +17,17 @@ enum class Deinterlacing {
     none,       ///< frames stay as they are
 };
 
+/// What a clip's file does not say about itself. Raw video says nothing, a sequence of pictures has no rate.
+struct ClipInputFormat {
+    std::string container;      ///< FFmpeg's name, as "rawvideo" or "yuv4mpegpipe"; empty: found out
+    int width = 0, height = 0;  ///< of raw video
+    std::string pixelFormat;    ///< FFmpeg's name, of raw video; empty: yuv420p
+    Rational rate;              ///< frames a second of raw video and of a sequence; 0: 25
+};
+
 /// How a clip is read.
 struct ClipReaderOptions {
+    ClipInputFormat format;
     int threads = 0;       ///< of the decoder; 0 is one per core
     bool packets = false;  ///< hand out the packets of audio and subtitles too, for a writer to copy
     Deinterlacing deinterlacing = Deinterlacing::automatic;  ///< of which frames
@@ -34,9 +43,9 @@ struct ClipReaderOptions {
 /// process.)
 class ClipReader {
   public:
-    /// "-" is standard input. A name with a % pattern that is not a file itself is a sequence of pictures. A
-    /// local file that only lists others, as playlists do, is refused. Nil with one line that names file and
-    /// cause in `error`, when it is given.
+    /// "-" is standard input. A name that is a PictureSequence and not a file itself is the pictures of its
+    /// numbers, which must have no gap; all have the first one's size. A local file that only lists others,
+    /// as playlists do, is refused. Nil with one line that names file and cause in `error`, when it is given.
     static std::unique_ptr<ClipReader> open(const std::string& path, const ClipReaderOptions& options = {},
                                             std::string* error = nullptr);
     ~ClipReader();

@@ -5,6 +5,7 @@ extern "C" {
 #include <libavutil/opt.h>
 }
 
+#include <algorithm>
 #include <cstring>
 #include <string_view>
 
@@ -12,6 +13,7 @@ extern "C" {
 
 #include "Platform/Foundation/OutputFile.h"
 #include "Platform/Media/Bitmap.h"
+#include "Platform/Media/PictureSequence.h"
 #include "Platform/Media/Private/AudioEncoder.h"
 #include "Platform/Media/Private/StreamCopier.h"
 #include "Platform/Media/Private/VideoEncoder.h"
@@ -20,6 +22,8 @@ namespace qv {
 namespace {
 
 constexpr int kOutputBuffer = 256 << 10;
+/// FFmpeg's name of what is a file of each frame.
+constexpr const char* kPictures = "image2";
 
 int writeBytes(void* file, std::uint8_t* data, int size) {
     auto* output = static_cast<OutputFile*>(file);
@@ -31,6 +35,10 @@ std::int64_t seekBytes(void* file, std::int64_t position, int origin) {
     if (origin == AVSEEK_SIZE) return output->size();
     if (origin != SEEK_SET || !output->seek(position)) return AVERROR(EINVAL);
     return position;
+}
+
+bool isSound(const SourceStreams::Stream& stream) {
+    return stream.parameters && stream.parameters->codec_type == AVMEDIA_TYPE_AUDIO;
 }
 
 struct FreeIO {
@@ -56,6 +64,8 @@ struct ClipWriter::State {
     StreamCopier copier;
     ffmpeg::Packet packet{av_packet_alloc()};
     AVStream* stream = nullptr;
+    std::optional<PictureSequence> pictures;   ///< a file of each frame, and no container
+    int number = 0;                            ///< of the next one
     std::optional<AudioEncoder> soundEncoder;  ///< of sound that the host makes
     AVStream* soundStream = nullptr;
     std::int64_t soundDelay = 0;  ///< added to its times, in the encoder's time base
@@ -66,13 +76,18 @@ struct ClipWriter::State {
     std::int64_t frameCount = 0;
     bool finished = false;
 
-    bool open(const std::string& path, const ClipWriterOptions& settings, const SourceStreams* source);
+    bool open(const std::string& path, ClipWriterOptions settings, const SourceStreams* source);
     bool chooseContainer(const std::string& path, const ClipWriterOptions& settings);
+    void choosePictures(const std::string& path, ClipWriterOptions& settings);
+    bool addStreams(const ClipWriterOptions& settings, const SourceStreams* source);
     bool addVideo(const SourceStreams::Stream* source);
     bool addSound(const ClipWriterOptions& settings);
     void addDisplayMatrix();
     void noteLostAlpha();
-    bool writeHeader(const std::string& path, ffmpeg::Dictionary& options);
+    void noteLostSound();
+    void setPlays(int plays, ffmpeg::Dictionary& options) const;
+    bool openOutput(const std::string& path, ffmpeg::Dictionary& options);
+    bool checkOptions(const ffmpeg::Dictionary& options);
     void setFinalDelay();
     bool drainEncoder();
     bool drainSound();
@@ -87,20 +102,24 @@ bool ClipWriter::State::fail(const std::string& cause) {
 
 /// The outcome of a call that may write.
 bool ClipWriter::State::check(int code) {
-    if (file->errorNumber() != 0 && error.empty()) error = file->errorLine();
+    if (file && file->errorNumber() != 0 && error.empty()) error = file->errorLine();
     return error.empty() && (code >= 0 || fail(messages.cause(code)));
 }
 
 bool ClipWriter::State::chooseContainer(const std::string& path, const ClipWriterOptions& settings) {
     const bool named = !settings.container.empty();
-    const AVOutputFormat* container = named ? av_guess_format(settings.container.c_str(), nullptr, nullptr)
-                                            : av_guess_format(nullptr, path.c_str(), nullptr);
+    const AVOutputFormat* container = pictures ? av_guess_format(kPictures, nullptr, nullptr)
+                                      : named  ? av_guess_format(settings.container.c_str(), nullptr, nullptr)
+                                               : av_guess_format(nullptr, path.c_str(), nullptr);
     if (!container) {
         return fail(named ? fmt::format("there is no container '{}'", settings.container)
                           : "the name does not tell the container; name one");
     }
-    if (container->flags & AVFMT_NOFILE || (container->flags & AVFMT_NEEDNUMBER)) {
-        return fail(fmt::format("the container '{}' is not a single file", container->name));
+    if (!pictures && (container->flags & (AVFMT_NOFILE | AVFMT_NEEDNUMBER))) {
+        return fail(PictureSequence::hasSeveralNumbers(path) ? PictureSequence::kOneNumber
+                    : std::string_view(container->name) == kPictures
+                        ? "a picture of each frame needs a number in its name, as %04d"
+                        : fmt::format("the container '{}' is not a single file", container->name));
     }
     AVFormatContext* context = nullptr;
     if (avformat_alloc_output_context2(&context, container, nullptr, path.c_str()) < 0)
@@ -110,6 +129,28 @@ bool ClipWriter::State::chooseContainer(const std::string& path, const ClipWrite
     // Standards since, such as FLAC in MP4.
     output->strict_std_compliance = FF_COMPLIANCE_EXPERIMENTAL;
     return true;
+}
+
+/// A name of numbered pictures that tells their kind, unless a container was asked for.
+void ClipWriter::State::choosePictures(const std::string& path, ClipWriterOptions& settings) {
+    static constexpr std::pair<AVCodecID, const char*> kKinds[] = {{AV_CODEC_ID_PNG, "png"},
+                                                                   {AV_CODEC_ID_MJPEG, "mjpeg"},
+                                                                   {AV_CODEC_ID_TIFF, "tiff"},
+                                                                   {AV_CODEC_ID_BMP, "bmp"},
+                                                                   {AV_CODEC_ID_WEBP, "libwebp"}};
+    auto sequence = PictureSequence::parse(path);
+    if (!sequence || !settings.container.empty()) return;
+    const std::string pattern = sequence->pattern();
+    const AVOutputFormat* container = av_guess_format(nullptr, pattern.c_str(), nullptr);
+    if (!container || std::string_view(container->name) != kPictures) return;
+    const AVCodecID id = av_guess_codec(container, nullptr, pattern.c_str(), nullptr, AVMEDIA_TYPE_VIDEO);
+    for (const auto& [kind, encoder] : kKinds) {
+        if (kind != id) continue;
+        pictures = std::move(sequence);
+        number = settings.firstNumber;
+        if (settings.codec.empty()) settings.codec = encoder;
+        return;
+    }
 }
 
 void ClipWriter::State::addDisplayMatrix() {
@@ -134,15 +175,22 @@ void ClipWriter::State::addDisplayMatrix() {
 }
 
 void ClipWriter::State::noteLostAlpha() {
-    const AVPixFmtDescriptor* stored = av_pix_fmt_desc_get(encoder.context().pix_fmt);
+    const AVPixFmtDescriptor* stored = av_pix_fmt_desc_get(encoder.storedFormat());
     if (!video.hasAlpha || !stored || (stored->flags & AV_PIX_FMT_FLAG_ALPHA)) return;
     const std::string_view container = output->oformat->name;
     copier.note(fmt::format("alpha is lost: {} does not keep it as {}, {} does",
                             encoder.context().codec->name, stored->name,
-                            container == "matroska" || container == "avi" ? "ffv1"
-                            : container == "mov"                          ? "qtrle"
-                            : container == "webm"                         ? "libvpx-vp9"
-                                                                          : "qtrle in a .mov file"));
+                            pictures                                        ? "png"
+                            : container == "matroska" || container == "avi" ? "ffv1"
+                            : container == "mov"                            ? "qtrle"
+                            : container == "webm"                           ? "libvpx-vp9"
+                            : container == "yuv4mpegpipe"                   ? "rawvideo in nut"
+                                                                            : "qtrle in a .mov file"));
+}
+
+void ClipWriter::State::noteLostSound() {
+    copier.note(fmt::format("the sound is left out: {} does not take it",
+                            pictures ? "a sequence of pictures" : output->oformat->name));
 }
 
 bool ClipWriter::State::addVideo(const SourceStreams::Stream* source) {
@@ -177,7 +225,18 @@ bool ClipWriter::State::addSound(const ClipWriterOptions& settings) {
     return true;
 }
 
-bool ClipWriter::State::writeHeader(const std::string& path, ffmpeg::Dictionary& options) {
+/// How often it plays, in the container's own way of counting.
+void ClipWriter::State::setPlays(int plays, ffmpeg::Dictionary& options) const {
+    const AVCodecID kind = output->oformat->video_codec;
+    const char* option = kind == AV_CODEC_ID_APNG ? "plays" : "loop";
+    const bool moving = kind == AV_CODEC_ID_GIF || kind == AV_CODEC_ID_WEBP || kind == AV_CODEC_ID_APNG;
+    if (!moving || options.has(option)) return;
+    // Players of a GIF count the repetitions; one that plays once says nothing.
+    const bool counts = kind == AV_CODEC_ID_GIF && plays > 0;
+    options.set(option, fmt::format("{}", !counts ? plays : plays == 1 ? -1 : plays - 1));
+}
+
+bool ClipWriter::State::openOutput(const std::string& path, ffmpeg::Dictionary& options) {
     std::string cause;
     file = OutputFile::open(path, &cause);
     if (!file) {
@@ -190,6 +249,7 @@ bool ClipWriter::State::writeHeader(const std::string& path, ffmpeg::Dictionary&
     if (!io) return fail("out of memory");
     io->seekable = file->isSeekable() ? AVIO_SEEKABLE_NORMAL : 0;
     output->pb = io.get();
+    output->flush_packets = !file->isSeekable();
     if (file->isSeekable()) {
         // Some options make the muxer read its file again.
         av_freep(&output->url);
@@ -198,15 +258,17 @@ bool ClipWriter::State::writeHeader(const std::string& path, ffmpeg::Dictionary&
         options.set("movflags", "frag_keyframe+empty_moov+default_base_moof");
     }
     messages.clear();
-    if (!check(avformat_write_header(output.get(), options.address()))) return false;
-    if (const AVDictionaryEntry* unknown = av_dict_get(options.get(), "", nullptr, AV_DICT_IGNORE_SUFFIX)) {
-        return fail(fmt::format("neither {} nor {} has an option '{}'", encoder.context().codec->name,
-                                output->oformat->name, unknown->key));
-    }
-    return check(copier.writePictures(*output));
+    return check(avformat_write_header(output.get(), options.address()));
 }
 
-bool ClipWriter::State::open(const std::string& path, const ClipWriterOptions& settings,
+/// None may be left that nobody took.
+bool ClipWriter::State::checkOptions(const ffmpeg::Dictionary& options) {
+    const AVDictionaryEntry* unknown = av_dict_get(options.get(), "", nullptr, AV_DICT_IGNORE_SUFFIX);
+    return !unknown || fail(fmt::format("neither {} nor {} has an option '{}'", encoder.context().codec->name,
+                                        output->oformat->name, unknown->key));
+}
+
+bool ClipWriter::State::open(const std::string& path, ClipWriterOptions settings,
                              const SourceStreams* source) {
     name = path == "-" ? "standard output" : path;
     if (!packet) return fail("out of memory");
@@ -216,10 +278,12 @@ bool ClipWriter::State::open(const std::string& path, const ClipWriterOptions& s
     }
     if (video.timeBase.numerator < 1 || video.timeBase.denominator < 1)
         return fail("the time base is not positive");
+    choosePictures(path, settings);
     if (!chooseContainer(path, settings)) return false;
 
     ffmpeg::Dictionary options;
     for (const auto& [key, value] : settings.options) options.set(key.c_str(), value);
+    setPlays(settings.plays, options);
     std::string cause;
     if (!encoder.open(video, settings, *output->oformat, options, cause)) return fail(cause);
     noteLostAlpha();
@@ -227,10 +291,21 @@ bool ClipWriter::State::open(const std::string& path, const ClipWriterOptions& s
         copier.note(fmt::format("{} shows at most 50 frames a second; one of {} is written",
                                 output->oformat->name, encoder.frameStep()));
     }
+    if (pictures) {
+        const bool copiesSound = settings.audio && source && std::ranges::any_of(source->streams, isSound);
+        if (copiesSound || settings.sound.sampleRate > 0) noteLostSound();
+        return checkOptions(options);
+    }
+    return addStreams(settings, source) && openOutput(path, options) && checkOptions(options) &&
+           check(copier.writePictures(*output));
+}
+
+bool ClipWriter::State::addStreams(const ClipWriterOptions& settings, const SourceStreams* source) {
     ClipWriterOptions copied = settings;
     const bool makesSound = settings.sound.sampleRate > 0;
     copied.audio = settings.audio && !makesSound;
     if (source) {
+        std::string cause;
         const auto place = [&] { return addVideo(&source->streams[std::size_t(source->videoStream)]); };
         if (!copier.addStreams(*output, *source, copied, place, cause)) return fail(cause);
         if (settings.metadata) {
@@ -240,8 +315,11 @@ bool ClipWriter::State::open(const std::string& path, const ClipWriterOptions& s
     } else if (!addVideo(nullptr)) {
         return false;
     }
-    if (makesSound && !addSound(settings)) return false;
-    return writeHeader(path, options);
+    if (makesSound && settings.audioCodec.empty() && output->oformat->audio_codec == AV_CODEC_ID_NONE) {
+        noteLostSound();
+        return true;
+    }
+    return !makesSound || addSound(settings);
 }
 
 /// Of a GIF, which would show its last frame as long as the one before.
@@ -254,6 +332,13 @@ void ClipWriter::State::setFinalDelay() {
 bool ClipWriter::State::drainEncoder() {
     std::string cause;
     while (encoder.receive(*packet, cause)) {
+        if (pictures) {
+            const auto* bytes = reinterpret_cast<const char*>(packet->data);
+            if (!writeWholeFile(pictures->path(number++), {bytes, std::size_t(packet->size)}, &error))
+                return false;
+            av_packet_unref(packet.get());
+            continue;
+        }
         packet->stream_index = stream->index;
         av_packet_rescale_ts(packet.get(), encoder.context().time_base, stream->time_base);
         if (!check(av_interleaved_write_frame(output.get(), packet.get()))) return false;
@@ -310,7 +395,7 @@ std::string ClipWriter::codecName() const {
 }
 
 std::string ClipWriter::storedPixelFormat() const {
-    const char* name = av_get_pix_fmt_name(state_->encoder.context().pix_fmt);
+    const char* name = av_get_pix_fmt_name(state_->encoder.storedFormat());
     return name ? name : "";
 }
 
@@ -324,6 +409,7 @@ bool ClipWriter::write(const ClipFrame& frame) {
 
 bool ClipWriter::write(const ClipPacket& packet) {
     if (!state_->error.empty() || state_->finished) return false;
+    if (state_->pictures) return true;
     std::string cause;
     const int code = state_->copier.write(*state_->output, packet, cause);
     return cause.empty() ? state_->check(code) : state_->fail(cause);
@@ -331,7 +417,8 @@ bool ClipWriter::write(const ClipPacket& packet) {
 
 bool ClipWriter::write(const AudioSamples& samples) {
     State& state = *state_;
-    if (!state.error.empty() || state.finished || !state.soundEncoder) return false;
+    if (!state.error.empty() || state.finished) return false;
+    if (!state.soundEncoder) return true;
     std::string cause;
     if (!state.soundEncoder->send(samples, cause)) return state.fail(cause);
     return state.drainSound();
@@ -345,6 +432,7 @@ bool ClipWriter::finish() {
     std::string cause;
     if (!state.encoder.sendEnd(cause)) return state.fail(cause);
     if (!state.drainEncoder()) return false;
+    if (state.pictures) return true;
     if (state.soundEncoder && (!state.soundEncoder->sendEnd(cause) || !state.drainSound())) {
         return state.fail(cause);
     }

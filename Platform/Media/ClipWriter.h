@@ -30,12 +30,15 @@ struct ClipWriterOptions {
     std::int64_t bitRate = 0;  ///< bits per second; 0: by quality
     /// Every pixel as it is, without a quality or bit rate, where libx264, libx265 or libvpx-vp9 encodes.
     bool lossless = false;
-    int threads = 0;           ///< of the encoder; 0 is one per core
+    int threads = 0;  ///< of the encoder; 0 is one per core
     /// What the encoder's packets go through, as "filter_units=remove_types=6"; empty: nothing.
     std::string bitstreamFilters;
     /// Further options of the encoder or of the container, name and value. One that neither knows is an
     /// error.
     std::vector<std::pair<std::string, std::string>> options;
+    /// How often a GIF, an animated WebP or an APNG plays; 0 is for ever.
+    int plays = 0;
+    int firstNumber = 1;                                   ///< of a sequence of pictures
     bool audio = true, subtitles = true, metadata = true;  ///< what to copy from the source
     /// Sound that the host makes instead: it is encoded, and none is copied. Without a rate there is none.
     AudioFormat sound;
@@ -49,14 +52,17 @@ struct ClipWriterOptions {
 /// sound. One thread at a time, which may be another one than the reader's.
 ///
 /// The file appears under its name in finish(), when it is whole; a writer that is destroyed before, or that
-/// fails, leaves nothing. Time stamps and durations of frames are carried exactly as far as the container can
-/// hold them. Not carried are data streams and further video streams.
+/// fails, leaves nothing. The name of a PictureSequence makes a file of each frame, of the kind that its
+/// extension tells, which appears when it is whole, and stays. Time stamps and durations of frames are
+/// carried exactly as far as the container can hold them. Not carried are data streams and further video
+/// streams.
 class ClipWriter {
   public:
     /// `video` says what the frames are like and what to write about them: usually the reader's, changed
     /// where the host turned or scaled the frames. `source` is ClipReader::streams(), or nil to copy nothing;
     /// its packets are then expected in write(). The path "-" is standard output and needs a container that
-    /// can be streamed. Nil with one line that names file and cause in `error`, when it is given.
+    /// can be streamed; what goes to it or to a pipe is handed on frame by frame. Nil with one line that
+    /// names file and cause in `error`, when it is given.
     static std::unique_ptr<ClipWriter> create(const std::string& path, const ClipVideoFormat& video,
                                               const ClipWriterOptions& options = {},
                                               std::shared_ptr<const SourceStreams> source = nullptr,

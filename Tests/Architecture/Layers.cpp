@@ -133,7 +133,7 @@ TEST(Layers, OutsideLibrariesStayInTheirFolders) {
         {std::regex("^vulkan/"), {"Platform/ImageGraph/Vulkan/"}},
         {std::regex("^llvm"), {"Platform/ImageGraph/Native/Compiler/"}},
         {std::regex("^(cairo|ft2build|freetype|fontconfig/)"), {"Platform/Drawing/"}},
-        {std::regex("^(libav|libsw|png|jpeglib|libyuv)"), {"Platform/Media/"}},
+        {std::regex("^(libav|libsw|webp/|png|jpeglib|libyuv)"), {"Platform/Media/"}},
         {std::regex("^opencv2/"), {"QVALObjectContour/", "QVPersonMask/"}},
         {std::regex("^CLI/"), {"Host/CommandLine/CommandParser.cpp"}},
         {std::regex("^nlohmann/"), {"Host/", "Bindings/C/", "QVFilterExtension/QVFilterClassJSON.cpp"}},

@@ -37,6 +37,11 @@ g++ $flags "$work/version.cpp" -o "$work/version" $(pkg-config --cflags --libs Q
 [ "$("$work/version")" = "$version $version $version" ]
 [ "$("$work/moved/bin/qvfilter" --version)" = "qvfilter $version" ]
 
+# The shells complete what the tool that was built takes.
+for shell in "bash bash-completion/completions/qvfilter" "zsh zsh/site-functions/_qvfilter"; do
+    "$work/moved/bin/qvfilter" completion ${shell% *} | cmp - "$work/moved/share/${shell#* }"
+done
+
 # The finder of people, where it was built.
 if pkg-config --exists QVPersonMask; then
     cat >"$work/people.cpp" <<'END'

@@ -337,6 +337,33 @@ TEST(ClipReader, readsPicturesAndOddNames) {
     }
 }
 
+TEST(ClipReader, animatedWebPGoesForthAndBack) {
+    const TemporaryFolder folder;
+    const std::string path = folder / "a.webp";
+    // A pause in the middle: 0 to 200 ms, then from 500 ms on.
+    ffmpeg(
+        "-f lavfi -i testsrc2=s=160x96:r=20 -frames:v 8 -lossless 1 -vf \"setpts='(N+if(gt(N,4),5))/20/TB'\" -fps_mode "
+        "vfr " +
+        path);
+    const auto reader = ClipReader::open(path);
+    ASSERT_TRUE(reader);
+    EXPECT_FALSE(reader->info().isStillPicture);
+    EXPECT_EQ(timesOf(readAll(*reader)), (std::vector<std::int64_t>{0, 50, 100, 150, 200, 500, 550, 600}));
+    EXPECT_EQ(reader->error(), "");
+    ASSERT_TRUE(reader->seek(0.3));
+    EXPECT_EQ(reader->nextFrame()->time, 200);
+    EXPECT_EQ(reader->nextFrame()->time, 500);
+    ASSERT_TRUE(reader->seek(0));
+    EXPECT_EQ(readAll(*reader).size(), 8u);
+    EXPECT_GE(reader->endTime(), 650);
+
+    const std::string bytes = readBytes(path);
+    writeBytes(folder / "cut.webp", bytes.substr(0, bytes.size() / 2));
+    std::string cause;
+    EXPECT_FALSE(ClipReader::open(folder / "cut.webp", {}, &cause));
+    EXPECT_THAT(cause, testing::HasSubstr("damaged or cut off"));
+}
+
 TEST(ClipReader, damagedClipsGiveTheirGoodFramesFirst) {
     const TemporaryFolder folder;
     const std::string make =

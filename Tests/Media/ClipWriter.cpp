@@ -366,7 +366,7 @@ TEST(ClipWriter, failuresNameTheirCauseAndLeaveNothing) {
         {folder / "", {.container = "matroska"}, "Is a directory"},
         {folder / "a", {}, "the name does not tell the container"},
         {folder / "a.mkv", {.container = "nonsense"}, "there is no container 'nonsense'"},
-        {folder / "a%d.png", {}, "is not a single file"},
+        {folder / "a.png", {}, "needs a number in its name"},
         {folder / "a.mkv", {.codec = "nonsense"}, "there is no video encoder 'nonsense'"},
         {folder / "a.mkv", {.codec = "aac"}, "there is no video encoder 'aac'"},
         {folder / "a.mp4", {.codec = "qtrle"}, "takes no qtrle video"},

@@ -17,11 +17,12 @@ constexpr int kFreeFrameSize = 4096;
 constexpr std::int64_t kAACBitRate = 96000;
 
 /// Codecs for a container, the best first. In Matroska and AVI they are lossless ones, because these cannot
-/// say that an encoder's first samples are to be dropped, and the sound would come late by them.
+/// say that an encoder's first samples are to be dropped, and the sound would come late by them; in NUT,
+/// because it hands on what the next program encodes.
 std::vector<AVCodecID> candidates(const AVOutputFormat& container, bool lossless) {
     const std::string_view name = container.name;
     if (name == "matroska") return {AV_CODEC_ID_FLAC};
-    if (name == "avi") return {AV_CODEC_ID_PCM_S16LE};
+    if (name == "avi" || name == "nut") return {AV_CODEC_ID_PCM_S16LE};
     if (name == "mov" && lossless) return {AV_CODEC_ID_PCM_S24LE};
     if (isQuickTimeFamily(container) || name == "mpegts") return {AV_CODEC_ID_AAC};
     return {container.audio_codec};

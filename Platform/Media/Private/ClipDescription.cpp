@@ -135,8 +135,8 @@ ClipInfo describeClip(const std::string& path, AVFormatContext& input, AVStream&
     info.frameCountEstimate = stream.nb_frames > 0
                                   ? stream.nb_frames
                                   : std::llround(info.duration * video.averageFrameRate.value());
-    info.isStillPicture =
-        container.ends_with("_pipe") || (container == "image2" && info.frameCountEstimate <= 1);
+    info.isStillPicture = (container.ends_with("_pipe") && stream.nb_frames <= 1) ||
+                          (container == "image2" && info.frameCountEstimate <= 1);
     if (info.isStillPicture) info.frameCountEstimate = 1;
 
     for (const AVStream* each : std::span(input.streams, input.nb_streams)) {

@@ -10,6 +10,8 @@ extern "C" {
 
 #include <fmt/format.h>
 
+#include "Platform/Media/Private/WebPAnimation.h"
+
 namespace qv {
 namespace {
 
@@ -35,9 +37,10 @@ bool hasOption(const AVCodec& codec, const char* name) {
     return type && av_opt_find(&type, name, nullptr, 0, AV_OPT_SEARCH_FAKE_OBJ);
 }
 
-bool takes(const AVCodec& codec, AVPixelFormat format) {
-    if (!codec.pix_fmts) return true;
-    for (const AVPixelFormat* each = codec.pix_fmts; *each != AV_PIX_FMT_NONE; ++each) {
+/// Whether a list that ends with AV_PIX_FMT_NONE has the format; no list has all.
+bool takes(const AVPixelFormat* formats, AVPixelFormat format) {
+    if (!formats) return true;
+    for (const AVPixelFormat* each = formats; *each != AV_PIX_FMT_NONE; ++each) {
         if (*each == format) return true;
     }
     return false;
@@ -57,6 +60,24 @@ bool isLosslessOnly(const AVCodec& codec) {
     return description && (description->props & AV_CODEC_PROP_LOSSLESS) &&
            !(description->props & AV_CODEC_PROP_LOSSY);
 }
+
+/// Whether a container that prefers this holds nothing else: moving pictures, and pixels as they are.
+bool holdsOnlyItsOwn(AVCodecID preferred) {
+    constexpr AVCodecID kSuch[] = {AV_CODEC_ID_GIF, AV_CODEC_ID_WEBP, AV_CODEC_ID_APNG, AV_CODEC_ID_RAWVIDEO,
+                                   AV_CODEC_ID_WRAPPED_AVFRAME};
+    return std::find(std::begin(kSuch), std::end(kSuch), preferred) != std::end(kSuch);
+}
+
+/// Formats that a stream of YUV4MPEG2 can hold.
+constexpr AVPixelFormat kYUV4MPEGFormats[] = {
+    AV_PIX_FMT_YUV420P,     AV_PIX_FMT_YUV422P,     AV_PIX_FMT_YUV444P,     AV_PIX_FMT_GRAY8,
+    AV_PIX_FMT_YUV420P10LE, AV_PIX_FMT_YUV422P10LE, AV_PIX_FMT_YUV444P10LE, AV_PIX_FMT_NONE};
+
+/// Below this the frames of an animation keep blocks of those before.
+constexpr const char* kWebPQuality = "90";
+
+/// The finest but one, of which nothing can be seen.
+constexpr int kJPEGQuantizer = 2;
 
 /// Players show what a GIF holds for a hundredth of a second for a tenth.
 constexpr int kShortestGifDelay = 2;
@@ -81,20 +102,34 @@ bool VideoEncoder::chooseCodec(const ClipWriterOptions& settings, const AVOutput
             return false;
         }
     } else {
-        // These hold nothing but moving pictures of their own kind.
-        const bool single = container.video_codec == AV_CODEC_ID_GIF ||
-                            container.video_codec == AV_CODEC_ID_WEBP ||
-                            container.video_codec == AV_CODEC_ID_APNG;
-        if (!single && containerTakes(AV_CODEC_ID_H264)) codec_ = avcodec_find_encoder_by_name("libx264");
-        if (!codec_ && container.video_codec != AV_CODEC_ID_NONE) {
-            codec_ = avcodec_find_encoder(container.video_codec);
-        }
+        // What only hands pixels from one program to the next.
+        const bool passes = std::string_view(container.name) == "nut";
+        const AVCodecID own = passes ? AV_CODEC_ID_RAWVIDEO : container.video_codec;
+        if (!holdsOnlyItsOwn(own) && containerTakes(AV_CODEC_ID_H264))
+            codec_ = avcodec_find_encoder_by_name("libx264");
+        if (!codec_ && own != AV_CODEC_ID_NONE) codec_ = avcodec_find_encoder(own);
     }
-    if (!codec_ || !containerTakes(codec_->id)) {
+    const bool refused =
+        codec_ && codec_->id != container.video_codec && holdsOnlyItsOwn(container.video_codec);
+    if (!codec_ || refused || !containerTakes(codec_->id)) {
         cause = fmt::format("the container '{}' takes no {} video", container.name,
                             codec_ ? avcodec_get_name(codec_->id) : "such");
         return false;
     }
+    return true;
+}
+
+/// The pixel formats to choose from; false where there is no device for them.
+bool VideoEncoder::findFormats(const AVOutputFormat& container, std::string& cause) {
+    formats_ = codec_->pix_fmts;
+    taker_ = codec_->name;
+    if (std::string_view(container.name) == "yuv4mpegpipe") {
+        formats_ = kYUV4MPEGFormats;
+        taker_ = container.name;
+    }
+    if (!ffmpeg::HardwareFrames::areNeededBy(*codec_)) return true;
+    if (!hardware_.emplace().open(*codec_, cause)) return false;
+    formats_ = hardware_->formats();
     return true;
 }
 
@@ -106,9 +141,8 @@ bool VideoEncoder::choosePixelFormat(const ClipVideoFormat& video, const std::st
             cause = fmt::format("there is no pixel format '{}'", wanted);
             return false;
         }
-        if (!takes(*codec_, pixelFormat_)) {
-            cause =
-                fmt::format("{} does not take {}, but{}", codec_->name, wanted, namesOf(codec_->pix_fmts));
+        if (!takes(formats_, pixelFormat_)) {
+            cause = fmt::format("{} does not take {}, but{}", taker_, wanted, namesOf(formats_));
             return false;
         }
         return true;
@@ -117,13 +151,13 @@ bool VideoEncoder::choosePixelFormat(const ClipVideoFormat& video, const std::st
     const bool lossless = isLosslessOnly(*codec_);
     // Opaque RGB has no format of its own that players like, and grey H.264 neither.
     const bool awkward = best == AV_PIX_FMT_RGBA || (best == AV_PIX_FMT_GRAY8 && isX26x(*codec_));
-    if (!lossless && awkward && !video.hasAlpha && takes(*codec_, AV_PIX_FMT_YUV420P))
+    if (!lossless && awkward && !video.hasAlpha && takes(formats_, AV_PIX_FMT_YUV420P))
         best = AV_PIX_FMT_YUV420P;
-    if (!lossless && video.hasAlpha && takes(*codec_, AV_PIX_FMT_YUVA420P)) best = AV_PIX_FMT_YUVA420P;
+    if (!lossless && video.hasAlpha && takes(formats_, AV_PIX_FMT_YUVA420P)) best = AV_PIX_FMT_YUVA420P;
     if (best == AV_PIX_FMT_RGBA && !video.hasAlpha) best = AV_PIX_FMT_RGB24;
-    if (!takes(*codec_, best)) {
-        const bool plain = !lossless && ffmpeg::isRGB(best) && takes(*codec_, AV_PIX_FMT_YUV420P);
-        best = avcodec_find_best_pix_fmt_of_list(codec_->pix_fmts, best, video.hasAlpha, nullptr);
+    if (!takes(formats_, best)) {
+        const bool plain = !lossless && ffmpeg::isRGB(best) && takes(formats_, AV_PIX_FMT_YUV420P);
+        best = avcodec_find_best_pix_fmt_of_list(formats_, best, video.hasAlpha, nullptr);
         const AVPixFmtDescriptor* found = av_pix_fmt_desc_get(best);
         if (plain && found && !(found->flags & AV_PIX_FMT_FLAG_ALPHA)) best = AV_PIX_FMT_YUV420P;
     }
@@ -194,6 +228,13 @@ bool VideoEncoder::setQuality(const ClipWriterOptions& settings, ffmpeg::Diction
     };
     const bool lossless = settings.lossless && !settings.crf && settings.bitRate == 0;
     if (settings.bitRate > 0) context_->bit_rate = settings.bitRate;
+    const bool isJPEG = codec_->id == AV_CODEC_ID_MJPEG && !hardware_;
+    if (isJPEG && settings.bitRate == 0 && !options.has("global_quality")) {
+        context_->flags |= AV_CODEC_FLAG_QSCALE;
+        context_->global_quality = kJPEGQuantizer * FF_QP2LAMBDA;
+    }
+    const bool isWebP = codec_->id == AV_CODEC_ID_WEBP;
+    if (isWebP && !options.has("quality") && !options.has("lossless")) options.set("quality", kWebPQuality);
     if (settings.crf) {
         if (!require("crf")) return false;
         options.set("crf", fmt::format("{}", *settings.crf));
@@ -225,24 +266,35 @@ bool VideoEncoder::setQuality(const ClipWriterOptions& settings, ffmpeg::Diction
 bool VideoEncoder::open(const ClipVideoFormat& video, const ClipWriterOptions& settings,
                         const AVOutputFormat& container, ffmpeg::Dictionary& options, std::string& cause) {
     if (!chooseCodec(settings, container, cause)) return false;
-    if (!choosePixelFormat(video, settings.pixelFormat, cause)) return false;
+    if (!findFormats(container, cause) || !choosePixelFormat(video, settings.pixelFormat, cause))
+        return false;
     context_.reset(avcodec_alloc_context3(codec_));
     if (!context_) {
         cause = "out of memory";
         return false;
     }
     context_->opaque = &messages_;
-    context_->thread_count = settings.threads;
+    // With several threads a frame is handed out when the next ones have come.
+    context_->thread_count = codec_->id == AV_CODEC_ID_RAWVIDEO ? 1 : settings.threads;
     if (container.flags & AVFMT_GLOBALHEADER) context_->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
     describe(video, container);
     if (!setQuality(settings, options, cause)) return false;
+    if (hardware_ && !hardware_->attach(*context_, pixelFormat_, cause)) return false;
     const int code = avcodec_open2(context_.get(), codec_, options.address());
-    if (code < 0) cause = fmt::format("{}: {}", codec_->name, messages_.cause(code));
+    if (code < 0) {
+        // What a driver lacks is told there; the code is any.
+        const std::string told = messages_.first();
+        cause = fmt::format("{}: {}", codec_->name, told.empty() ? messages_.cause(code) : told);
+    }
     if (code >= 0 && pixelFormat_ == AV_PIX_FMT_PAL8 && codec_->id == AV_CODEC_ID_GIF && !openPalette()) {
         cause = "there is no way to make palettes";
         return false;
     }
     return code >= 0 && openFilters(settings.bitstreamFilters, cause);
+}
+
+AVPixelFormat VideoEncoder::storedFormat() const {
+    return hardware_ ? context_->sw_pix_fmt : context_->pix_fmt;
 }
 
 /// The colours that suit a frame best, chosen anew for each, dithered.
@@ -308,18 +360,21 @@ bool VideoEncoder::send(const ClipFrame& frame, std::string& cause) {
         cause = fmt::format("the time stamps of frames do not grow ({} after {})", time, lastTime_);
         return false;
     }
-    const ffmpeg::Frame stored = this->stored(frame.pixels);
+    ffmpeg::Frame stored = this->stored(frame.pixels);
+    if (stored && hardware_) stored = hardware_->upload(*stored);
     if (!stored) {
         cause = "a frame cannot be converted for the encoder";
         return false;
     }
     stored->pts = time;
+    stored->quality = context_->global_quality;
     stored->sample_aspect_ratio = context_->sample_aspect_ratio;
     stored->color_range = context_->color_range;
     stored->colorspace = context_->colorspace;
     stored->color_primaries = context_->color_primaries;
     stored->color_trc = context_->color_trc;
     stored->chroma_location = context_->chroma_sample_location;
+    if (lastTime_ == AV_NOPTS_VALUE) begin_ = time;
     lastGiven_ = frame.time;
     lastTime_ = time;
     durations_[time] = av_rescale_q(frame.duration, timeBase_, context_->time_base);
@@ -379,6 +434,8 @@ bool VideoEncoder::receiveEncoded(AVPacket& packet, std::string& cause) {
         if (failed) cause = fmt::format("{}: {}", codec_->name, messages_.cause(code));
         return false;
     }
+    if (std::string_view(codec_->name) == "libwebp_anim")
+        ffmpeg::WebPAnimation::setEnd(packet, av_rescale_q(end_ - begin_, context_->time_base, {1, 1000}));
     if (const auto found = durations_.find(packet.pts); found != durations_.end()) {
         packet.duration = found->second;
         durations_.erase(found);

@@ -7,6 +7,7 @@
 #include "Platform/Media/ClipWriter.h"
 #include "Platform/Media/Private/FFmpegSupport.h"
 #include "Platform/Media/Private/FilterGraph.h"
+#include "Platform/Media/Private/HardwareFrames.h"
 
 namespace qv {
 
@@ -19,6 +20,8 @@ class VideoEncoder {
               const AVOutputFormat& container, ffmpeg::Dictionary& options, std::string& cause);
 
     const AVCodecContext& context() const { return *context_; }
+    /// Also of what lies on a device.
+    AVPixelFormat storedFormat() const;
     PixelFormat frameFormat() const { return frameFormat_; }
     ColorDescription frameColor() const { return frameColor_; }
     /// One of so many frames is encoded: above 1 where the format cannot show all of them.
@@ -34,6 +37,7 @@ class VideoEncoder {
 
   private:
     bool chooseCodec(const ClipWriterOptions& settings, const AVOutputFormat& container, std::string& cause);
+    bool findFormats(const AVOutputFormat& container, std::string& cause);
     bool choosePixelFormat(const ClipVideoFormat& video, const std::string& wanted, std::string& cause);
     void describe(const ClipVideoFormat& video, const AVOutputFormat& container);
     bool setQuality(const ClipWriterOptions& settings, ffmpeg::Dictionary& options, std::string& cause);
@@ -47,6 +51,9 @@ class VideoEncoder {
 
     ffmpeg::MessageSink messages_;  // outlives the context that reports to it
     const AVCodec* codec_ = nullptr;
+    std::optional<ffmpeg::HardwareFrames> hardware_;  ///< where the encoder takes frames on a device only
+    const AVPixelFormat* formats_ = nullptr;          ///< to choose from; nil is any
+    const char* taker_ = "";                          ///< whose formats they are, for messages
     ffmpeg::CodecContext context_;
     ffmpeg::BitstreamFilter filters_;  ///< nil without any
     ffmpeg::FrameScaler scaler_;
@@ -58,8 +65,9 @@ class VideoEncoder {
     ColorDescription frameColor_;
     AVPixelFormat pixelFormat_ = AV_PIX_FMT_NONE;  ///< of frames as they are handed on
     std::int64_t lastGiven_ = AV_NOPTS_VALUE;  ///< time of the frame encoded last, in the frames' time base
-    std::int64_t lastTime_ = AV_NOPTS_VALUE, end_ = 0;  ///< the same and the clip's end, in the encoder's
-    std::map<std::int64_t, std::int64_t> durations_;    ///< by time, of frames that are still in the encoder
+    std::int64_t lastTime_ = AV_NOPTS_VALUE;   ///< the same in the encoder's
+    std::int64_t begin_ = 0, end_ = 0;         ///< of the clip, in the encoder's
+    std::map<std::int64_t, std::int64_t> durations_;  ///< by time, of frames that are still in the encoder
 };
 
 }  // namespace qv
