@@ -129,6 +129,7 @@ TEST(Layers, RoomsOfTheToolPointDownOnly) {
 TEST(Layers, OutsideLibrariesStayInTheirFolders) {
     const std::vector<std::pair<std::regex, std::vector<std::string>>> homes = {
         {std::regex("^vulkan/"), {"Platform/ImageGraph/Vulkan/"}},
+        {std::regex("^llvm/"), {"Platform/ImageGraph/Native/Compiler/"}},
         {std::regex("^(cairo|ft2build|freetype|fontconfig/)"), {"Platform/Drawing/"}},
         {std::regex("^(libav|libsw|png|jpeglib|libyuv)"), {"Platform/Media/"}},
         {std::regex("^opencv2/"), {"QVALObjectContour/", "QVPersonMask/"}},
