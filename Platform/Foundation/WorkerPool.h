@@ -1,7 +1,5 @@
 #pragma once
 
-#include <sys/types.h>
-
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
@@ -82,7 +80,7 @@ class WorkerPool {
     std::condition_variable wake_, done_;
     std::deque<std::shared_ptr<BandedWork>> works_;  ///< in the order in which they are served
     std::vector<std::thread> threads_;
-    pid_t process_ = 0;  ///< whose threads these are
+    int process_ = 0;  ///< number of the process whose threads these are
     int idle_ = 0;
     bool triedThreads_ = false, stop_ = false;
 };

@@ -96,7 +96,9 @@ TEST_F(Errors, NoDeviceOrNoWholeBundle) {
         int exitCode;
         std::string cause;
     } cases[] = {
-        {{"env", "VK_ICD_FILENAMES=/nonexistent", "VK_DRIVER_FILES=/nonexistent"}, 4, "Vulkan"},
+        {{"env", "QVFILTER_DEVICE=vulkan", "VK_ICD_FILENAMES=/nonexistent", "VK_DRIVER_FILES=/nonexistent"},
+         4,
+         "Vulkan"},
         {{"env", "QVFILTER_BUNDLE=" + bundles / ""},
          1,
          "gives no picture (" + bundles / "default.shaderlib: not a shader library)"},
@@ -227,7 +229,7 @@ TEST_F(Errors, LimitsOfTheSystemLeaveNothing) {
     EXPECT_THAT(large.errors, HasSubstr("File too large"));
     // What a driver does without memory is its own affair, but nothing may stay behind.
     for (const char* limit : {"--as=300000000", "--as=500000000", "--as=650000000"})
-        EXPECT_NE(render({"prlimit", limit}).exitCode, 0) << limit;
+        EXPECT_NE(render({"env", "QVFILTER_DEVICE=vulkan", "prlimit", limit}).exitCode, 0) << limit;
     // Threads are counted for others than root, those of all processes of a user together.
     const std::string user = "--reuid=" + std::to_string(100000 + ::getpid());
     if (::geteuid() != 0 || render({"setpriv", user, "--clear-groups"}).exitCode != 0)
