@@ -16,6 +16,9 @@ enum class Fit {
 struct FrameShape {
     CGSize size;             ///< pixels
     double pixelAspect = 1;  ///< width of a pixel to its height
+
+    /// Width to height, as it is seen.
+    double aspect() const { return size.width * pixelAspect / size.height; }
 };
 
 /// The shape of a clip's frames once they are turned upright.
@@ -24,5 +27,8 @@ FrameShape uprightShape(const ClipVideoFormat& video);
 /// An upright picture, whose pixels are `pixelAspect` wide, in a frame of the given shape; the picture itself
 /// when it has that shape.
 MTIImage fitted(const MTIImage& image, double pixelAspect, const FrameShape& frame, Fit fit);
+
+/// A mask of an upright picture of one shape, made the mask of that picture once it is fitted.
+PixelBuffer fittedMask(const PixelBuffer& gray, const FrameShape& picture, const FrameShape& frame, Fit fit);
 
 }  // namespace qv::host

@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cctype>
 #include <charconv>
-#include <cmath>
 #include <cstdlib>
 #include <iostream>
 #include <optional>
@@ -49,25 +48,6 @@ PixelSize parseSize(const std::string& text) {
     }
     fail(ExitCode::usage, "--size takes WIDTHxHEIGHT with sides of 1 to {}, not '{}'", kMaximumImageSide,
          text);
-}
-
-double parseTime(const std::string& option, const std::string& text) {
-    double seconds = 0;
-    std::string_view rest = text;
-    bool valid = !rest.empty();
-    for (int part = 0; valid; ++part) {
-        const std::size_t colon = rest.find(':');
-        const auto value = parseWhole<double>(rest.substr(0, colon));
-        valid = value && std::isfinite(*value) && part < 3 && (part == 0 || (*value >= 0 && *value < 60));
-        if (!valid) break;
-        seconds = seconds * 60 + *value;
-        if (colon == std::string_view::npos) break;
-        rest.remove_prefix(colon + 1);
-    }
-    if (!valid || std::abs(seconds) > 1e9) {
-        fail(ExitCode::usage, "{} takes seconds or [hours:]minutes:seconds, not '{}'", option, text);
-    }
-    return seconds;
 }
 
 bool matchesPattern(std::string_view name, const std::string& pattern) {

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "Host/CommandLine/Failure.h"
+#include "Host/CommandLine/MediaTime.h"
 #include "Host/CommandLine/StandardStreams.h"
 
 /// What the commands' options share: how values are written, and what existing files allow.
@@ -32,9 +33,6 @@ struct PixelSize {
 
 /// "1280x720", sides 1 to kMaximumImageSide. Fails as usage.
 PixelSize parseSize(const std::string& text);
-
-/// Seconds, or [hours:]minutes:seconds. `option` names it in the error. Fails as usage.
-double parseTime(const std::string& option, const std::string& text);
 
 /// Whether `name` matches a pattern with * and ?, or contains it when it has neither; case is ignored.
 bool matchesPattern(std::string_view name, const std::string& pattern);

@@ -423,6 +423,12 @@ std::optional<std::int64_t> ClipReader::endTime() const {
     return state_->lastPacketEnd();
 }
 
+std::optional<std::int64_t> ClipReader::startTime() const {
+    const bool cutAnywhere = state_->input->iformat->flags & AVFMT_TS_DISCONT;
+    const std::int64_t start = state_->stream->start_time;
+    return cutAnywhere || start == AV_NOPTS_VALUE ? std::nullopt : std::optional(start);
+}
+
 const ClipInfo& ClipReader::info() const {
     return state_->info;
 }

@@ -60,6 +60,10 @@ class ClipReader {
     /// packets without decoding anything. Nothing where they do not tell. Opens the file a second time.
     std::optional<std::int64_t> endTime() const;
 
+    /// When the clip's first frame begins, in the same units, as the file tells. Nothing where it does not, and
+    /// where a file may begin with frames that nothing can be made of.
+    std::optional<std::int64_t> startTime() const;
+
     /// One line that names file and cause, once reading has failed; empty as long as it has not.
     const std::string& error() const;
 

@@ -37,6 +37,7 @@ struct ClipWriterOptions {
     /// error.
     std::vector<std::pair<std::string, std::string>> options;
     bool audio = true, subtitles = true, metadata = true;  ///< what to copy from the source
+    bool chapters = true;                                  ///< with the metadata
     /// Sound that the host makes instead: it is encoded, and none is copied. Without a rate there is none.
     AudioFormat sound;
     /// Name of the sound's encoder, such as "aac", "libopus", "flac", or "copy". Empty: a source's sound is
