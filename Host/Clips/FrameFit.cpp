@@ -26,6 +26,17 @@ MTIImage centered(const MTIImage& image, CGSize region) {
 
 }  // namespace
 
+std::optional<Fit> fitNamed(std::string_view name) {
+    for (const Fit fit : {Fit::cover, Fit::contain, Fit::stretch}) {
+        if (fitName(fit) == name) return fit;
+    }
+    return std::nullopt;
+}
+
+std::string_view fitName(Fit fit) {
+    return fit == Fit::cover ? "cover" : fit == Fit::contain ? "contain" : "stretch";
+}
+
 FrameShape uprightShape(const ClipVideoFormat& video) {
     const double aspect = video.pixelAspect.value() > 0 ? video.pixelAspect.value() : 1;
     const CGSize stored{double(video.width), double(video.height)};

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <optional>
+#include <string_view>
+
 #include "Platform/ImageGraph/MTIImage.h"
 #include "Platform/Media/ClipInfo.h"
 
@@ -11,6 +14,10 @@ enum class Fit {
     contain,  ///< all of it is seen; black beside it
     stretch,
 };
+
+/// "cover", "contain" or "stretch"; nothing for another name.
+std::optional<Fit> fitNamed(std::string_view name);
+std::string_view fitName(Fit fit);
 
 /// A frame as a viewer sees it: upright.
 struct FrameShape {

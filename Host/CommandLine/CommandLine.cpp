@@ -36,7 +36,7 @@ std::string lowered(std::string_view text) {
 
 }  // namespace
 
-PixelSize parseSize(const std::string& text) {
+PixelSize parseSize(const std::string& text, const std::string& option) {
     const std::size_t cross = text.find('x');
     if (cross != std::string::npos) {
         const auto width = parseWhole<int>(std::string_view(text).substr(0, cross));
@@ -46,7 +46,7 @@ PixelSize parseSize(const std::string& text) {
         };
         if (fits(width) && fits(height)) return {*width, *height};
     }
-    fail(ExitCode::usage, "--size takes WIDTHxHEIGHT with sides of 1 to {}, not '{}'", kMaximumImageSide,
+    fail(ExitCode::usage, "{} takes WIDTHxHEIGHT with sides of 1 to {}, not '{}'", option, kMaximumImageSide,
          text);
 }
 

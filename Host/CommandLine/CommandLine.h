@@ -21,6 +21,8 @@ void addGraphCommand(CommandParser& tool);
 void addStillCommand(CommandParser& tool);
 void addRenderCommand(CommandParser& tool);
 void addTransitionCommand(CommandParser& tool);
+void addEditCommand(CommandParser& tool);
+void addMontageCommand(CommandParser& tool);
 void addBenchCommand(CommandParser& tool);
 void addSheetCommand(CommandParser& tool);
 void addGalleryCommand(CommandParser& tool);
@@ -31,8 +33,8 @@ struct PixelSize {
     int width = 0, height = 0;
 };
 
-/// "1280x720", sides 1 to kMaximumImageSide. Fails as usage.
-PixelSize parseSize(const std::string& text);
+/// "1280x720", sides 1 to kMaximumImageSide. `option` names it in the error. Fails as usage.
+PixelSize parseSize(const std::string& text, const std::string& option = "--size");
 
 /// Whether `name` matches a pattern with * and ?, or contains it when it has neither; case is ignored.
 bool matchesPattern(std::string_view name, const std::string& pattern);

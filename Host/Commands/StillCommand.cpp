@@ -16,7 +16,7 @@ struct Options {
     std::string output, time;
     std::vector<std::string> effects;
     PartOptions part;
-    FrameOptions frames{Fit::stretch};
+    FrameOptions frames{"stretch"};
     ClipReading reading;
     OverwriteOptions overwrite;
     DeviceOptions device;

@@ -1,21 +1,18 @@
 #include "Host/Edit/EditOptions.h"
 
-#include <map>
-
 namespace qv::host {
 
 void FrameOptions::add(const Command& command, bool rate) {
-    static const std::map<std::string, Fit> kFits{
-        {"cover", Fit::cover}, {"contain", Fit::contain}, {"stretch", Fit::stretch}};
     command.option("--size", size_, "Fit everything into frames of WIDTHxHEIGHT");
-    command.choice("--fit", fit_, kFits, "How another shape comes into the frame");
+    command.option("--fit", fit_, "How another shape comes into the frame")
+        .oneOf({"cover", "contain", "stretch"});
     if (rate) command.option("--fps", rate_, "Frames a second of the output, as 25 or 30000/1001");
 }
 
 void FrameOptions::apply(Project& project) const {
     if (!size_.empty()) project.size = parseSize(size_);
     if (!rate_.empty()) project.rate = parseRate("--fps", rate_);
-    project.fit = fit_;
+    if (!fit_.empty()) project.fit = fitNamed(fit_).value();
 }
 
 void PartOptions::add(const Command& command, const char* duration) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Host/CommandLine/CommandParser.h"
@@ -12,14 +13,14 @@ namespace qv::host {
 /// What the output's frames are like.
 class FrameOptions {
   public:
-    explicit FrameOptions(Fit fit = Fit::cover) : fit_(fit) {}
+    /// `fit` holds where none is given; without one the project's stays.
+    explicit FrameOptions(std::string fit = {}) : fit_(std::move(fit)) {}
     void add(const Command& command, bool rate = true);
-    /// Fails as usage.
+    /// Fails as usage. What is not given stays as it is.
     void apply(Project& project) const;
 
   private:
-    std::string size_, rate_;
-    Fit fit_;
+    std::string size_, rate_, fit_;
 };
 
 /// Of which part of an input is taken, for a command with one.

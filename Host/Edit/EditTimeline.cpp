@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "Host/Clips/PictureFile.h"
+#include "Platform/Media/AudioReader.h"
 
 namespace qv::host {
 
@@ -31,27 +32,34 @@ EditTimeline::EditTimeline(Project project, ReadingOptions reading, EditPurpose 
       reading_(std::move(reading)),
       isOneClip_(purpose == EditPurpose::clip && project_.clips.size() == 1) {
     if (project_.clips.empty()) {
-        mistakes.add({}, ExitCode::input, "there is no clip in it");
+        mistakes.add(project_.place, ExitCode::input, "there is no clip in it");
         return;
     }
-    bool isKnown = true, hasSize = project_.size.has_value();
+    bool hasSize = project_.size.has_value();
     for (const ProjectClip& clip : project_.clips) {
         TimelineClip& entry = clips_.emplace_back();
         entry.clip = clip;
-        isKnown &= mistakes.guard(clip.place, [&] { look(entry, !hasSize); });
+        entry.isKnown = mistakes.guard(clip.place, [&] { look(entry, !hasSize); });
         hasSize = hasSize || entry.video.width > 0;
     }
-    if (isKnown && !hasSize) {
-        mistakes.add(project_.clips[0].place, ExitCode::usage, "no clip gives the output a size");
-        isKnown = false;
-    }
-    if (!isKnown) return;
+    const bool isAnyKnown =
+        std::any_of(clips_.begin(), clips_.end(), [](const auto& each) { return each.isKnown; });
+    if (!hasSize && isAnyKnown)
+        mistakes.add(project_.place, ExitCode::usage, "no clip gives the output a size");
+    if (!hasSize) return;
     chooseFormat();
-    bool isPlaced = true;
-    for (TimelineClip& entry : clips_) isPlaced &= mistakes.guard(entry.clip.place, [&] { setPart(entry); });
-    if (!isPlaced) return;
+    for (TimelineClip& entry : clips_)
+        entry.isKnown = entry.isKnown && mistakes.guard(entry.clip.place, [&] { setPart(entry); });
     place(mistakes);
     checkEffects(mistakes);
+    if (project_.sound) {
+        mistakes.guard(project_.sound->place, [&] {
+            std::string cause;
+            const bool isHeard = bool(AudioReader::open(project_.sound->path, &cause));
+            if (!cause.empty()) fail(ExitCode::input, "{}", cause);
+            if (!isHeard) fail(ExitCode::input, "there is no sound in '{}'", project_.sound->path);
+        });
+    }
 }
 
 /// What the file tells; `length` becomes that of all of it.
@@ -174,7 +182,7 @@ void EditTimeline::place(Mistakes& mistakes) {
         const double covered = entry.lead + entry.tail;
         if (entry.length <= 0) entry.length = std::max(kPhotoSeconds, covered);
         if (i > 0) entry.start = clips_[i - 1].end() - entry.lead;
-        if (entry.length >= covered - kTimeTolerance) continue;
+        if (!entry.isKnown || entry.length >= covered - kTimeTolerance) continue;
         const bool isOne = entry.lead == 0 || entry.tail == 0;
         mistakes.add(
             entry.clip.place, ExitCode::input,
@@ -203,13 +211,17 @@ void EditTimeline::checkEffects(Mistakes& mistakes) const {
             mistakes.guard(entry.clip.place,
                            [&] { openMaskSource(mask, reading_(mask), [](const std::string&) {}); });
         const bool mayHaveMask = !mask.empty() || entry.isPicture || entry.video.hasAlpha;
-        for (const ProjectEffect& effect : entry.clip.effects) check(effect, entry.length, mayHaveMask);
+        const double length = entry.isKnown ? entry.length : kUnlimited;
+        for (const ProjectEffect& effect : entry.clip.effects)
+            check(effect, length, mayHaveMask || !entry.isKnown);
         if (const auto& transition = entry.clip.transition) {
             for (const PropertyKeys& keys : transition->choice.keys)
                 mistakes.guard(transition->place, [&] { checkKeyTimes(keys, rate()); });
         }
     }
-    for (const ProjectEffect& effect : project_.effects) check(effect, end(), false);
+    const bool isKnown =
+        std::all_of(clips_.begin(), clips_.end(), [](const auto& each) { return each.isKnown; });
+    for (const ProjectEffect& effect : project_.effects) check(effect, isKnown ? end() : kUnlimited, false);
 }
 
 std::unique_ptr<Footage> EditTimeline::open(std::size_t index) {

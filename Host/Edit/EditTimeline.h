@@ -13,6 +13,7 @@ namespace qv::host {
 /// A clip of a project whose file is known. All in seconds.
 struct TimelineClip {
     ProjectClip clip;
+    bool isKnown = false;       ///< whether nothing is wrong with the file and the part
     ClipVideoFormat video;      ///< of a picture only its size, where it is known
     bool isPicture = false;     ///< or a plane of one colour
     double origin = 0;          ///< the file's own time stamp of its first frame

@@ -2,7 +2,6 @@
 
 #include <functional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "Host/CommandLine/Failure.h"
@@ -27,12 +26,17 @@ class Mistakes {
     /// Runs it, and takes its failure as a mistake; false then.
     bool guard(const DocumentPlace& place, const std::function<void()>& work);
     bool empty() const { return found_.empty(); }
-    /// Fails with all of them, a line each, as input where a document is to blame; else as the first one
-    /// does.
+    /// Fails with all of them, a line each in the order of their places, as input where a document is to
+    /// blame; else as the first one does.
     void check() const;
 
   private:
-    std::vector<std::pair<ExitCode, std::string>> found_;
+    struct Mistake {
+        DocumentPlace place;
+        ExitCode code;
+        std::string text;
+    };
+    std::vector<Mistake> found_;
 };
 
 }  // namespace qv::host

@@ -61,6 +61,7 @@ struct Project {
     std::vector<ProjectEffect> effects = {};  ///< over everything
     std::optional<ProjectSound> sound = {};
     bool clipSound = true;  ///< whether clips are heard
+    DocumentPlace place = {};
 };
 
 /// Frames a second from "25", "29.97" or "30000/1001", up to 1000. `option` names it in the error. Fails as
