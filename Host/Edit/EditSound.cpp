@@ -22,6 +22,7 @@ AudioMixPart partOf(const ProjectSound& sound, const EditTimeline& timeline) {
                       .start = sound.offset.seconds(rate),
                       .end = timeline.end(),
                       .gain = sound.gain};
+    if (sound.duration) part.end = std::min(part.end, part.start + sound.duration->seconds(rate));
     // No fade is longer than what is heard.
     const double heard = std::max(part.end - part.start, 0.0);
     part.fadeIn = std::min(sound.fadeIn.seconds(rate), heard);

@@ -46,7 +46,8 @@ struct ProjectClip {
 /// A file's sound under everything.
 struct ProjectSound {
     std::string path;
-    MediaTime from = {}, offset = {};  ///< where it begins in the file, and on the timeline
+    MediaTime from = {}, offset = {};        ///< where it begins in the file, and on the timeline
+    std::optional<MediaTime> duration = {};  ///< to the end without
     double gain = 1;
     MediaTime fadeIn = {}, fadeOut = {};
     DocumentPlace place = {};

@@ -1,27 +1,22 @@
 #include <algorithm>
 #include <filesystem>
-#include <set>
 
-#include "Host/Clips/MaskSource.h"
+#include "Host/Edit/DocumentReader.h"
 #include "Host/Edit/ProjectFile.h"
-#include "Platform/Foundation/Log.h"
-
-#include <fmt/ranges.h>
 
 namespace qv::host {
 
 namespace {
 
 namespace fs = std::filesystem;
-using Kind = DocumentValue::Kind;
-using Names = std::vector<std::string_view>;
 
 /// Included documents might multiply.
 constexpr std::size_t kMostClips = 100'000;
 
-class ProjectReader {
+class ProjectReader : private DocumentReader {
   public:
-    ProjectReader(const ProjectValues& values, Mistakes& mistakes) : given_(values), mistakes_(mistakes) {}
+    ProjectReader(const ProjectValues& values, Mistakes& mistakes)
+        : DocumentReader(mistakes), given_(values) {}
 
     Project read(const std::string& file, const std::string& text) {
         const DocumentValue document = parseDocument(file, text);
@@ -32,12 +27,10 @@ class ProjectReader {
                       {"$schema", "size", "fps", "fit", "values", "clips", "effects", "sound", "clipSound"}))
             return project;
         readValues(document.member("values"));
-        if (const auto* size = document.member("size"))
-            with(*size, [&] { project.size = parseSize(text_(*size), "size"); });
-        if (const auto* rate = document.member("fps"))
-            with(*rate, [&] { project.rate = parseRate("fps", text_(*rate)); });
-        if (const auto* fit = document.member("fit")) project.fit = readFit(*fit).value_or(project.fit);
-        if (const auto* heard = document.member("clipSound")) project.clipSound = isTrue(*heard);
+        project.size = readSize(document);
+        project.rate = readRate(document);
+        project.fit = readFit(document).value_or(project.fit);
+        project.clipSound = readFlag(document, "clipSound", project.clipSound);
         readClips(document, project.clips);
         if (const auto* effects = document.member("effects")) project.effects = readEffects(*effects);
         if (const auto* sound = document.member("sound")) project.sound = readSound(*sound);
@@ -64,36 +57,8 @@ class ProjectReader {
         return Files(open_);
     }
 
-    void mistake(const DocumentValue& value, const std::string& text) {
-        mistakes_.add(value.place, ExitCode::input, text);
-    }
-    bool with(const DocumentValue& value, const std::function<void()>& work) {
-        return mistakes_.guard(value.place, work);
-    }
-    bool isObject(const DocumentValue& value, const Names& names) {
-        if (!value.is(Kind::object)) {
-            mistake(value, fmt::format("an object is expected, not {}", value.kindName()));
-            return false;
-        }
-        for (const auto& [name, member] : value.members) {
-            if (std::find(names.begin(), names.end(), name) != names.end()) continue;
-            mistake(member, fmt::format("there is no '{}' here; there are {}", oneLine(name),
-                                        fmt::join(names, ", ")));
-        }
-        return true;
-    }
-    bool isList(const DocumentValue& value) {
-        if (value.is(Kind::list)) return true;
-        mistake(value, fmt::format("a list is expected, not {}", value.kindName()));
-        return false;
-    }
-    bool isTrue(const DocumentValue& value) {
-        if (!value.is(Kind::boolean)) mistake(value, "true or false is expected");
-        return value.text == "true";
-    }
-
     /// With ${name} replaced. Fails as input.
-    std::string replaced(const std::string& text) const {
+    std::string replaced(const std::string& text) const override {
         std::string result;
         for (std::size_t at = 0; at < text.size();) {
             const std::size_t begin = text.find("${", at);
@@ -111,83 +76,14 @@ class ProjectReader {
         }
         return result;
     }
-    /// What a single value says. Fails as input.
-    std::string text_(const DocumentValue& value) const {
-        if (value.is(Kind::list) || value.is(Kind::object) || value.is(Kind::null))
-            fail(ExitCode::input, "a text or a number is expected, not {}", value.kindName());
-        return value.is(Kind::text) ? replaced(value.text) : value.text;
-    }
-    /// The same; lists with commas.
-    std::string listText(const DocumentValue& value) const {
-        if (!value.is(Kind::list)) return text_(value);
-        std::vector<std::string> parts;
-        for (const DocumentValue& item : value.items) parts.push_back(text_(item));
-        return fmt::format("{}", fmt::join(parts, ","));
-    }
-
     void readValues(const DocumentValue* values) {
         if (!values) return;
         if (!values->is(Kind::object))
             return mistake(*values, "an object is expected: a value for each name");
         for (const auto& [name, value] : values->members)
-            with(value, [&, &key = name, &own = value] { own_[key] = text_(own); });
+            with(value, [&, &key = name, &own = value] { own_[key] = plainText(own); });
     }
 
-    std::optional<MediaTime> readTime(const DocumentValue& owner, const char* name) {
-        std::optional<MediaTime> time;
-        if (const DocumentValue* value = owner.member(name))
-            with(*value, [&] { time = parseGivenTime(name, text_(*value)); });
-        return time;
-    }
-    std::optional<Fit> readFit(const DocumentValue& value) {
-        std::optional<Fit> fit;
-        with(value, [&] {
-            fit = fitNamed(text_(value));
-            if (!fit) fail(ExitCode::input, "a fit is cover, contain or stretch, not '{}'", text_(value));
-        });
-        return fit;
-    }
-    double readGain(const DocumentValue& owner) {
-        double gain = 1;
-        if (const DocumentValue* value = owner.member("gain"))
-            with(*value, [&] { gain = parseGain("gain", text_(*value)); });
-        return gain;
-    }
-    /// A file beside the document, unless its name says where it is.
-    std::string readPath(const DocumentValue& value) {
-        std::string path;
-        with(value, [&] {
-            path = text_(value);
-            if (path.empty()) fail(ExitCode::input, "the name of the file is empty");
-            if (path.find("://") == std::string::npos)
-                path = (fs::path(value.place.file).parent_path() / path).string();
-        });
-        return path;
-    }
-
-    void readSetting(EffectChoice& choice, const std::string& name, const DocumentValue& value,
-                     ClassUse use) {
-        const QVProperty& property = choice.property(name);
-        const bool isKeyList =
-            value.is(Kind::list) && !value.items.empty() && value.items[0].is(Kind::object);
-        if (!isKeyList) return choice.addSetting(name + "=" + listText(value), use);
-        PropertyKeys keys{&property, {}};
-        for (const DocumentValue& item : value.items) {
-            with(item, [&] {
-                if (!isObject(item, {"at", "value", "easing"})) return;
-                const DocumentValue* at = item.member("at");
-                const DocumentValue* given = item.member("value");
-                if (!at || !given) fail(ExitCode::input, "a key has 'at' and 'value'");
-                PropertyKey key{parseMediaTime("at", text_(*at)), parseKeyValue(property, listText(*given))};
-                if (const DocumentValue* easing = item.member("easing"))
-                    key.easing = parseEasing(text_(*easing));
-                keys.keys.push_back(std::move(key));
-            });
-        }
-        if (keys.keys.size() < value.items.size()) return;
-        checkKeyTimes(keys, kRateOfPictures);
-        choice.keys.push_back(std::move(keys));
-    }
     /// A class with settings, as text or as an object with `names` besides. Nothing with a mistake.
     std::optional<EffectChoice> readChoice(const DocumentValue& value, ClassUse use, const Names& names) {
         std::optional<EffectChoice> choice;
@@ -203,7 +99,7 @@ class ProjectReader {
             mistake(value, "there is no 'class'");
             return choice;
         }
-        with(*name, [&] { choice = EffectChoice{&findClass(text_(*name), use)}; });
+        with(*name, [&] { choice = EffectChoice{&findClass(plainText(*name), use)}; });
         const DocumentValue* settings = value.member("set");
         if (!choice || !settings) return choice;
         if (!settings->is(Kind::object))
@@ -235,11 +131,13 @@ class ProjectReader {
     ProjectSound readSound(const DocumentValue& value) {
         ProjectSound sound;
         sound.place = value.place;
-        if (!isObject(value, {"file", "from", "offset", "gain", "fadeIn", "fadeOut"})) return sound;
+        if (!isObject(value, {"file", "from", "offset", "duration", "gain", "fadeIn", "fadeOut"}))
+            return sound;
         const DocumentValue* file = value.member("file");
         file ? void(sound.path = readPath(*file)) : mistake(value, "there is no 'file'");
         sound.from = readTime(value, "from").value_or(MediaTime{});
         sound.offset = readTime(value, "offset").value_or(MediaTime{});
+        sound.duration = readTime(value, "duration");
         sound.fadeIn = readTime(value, "fadeIn").value_or(MediaTime{});
         sound.fadeOut = readTime(value, "fadeOut").value_or(MediaTime{});
         sound.gain = readGain(value);
@@ -259,17 +157,16 @@ class ProjectReader {
         if (file) clip.path = readPath(*file);
         if (color) {
             with(*color, [&] {
-                const auto parsed = UIColor::fromHex(text_(*color));
-                if (!parsed) fail(ExitCode::input, "a colour is as #ff00fc, not '{}'", text_(*color));
+                const auto parsed = UIColor::fromHex(plainText(*color));
+                if (!parsed) fail(ExitCode::input, "a colour is as #ff00fc, not '{}'", plainText(*color));
                 clip.color = *parsed;
             });
         }
         clip.from = readTime(value, "from");
         clip.to = readTime(value, "to");
         clip.duration = readTime(value, "duration");
-        if (const auto* fit = value.member("fit")) clip.fit = readFit(*fit);
-        if (const auto* mask = value.member("mask"))
-            clip.mask = mask->text == kAutomaticMask ? mask->text : readPath(*mask);
+        clip.fit = readFit(value);
+        clip.mask = readMask(value);
         clip.gain = readGain(value);
         if (const auto* effects = value.member("effects")) clip.effects = readEffects(*effects);
         if (const auto* transition = value.member("transition"))
@@ -308,7 +205,6 @@ class ProjectReader {
 
     const ProjectValues& given_;
     ProjectValues own_;
-    Mistakes& mistakes_;
     std::vector<fs::path> open_;
 };
 

@@ -125,6 +125,7 @@ std::string projectText(const Project& project, const std::string& folder) {
         for (const auto& [name, time] : times) {
             if (time.value != 0) json["sound"][name] = timeToJSON(time);
         }
+        if (sound.duration) json["sound"]["duration"] = timeToJSON(*sound.duration);
         if (sound.gain != 1) json["sound"]["gain"] = sound.gain;
     }
     return dump(json);
