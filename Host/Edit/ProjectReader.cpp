@@ -3,6 +3,7 @@
 
 #include "Host/Edit/DocumentReader.h"
 #include "Host/Edit/ProjectFile.h"
+#include "Host/Edit/TimelineFile.h"
 
 namespace qv::host {
 
@@ -18,8 +19,7 @@ class ProjectReader : private DocumentReader {
     ProjectReader(const ProjectValues& values, Mistakes& mistakes)
         : DocumentReader(mistakes), given_(values) {}
 
-    Project read(const std::string& file, const std::string& text) {
-        const DocumentValue document = parseDocument(file, text);
+    Project read(const std::string& file, const DocumentValue& document) {
         Project project;
         const Files files = enter(file);
         project.place = document.place;
@@ -222,12 +222,10 @@ ProjectValues parseValues(const std::vector<std::string>& texts) {
 }
 
 Project parseProject(const std::string& file, const std::string& text, const ProjectValues& values,
-                     Mistakes& mistakes) {
-    return ProjectReader(values, mistakes).read(file, text);
-}
-
-Project readProject(const std::string& file, const ProjectValues& values, Mistakes& mistakes) {
-    return parseProject(file, readDocumentText(file), values, mistakes);
+                     Mistakes& mistakes, const NoteSink& note) {
+    const DocumentValue document = parseDocument(file, text);
+    if (isTimelineDocument(document)) return parseTimeline(document, mistakes, note);
+    return ProjectReader(values, mistakes).read(file, document);
 }
 
 }  // namespace qv::host

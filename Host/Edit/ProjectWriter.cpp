@@ -37,19 +37,6 @@ Json keysToJSON(const PropertyKeys& keys) {
     return list;
 }
 
-Json choiceToJSON(const EffectChoice& choice) {
-    Json json{{"class", choice.filterClass->name}};
-    if (choice.span) {
-        json["from"] = timeToJSON(choice.span->from);
-        if (choice.span->to) json["to"] = timeToJSON(*choice.span->to);
-    }
-    for (const auto& [property, value] : choice.settings)
-        json["set"][std::string(property->name)] = valueToJSON(value);
-    for (const PropertyKeys& keys : choice.keys)
-        json["set"][std::string(keys.property->name)] = keysToJSON(keys);
-    return json;
-}
-
 Json effectsToJSON(const std::vector<ProjectEffect>& effects) {
     Json list = Json::array();
     for (const ProjectEffect& effect : effects) list.push_back(choiceToJSON(effect.choice));
@@ -102,6 +89,19 @@ bool isPlain(const ProjectClip& clip) {
 }
 
 }  // namespace
+
+Json choiceToJSON(const EffectChoice& choice) {
+    Json json{{"class", choice.filterClass->name}};
+    if (choice.span) {
+        json["from"] = timeToJSON(choice.span->from);
+        if (choice.span->to) json["to"] = timeToJSON(*choice.span->to);
+    }
+    for (const auto& [property, value] : choice.settings)
+        json["set"][std::string(property->name)] = valueToJSON(value);
+    for (const PropertyKeys& keys : choice.keys)
+        json["set"][std::string(keys.property->name)] = keysToJSON(keys);
+    return json;
+}
 
 std::string projectText(const Project& project, const std::string& folder) {
     Json json;
