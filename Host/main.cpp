@@ -47,6 +47,8 @@ int main(int argc, char** argv) {
         addStillCommand(tool);
         addRenderCommand(tool);
         addTransitionCommand(tool);
+        addEditCommand(tool);
+        addMontageCommand(tool);
         addSheetCommand(tool);
         addGalleryCommand(tool);
         addBenchCommand(tool);

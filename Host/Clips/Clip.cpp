@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstring>
 
 #include "Host/CommandLine/Failure.h"
 
@@ -36,45 +35,31 @@ double secondsOf(const ClipInfo& info, std::int64_t time) {
     return double(time) * info.video.timeBase.value();
 }
 
-PixelBuffer blankFrame(const ClipVideoFormat& video) {
-    const PixelBuffer frame = PixelBuffer::create(video.pixelFormat, video.width, video.height, video.color);
-    if (!frame) fail(ExitCode::internal, "no memory for frames of {}x{}", video.width, video.height);
-    for (int i = 0; i < PixelBuffer::planeCount(video.pixelFormat); ++i) {
-        const PlaneLayout layout = PixelBuffer::planeLayout(video.pixelFormat, i, video.width, video.height);
-        std::memset(frame.plane(i).data, 0, frame.plane(i).rowBytes * std::size_t(layout.height));
-    }
-    return frame;
-}
-
-ClipMoment momentAt(ClipReader& clip, double seconds) {
-    const ClipInfo& info = clip.info();
-    std::optional<ClipFrame> first = readFrame(clip);
-    if (!first) fail(ExitCode::input, "there is no picture in '{}'", info.path);
-    if (seconds <= 0) return {std::move(*first), 0};
-    const double start = secondsOf(info, first->time);
-    if (!clip.seek(start - info.start + seconds)) fail(ExitCode::input, "{}", clip.error());
-    std::optional<ClipFrame> frame = readFrame(clip);
-    if (!frame) fail(ExitCode::input, "'{}' has nothing at {} s", info.path, seconds);
-    const double end = secondsOf(info, frame->time + frame->duration) - start;
-    if (end < seconds - kTimeTolerance && !info.isStillPicture) {
-        fail(ExitCode::input, "'{}' ends at {:.3f} s, before {} s", info.path, end, seconds);
-    }
-    const double at = secondsOf(info, frame->time) - start;
-    return {std::move(*frame), at};
-}
-
 ShownFrames::ShownFrames(std::unique_ptr<ClipReader> clip) : clip_(std::move(clip)) {
-    std::optional<ClipFrame> first = readFrame(*clip_);
+    std::optional<ClipFrame> first = read();
     if (!first) fail(ExitCode::input, "there is no picture in '{}'", info().path);
     firstTime_ = first->time;
     current_ = std::move(*first);
-    next_ = readFrame(*clip_);
+    next_ = read();
+}
+
+std::optional<ClipFrame> ShownFrames::read() {
+    while (true) {
+        ClipReader::Item item = clip_->next();
+        if (auto* frame = std::get_if<ClipFrame>(&item)) return std::move(*frame);
+        if (auto* packet = std::get_if<ClipPacket>(&item)) {
+            packets_.push_back(std::move(*packet));
+            continue;
+        }
+        if (!clip_->error().empty()) fail(ExitCode::input, "{}", clip_->error());
+        return std::nullopt;
+    }
 }
 
 bool ShownFrames::advance() {
     if (!next_) return false;
     current_ = std::move(*next_);
-    next_ = readFrame(*clip_);
+    next_ = read();
     return true;
 }
 
@@ -91,14 +76,20 @@ bool ShownFrames::hasEnded(double seconds) const {
 void ShownFrames::goTo(double seconds) {
     const double start = secondsOf(info(), firstTime_) - info().start;
     if (!clip_->seek(start + seconds)) fail(ExitCode::input, "{}", clip_->error());
-    std::optional<ClipFrame> frame = readFrame(*clip_);
+    std::optional<ClipFrame> frame = read();
     if (!frame) fail(ExitCode::input, "'{}' has nothing at {} s", info().path, seconds);
     current_ = std::move(*frame);
-    next_ = readFrame(*clip_);
+    next_ = read();
+}
+
+void ShownFrames::near(double wanted) {
+    // Reading on is faster than a jump to the key frame before.
+    constexpr double kFar = 3;
+    const bool isAhead = next_ && wanted > secondsOf(info(), next_->time - firstTime_) + kFar;
+    if (wanted < seconds() - kTimeTolerance || isAhead) goTo(wanted);
 }
 
 double ShownFrames::end() {
-    if (const auto end = clip_->endTime()) return secondsOf(info(), *end - firstTime_);
     // From so early on that the container has time stamps again before the end.
     constexpr double kTailSeconds = 10, kFarSeconds = 1e7;
     goTo(std::max(0.0, info().duration - kTailSeconds));

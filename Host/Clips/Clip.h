@@ -1,8 +1,10 @@
 #pragma once
 
+#include <deque>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "Host/Clips/Timeline.h"
 #include "Platform/Media/ClipReader.h"
@@ -21,18 +23,6 @@ std::optional<ClipFrame> readFrame(ClipReader& clip);
 
 /// Seconds of a time stamp of the clip's video.
 double secondsOf(const ClipInfo& info, std::int64_t time);
-
-/// A frame of the clip's kind with nothing on it, for building a graph before there are pixels.
-PixelBuffer blankFrame(const ClipVideoFormat& video);
-
-/// One moment of a clip.
-struct ClipMoment {
-    ClipFrame frame;
-    double seconds = 0;  ///< of the frame, since the clip's first one
-};
-
-/// The frame that is shown `seconds` after the first one. Fails as input when the clip has ended by then.
-ClipMoment momentAt(ClipReader& clip, double seconds);
 
 /// The frames of a clip as they are shown, from its first one on. One thread at a time.
 class ShownFrames {
@@ -53,14 +43,20 @@ class ShownFrames {
     bool advance();
     /// Makes at() begin there, by a jump. Fails as input.
     void goTo(double seconds);
-    /// Seconds from the first frame to the end of the last. To be asked at the beginning: where the file does
-    /// not tell, the frames are read. Fails as input.
+    /// Prepares for at(): by a jump to earlier times and to those far ahead. Fails as input.
+    void near(double seconds);
+    /// Seconds from the first frame to the end of the last, found by reading the last ones. To be asked at
+    /// the beginning. Fails as input.
     double end();
     std::int64_t firstTime() const { return firstTime_; }
-    std::shared_ptr<const SourceStreams> streams() const { return clip_->streams(); }
+    /// The packets of other streams that were read on the way, if the clip hands them out; each once.
+    std::deque<ClipPacket> takePackets() { return std::exchange(packets_, {}); }
 
   private:
+    std::optional<ClipFrame> read();
+
     std::unique_ptr<ClipReader> clip_;
+    std::deque<ClipPacket> packets_;
     ClipFrame current_;
     std::optional<ClipFrame> next_;
     std::int64_t firstTime_ = 0;

@@ -5,27 +5,34 @@
 
 namespace qv::host {
 
-Footage::Footage(const std::string& path, double stillSeconds, const ClipReaderOptions& options)
-    : path_(path) {
-    if (path == "-" || isPictureFile(path)) {
-        const Bitmap bitmap = readPicture(path);
-        picture_ = MTIImage::imageWithBitmap(bitmap);
-        still_.picture = bitmap;
-        video_.width = bitmap.width;
-        video_.height = bitmap.height;
-        shape_ = uprightShape(video_);
-        seconds_ = stillSeconds;
+Footage::Footage(const std::string& path, const ClipReaderOptions& options) {
+    if (path != "-" && !isPictureFile(path)) {
+        take(openClip(path, options));
         return;
     }
-    frames_ = std::make_unique<ShownFrames>(openClip(path, options));
+    still_.picture = readPicture(path);
+    picture_ = MTIImage::imageWithBitmap(still_.picture);
+    video_.width = still_.picture.width;
+    video_.height = still_.picture.height;
+    shape_ = uprightShape(video_);
+}
+
+Footage::Footage(std::unique_ptr<ClipReader> clip) {
+    take(std::move(clip));
+}
+
+Footage::Footage(const MTIImage& picture) : picture_(picture) {
+    video_.width = int(picture.size().width);
+    video_.height = int(picture.size().height);
+    shape_ = uprightShape(video_);
+}
+
+void Footage::take(std::unique_ptr<ClipReader> clip) {
+    frames_ = std::make_unique<ShownFrames>(std::move(clip));
     const ClipInfo& info = frames_->info();
     video_ = info.video;
     shape_ = uprightShape(video_);
-    if (!info.isStillPicture) {
-        seconds_ = frames_->end();
-        return;
-    }
-    seconds_ = stillSeconds;
+    if (!info.isStillPicture) return;
     still_ = {.pixels = frames_->current().pixels, .rotation = video_.rotation};
     picture_ = turned(MTIImage::imageWithPixelBuffer(still_.pixels), video_.rotation);
     frames_.reset();

@@ -14,14 +14,15 @@ namespace qv::host {
 /// What lies on a timeline: a clip, or a picture that stands still. One thread at a time.
 class Footage {
   public:
-    /// A picture lasts `stillSeconds`. Fails as input.
-    Footage(const std::string& path, double stillSeconds, const ClipReaderOptions& options = {});
+    /// Fails as input.
+    explicit Footage(const std::string& path, const ClipReaderOptions& options = {});
+    /// What the reader reads, from its beginning on. Fails as input.
+    explicit Footage(std::unique_ptr<ClipReader> clip);
+    /// A picture that is drawn.
+    explicit Footage(const MTIImage& picture);
 
-    const std::string& path() const { return path_; }
     bool isPicture() const { return bool(picture_); }
     const ClipVideoFormat& video() const { return video_; }
-    /// From the first frame to the end of the last.
-    double seconds() const { return seconds_; }
     /// A clip's frames; nil for a picture.
     ShownFrames* frames() { return frames_.get(); }
 
@@ -36,10 +37,10 @@ class Footage {
     void render(MTIContext& context, const FrameShape& frame, Fit fit);
 
   private:
-    std::string path_;
+    void take(std::unique_ptr<ClipReader> clip);
+
     ClipVideoFormat video_;
-    FrameShape shape_;  ///< of the upright images
-    double seconds_ = 0;
+    FrameShape shape_;                     ///< of the upright images
     FramePixels still_;                    ///< nil for a clip
     MTIImage picture_;                     ///< of it
     std::unique_ptr<ShownFrames> frames_;  ///< nil for a picture

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <optional>
+#include <string_view>
+
 #include "Platform/ImageGraph/MTIImage.h"
 #include "Platform/Media/ClipInfo.h"
 
@@ -12,10 +15,17 @@ enum class Fit {
     stretch,
 };
 
+/// "cover", "contain" or "stretch"; nothing for another name.
+std::optional<Fit> fitNamed(std::string_view name);
+std::string_view fitName(Fit fit);
+
 /// A frame as a viewer sees it: upright.
 struct FrameShape {
     CGSize size;             ///< pixels
     double pixelAspect = 1;  ///< width of a pixel to its height
+
+    /// Width to height, as it is seen.
+    double aspect() const { return size.width * pixelAspect / size.height; }
 };
 
 /// The shape of a clip's frames once they are turned upright.
@@ -24,5 +34,8 @@ FrameShape uprightShape(const ClipVideoFormat& video);
 /// An upright picture, whose pixels are `pixelAspect` wide, in a frame of the given shape; the picture itself
 /// when it has that shape.
 MTIImage fitted(const MTIImage& image, double pixelAspect, const FrameShape& frame, Fit fit);
+
+/// A mask of an upright picture of one shape, made the mask of that picture once it is fitted.
+PixelBuffer fittedMask(const PixelBuffer& gray, const FrameShape& picture, const FrameShape& frame, Fit fit);
 
 }  // namespace qv::host

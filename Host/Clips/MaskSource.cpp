@@ -103,6 +103,7 @@ class ClipMask : public FileMask {
 
   private:
     bool show(double seconds) override {
+        frames_.near(seconds);
         const ClipFrame& frame = frames_.at(seconds);
         const ClipInfo& info = frames_.info();
         if (frames_.hasEnded(seconds) && !info.isStillPicture)

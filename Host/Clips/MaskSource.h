@@ -33,7 +33,7 @@ class MaskSource {
     virtual ~MaskSource() = default;
 
     /// The subject of a frame `seconds` after the first one, upright and of the frame's shape if not of its
-    /// size; nil where none is known. Times must not fall. Fails as input.
+    /// size; nil where none is known. Fails as input.
     virtual SubjectMask maskOf(const FramePixels& frame, double seconds) = 0;
 };
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Host/Clips/Clip.h"
 #include "Host/CommandLine/Diagnostics.h"
 #include "Host/CommandLine/Failure.h"
 #include "QVFilterCore/QVEffectMTIFilter.h"
@@ -121,12 +122,26 @@ MTIImage outputImageOf(QVMTIFilter& filter) {
     return image;
 }
 
+void applyKeys(QVMTIFilter& filter, const EffectChoice& choice, double seconds, double frameRate) {
+    for (const PropertyKeys& moving : choice.keys)
+        moving.property->set(filter, moving.at(seconds, frameRate));
+}
+
 EffectChain::EffectChain(std::vector<EffectChoice> choices, const ClipPosition& clip)
-    : isPhoto_(clip.isPhoto) {
+    : isPhoto_(clip.isPhoto), frameRate_(clip.frameRate) {
     for (EffectChoice& choice : choices) {
-        std::unique_ptr<QVMTIFilter> filter = makeFilterOnClip(choice, clip);
-        links_.push_back({std::move(choice), std::move(filter)});
+        Link link{.choice = std::move(choice)};
+        ClipPosition part = clip;
+        if (const auto& span = link.choice.span) {
+            link.from = span->from.seconds(frameRate_);
+            if (span->to) part.endTime = link.to = span->to->seconds(frameRate_);
+            if (part.endTime) *part.endTime -= link.from;
+            if (part.time) *part.time -= link.from;
+        }
+        link.filter = makeFilterOnClip(link.choice, part);
+        links_.push_back(std::move(link));
     }
+    moveLinks(clip.time.value_or(0));
 }
 
 bool EffectChain::takesMask() const {
@@ -135,16 +150,31 @@ bool EffectChain::takesMask() const {
     });
 }
 
+bool EffectChain::isActive() const {
+    return std::any_of(links_.begin(), links_.end(), [](const Link& link) { return link.isActive; });
+}
+
+void EffectChain::moveLinks(double seconds) {
+    for (Link& link : links_) {
+        link.isActive = !link.choice.span ||
+                        (seconds >= link.from - kTimeTolerance && seconds < link.to - kTimeTolerance);
+        applyKeys(*link.filter, link.choice, seconds - link.from, frameRate_);
+    }
+}
+
 void EffectChain::moveTo(double seconds) {
+    moveLinks(seconds);
     for (const Link& link : links_) {
         if (isPhoto_ && standsStillOnPhotos(*link.filter)) continue;
-        setUnlessGiven(*link.filter, link.choice, timeProperty(*link.choice.filterClass), seconds);
+        setUnlessGiven(*link.filter, link.choice, timeProperty(*link.choice.filterClass),
+                       seconds - link.from);
     }
 }
 
 MTIImage EffectChain::outputImage(const FilterInputs& inputs) {
     FilterInputs next = inputs;
     for (const Link& link : links_) {
+        if (!link.isActive) continue;
         const QVInput* mask = link.choice.filterClass->input(QVInputRole::mask);
         if (mask && mask->isRequired && !inputs.mask) {
             fail(ExitCode::usage, "{} needs --mask FILE, or an input with an alpha channel",

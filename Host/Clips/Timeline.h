@@ -21,6 +21,7 @@ struct ClipPosition {
     std::optional<double> time;
     std::optional<double> startTime, endTime;
     bool isPhoto = false;
+    double frameRate = 0;  ///< of times that are given in frames; 0 when unknown
 };
 
 /// The subject of a frame: the mask as an image, and the same in memory (gray8).
@@ -62,7 +63,8 @@ std::unique_ptr<QVMTIFilter> makeFilterOnClip(const EffectChoice& choice, const 
 /// What the filter gives. Fails as internal when that is nothing: then the library's own resources are amiss.
 MTIImage outputImageOf(QVMTIFilter& filter);
 
-/// Effects over one clip, each fed by the one before. Used by one thread at a time.
+/// Effects over one clip, each fed by the one before. Each one's time begins where its part of the clip does:
+/// its keys, `iTime` and `startTime` count from there. Used by one thread at a time.
 class EffectChain {
   public:
     EffectChain(std::vector<EffectChoice> choices, const ClipPosition& clip);
@@ -70,19 +72,30 @@ class EffectChain {
     /// Whether a class in the chain works on the subject.
     bool takesMask() const;
     /// Moves every filter's time, except where the user set it and where a class lets time stand still on a
-    /// photo.
+    /// photo; and the properties that have keys. `seconds` are the clip's.
     void moveTo(double seconds);
+    /// Whether an effect lies on the clip there, where moveTo() went.
+    bool isActive() const;
     /// The picture of the whole chain. Fails when a mask is missing that a class cannot do without, or a
     /// filter gives nothing.
     MTIImage outputImage(const FilterInputs& inputs);
 
   private:
+    /// Parts and keys, which move on photos, too.
+    void moveLinks(double seconds);
+
     struct Link {
         EffectChoice choice;
         std::unique_ptr<QVMTIFilter> filter;
+        double from = 0, to = kUnlimited;  ///< seconds of the clip
+        bool isActive = true;
     };
     std::vector<Link> links_;
     bool isPhoto_;
+    double frameRate_;
 };
+
+/// Sets the properties that have keys to what they are that many seconds after the filter's part began.
+void applyKeys(QVMTIFilter& filter, const EffectChoice& choice, double seconds, double frameRate);
 
 }  // namespace qv::host

@@ -1,8 +1,5 @@
 #include "Host/CommandLine/ClipReading.h"
 
-#include <algorithm>
-#include <charconv>
-#include <cmath>
 #include <mutex>
 #include <set>
 
@@ -10,6 +7,7 @@
 
 #include "Host/CommandLine/CommandLine.h"
 #include "Host/CommandLine/CommandParser.h"
+#include "Host/CommandLine/MediaTime.h"
 #include "Host/CommandLine/StandardStreams.h"
 #include "Platform/Media/PictureSequence.h"
 
@@ -62,7 +60,7 @@ ClipReaderOptions ClipReading::inputOptionsFor(const std::string& path, const st
     result.format = format_;
     result.format.rate = rate;
     if (isRaw) {
-        const PixelSize size = parseSize("--input-size", size_);
+        const PixelSize size = parseSize(size_, "--input-size");
         result.format.width = size.width;
         result.format.height = size.height;
     }
@@ -76,29 +74,6 @@ ClipReaderOptions ClipReading::optionsFor(const std::string& path) const {
         if (told->isFirst(path)) writeNote(fmt::format("'{}' is deinterlaced", path));
     };
     return result;
-}
-
-Rational parseRate(const std::string& option, const std::string& text) {
-    constexpr double kFastest = 1000;
-    constexpr int kBroadcast = 1001, kThousand = 1000;
-    const char* const end = text.data() + text.size();
-    double value = 0, divisor = 1;
-    auto [rest, failure] = std::from_chars(text.data(), end, value);
-    bool valid = failure == std::errc();
-    if (valid && rest != end && *rest == '/') {
-        const auto below = std::from_chars(rest + 1, end, divisor);
-        valid = below.ec == std::errc() && divisor >= 1 && divisor <= 1e6 && value <= 1e6 &&
-                value == std::floor(value) && divisor == std::floor(divisor);
-        rest = below.ptr;
-    }
-    const double rate = value / divisor;
-    if (!valid || rest != end || !(rate > 0 && rate <= kFastest))
-        fail(ExitCode::usage, "{} takes frames a second, as 25 or 30000/1001, not '{}'", option, text);
-    if (divisor > 1 || value == std::floor(value)) return {int(value), int(divisor)};
-    // What is cut off after two or three digits means the rates of colour television.
-    const double whole = std::ceil(value);
-    if (std::abs(whole * kThousand / kBroadcast - value) < 0.005) return {int(whole) * kThousand, kBroadcast};
-    return {std::max(int(std::lround(value * kThousand)), 1), kThousand};
 }
 
 }  // namespace qv::host

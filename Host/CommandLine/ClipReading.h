@@ -32,8 +32,4 @@ class ClipReading {
     std::shared_ptr<Told> told_;
 };
 
-/// Frames a second: "25", "30000/1001", or "29.97", which is meant to be that. `option` names it in the
-/// error. Fails as usage.
-Rational parseRate(const std::string& option, const std::string& text);
-
 }  // namespace qv::host

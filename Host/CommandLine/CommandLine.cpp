@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cctype>
 #include <charconv>
-#include <cmath>
 #include <cstdlib>
 #include <iostream>
 #include <optional>
@@ -37,7 +36,7 @@ std::string lowered(std::string_view text) {
 
 }  // namespace
 
-PixelSize parseSize(const std::string& option, const std::string& text) {
+PixelSize parseSize(const std::string& text, const std::string& option) {
     const std::size_t cross = text.find('x');
     if (cross != std::string::npos) {
         const auto width = parseWhole<int>(std::string_view(text).substr(0, cross));
@@ -49,25 +48,6 @@ PixelSize parseSize(const std::string& option, const std::string& text) {
     }
     fail(ExitCode::usage, "{} takes WIDTHxHEIGHT with sides of 1 to {}, not '{}'", option, kMaximumImageSide,
          text);
-}
-
-double parseTime(const std::string& option, const std::string& text) {
-    double seconds = 0;
-    std::string_view rest = text;
-    bool valid = !rest.empty();
-    for (int part = 0; valid; ++part) {
-        const std::size_t colon = rest.find(':');
-        const auto value = parseWhole<double>(rest.substr(0, colon));
-        valid = value && std::isfinite(*value) && part < 3 && (part == 0 || (*value >= 0 && *value < 60));
-        if (!valid) break;
-        seconds = seconds * 60 + *value;
-        if (colon == std::string_view::npos) break;
-        rest.remove_prefix(colon + 1);
-    }
-    if (!valid || std::abs(seconds) > 1e9) {
-        fail(ExitCode::usage, "{} takes seconds or [hours:]minutes:seconds, not '{}'", option, text);
-    }
-    return seconds;
 }
 
 bool matchesPattern(std::string_view name, const std::string& pattern) {

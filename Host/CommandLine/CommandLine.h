@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "Host/CommandLine/Failure.h"
+#include "Host/CommandLine/MediaTime.h"
 #include "Host/CommandLine/StandardStreams.h"
 
 /// What the commands' options share: how values are written, and what existing files allow.
@@ -20,6 +21,8 @@ void addGraphCommand(CommandParser& tool);
 void addStillCommand(CommandParser& tool);
 void addRenderCommand(CommandParser& tool);
 void addTransitionCommand(CommandParser& tool);
+void addEditCommand(CommandParser& tool);
+void addMontageCommand(CommandParser& tool);
 void addBenchCommand(CommandParser& tool);
 void addSheetCommand(CommandParser& tool);
 void addGalleryCommand(CommandParser& tool);
@@ -33,13 +36,7 @@ struct PixelSize {
 };
 
 /// "1280x720", sides 1 to kMaximumImageSide. `option` names it in the error. Fails as usage.
-PixelSize parseSize(const std::string& option, const std::string& text);
-inline PixelSize parseSize(const std::string& text) {
-    return parseSize("--size", text);
-}
-
-/// Seconds, or [hours:]minutes:seconds. `option` names it in the error. Fails as usage.
-double parseTime(const std::string& option, const std::string& text);
+PixelSize parseSize(const std::string& text, const std::string& option = "--size");
 
 /// Whether `name` matches a pattern with * and ?, or contains it when it has neither; case is ignored.
 bool matchesPattern(std::string_view name, const std::string& pattern);

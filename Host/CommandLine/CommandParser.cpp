@@ -146,6 +146,12 @@ CommandOption Command::choice(const char* names, std::function<void(int)> take,
         app_->add_option_function<int>(names, take, help)->type_name("TEXT")->transform(known));
 }
 
+std::vector<std::string> Command::order() const {
+    std::vector<std::string> names;
+    for (const CLI::Option* option : app_->parse_order()) names.push_back(option->get_name());
+    return names;
+}
+
 void Command::setAction(std::function<void()> action) const {
     app_->callback(std::move(action));
 }

@@ -63,6 +63,10 @@ class Command {
             names, [&value](int number) { value = Value(number); }, numbers, help);
     }
 
+    /// The names of the options that were given, as "--input", in the order of the line and as often. Known
+    /// when the action runs.
+    std::vector<std::string> order() const;
+
     /// Runs when this command was given, after all of the line has been parsed.
     void setAction(std::function<void()> action) const;
 

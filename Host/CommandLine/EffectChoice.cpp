@@ -59,24 +59,43 @@ bool fits(const QVFilterClass& filterClass, ClassUse use) {
 
 bool EffectChoice::sets(std::string_view propertyName) const {
     return std::any_of(settings.begin(), settings.end(),
-                       [&](const auto& setting) { return setting.first->name == propertyName; });
+                       [&](const auto& setting) { return setting.first->name == propertyName; }) ||
+           std::any_of(keys.begin(), keys.end(),
+                       [&](const PropertyKeys& moving) { return moving.property->name == propertyName; });
 }
 
-void EffectChoice::addSetting(std::string_view text) {
+const QVProperty& EffectChoice::property(std::string_view name) const {
+    if (const QVProperty* property = filterClass->property(name)) return *property;
+    fail(ExitCode::usage, "{} has no property '{}'; it has {}", filterClass->name, name,
+         propertyNames(*filterClass));
+}
+
+void EffectChoice::addSetting(std::string_view text, ClassUse use) {
     const std::size_t equals = text.find('=');
     if (equals == std::string_view::npos || equals == 0) {
         fail(ExitCode::usage, "a setting of {} is name=value, not '{}'", filterClass->name, text);
     }
-    const std::string_view name = text.substr(0, equals);
-    const QVProperty* property = filterClass->property(name);
-    if (!property) {
-        fail(ExitCode::usage, "{} has no property '{}'; it has {}", filterClass->name, name,
-             propertyNames(*filterClass));
+    const QVProperty& changed = property(text.substr(0, equals));
+    const std::string_view value = text.substr(equals + 1);
+    try {
+        if (isKeys(value) && use != ClassUse::any) {
+            keys.push_back(parsePropertyKeys(changed, value));
+        } else {
+            settings.emplace_back(&changed, parseKeyValue(changed, value));
+        }
+    } catch (const Failure& failure) {
+        fail(failure.code(), "{}: {}", filterClass->name, failure.what());
     }
-    std::string cause;
-    const auto value = parseProperty(*property, text.substr(equals + 1), &cause);
-    if (!value) fail(ExitCode::usage, "{}: {}", filterClass->name, cause);
-    settings.emplace_back(property, *value);
+}
+
+std::string EffectChoice::text() const {
+    std::string result(filterClass->name);
+    if (span) result += fmt::format("@{}-{}", span->from.text(), span->to ? span->to->text() : "");
+    for (const auto& [property, value] : settings)
+        result += fmt::format(":{}={}", property->name, propertyText(value));
+    for (const PropertyKeys& moving : keys)
+        result += fmt::format(":{}={}", moving.property->name, moving.text());
+    return result;
 }
 
 const QVFilterClass& findClass(std::string_view name, ClassUse use) {
@@ -97,10 +116,47 @@ const QVFilterClass& findClass(std::string_view name, ClassUse use) {
     fail(ExitCode::usage, "{} takes two clips; a chain has one", other.name);
 }
 
+EffectSpan parseSpan(const std::string& text) {
+    const std::size_t dash = text.find('-');
+    const std::string from = text.substr(0, dash),
+                      to = dash == std::string::npos ? "" : text.substr(dash + 1);
+    if (dash == std::string::npos || text == "-")
+        fail(ExitCode::usage, "a part of a clip is FROM-TO, not '{}'", text);
+    EffectSpan span;
+    if (!from.empty()) span.from = parseMediaTime("a part of a clip", from);
+    if (!to.empty()) span.to = parseMediaTime("a part of a clip", to);
+    const bool comparable = span.to && (span.to->isFrames == span.from.isFrames || span.from.value == 0);
+    if (comparable && span.to->value <= span.from.value)
+        fail(ExitCode::usage, "a part of a clip ends after it begins, not '{}'", text);
+    return span;
+}
+
+std::string spanMistake(const EffectChoice& choice, double seconds, double rate) {
+    if (!choice.span || seconds <= 0) return {};
+    constexpr double kTolerance = 1e-3;
+    const double from = choice.span->from.seconds(rate);
+    const double to = choice.span->to ? choice.span->to->seconds(rate) : seconds;
+    if (from >= seconds - kTolerance) {
+        return fmt::format("{} begins at {:.3f} s, where its clip has ended, at {:.3f} s",
+                           choice.filterClass->name, from, seconds);
+    }
+    if (to > seconds + kTolerance) {
+        return fmt::format("{} ends at {:.3f} s, past its clip's end at {:.3f} s", choice.filterClass->name,
+                           to, seconds);
+    }
+    return to <= from ? fmt::format("{} ends before it begins", choice.filterClass->name) : std::string();
+}
+
 EffectChoice parseEffect(std::string_view text, ClassUse use) {
     const std::vector<std::string> parts = splitAtColons(text);
-    EffectChoice choice{&findClass(parts[0], use)};
-    for (std::size_t i = 1; i < parts.size(); ++i) choice.addSetting(parts[i]);
+    const std::size_t at = parts[0].find('@');
+    EffectChoice choice{&findClass(std::string_view(parts[0]).substr(0, at), use)};
+    if (at != std::string::npos) {
+        if (use != ClassUse::overClip)
+            fail(ExitCode::usage, "{} takes no part of a clip here", choice.filterClass->name);
+        choice.span = parseSpan(parts[0].substr(at + 1));
+    }
+    for (std::size_t i = 1; i < parts.size(); ++i) choice.addSetting(parts[i], use);
     return choice;
 }
 

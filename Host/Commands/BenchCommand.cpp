@@ -11,7 +11,7 @@
 #include "Host/CommandLine/Device.h"
 #include "Host/CommandLine/Diagnostics.h"
 #include "Host/Commands/CostMeter.h"
-#include "Host/Listing/JSON.h"
+#include "Host/CommandLine/JSON.h"
 #include "Host/Sheets/SamplePicture.h"
 #include "Platform/ImageGraph/MTIKernel.h"
 #include "QVFilterExtension/QVFilterRegistry.h"

@@ -3,7 +3,7 @@
 #include "Host/CommandLine/CommandLine.h"
 #include "Host/CommandLine/CommandParser.h"
 #include "Host/CommandLine/Device.h"
-#include "Host/Listing/JSON.h"
+#include "Host/CommandLine/JSON.h"
 
 #include <nlohmann/json.hpp>
 

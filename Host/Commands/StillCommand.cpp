@@ -1,89 +1,59 @@
-#include <algorithm>
 #include <memory>
 
-#include "Host/Clips/Clip.h"
-#include "Host/Clips/MaskSource.h"
 #include "Host/Clips/PictureFile.h"
-#include "Host/Clips/Timeline.h"
 #include "Host/CommandLine/ClipReading.h"
 #include "Host/CommandLine/CommandLine.h"
 #include "Host/CommandLine/CommandParser.h"
-#include "Host/CommandLine/Device.h"
+#include "Host/Edit/EditOptions.h"
+#include "Host/Edit/EditPreview.h"
 
 namespace qv::host {
 
 namespace {
 
 struct Options {
-    std::string input, output, size, time, mask;
+    ProjectClip clip;
+    std::string output, time;
     std::vector<std::string> effects;
+    PartOptions part;
+    FrameOptions frames{"stretch"};
     ClipReading reading;
     OverwriteOptions overwrite;
     DeviceOptions device;
 };
 
-/// The picture that the effects work on, and where it lies on its clip.
-struct Moment {
-    MTIImage image;
-    FramePixels pixels;
-    ClipPosition position;
-};
-
-Moment momentOfPicture(const Options& options) {
-    const Bitmap bitmap = readPicture(options.input);
-    Moment moment{MTIImage::imageWithBitmap(bitmap)};
-    moment.pixels.picture = bitmap;
-    moment.position = {.time = options.time.empty() ? 0.0 : parseTime("--time", options.time),
-                       .startTime = 0.0,
-                       .endTime = kPhotoSeconds,
-                       .isPhoto = true};
-    return moment;
-}
-
-Moment momentOfClip(const Options& options) {
-    const double time = options.time.empty() ? 0.0 : parseTime("--time", options.time);
-    if (time < 0) fail(ExitCode::usage, "--time of a clip is not negative");
-    const auto clip = openClip(options.input, options.reading.optionsFor(options.input));
-    const ClipInfo& info = clip->info();
-    const ClipMoment shown = momentAt(*clip, time);
-    const int rotation = info.video.rotation;
-    Moment moment{turned(MTIImage::imageWithPixelBuffer(shown.frame.pixels), rotation),
-                  {.pixels = shown.frame.pixels, .rotation = rotation}};
-    const double length = info.isStillPicture ? kPhotoSeconds : info.duration;
-    moment.position = {.time = shown.seconds, .isPhoto = info.isStillPicture};
-    if (length > 0) {
-        moment.position.startTime = 0;
-        moment.position.endTime = length;
+/// Seconds since the part's first frame.
+double timeOf(const Options& options, const EditTimeline& timeline) {
+    if (options.time.empty()) return 0;
+    const MediaTime time = parseMediaTime("--time", options.time);
+    const TimelineClip& entry = timeline.clips()[0];
+    const double seconds = time.seconds(timeline.rate());
+    if (entry.isPicture) return seconds;
+    if (seconds < 0) fail(ExitCode::usage, "--time of a clip is not negative");
+    if (seconds > entry.length + kTimeTolerance) {
+        fail(ExitCode::input, "'{}' ends at {:.3f} s, before {} s", entry.clip.path, entry.length, seconds);
     }
-    return moment;
+    return seconds;
 }
 
-void still(const Options& options) {
-    const std::vector<EffectChoice> choices = parseChain(options.effects);
+void still(Options& options) {
+    Project project;
+    options.part.apply(options.clip);
+    options.clip.effects = parseEffects(options.effects);
+    options.frames.apply(project);
+    project.clips = {options.clip};
     const PictureType type = pictureTypeFor(options.output);
     checkOutput(options.output, options.overwrite);
 
-    const bool isPicture = options.input == "-" || isPictureFile(options.input);
-    Moment moment = isPicture ? momentOfPicture(options) : momentOfClip(options);
-    if (!options.size.empty()) {
-        const PixelSize size = parseSize(options.size);
-        moment.image = moment.image.resize({double(size.width), double(size.height)});
-    }
-    FilterInputs inputs;
-    inputs.first = moment.image;
-    inputs.originalSize = moment.image.size();
-    const auto mask = openMaskSource(options.mask, options.reading.optionsFor(options.mask), writeNote);
-    EffectChain chain(choices, moment.position);
-    if (chain.takesMask()) inputs.mask = mask->maskOf(moment.pixels, *moment.position.time);
-
-    const auto context = options.device.makeContext();
-    const MTIImage image = chain.outputImage(inputs);
-    if (chain.takesMask() && !inputs.mask) writeNote(unknownSubject(options.input));
+    const auto reading = [&](const std::string& path) { return options.reading.optionsFor(path); };
+    const double photoSeconds = options.time.empty() ? 0 : parseMediaTime("--time", options.time).seconds(0);
+    EditPreview preview(project, reading, options.device, writeNote, photoSeconds);
     std::string cause;
-    const Bitmap bitmap = context->renderToBitmap(image, &cause);
+    const MTIImage image = preview.imageAt(timeOf(options, preview.timeline()));
+    const Bitmap bitmap = preview.context().renderToBitmap(image, &cause);
     if (!bitmap) fail(ExitCode::device, "{}", cause);
     writePicture(bitmap, options.output, type);
-    checkValidation(*context);
+    checkValidation(preview.context());
 }
 
 }  // namespace
@@ -92,15 +62,18 @@ void addStillCommand(CommandParser& tool) {
     const Command command =
         tool.addCommand("still", "Renders a picture, or one moment of a clip, through effects");
     auto options = std::make_shared<Options>();
-    command.option("-i,--input", options->input, "PNG, JPEG or video file; - is a picture on standard input")
+    command
+        .option("-i,--input", options->clip.path, "PNG, JPEG or video file; - is a picture on standard input")
         .required();
-    command.option("-e,--effect", options->effects, "CLASS:name=value:name=value; repeatable, a chain");
+    command.option("-e,--effect", options->effects, kEffectHelp);
     command.option("-o,--output", options->output, "PNG or JPEG file, or - for PNG on standard output")
         .required();
-    command.option("--time", options->time, "Moment of the clip, and the effects' time, seconds");
-    command.option("--size", options->size, "Stretch the picture to WIDTHxHEIGHT before the effects");
+    command.option("--time", options->time,
+                   "Moment of the part, and the effects' time: seconds, or frames as 12f");
+    options->part.add(command, "How long the part is, which is what effects see of the clip");
+    options->frames.add(command, false);
     options->reading.add(command);
-    command.option("--mask", options->mask, kMaskHelp);
+    command.option("--mask", options->clip.mask, kMaskHelp);
     options->overwrite.add(command);
     options->device.add(command);
     command.setAction([options] { still(*options); });

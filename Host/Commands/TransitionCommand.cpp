@@ -1,37 +1,95 @@
-#include "Host/Transition/TransitionOptions.h"
-
-#include <map>
 #include <memory>
+#include <optional>
 
+#include "Host/Clips/PictureFile.h"
+#include "Host/CommandLine/CommandLine.h"
 #include "Host/CommandLine/CommandParser.h"
+#include "Host/Edit/EditExport.h"
+#include "Host/Edit/EditOptions.h"
+#include "Host/Edit/EditPreview.h"
+#include "Host/Sheets/SheetDrawing.h"
 
 namespace qv::host {
 
 namespace {
 
-void transition(const TransitionOptions& options) {
+struct Options {
+    std::string transition, duration = "1", stillSeconds;
+    InputList inputs;
+    FrameOptions frames;
+    std::optional<double> at;
+    int strip = 0;
+    EditOutput output;
+};
+
+MediaTime positive(const std::string& option, const std::string& text) {
+    const MediaTime time = parseMediaTime(option, text);
+    if (time.value <= 0) fail(ExitCode::usage, "{} is above 0, not '{}'", option, text);
+    return time;
+}
+
+Project projectOf(const Options& options, const Command& command) {
     if (options.inputs.size() != 2) {
         fail(ExitCode::usage, "a transition has two inputs, the outgoing and the incoming one, not {}",
              options.inputs.size());
     }
+    Project project;
+    options.frames.apply(project);
+    project.clips = options.inputs.clips(command);
+    project.clips[1].transition = {parseEffect(options.transition, ClassUse::transition),
+                                   positive("--duration", options.duration)};
+    if (options.stillSeconds.empty()) return project;
+    for (ProjectClip& clip : project.clips) {
+        if (isPictureFile(clip.path)) clip.duration = positive("--still-seconds", options.stillSeconds);
+    }
+    return project;
+}
+
+Bitmap momentOf(EditPreview& preview, double progress) {
+    std::string cause;
+    const Bitmap bitmap = preview.context().renderToBitmap(preview.transitionAt(1, progress), &cause);
+    if (!bitmap) fail(ExitCode::device, "{}", cause);
+    return bitmap;
+}
+
+Bitmap stripOf(EditPreview& preview, int count) {
+    std::vector<StripFrame> frames;
+    for (int i = 0; i < count; ++i) {
+        const double progress = double(i) / (count - 1);
+        frames.push_back({progress, momentOf(preview, progress)});
+    }
+    const Bitmap strip = drawStrip(frames, preview.timeline().frame().size);
+    if (!strip) fail(ExitCode::usage, "{} frames side by side are too wide; give a smaller --size", count);
+    return strip;
+}
+
+void drawPicture(const Project& project, const Options& options) {
+    const EditOutput& output = options.output;
+    const PictureType type = pictureTypeFor(output.path);
+    checkOutput(output.path, output.overwrite);
+    EditPreview preview(
+        project, [&](const std::string& path) { return output.encoding.readerOptions(path); }, output.device,
+        [&](const std::string& line) { output.encoding.note(line); });
+    const Bitmap bitmap = options.at ? momentOf(preview, *options.at) : stripOf(preview, options.strip);
+    writePicture(bitmap, output.path, type);
+    checkValidation(preview.context());
+}
+
+void transition(const Options& options, const Command& command) {
+    const Project project = projectOf(options, command);
     const bool isPicture = options.at || options.strip > 0;
-    isPicture ? transitionPicture(options) : transitionClip(options);
+    isPicture ? drawPicture(project, options) : exportProject(project, options.output);
 }
 
 }  // namespace
 
 void addTransitionCommand(CommandParser& tool) {
-    static const std::map<std::string, Fit> kFits{
-        {"cover", Fit::cover}, {"contain", Fit::contain}, {"stretch", Fit::stretch}};
     const Command command = tool.addCommand("transition", "Leads from one clip to another");
-    auto options = std::make_shared<TransitionOptions>();
-    command.option("transition", options->transition, "CLASS, or CLASS:name=value:name=value").required();
+    auto options = std::make_shared<Options>();
+    command.option("transition", options->transition, "CLASS, or CLASS:name=value:name=keys").required();
+    options->inputs.add(command);
     command
-        .option("-i,--input", options->inputs,
-                "Video or picture file; twice, the outgoing and the incoming one")
-        .required();
-    command
-        .option("-o,--output", options->output,
+        .option("-o,--output", options->output.path,
                 "Video file; with --at and --strip PNG or JPEG file; - for standard output")
         .required();
     const CommandOption at =
@@ -39,14 +97,13 @@ void addTransitionCommand(CommandParser& tool) {
     command.option("--strip", options->strip, "Moments side by side as a picture, both ends included")
         .range(2, 1000)
         .excludes(at);
-    command.option("--duration", options->duration, "Of the transition, seconds").showDefault();
-    command.option("--size", options->size, "Fit both into frames of WIDTHxHEIGHT");
-    command.choice("--fit", options->fit, kFits, "How another shape comes into the frame");
+    command.option("--duration", options->duration, "Of the transition, seconds or frames").showDefault();
+    options->frames.add(command);
     command.option("--still-seconds", options->stillSeconds, "How long a picture is shown; 3 without");
-    options->encoding.add(command);
-    options->overwrite.add(command);
-    options->device.add(command);
-    command.setAction([options] { transition(*options); });
+    options->output.encoding.add(command);
+    options->output.overwrite.add(command);
+    options->output.device.add(command);
+    command.setAction([options, command] { transition(*options, command); });
 }
 
 }  // namespace qv::host

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "Host/Gallery/CardRenderer.h"
-#include "Host/Listing/JSON.h"
+#include "Host/CommandLine/JSON.h"
 
 namespace qv::host {
 

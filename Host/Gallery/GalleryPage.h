@@ -3,7 +3,7 @@
 #include <filesystem>
 
 #include "Host/CommandLine/CommandLine.h"
-#include "Host/Listing/JSON.h"
+#include "Host/CommandLine/JSON.h"
 
 /// The page of a gallery: files that are the same for every gallery, and gallery.js with the data.
 namespace qv::host {

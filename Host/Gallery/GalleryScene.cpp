@@ -62,7 +62,7 @@ Bitmap bitmapOfGray(const PixelBuffer& gray) {
 class Take {
   public:
     Take(const std::string& path, PixelSize size, MTIContext& context)
-        : size_(size), context_(context), footage_(std::in_place, path, kPreviewSeconds) {
+        : size_(size), context_(context), footage_(std::in_place, path) {
         if (footage_->isPicture())
             picture_ = rendered(footage_->imageAt(0, shapeOf(withRoom(size)), Fit::cover), context);
     }

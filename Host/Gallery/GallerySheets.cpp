@@ -5,7 +5,7 @@
 #include "Host/Sheets/ClassPicture.h"
 #include "Host/Sheets/SheetDrawing.h"
 #include "Host/Sheets/SheetLayout.h"
-#include "Host/Transition/TransitionFilter.h"
+#include "Host/Clips/TransitionFilter.h"
 
 namespace qv::host {
 

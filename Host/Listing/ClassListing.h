@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "Host/Listing/JSON.h"
+#include "Host/CommandLine/JSON.h"
 #include "QVFilterCore/QVFilterClass.h"
 
 namespace qv::host {

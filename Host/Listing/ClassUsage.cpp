@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Host/Listing/JSON.h"
+#include "Host/CommandLine/JSON.h"
 #include "Host/Sheets/ClassPicture.h"
 
 #include <fmt/format.h>

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "Host/Listing/JSON.h"
+#include "Host/CommandLine/JSON.h"
 #include "Platform/ImageGraph/MTIImage.h"
 
 /// An image graph as text: every node with what it depends on, inputs before readers.

@@ -8,6 +8,7 @@ extern "C" {
 #include <array>
 #include <cmath>
 #include <span>
+#include <string_view>
 
 #include "Platform/Foundation/OutputFile.h"
 #include "Platform/Media/PictureSequence.h"
@@ -20,6 +21,8 @@ namespace {
 /// Stamps that containers round to milliseconds wander by less than this around whole samples; what is
 /// farther off is a gap or an overlap.
 constexpr double kStampTolerance = 0.02;
+/// A jump goes to so many seconds before the first sample that is wanted: decoders need a run-up.
+constexpr double kRunUp = 1;
 /// Silence is handed to the resampler in pieces of this many samples.
 constexpr std::int64_t kSilencePiece = 4096;
 
@@ -54,6 +57,7 @@ struct AudioReader::State {
     bool decoderEnded = false, ended = false;
 
     bool open(const std::string& path);
+    void jump();
     bool fail(const std::string& cause);
     bool configure();
     bool decodeMore();
@@ -108,6 +112,15 @@ bool AudioReader::State::open(const std::string& path) {
     format = {decoder->sample_rate, layout->nb_channels, layout.name(), isLossless(parameters.codec_id)};
     wanted = format;
     return true;
+}
+
+/// Passes over what comes long before the origin, where the file's time stamps hold after a jump, too.
+void AudioReader::State::jump() {
+    const bool guesses = std::string_view(input->iformat->name) == "mp3";
+    if (origin <= 2 * kRunUp || guesses) return;
+    const auto target = std::int64_t((origin - kRunUp) / av_q2d(stream->time_base));
+    av_seek_frame(input.get(), stream->index, target, AVSEEK_FLAG_BACKWARD);
+    messages.clear();
 }
 
 /// Sets the resampler up for the frame's kind of sound; what the one before still holds is taken out first.
@@ -228,6 +241,7 @@ bool AudioReader::State::feed() {
 bool AudioReader::convertTo(const AudioFormat& wanted, double origin) {
     state_->wanted = wanted;
     state_->origin = origin;
+    state_->jump();
     return ffmpeg::ChannelLayout(wanted.channelLayout, wanted.channels)->nb_channels == wanted.channels;
 }
 

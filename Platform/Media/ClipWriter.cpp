@@ -310,7 +310,8 @@ bool ClipWriter::State::addStreams(const ClipWriterOptions& settings, const Sour
         if (!copier.addStreams(*output, *source, copied, place, cause)) return fail(cause);
         if (settings.metadata) {
             StreamCopier::copyMetadata(output->metadata, source->metadata);
-            if (!StreamCopier::copyChapters(*output, *source)) return fail("out of memory");
+            const bool copied = !settings.chapters || StreamCopier::copyChapters(*output, *source);
+            if (!copied) return fail("out of memory");
         }
     } else if (!addVideo(nullptr)) {
         return false;

@@ -40,6 +40,7 @@ struct ClipWriterOptions {
     int plays = 0;
     int firstNumber = 1;                                   ///< of a sequence of pictures
     bool audio = true, subtitles = true, metadata = true;  ///< what to copy from the source
+    bool chapters = true;                                  ///< with the metadata
     /// Sound that the host makes instead: it is encoded, and none is copied. Without a rate there is none.
     AudioFormat sound;
     /// Name of the sound's encoder, such as "aac", "libopus", "flac", or "copy". Empty: a source's sound is

@@ -61,10 +61,10 @@ const std::map<std::string, std::set<std::string>> kToolMayInclude = {
     {"CommandLine", {}},
     {"Clips", {"CommandLine"}},
     {"Sheets", {"CommandLine", "Clips"}},
-    {"Transition", {"CommandLine", "Clips", "Sheets"}},
+    {"Edit", {"CommandLine", "Clips"}},
     {"Listing", {"CommandLine", "Clips", "Sheets"}},
-    {"Gallery", {"CommandLine", "Clips", "Sheets", "Transition", "Listing"}},
-    {"Commands", {"CommandLine", "Clips", "Sheets", "Transition", "Listing", "Gallery"}},
+    {"Gallery", {"CommandLine", "Clips", "Sheets", "Listing"}},
+    {"Commands", {"CommandLine", "Clips", "Sheets", "Edit", "Listing", "Gallery"}},
 };
 
 /// Those that are installed.

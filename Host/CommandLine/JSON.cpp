@@ -1,4 +1,4 @@
-#include "Host/Listing/JSON.h"
+#include "Host/CommandLine/JSON.h"
 
 #include <nlohmann/json.hpp>
 
