@@ -31,9 +31,9 @@ vec4 QVRetroVHSMTIFilter(vec2 uv) {
     float foot = max(1.0 - (1.0 - uv.y) * size.y / (18.0 * unit), 0.0);
     float shift = (skew + jitter + foot * foot * (120.0 + 60.0 * rowDraw.z)) * unit;
 
-    vec2 place = uv * size + vec2(shift, 0.0);
+    vec2 place = offBorders(uv) * size + vec2(shift, 0.0);
     float late = (4.0 + 8.0 * effectValue) * unit;
-    ivec2 p = pixelAt(place);
+    ivec2 p = ivec2(place);
     vec4 here = readPixel(0, p);
     ivec2 beside = ivec2(int(2.0 * unit + 1.0), 0);
     vec4 left = readPixel(0, p - beside), right = readPixel(0, p + beside);

@@ -212,9 +212,9 @@ Words rowWords(Builder& ir, const TextureOperands& texture, Value* firstX, Value
 }
 
 /// Where a sample lies along one side: the texel at or before it, and how far it is on the way to the next
-/// one, in steps of which there are 2^kWeightBits.
+/// one, in steps of which there are 2^kWeightBits, and in full, but 0 where the steps are.
 struct Place {
-    Value *texel, *weight;
+    Value *texel, *weight, *fraction;
 };
 /// A sample that is meant to hit a texel's middle does, in spite of the error of its coordinate.
 constexpr unsigned kWeightBits = 9;
@@ -232,7 +232,13 @@ Place placeOf(Builder& ir, Value* coordinate, Value* size) {
     Value* const steps = fma(ir, coordinate, scale, number(scale, 0.5 - kSteps / 2));
     Value* const inside = clamp(ir, steps, number(scale, 0), last);
     Value* const place = ir.CreateFPToSI(inside, laneType(inside, ir.getInt32Ty()));
-    return {ir.CreateLShr(place, kWeightBits), ir.CreateAnd(place, std::uint64_t(kSteps) - 1)};
+    Value* const weight = ir.CreateAnd(place, std::uint64_t(kSteps) - 1);
+    Value* const way = ir.CreateFSub(ir.CreateFSub(inside, number(inside, 0.5)),
+                                     ir.CreateSIToFP(ir.CreateXor(place, weight), inside->getType()));
+    Value* const isOnTexel = ir.CreateICmpEQ(weight, whole(weight, 0));
+    Value* const fraction =
+        ir.CreateSelect(isOnTexel, number(way, 0), ir.CreateFMul(way, number(way, 1 / kSteps)));
+    return {ir.CreateLShr(place, kWeightBits), weight, fraction};
 }
 
 /// Four neighbours of a sample: this row's and the next one's.
@@ -372,11 +378,8 @@ Color mixedBytes(Builder& ir, const Layout& layout, const Neighbours& texels, Va
 /// Bilinear of any channels in floats. What weighs nothing may be anything.
 Color mixedFloats(Builder& ir, const Layout& layout, const Neighbours& texels, Value* weightX,
                   Value* weightY) {
-    const auto mixed = [&](Value* a, Value* b, Value* weight) {
-        llvm::Type* const floats = laneType(weight, ir.getFloatTy());
-        Value* const t = ir.CreateFMul(ir.CreateUIToFP(weight, floats),
-                                       llvm::ConstantFP::get(floats, 1.0 / (1u << kWeightBits)));
-        Value* const other = ir.CreateSelect(ir.CreateICmpEQ(weight, whole(weight, 0)), a, b);
+    const auto mixed = [&](Value* a, Value* b, Value* t) {
+        Value* const other = ir.CreateSelect(ir.CreateFCmpOEQ(t, number(t, 0)), a, b);
         return fma(ir, t, ir.CreateFSub(other, a), a);
     };
     const Color here = decoded(ir, layout, texels.here), right = decoded(ir, layout, texels.right);
@@ -437,8 +440,9 @@ Color sampleTexture(Builder& ir, const TextureOperands& texture, Value* u, Value
     Place column = placeOf(ir, u, texture.width), row = placeOf(ir, v, texture.height);
     const Neighbours texels = neighbours(ir, texture, column.texel, row.texel);
     unify(ir, column.weight, row.weight);
+    unify(ir, column.fraction, row.fraction);
     return layout.bytes == 4 ? mixedBytes(ir, layout, texels, column.weight, row.weight)
-                             : mixedFloats(ir, layout, texels, column.weight, row.weight);
+                             : mixedFloats(ir, layout, texels, column.fraction, row.fraction);
 }
 
 void storeTexels(Builder& ir, TextureFormat format, Value* address, const Color& color) {

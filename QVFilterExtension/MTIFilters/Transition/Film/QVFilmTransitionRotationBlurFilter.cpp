@@ -1,5 +1,7 @@
 #include "QVFilterExtension/MTIFilters/Transition/Film/QVFilmTransitionRotationBlurFilter.h"
 
+#include <cmath>
+
 namespace qv {
 
 const QVFilterClass QVFilmTransitionRotationBlurFilterClass{
@@ -19,5 +21,11 @@ const QVFilterClass QVFilmTransitionRotationBlurFilterClass{
         .step = 0.01,
     })},
 };
+
+MTIParameters QVFilmTransitionRotationBlurFilter::parameters() const {
+    constexpr double kTaps = 9;
+    const double angle = blurFilterValue_ / kTaps;
+    return {{"angle", float(angle)}, {"turn", MTIVector{float(std::cos(angle)), float(std::sin(angle))}}};
+}
 
 }  // namespace qv

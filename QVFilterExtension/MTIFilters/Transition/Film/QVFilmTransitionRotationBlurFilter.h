@@ -17,8 +17,8 @@ class QVFilmTransitionRotationBlurFilter : public QVFilmTransitionAssistFilter {
     double blurFilterValue() const { return blurFilterValue_; }
     void setBlurFilterValue(double value) { blurFilterValue_ = value; }
 
-    /// "blurValue".
-    MTIParameters parameters() const override { return {{"blurValue", float(blurFilterValue_)}}; }
+    /// "angle" and "turn" from tap to tap.
+    MTIParameters parameters() const override;
 
   private:
     double blurFilterValue_ = 0;
