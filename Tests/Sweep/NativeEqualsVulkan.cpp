@@ -24,6 +24,11 @@ namespace {
 /// code 2.4.
 constexpr std::string_view kManySprites[] = {"QVAIStarflashFilter", "QVAIEdgeFlashFilter"};
 
+/// Classes of which ten times as many values may differ, by up to five steps: they follow steeply a mask of
+/// 16-bit floats, and software Vulkan cuts floats off where it stores them as such, by up to 2⁻¹¹, instead of
+/// rounding them.
+constexpr std::string_view kSteepOfHalves[] = {"QVAIGhostContourFilter", "QVAICurrentFilter"};
+
 test::Picture drawn(MTIContext& context, const MTIImage& image, bool inFloats) {
     std::string error;
     test::Picture picture{int(image.size().width), int(image.size().height), {}};
@@ -87,8 +92,11 @@ TEST_P(NativeEqualsVulkan, WithinTwoStepsOfEightBits) {
         }
     }
     EXPECT_GT(values, 0u) << "nothing was compared: is an asset missing?";
+    const bool isSteep = std::ranges::count(kSteepOfHalves, record.name) > 0;
+    if (isSteep) EXPECT_LE(worstDifference, 5.01 / 255) << worst;
     // A hard edge may fall on the other side of a pixel.
-    EXPECT_LE(double(apart), std::max(1e-5 * double(values), 1.0)) << " of " << values << ": " << worst;
+    const double share = isSteep ? 1e-4 : 1e-5;
+    EXPECT_LE(double(apart), std::max(share * double(values), 1.0)) << " of " << values << ": " << worst;
 }
 
 INSTANTIATE_TEST_SUITE_P(, NativeEqualsVulkan,

@@ -27,7 +27,9 @@ float grainLight(Grain grain, vec2 p, float near) {
     vec2 away = p - grain.middle;
     float spark = max(1.0 - dot(away, away) / (grain.size * grain.size), 0.0);
     float twinkle = 0.55 + 0.45 * wave(iTime * (0.5 + grain.phase) + grain.phase * 7.0);
-    return spark * spark * twinkle * step(grain.chance, near * (0.35 + 0.85 * effectValue) - 0.01);
+    // They appear gently, so that none flickers where the line is as near as its chance.
+    float seen = clamp((near * (0.35 + 0.85 * effectValue) - 0.01 - grain.chance) * 16.0, 0.0, 1.0);
+    return spark * spark * twinkle * seen;
 }
 
 vec4 QVAIContourNoiseFilter(vec2 uv) {

@@ -12,7 +12,7 @@ selector int fast;      // 1: about to be smeared, so that the nearest pixels do
 
 vec4 QVFilmRotationTransitionMTIFilter(vec2 uv) {
     vec2 size = outputSize();
-    vec2 away = (uv - 0.5) * size;
+    vec2 away = vec2(pixelHere()) + 0.5 - 0.5 * size;
     vec2 turned = vec2(turn.x * away.x + turn.y * away.y, turn.x * away.y - turn.y * away.x);
     FilmPlace at = filmPlace(center + turned / (size * grow), ivec2(1), opening);
     if (at.incoming) at.inside = 1.0 - at.inside, at.film = 1.0 - at.film;

@@ -25,7 +25,14 @@ const QVFilterClass QVFilmTransitionRotationBlurFilterClass{
 MTIParameters QVFilmTransitionRotationBlurFilter::parameters() const {
     constexpr double kTaps = 9;
     const double angle = blurFilterValue_ / kTaps;
-    return {{"angle", float(angle)}, {"turn", MTIVector{float(std::cos(angle)), float(std::sin(angle))}}};
+    const auto turn = [&](int taps) {
+        return MTIVector{float(std::cos(taps * angle)), float(std::sin(taps * angle))};
+    };
+    return {{"angle", float(angle)},
+            {"turn1", turn(1)},
+            {"turn2", turn(2)},
+            {"turn3", turn(3)},
+            {"turn4", turn(4)}};
 }
 
 }  // namespace qv

@@ -17,7 +17,7 @@ class QVFilmTransitionRotationBlurFilter : public QVFilmTransitionAssistFilter {
     double blurFilterValue() const { return blurFilterValue_; }
     void setBlurFilterValue(double value) { blurFilterValue_ = value; }
 
-    /// "angle" and "turn" from tap to tap.
+    /// "angle" from tap to tap, "turn1" to "turn4".
     MTIParameters parameters() const override;
 
   private:
