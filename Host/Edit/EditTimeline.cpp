@@ -270,11 +270,15 @@ std::unique_ptr<Footage> EditTimeline::open(std::size_t index) {
 }
 
 void EditTimeline::begin() {
-    if (!keepsTimes_ || clips_[0].from <= 0) return;
+    TimelineClip& entry = clips_[0];
+    if (entry.isPicture || isWholeClip_) return;
     first_ = open(0);
-    const double earlier = clips_[0].from - first_->frames()->seconds();
-    clips_[0].from -= earlier;
-    clips_[0].length += earlier;
+    const ShownFrames& frames = *first_->frames();
+    entry.origin = secondsOf(frames.info(), frames.firstTime());
+    if (!keepsTimes_) return;
+    const double earlier = entry.from - frames.seconds();
+    entry.from -= earlier;
+    entry.length += earlier;
     for (std::size_t i = 1; i < clips_.size(); ++i) clips_[i].start += earlier;
 }
 
