@@ -20,14 +20,15 @@ void DeviceOptions::add(const Command& command) {
     command.flag("--validate", validate, "Check every Vulkan call with the validation layer");
 }
 
-std::shared_ptr<MTIContext> DeviceOptions::makeContext(MTIPixelFormat workingFormat) const {
+std::shared_ptr<MTIContext> DeviceOptions::makeContext(MTIPixelFormat workingFormat,
+                                                       MTIFusion fusion) const {
     MTIContextOptions options;
     if (device && *device < 0)
         fail(ExitCode::usage, "--device takes a number that qvfilter devices lists, not '{}'", *device);
     options.deviceIndex = device.value_or(-1);
     options.workingPixelFormat = workingFormat;
     options.validation = validate;
-    options.fusion = noFusion ? MTIFusion::off : MTIFusion::beforeFirstFrame;
+    options.fusion = noFusion ? MTIFusion::off : fusion;
     std::string cause;
     auto context = MTIContext::create(options, &cause);
     if (!context) fail(ExitCode::device, "{}", cause);
