@@ -35,14 +35,14 @@ std::string literal(std::string_view text) {
 
 /// The value of a number that moves, as an expression of `seconds`.
 std::string expressionOf(const PropertyKeys& keys, const std::string& time) {
-    std::string expression = propertyText(keys.keys.front().value);
+    std::string expression;
     for (std::size_t i = 1; i < keys.keys.size(); ++i) {
         const PropertyKey &from = keys.keys[i - 1], &to = keys.keys[i];
-        expression = fmt::format("{} < {} ? {} : moved({}, {}, {}, {}, {})", time, from.time.seconds(0),
-                                 expression, propertyText(from.value), propertyText(to.value),
-                                 from.time.seconds(0), to.time.seconds(0), time);
+        if (i > 1) expression = fmt::format("{} < {} ? {} : ", time, from.time.seconds(0), expression);
+        expression += fmt::format("moved({}, {}, {}, {}, {})", propertyText(from.value), propertyText(to.value),
+                                  from.time.seconds(0), to.time.seconds(0), time);
     }
-    return expression;
+    return expression.empty() ? propertyText(keys.keys.front().value) : expression;
 }
 
 std::string easingNote(const PropertyKeys& keys) {

@@ -1,5 +1,8 @@
 #include "Host/Studio/StudioCards.h"
 
+#include <sys/resource.h>
+#include <unistd.h>
+
 #include <chrono>
 #include <optional>
 
@@ -13,6 +16,8 @@ namespace qv::host {
 namespace {
 constexpr PixelSize kCardSize{192, 108};
 constexpr std::chrono::milliseconds kLook{20};
+/// As nice as a thread can be.
+constexpr int kPatient = 19;
 }  // namespace
 
 StudioCards::StudioCards(GalleryFiles files, std::filesystem::path folder, MTIContext& context,
@@ -77,6 +82,7 @@ void StudioCards::pause() const {
 }
 
 void StudioCards::run() {
+    ::setpriority(PRIO_PROCESS, id_t(::gettid()), kPatient);  // of this thread, and of encoders that it starts
     std::optional<CardRenderer> renderer;
     std::optional<CardStore> store;
     while (true) {

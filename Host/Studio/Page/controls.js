@@ -1,6 +1,6 @@
 // One control for each property of an effect, of the kind that suits it.
 
-import { clamp, icon, iconButton, make } from "./elements.js";
+import { clamp, icon, iconButton, make, sentence } from "./elements.js";
 import { isMoving } from "./model.js";
 
 /** How numbers of a unit are shown: times a factor, with a sign behind. */
@@ -66,7 +66,7 @@ class Controls {
     const reset = iconButton("reset", `Back to the default of ${property.title}`, () => this.model.clearValue(this.effect, property));
     const key = this.model.canMove(property) ? make("button", { type: "button", class: "plain key", onclick: () => this.toggleKey(property) }, icon("key")) : null;
     const root = make("div", { class: "property", "data-property": property.name, role: isGroup ? "group" : null, "aria-labelledby": isGroup ? `${id}-name` : null },
-      make("div", { class: "head" }, label, reset, key), control, make("p", { class: "help" }, property.help));
+      make("div", { class: "head" }, label, reset, key), control, make("p", { class: "help" }, sentence(property.help)));
     return { property, root, show, key, reset };
   }
   toggleKey(property) {
@@ -150,8 +150,9 @@ class Controls {
   }
   /** Two sliders; the stage shows a handle besides. */
   point(property, id, set) {
-    const axes = ["across", "along"].map((name, axis) => this.slider(property, axis ? `${id}-y` : id,
+    const axes = ["x", "y"].map((name, axis) => this.slider(property, axis ? `${id}-y` : id,
       (value) => { const point = numbersOf(this.current(property)); point[axis] = value; set(point.join(",")); }, `${property.title} ${name}`));
+    axes.forEach(({ control }, axis) => control.prepend(make("span", { class: "axis", "aria-hidden": "true" }, axis ? "y" : "x")));
     return { control: make("div", { class: "point" }, axes.map(({ control }) => control)), isGroup: true, show: (value) => numbersOf(value).forEach((number, axis) => axes[axis]?.show(number)) };
   }
   text(id, set) {
