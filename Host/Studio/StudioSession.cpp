@@ -176,13 +176,14 @@ StudioAnswer StudioSession::session() const {
     Json clips = Json::array();
     for (const ProjectClip& clip : choice_.project.clips)
         clips.push_back({{"file", clip.path}, {"name", shortName(clip.path)}});
-    const std::string first = choice_.project.clips.front().path;
+    Json easings = Json::array();
+    for (const Easing& easing : Easing::all()) easings.push_back(easing.name());
     return StudioAnswer::json({{"version", filterLibraryVersion()},
                                {"device", context_->device().name},
                                {"clips", clips},
                                {"project", Json::parse(projectText(choice_.project))},
                                {"timeline", preview_->timeline(choice_.project)},
-                               {"easings", Easing::names()},
+                               {"easings", easings},
                                {"hasMask", !choice_.mask.empty()},
                                {"folder", choice_.folder.string()},
                                {"export", export_->state()}});

@@ -32,6 +32,7 @@ class Browser:
         os.close(its_write)
         self.input, self.output = os.fdopen(our_read, "rb"), os.fdopen(our_write, "wb")
         self.buffer, self.number, self.problems, self.requests, self.session = b"", 0, [], [], None
+        self.complains = True  # of requests that are refused
         target = self.call("Target.createTarget", url="about:blank")["targetId"]
         self.session = self.call("Target.attachToTarget", targetId=target, flatten=True)["sessionId"]
         for domain in ("Page", "Runtime", "Log", "Network"):
@@ -59,7 +60,7 @@ class Browser:
         if method == "Runtime.exceptionThrown":
             details = what["exceptionDetails"]
             self.problems.append(details.get("exception", {}).get("description", details["text"]))
-        elif method == "Log.entryAdded" and what["entry"]["level"] == "error":
+        elif method == "Log.entryAdded" and what["entry"]["level"] == "error" and self.complains:
             self.problems.append(what["entry"]["text"] + " " + what["entry"].get("url", ""))
         elif method == "Network.requestWillBeSent":
             self.requests.append(what["request"]["url"])

@@ -35,7 +35,7 @@ showTheme();
 let moving = {};
 const movingNow = (effect) => moving[model.documentPlace(effect)];
 const timeNow = () => scrubber.time;
-const scrubber = new Scrubber(model, session.easings.split(/[ ,]+/).filter(Boolean), () => {
+const scrubber = new Scrubber(model, session.easings, () => {
   stage.refresh();
   chain.refreshValues();
 });
