@@ -16,6 +16,14 @@ class EditPreview {
     EditPreview(Project project, ReadingOptions reading, const DeviceOptions& device, NoteSink note,
                 double photoSeconds = 0);
 
+    /// The same of a timeline that is known to be right.
+    EditPreview(std::unique_ptr<EditTimeline> timeline, std::shared_ptr<MTIContext> context, NoteSink note,
+                double photoSeconds = 0);
+
+    /// Goes on with another look, as EditTimeline::takeLook() has it; the clips stay open. With mistakes nothing
+    /// is to be asked of it until it has taken another.
+    void takeLook(const Project& project, Mistakes& mistakes, NoteSink note, double photoSeconds);
+
     const EditTimeline& timeline() const { return *timeline_; }
     MTIContext& context() const { return *context_; }
 
@@ -27,6 +35,8 @@ class EditPreview {
     MTIImage transitionAt(std::size_t incoming, double progress);
 
   private:
+    void begin(NoteSink note, double photoSeconds);
+
     std::shared_ptr<MTIContext> context_;
     std::unique_ptr<EditTimeline> timeline_;
     std::unique_ptr<EditPlayers> players_;

@@ -252,6 +252,15 @@ void EditTimeline::checkEffects(Mistakes& mistakes) const {
     for (const ProjectEffect& effect : project_.effects) check(effect, isKnown ? end() : kUnlimited, false);
 }
 
+void EditTimeline::takeLook(const Project& project, Mistakes& mistakes) {
+    project_.effects = project.effects;
+    for (std::size_t i = 0; i < clips_.size(); ++i) {
+        clips_[i].clip.effects = project.clips[i].effects;
+        clips_[i].clip.transition = project.clips[i].transition;
+    }
+    checkEffects(mistakes);
+}
+
 std::unique_ptr<Footage> EditTimeline::open(std::size_t index) {
     const TimelineClip& entry = clips_[index];
     std::unique_ptr<Footage> footage;
