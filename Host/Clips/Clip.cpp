@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstring>
 
 #include "Host/CommandLine/Failure.h"
 
@@ -34,16 +33,6 @@ std::optional<ClipFrame> readFrame(ClipReader& clip) {
 
 double secondsOf(const ClipInfo& info, std::int64_t time) {
     return double(time) * info.video.timeBase.value();
-}
-
-PixelBuffer blankFrame(const ClipVideoFormat& video) {
-    const PixelBuffer frame = PixelBuffer::create(video.pixelFormat, video.width, video.height, video.color);
-    if (!frame) fail(ExitCode::internal, "no memory for frames of {}x{}", video.width, video.height);
-    for (int i = 0; i < PixelBuffer::planeCount(video.pixelFormat); ++i) {
-        const PlaneLayout layout = PixelBuffer::planeLayout(video.pixelFormat, i, video.width, video.height);
-        std::memset(frame.plane(i).data, 0, frame.plane(i).rowBytes * std::size_t(layout.height));
-    }
-    return frame;
 }
 
 ShownFrames::ShownFrames(std::unique_ptr<ClipReader> clip) : clip_(std::move(clip)) {

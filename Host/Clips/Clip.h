@@ -24,9 +24,6 @@ std::optional<ClipFrame> readFrame(ClipReader& clip);
 /// Seconds of a time stamp of the clip's video.
 double secondsOf(const ClipInfo& info, std::int64_t time);
 
-/// A frame of the clip's kind with nothing on it, for building a graph before there are pixels.
-PixelBuffer blankFrame(const ClipVideoFormat& video);
-
 /// The frames of a clip as they are shown, from its first one on. One thread at a time.
 class ShownFrames {
   public:

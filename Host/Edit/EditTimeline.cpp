@@ -21,6 +21,29 @@ double tolerance(double rate) {
     return std::max(kTimeTolerance, rate > 0 ? 0.5 / rate : 0);
 }
 
+/// How many frames of the file have to be counted to know where the part lies; 0 when none.
+std::size_t framesToCount(const ProjectClip& clip) {
+    constexpr std::size_t kAll = 10'000'000;
+    std::size_t count = 0;
+    for (const auto& time : {clip.from, clip.to, clip.duration}) {
+        if (time && time->isFrames) count += std::size_t(std::max(time->value, 0.0)) + 1;
+    }
+    const bool isAfterSeconds = clip.duration && clip.duration->isFrames && clip.from && !clip.from->isFrames;
+    return isAfterSeconds ? kAll : std::min(count, kAll);
+}
+
+/// Seconds of a time in the file. Frames are counted from the one that is shown at `since`.
+double secondsIn(const TimelineClip& entry, const MediaTime& time, double rate, double since = 0) {
+    if (!time.isFrames || entry.frameTimes.empty()) return since + time.seconds(rate);
+    const auto& times = entry.frameTimes;
+    const auto after = std::upper_bound(times.begin(), times.end(), since + kTimeTolerance);
+    const auto first = std::max<std::ptrdiff_t>(after - times.begin(), 1) - 1;
+    const double index = double(first) + time.value;
+    // Past the last one they go on at the rate.
+    const double past = index - double(times.size());
+    return past < 0 ? times[std::size_t(index)] : entry.length + past / (rate > 0 ? rate : kRateOfPictures);
+}
+
 std::string nameOf(const ProjectClip& clip) {
     return clip.path.empty() ? clip.color.hex() : clip.path;
 }
@@ -91,6 +114,10 @@ void EditTimeline::look(TimelineClip& entry, bool needsSize) {
     if (isFirst) streams_ = reader->streams();
     if (!entry.isPicture) {
         const auto start = reader->startTime(), end = reader->endTime();
+        if (const std::size_t count = framesToCount(clip)) {
+            for (const std::int64_t time : reader->frameTimes(count))
+                entry.frameTimes.push_back(secondsOf(info, time - start.value_or(0)));
+        }
         entry.origin = start ? secondsOf(info, *start) : info.start;
         if (start && end && *end > *start) {
             entry.length = secondsOf(info, *end - *start);
@@ -148,10 +175,11 @@ void EditTimeline::setPart(TimelineClip& entry) {
         return;
     }
     const double rate = rateOf(entry.video), all = entry.length;
-    if (clip.from) entry.from = clip.from->seconds(rate);
-    const double to = clip.to         ? clip.to->seconds(rate)
-                      : clip.duration ? entry.from + clip.duration->seconds(rate)
+    if (clip.from) entry.from = secondsIn(entry, *clip.from, rate);
+    const double to = clip.to         ? secondsIn(entry, *clip.to, rate)
+                      : clip.duration ? secondsIn(entry, *clip.duration, rate, entry.from)
                                       : all;
+    entry.frameTimes = {};
     if (entry.from >= all - tolerance(rate))
         fail(ExitCode::input, "'{}' ends at {:.3f} s, before its part begins at {:.3f} s", name, all,
              entry.from);
@@ -251,11 +279,15 @@ std::unique_ptr<Footage> EditTimeline::open(std::size_t index) {
 }
 
 void EditTimeline::begin() {
-    if (!keepsTimes_ || clips_[0].from <= 0) return;
+    TimelineClip& entry = clips_[0];
+    if (entry.isPicture || isWholeClip_) return;
     first_ = open(0);
-    const double earlier = clips_[0].from - first_->frames()->seconds();
-    clips_[0].from -= earlier;
-    clips_[0].length += earlier;
+    const ShownFrames& frames = *first_->frames();
+    entry.origin = secondsOf(frames.info(), frames.firstTime());
+    if (!keepsTimes_) return;
+    const double earlier = entry.from - frames.seconds();
+    entry.from -= earlier;
+    entry.length += earlier;
     for (std::size_t i = 1; i < clips_.size(); ++i) clips_[i].start += earlier;
 }
 

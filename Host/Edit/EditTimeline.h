@@ -22,6 +22,9 @@ struct TimelineClip {
     double length = 0;          ///< of the part; kUnlimited when nobody knows
     double lead = 0, tail = 0;  ///< of the transitions at its two ends
     int soundTracks = 0, subtitleTracks = 0;
+    /// When the file's frames begin, since the first one, as many as the part's ends need where it is given
+    /// in frames; none where the file does not tell.
+    std::vector<double> frameTimes = {};
 
     double end() const { return start + length; }
 };

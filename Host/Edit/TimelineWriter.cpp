@@ -13,7 +13,7 @@ namespace fs = std::filesystem;
 
 /// As a file URL has it: everything escaped but letters, digits and what separates.
 std::string urlOf(const std::string& path) {
-    if (path.find("://") != std::string::npos) return path;
+    if (path.empty() || path.find("://") != std::string::npos) return path;
     std::string url = "file://";
     for (const char c : fs::absolute(path).lexically_normal().string()) {
         const bool isPlain = std::isalnum(static_cast<unsigned char>(c)) ||

@@ -101,7 +101,9 @@ struct ClipReader::State {
     bool jump(std::int64_t time, int flags);
     bool readUpTo(std::int64_t time);
     std::int64_t nominalDuration() const;
+    ffmpeg::InputContext openAgain() const;
     std::optional<std::int64_t> lastPacketEnd() const;
+    std::vector<std::int64_t> frameTimes(std::size_t count) const;
     std::optional<std::int64_t> packetEndFrom(AVFormatContext& context, std::int64_t time) const;
     void stop(const std::string& cause);
     bool fail(const std::string& cause);
@@ -193,20 +195,44 @@ std::int64_t ClipReader::State::nominalDuration() const {
     return std::max<std::int64_t>(av_rescale_q(1, av_inv_q(rate), stream->time_base), 1);
 }
 
-std::optional<std::int64_t> ClipReader::State::lastPacketEnd() const {
-    constexpr std::int64_t kLate = std::numeric_limits<std::int64_t>::max() / 4;
+/// The same input once more, from its beginning; nil where it cannot be read twice.
+ffmpeg::InputContext ClipReader::State::openAgain() const {
     const bool canSeek = !input->pb || (input->pb->seekable & AVIO_SEEKABLE_NORMAL);
     AVFormatContext* context = nullptr;
-    if (!canSeek || avformat_open_input(&context, input->url, input->iformat, nullptr) < 0)
-        return std::nullopt;
-    const ffmpeg::InputContext again(context);
+    if (!canSeek || avformat_open_input(&context, input->url, input->iformat, nullptr) < 0) return {};
+    ffmpeg::InputContext again(context);
     // Where packets have no durations of their own, they come from what is found out here.
-    if (avformat_find_stream_info(context, nullptr) < 0) return std::nullopt;
-    const std::optional<std::int64_t> last = packetEndFrom(*context, kLate);
+    if (avformat_find_stream_info(context, nullptr) < 0) return {};
+    return again;
+}
+
+std::optional<std::int64_t> ClipReader::State::lastPacketEnd() const {
+    constexpr std::int64_t kLate = std::numeric_limits<std::int64_t>::max() / 4;
+    const ffmpeg::InputContext again = openAgain();
+    if (!again) return std::nullopt;
+    const std::optional<std::int64_t> last = packetEndFrom(*again, kLate);
     // Where the container has no index, that was the last packet in the file's order, and the one that is
     // shown last precedes it.
     const auto reordered = std::int64_t(kReorderedSeconds / av_q2d(stream->time_base));
-    return last ? std::max(last, packetEndFrom(*context, *last - reordered)) : std::nullopt;
+    return last ? std::max(last, packetEndFrom(*again, *last - reordered)) : std::nullopt;
+}
+
+std::vector<std::int64_t> ClipReader::State::frameTimes(std::size_t count) const {
+    // No codec in use stores a frame more of them away from its place in display order.
+    constexpr std::size_t kReorderedFrames = 64;
+    const ffmpeg::InputContext again = openAgain();
+    const ffmpeg::Packet read(av_packet_alloc());
+    if (!again || !read || int(again->nb_streams) <= stream->index) return {};
+    std::vector<std::int64_t> times;
+    while (times.size() < count + kReorderedFrames && av_read_frame(again.get(), read.get()) >= 0) {
+        const bool shown = read->stream_index == stream->index && !(read->flags & AV_PKT_FLAG_DISCARD);
+        if (shown && read->pts == AV_NOPTS_VALUE) return {};
+        if (shown) times.push_back(read->pts);
+        av_packet_unref(read.get());
+    }
+    std::sort(times.begin(), times.end());
+    times.resize(std::min(times.size(), count));
+    return times;
 }
 
 /// When the last of the frames ends whose packets follow a place in the file.
@@ -421,6 +447,10 @@ std::unique_ptr<ClipReader> ClipReader::open(const std::string& path, const Clip
 
 std::optional<std::int64_t> ClipReader::endTime() const {
     return state_->lastPacketEnd();
+}
+
+std::vector<std::int64_t> ClipReader::frameTimes(std::size_t count) const {
+    return state_->frameTimes(count);
 }
 
 std::optional<std::int64_t> ClipReader::startTime() const {

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <variant>
+#include <vector>
 
 #include "Platform/Media/ClipInfo.h"
 
@@ -60,9 +63,14 @@ class ClipReader {
     /// packets without decoding anything. Nothing where they do not tell. Opens the file a second time.
     std::optional<std::int64_t> endTime() const;
 
-    /// When the clip's first frame begins, in the same units, as the file tells. Nothing where it does not, and
-    /// where a file may begin with frames that nothing can be made of.
+    /// When the clip's first frame begins, in the same units, as the file tells. Nothing where it does not,
+    /// and where a file may begin with frames that nothing can be made of.
     std::optional<std::int64_t> startTime() const;
+
+    /// When the first frames begin, up to `count` of them, in the same units and in the order of their times,
+    /// read from the file's packets without decoding anything. Nothing where they do not tell. Opens the file
+    /// a second time.
+    std::vector<std::int64_t> frameTimes(std::size_t count) const;
 
     /// One line that names file and cause, once reading has failed; empty as long as it has not.
     const std::string& error() const;

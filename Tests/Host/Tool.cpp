@@ -10,6 +10,8 @@
 #include <cmath>
 #include <csignal>
 #include <cstdlib>
+#include <cstring>
+#include <numbers>
 #include <sstream>
 #include <thread>
 
@@ -133,6 +135,26 @@ std::string packetHash(const std::string& path, const std::string& stream) {
 std::string rgbFrame(const std::string& path, int index) {
     return ffmpegOutput({"-i", path, "-vf", "select=eq(n\\," + std::to_string(index) + ")", "-frames:v", "1",
                          "-f", "rawvideo", "-pix_fmt", "rgb24", "-"});
+}
+
+std::vector<float> soundOf(const std::string& path) {
+    const std::string raw = path + ".raw";
+    ffmpeg({"-i", path, "-af", "pan=mono|c0=c0", "-f", "f32le", raw});
+    const std::string bytes = readBytes(raw);
+    std::vector<float> samples(bytes.size() / sizeof(float));
+    std::memcpy(samples.data(), bytes.data(), samples.size() * sizeof(float));
+    return samples;
+}
+
+double tone(const std::vector<float>& samples, double frequency, double seconds, int rate) {
+    const int count = rate / 20, begin = int(seconds * rate) - count / 2;
+    double cosine = 0, sine = 0;
+    for (int i = begin; i < begin + count; ++i) {
+        const double angle = 2 * std::numbers::pi * frequency * i / rate;
+        cosine += samples.at(std::size_t(i)) * std::cos(angle);
+        sine += samples.at(std::size_t(i)) * std::sin(angle);
+    }
+    return 2 * std::hypot(cosine, sine) / count;
 }
 
 double rmsDifference(const std::string& a, const std::string& b) {

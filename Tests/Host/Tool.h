@@ -61,6 +61,11 @@ std::string packetHash(const std::string& path, const std::string& stream);
 /// Frame number `index` as RGB bytes, turned as a player would.
 std::string rgbFrame(const std::string& path, int index = 0);
 
+/// The first channel of a clip's sound, as the file's rate has it.
+std::vector<float> soundOf(const std::string& path);
+/// Amplitude of a tone over the 50 ms around a time.
+double tone(const std::vector<float>& samples, double frequency, double seconds, int rate = 48000);
+
 /// Root of the mean squared difference; huge when the sizes differ.
 double rmsDifference(const std::string& a, const std::string& b);
 /// Mean of the largest minus the smallest of each pixel's R, G and B.

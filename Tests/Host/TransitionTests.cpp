@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <numbers>
 
 #include "Tests/Host/Tool.h"
@@ -55,28 +54,6 @@ class Transition : public testing::Test {
     static double number(const Json& stream, const char* key) {
         return std::stod(stream.value(key, std::string("-1")));
     }
-    /// Left channel.
-    static std::vector<float> sound(const std::string& clip) {
-        const std::string raw = clip + ".raw";
-        ffmpeg({"-i", clip, "-af", "pan=mono|c0=c0", "-f", "f32le", raw});
-        const std::string bytes = readBytes(raw);
-        std::vector<float> samples(bytes.size() / sizeof(float));
-        std::memcpy(samples.data(), bytes.data(), samples.size() * sizeof(float));
-        return samples;
-    }
-    /// Amplitude of a tone over the 50 ms around a time.
-    static double tone(const std::vector<float>& samples, double frequency, double seconds,
-                       int rate = 48000) {
-        const int count = rate / 20, begin = int(seconds * rate) - count / 2;
-        double cosine = 0, sine = 0;
-        for (int i = begin; i < begin + count; ++i) {
-            const double angle = 2 * std::numbers::pi * frequency * i / rate;
-            cosine += samples.at(std::size_t(i)) * std::cos(angle);
-            sine += samples.at(std::size_t(i)) * std::sin(angle);
-        }
-        return 2 * std::hypot(cosine, sine) / count;
-    }
-
     static inline TemporaryFolder* files_ = nullptr;
 
   private:
@@ -108,7 +85,7 @@ TEST_F(Transition, JoinsTheClipsAndFadesTheirSound) {
     EXPECT_LT(like(50, "b.mp4", 20), 5) << "the first one after it";
     EXPECT_LT(like(69, "b.mp4", 39), 5);
 
-    const std::vector<float> samples = sound(output);
+    const std::vector<float> samples = soundOf(output);
     const double full = tone(samples, 440, 0.5);
     EXPECT_GT(full, 0.3);
     EXPECT_NEAR(tone(samples, 440, 1.1), full, 0.02);
@@ -131,14 +108,15 @@ TEST_F(Transition, TheSecondClipTakesTheFirstOnesKind) {
     EXPECT_EQ(audio["sample_rate"], "48000");
     EXPECT_EQ(audio["channels"], 2);
     EXPECT_NEAR(number(audio, "duration"), number(video, "duration"), 0.04);
-    EXPECT_GT(tone(sound(output), 1000, 3), 0.3);
+    EXPECT_GT(tone(soundOf(output), 1000, 3), 0.3);
 }
 
 TEST_F(Transition, SoundOnOneSideOrNone) {
-    const std::vector<float> leaving = sound(make("a.mp4", "mute.mp4", "leaving.mov", {"--duration", "0.8"}));
+    const std::vector<float> leaving =
+        soundOf(make("a.mp4", "mute.mp4", "leaving.mov", {"--duration", "0.8"}));
     EXPECT_NEAR(tone(leaving, 440, 1.6), tone(leaving, 440, 0.5) * std::sqrt(0.5), 0.02);
     EXPECT_LT(tone(leaving, 440, 2.2), 0.01);
-    const std::vector<float> coming = sound(make("mute.mp4", "b.mp4", "coming.mkv", {"--duration", "0.8"}));
+    const std::vector<float> coming = soundOf(make("mute.mp4", "b.mp4", "coming.mkv", {"--duration", "0.8"}));
     EXPECT_LT(tone(coming, 1000, 0.5), 0.01);
     EXPECT_GT(tone(coming, 1000, 2), 0.3);
     EXPECT_TRUE(probe(make("mute.mp4", "mute.mp4", "mute-mute.mp4"), "a:0").empty());
@@ -152,7 +130,7 @@ TEST_F(Transition, PicturesStandStill) {
         make("picture.png", "a.mp4", "first.mp4", {"--still-seconds", "1.2", "--duration", "0.4"});
     EXPECT_EQ(number(probe(pictureFirst, "v:0"), "nb_read_frames"), (1.2 + 2 - 0.4) * 25);
     EXPECT_LT(rmsDifference(rgbFrame(pictureFirst, 3), rgbFrame(path("picture.png"))), 12);
-    EXPECT_NEAR(tone(sound(pictureFirst), 440, 2.5), tone(sound(path("a.mp4")), 440, 1), 0.02);
+    EXPECT_NEAR(tone(soundOf(pictureFirst), 440, 2.5), tone(soundOf(path("a.mp4")), 440, 1), 0.02);
     const Json two = probe(make("wide.png", "blue.png", "two.mp4", {"--still-seconds", "1.5"}), "v:0");
     EXPECT_EQ(two["width"], 200);
     EXPECT_EQ(number(two, "nb_read_frames"), 2 * 30);
