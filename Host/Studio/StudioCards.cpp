@@ -82,7 +82,8 @@ void StudioCards::pause() const {
 }
 
 void StudioCards::run() {
-    ::setpriority(PRIO_PROCESS, id_t(::gettid()), kPatient);  // of this thread, and of encoders that it starts
+    ::setpriority(PRIO_PROCESS, id_t(::gettid()),
+                  kPatient);  // of this thread, and of encoders that it starts
     std::optional<CardRenderer> renderer;
     std::optional<CardStore> store;
     while (true) {
