@@ -26,9 +26,9 @@ struct Options {
     StudioChoice studio;
 };
 
-/// Of a transition between two clips, to begin with.
 bool isProject(const std::string& path) {
-    return fs::path(path).extension() == ".json";
+    const fs::path extension = fs::path(path).extension();
+    return extension == ".json" || extension == ".otio";
 }
 
 Project projectOf(const std::vector<std::string>& paths) {
@@ -36,7 +36,8 @@ Project projectOf(const std::vector<std::string>& paths) {
         Mistakes mistakes;
         Project project = parseProject(paths[0], readDocumentText(paths[0]), {}, mistakes, writeNote);
         mistakes.check();
-        if (project.sound) fail(ExitCode::usage, "'{}' has a sound track, which the studio cannot show", paths[0]);
+        if (project.sound)
+            fail(ExitCode::usage, "'{}' has a sound track, which the studio cannot show", paths[0]);
         return project;
     }
     Project project;

@@ -19,9 +19,8 @@ constexpr const char* kMove =
     "}\n\n";
 
 bool isNumber(const PropertyKeys& keys) {
-    return std::all_of(keys.keys.begin(), keys.keys.end(), [](const PropertyKey& key) {
-        return std::holds_alternative<double>(key.value);
-    });
+    return std::all_of(keys.keys.begin(), keys.keys.end(),
+                       [](const PropertyKey& key) { return std::holds_alternative<double>(key.value); });
 }
 
 std::string literal(std::string_view text) {
@@ -39,8 +38,8 @@ std::string expressionOf(const PropertyKeys& keys, const std::string& time) {
     for (std::size_t i = 1; i < keys.keys.size(); ++i) {
         const PropertyKey &from = keys.keys[i - 1], &to = keys.keys[i];
         if (i > 1) expression = fmt::format("{} < {} ? {} : ", time, from.time.seconds(0), expression);
-        expression += fmt::format("moved({}, {}, {}, {}, {})", propertyText(from.value), propertyText(to.value),
-                                  from.time.seconds(0), to.time.seconds(0), time);
+        expression += fmt::format("moved({}, {}, {}, {}, {})", propertyText(from.value),
+                                  propertyText(to.value), from.time.seconds(0), to.time.seconds(0), time);
     }
     return expression.empty() ? propertyText(keys.keys.front().value) : expression;
 }
@@ -48,8 +47,9 @@ std::string expressionOf(const PropertyKeys& keys, const std::string& time) {
 std::string easingNote(const PropertyKeys& keys) {
     std::string names;
     for (const PropertyKey& key : keys.keys) {
-        if (!(key.easing == Easing())) names += fmt::format("{}{} to {}", names.empty() ? "" : ", ",
-                                                            key.easing.name(), propertyText(key.value));
+        if (!(key.easing == Easing()))
+            names += fmt::format("{}{} to {}", names.empty() ? "" : ", ", key.easing.name(),
+                                 propertyText(key.value));
     }
     return names.empty() ? "" : "  // eased: " + names;
 }
@@ -60,18 +60,21 @@ class Code {
         if (effects.empty()) return;
         text_ += fmt::format("struct {} {{\n", name);
         for (std::size_t i = 0; i < effects.size(); ++i) {
-            text_ += fmt::format("    std::unique_ptr<qv::QVMTIFilter> filter{} = qv::createFilter(\"{}\");\n", i + 1,
-                                 effects[i].choice.filterClass->name);
+            text_ +=
+                fmt::format("    std::unique_ptr<qv::QVMTIFilter> filter{} = qv::createFilter(\"{}\");\n",
+                            i + 1, effects[i].choice.filterClass->name);
         }
         text_ += fmt::format("\n    {}() {{\n", name);
         for (std::size_t i = 0; i < effects.size(); ++i) {
             for (const auto& [property, value] : effects[i].choice.settings)
-                text_ += fmt::format("        qv::setPropertyFromText(*filter{}, \"{}\", {});\n", i + 1, property->name,
-                                     literal(propertyText(value)));
+                text_ += fmt::format("        qv::setPropertyFromText(*filter{}, \"{}\", {});\n", i + 1,
+                                     property->name, literal(propertyText(value)));
         }
-        text_ += "    }\n\n    /// `seconds` since the clip began.\n"
-                 "    qv::MTIImage picture(qv::MTIImage image, double seconds, const qv::MTIImage& mask = {}) {\n";
-        for (std::size_t i = 0; i < effects.size(); ++i) addFrame(effects[i].choice, fmt::format("filter{}", i + 1));
+        text_ +=
+            "    }\n\n    /// `seconds` since the clip began.\n"
+            "    qv::MTIImage picture(qv::MTIImage image, double seconds, const qv::MTIImage& mask = {}) {\n";
+        for (std::size_t i = 0; i < effects.size(); ++i)
+            addFrame(effects[i].choice, fmt::format("filter{}", i + 1));
         text_ += "        return image;\n    }\n};\n\n";
     }
 
@@ -90,7 +93,8 @@ class Code {
         if (const auto& span = choice.span) {
             const double from = span->from.seconds(0);
             std::string when = from > 0 ? fmt::format("seconds >= {}", from) : "";
-            if (span->to) when += fmt::format("{}seconds < {}", when.empty() ? "" : " && ", span->to->seconds(0));
+            if (span->to)
+                when += fmt::format("{}seconds < {}", when.empty() ? "" : " && ", span->to->seconds(0));
             line(indent, fmt::format("if ({}) {{", when.empty() ? "true" : when));
             indent += "    ";
             if (from > 0) time = fmt::format("(seconds - {})", from);
@@ -99,10 +103,12 @@ class Code {
         for (const QVInput& input : filterClass.allInputs()) {
             const bool isMask = input.role == QVInputRole::mask;
             if ((input.role != QVInputRole::frame && !isMask) || input.isBuffer) continue;
-            line(indent, fmt::format("qv::setInput(*{}, \"{}\", {});", filter, input.name, isMask ? "mask" : "image"));
+            line(indent, fmt::format("qv::setInput(*{}, \"{}\", {});", filter, input.name,
+                                     isMask ? "mask" : "image"));
         }
         if (filterClass.property(timeProperty(filterClass)) && !choice.sets(timeProperty(filterClass)))
-            line(indent, fmt::format("qv::setProperty(*{}, \"{}\", {});", filter, timeProperty(filterClass), time));
+            line(indent,
+                 fmt::format("qv::setProperty(*{}, \"{}\", {});", filter, timeProperty(filterClass), time));
         for (const PropertyKeys& keys : choice.keys) {
             if (isNumber(keys)) {
                 moves_ = true;

@@ -16,8 +16,8 @@ namespace qv::host {
 namespace {
 constexpr PixelSize kCardSize{192, 108};
 constexpr std::chrono::milliseconds kLook{20};
-/// As nice as a thread can be.
-constexpr int kPatient = 19;
+/// How much a card gives way to everything else: as `nice` has it.
+constexpr int kPatient = 5;
 }  // namespace
 
 StudioCards::StudioCards(GalleryFiles files, std::filesystem::path folder, MTIContext& context,
@@ -82,7 +82,8 @@ void StudioCards::pause() const {
 }
 
 void StudioCards::run() {
-    ::setpriority(PRIO_PROCESS, id_t(::gettid()), kPatient);  // of this thread, and of encoders that it starts
+    ::setpriority(PRIO_PROCESS, id_t(::gettid()),
+                  kPatient);  // of this thread, and of encoders that it starts
     std::optional<CardRenderer> renderer;
     std::optional<CardStore> store;
     while (true) {

@@ -21,7 +21,8 @@ class StudioCards {
     /// `folder` takes their files. `isBusy` tells when the device is wanted for something else; `made` is
     /// told of each card, on a thread of its own. The context must outlive it.
     StudioCards(GalleryFiles files, std::filesystem::path folder, MTIContext& context,
-                std::function<bool()> isBusy, std::function<void(const std::string& name, const Json& card)> made);
+                std::function<bool()> isBusy,
+                std::function<void(const std::string& name, const Json& card)> made);
     /// Leaves the one that is being made.
     ~StudioCards();
 

@@ -56,9 +56,10 @@ StudioExport::~StudioExport() {
 }
 
 fs::path StudioExport::target(const std::string& name) const {
-    const bool isPlain = !name.empty() && name.size() <= kLongestName && name.front() != '.' &&
-                         name.front() != '-' && name.find_first_of("/\\") == std::string::npos &&
-                         std::none_of(name.begin(), name.end(), [](unsigned char c) { return std::iscntrl(c); });
+    const bool isPlain =
+        !name.empty() && name.size() <= kLongestName && name.front() != '.' && name.front() != '-' &&
+        name.find_first_of("/\\") == std::string::npos &&
+        std::none_of(name.begin(), name.end(), [](unsigned char c) { return std::iscntrl(c); });
     if (!isPlain) fail(ExitCode::usage, "'{}' is no name of a file in {}", oneLine(name), folder_.string());
     const fs::path path = folder_ / name;
     std::error_code ignored;
@@ -111,7 +112,8 @@ void StudioExport::run(const Project& project, double seconds, const EditOutput&
         state["frames"] = frames;
         state["total"] = total;
         const double spent = std::chrono::duration<double>(now - begin).count();
-        if (total > 0) state["left"] = spent / double(frames) * double(std::max<std::int64_t>(total - frames, 0));
+        if (total > 0)
+            state["left"] = spent / double(frames) * double(std::max<std::int64_t>(total - frames, 0));
         report(state);
     };
     const auto end = [&](const char* how, const std::string& error) {

@@ -4,10 +4,10 @@
 #include <string>
 
 // The build embeds Page/studio.css as the bytes qvStudio_studio_css and their number.
-#define QV_STUDIO_FILES(FILE)                                   \
-    FILE(studio_html, "", "text/html; charset=utf-8")           \
-    FILE(studio_css, "studio.css", "text/css; charset=utf-8")   \
-    FILE(panels_css, "panels.css", "text/css; charset=utf-8")   \
+#define QV_STUDIO_FILES(FILE)                                            \
+    FILE(studio_html, "", "text/html; charset=utf-8")                    \
+    FILE(studio_css, "studio.css", "text/css; charset=utf-8")            \
+    FILE(panels_css, "panels.css", "text/css; charset=utf-8")            \
     FILE(studio_js, "studio.js", "text/javascript; charset=utf-8")       \
     FILE(server_js, "server.js", "text/javascript; charset=utf-8")       \
     FILE(model_js, "model.js", "text/javascript; charset=utf-8")         \
@@ -19,7 +19,7 @@
     FILE(scrubber_js, "scrubber.js", "text/javascript; charset=utf-8")   \
     FILE(dialogs_js, "dialogs.js", "text/javascript; charset=utf-8")
 
-#define QV_DECLARE(symbol, name, type)   \
+#define QV_DECLARE(symbol, name, type)     \
     extern const char qvStudio_##symbol[]; \
     extern const std::uint64_t qvStudio_##symbol##Size;
 extern "C" {

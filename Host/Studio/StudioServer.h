@@ -37,15 +37,16 @@ class StudioServer {
   public:
     using Answer = std::function<StudioAnswer(const StudioRequest&)>;
 
-    /// Takes the port, or without one (0) the studio's usual one, so that the browser finds what it remembers,
-    /// or else any that is free. `answer` is called on several threads at once and must not throw. Fails as
-    /// usage when the port is taken.
+    /// Takes the port, or without one (0) the studio's usual one, so that the browser finds what it
+    /// remembers, or else any that is free. `answer` is called on several threads at once and must not throw.
+    /// Fails as usage when the port is taken.
     StudioServer(int port, Answer answer);
     ~StudioServer();
 
     /// With the token.
     std::string address() const;
-    /// An address that leads there once. Whoever sees the browser's command line can do nothing with it later.
+    /// An address that leads there once. Whoever sees the browser's command line can do nothing with it
+    /// later.
     std::string openingAddress() const;
 
     /// Tells all open pages. Thread-safe.

@@ -32,8 +32,8 @@ constexpr std::chrono::milliseconds kBeat{50};
 
 /// What a project of the page may say. Nothing of it leads to another file than those that were opened.
 const std::vector<std::string_view> kProjectMembers{"size", "fps", "fit", "clipSound", "clips", "effects"};
-const std::vector<std::string_view> kClipMembers{"file", "color",  "from",    "to",        "duration",
-                                                 "fit",  "gain",   "effects", "transition"};
+const std::vector<std::string_view> kClipMembers{"file", "color", "from",    "to",        "duration",
+                                                 "fit",  "gain",  "effects", "transition"};
 
 StudioAnswer refusal(int status, const std::string& text) {
     return {.status = status, .body = text + "\n"};
@@ -67,30 +67,31 @@ fs::path temporaryFolder() {
 
 StudioSession::StudioSession(StudioChoice choice) : choice_(std::move(choice)) {
     for (ProjectClip& clip : choice_.project.clips) {
-        if (!clip.path.empty()) clip.path = fs::absolute(clip.path).lexically_normal().string();
-        files_.insert(clip.path);
+        if (clip.path.empty()) continue;
+        clip.path = fs::absolute(clip.path).lexically_normal().string();
+        files_.emplace(clip.path, clip.mask.empty() ? choice_.mask : clip.mask);
     }
     const auto reading = [this](const std::string& path) {
         return choice_.output.encoding.readerOptions(path);
     };
     // What is wrong with the files is told before a device is opened.
     Mistakes mistakes;
-    Project given = choice_.project;
-    for (ProjectClip& clip : given.clips) clip.mask = clip.path.empty() ? "" : choice_.mask;
-    EditTimeline(given, reading, EditPurpose::pictures, mistakes);
+    EditTimeline(withMasks(choice_.project), reading, EditPurpose::pictures, mistakes);
     mistakes.check();
+    for (ProjectClip& clip : choice_.project.clips) clip.mask.clear();
     // Frames do not wait for programs that would make them a little quicker.
     context_ = choice_.output.device.makeContext(MTIPixelFormat::rgba8Unorm, MTIFusion::inBackground);
     cardsFolder_ = temporaryFolder();
-    server_ = std::make_unique<StudioServer>(choice_.port,
-                                             [this](const StudioRequest& request) { return answer(request); });
+    server_ = std::make_unique<StudioServer>(
+        choice_.port, [this](const StudioRequest& request) { return answer(request); });
     preview_ = std::make_unique<StudioPreview>(
         reading, context_, [this](const std::string& line) { server_->send("note", oneLine(line)); });
-    GalleryFiles files{.mask = choice_.mask};
+    GalleryFiles files;
     for (const ProjectClip& clip : choice_.project.clips) {
-        if (files.clips.size() < 2 && !clip.path.empty()) files.clips.push_back(clip.path);
+        if (clip.path.empty() || files.clips.size() == 2) continue;
+        if (files.clips.empty()) files.mask = files_.at(clip.path);
+        files.clips.push_back(clip.path);
     }
-    if (files.clips.empty()) files.mask.clear();
     cards_ = std::make_unique<StudioCards>(
         files, cardsFolder_, *context_, [this] { return preview_->isBusy(); },
         [this](const std::string& name, const Json& card) {
@@ -152,7 +153,8 @@ Project StudioSession::projectOf(const StudioRequest& request) const {
     const auto checkMembers = [](const DocumentValue& value, const std::vector<std::string_view>& allowed) {
         for (const auto& [name, member] : value.members) {
             if (std::find(allowed.begin(), allowed.end(), name) == allowed.end())
-                throw StudioMistakes{{fmt::format("{}: '{}' is not for the studio", member.place.path, oneLine(name))}};
+                throw StudioMistakes{
+                    {fmt::format("{}: '{}' is not for the studio", member.place.path, oneLine(name))}};
         }
     };
     checkMembers(document, kProjectMembers);
@@ -161,13 +163,18 @@ Project StudioSession::projectOf(const StudioRequest& request) const {
         checkMembers(clip, kClipMembers);
         const DocumentValue* file = clip.member("file");
         if (file && !files_.contains(file->text))
-            throw StudioMistakes{{fmt::format("{}: '{}' is not open", file->place.path, oneLine(file->text))}};
+            throw StudioMistakes{
+                {fmt::format("{}: '{}' is not open", file->place.path, oneLine(file->text))}};
     }
     Mistakes mistakes;
     Project project = parseProject(kName, request.body, {}, mistakes, [](const std::string&) {});
     if (!mistakes.empty()) throw StudioMistakes{mistakes.lines()};
+    return withMasks(std::move(project));
+}
+
+Project StudioSession::withMasks(Project project) const {
     for (ProjectClip& clip : project.clips) {
-        if (!clip.path.empty()) clip.mask = choice_.mask;
+        if (const auto found = files_.find(clip.path); found != files_.end()) clip.mask = found->second;
     }
     return project;
 }
@@ -176,15 +183,17 @@ StudioAnswer StudioSession::session() const {
     Json clips = Json::array();
     for (const ProjectClip& clip : choice_.project.clips)
         clips.push_back({{"file", clip.path}, {"name", shortName(clip.path)}});
+    const bool hasMask =
+        std::any_of(files_.begin(), files_.end(), [](const auto& each) { return !each.second.empty(); });
     Json easings = Json::array();
     for (const Easing& easing : Easing::all()) easings.push_back(easing.name());
     return StudioAnswer::json({{"version", filterLibraryVersion()},
                                {"device", context_->device().name},
                                {"clips", clips},
                                {"project", Json::parse(projectText(choice_.project))},
-                               {"timeline", preview_->timeline(choice_.project)},
+                               {"timeline", preview_->timeline(withMasks(choice_.project))},
                                {"easings", easings},
-                               {"hasMask", !choice_.mask.empty()},
+                               {"hasMask", hasMask},
                                {"folder", choice_.folder.string()},
                                {"export", export_->state()}});
 }
@@ -201,7 +210,8 @@ StudioAnswer StudioSession::catalogue() const {
 StudioAnswer StudioSession::frame(const StudioRequest& request) {
     const Project project = projectOf(request);
     const double seconds = std::max(numberOf(request.parameter("time")), 0.0);
-    const int side = int(std::clamp(numberOf(request.parameter("side")), double(kSmallestSide), double(kLargestSide)));
+    const int side =
+        int(std::clamp(numberOf(request.parameter("side")), double(kSmallestSide), double(kLargestSide)));
     auto picture = preview_->picture(project, seconds, side, request.parameter("view"));
     if (!picture) return {.status = 204};
     return {.type = "image/jpeg",

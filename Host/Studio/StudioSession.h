@@ -1,8 +1,8 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <memory>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -15,8 +15,8 @@ namespace qv::host {
 
 /// What a studio is opened with.
 struct StudioChoice {
-    Project project;  ///< to begin with; only its files are ever read
-    std::string mask;  ///< of the clips
+    Project project;               ///< to begin with; only its files are ever read
+    std::string mask;              ///< of the clips that have none
     std::filesystem::path folder;  ///< of exports
     EditOutput output;
     int port = 0;
@@ -47,10 +47,11 @@ class StudioSession {
 
     /// The project of a request. Throws StudioMistakes.
     Project projectOf(const StudioRequest& request) const;
+    Project withMasks(Project project) const;
 
     StudioChoice choice_;
-    std::set<std::string> files_;         ///< that were opened
-    std::filesystem::path cardsFolder_;  ///< a temporary one
+    std::map<std::string, std::string> files_;  ///< that were opened, with the masks of their subjects
+    std::filesystem::path cardsFolder_;         ///< a temporary one
     std::shared_ptr<MTIContext> context_;
     std::unique_ptr<StudioPreview> preview_;
     std::unique_ptr<StudioServer> server_;  ///< whose threads use what is above it and below

@@ -12,7 +12,7 @@ import { setUpDialogs } from "./dialogs.js";
 const [session, entries] = await Promise.all([getJSON("api/session"), getJSON("api/catalogue")]);
 const model = new Model(new Map(entries.map((entry) => [entry.name, entry])), session.project, session.timeline);
 document.title = `${session.clips.map(({ name }) => name).join(", ")} – Studio`;
-byId("clip-name").textContent = session.clips.map(({ name }) => name).join(" · ");
+byId("clip-name").textContent = session.clips.map(({ name }) => name || "colour").join(" · ");
 byId("device").textContent = `${session.device} · ${session.version}`;
 
 // ---- Colours ------------------------------------------------------------------------------------------------
