@@ -46,7 +46,8 @@ MTIImage EditPreview::imageAt(double seconds) {
     FrameLayer& first = frame.layers.front();
     if (frame.layers.size() > 1) {
         const TimelineClip& incoming = timeline_->clips()[frame.layers.back().clip];
-        frame.progress = std::clamp((seconds - incoming.start) / incoming.lead, 0.0, 1.0);
+        const double middle = seconds + 0.5 / timeline_->rate();
+        frame.progress = std::clamp((middle - incoming.start) / incoming.lead, 0.0, 1.0);
     } else if (ShownFrames* frames = players_->footage(first.clip).frames();
                frames && timeline_->keepsTimes()) {
         const double earlier = first.sourceSeconds - frames->seconds();

@@ -27,8 +27,9 @@ class EditPreview {
     const EditTimeline& timeline() const { return *timeline_; }
     MTIContext& context() const { return *context_; }
 
-    /// The picture that is shown at a time, upright, as a graph of the output's size. Effects see the time of
-    /// the clip's frame where it is at its own, as in a clip that keeps them. Fails as input, usage or
+    /// The picture of the frame that begins at a time, upright, as a graph of the output's size. Effects see the
+    /// time of the clip's frame where it is at its own, as in a clip that keeps them; a transition is at the
+    /// progress of the frame's middle. Fails as input, usage or
     /// internal.
     MTIImage imageAt(double seconds);
     /// A transition at a progress, between the frames that are shown then.

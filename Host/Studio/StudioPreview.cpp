@@ -54,6 +54,9 @@ Json movingOf(const EditTimeline& timeline, double seconds) {
         for (std::size_t k = 0; k < effects.size(); ++k)
             addMoving(moving, fmt::format("clips[{}].effects[{}]", i, k), effects[k].choice,
                       seconds - clips[i].start, timeline.rate());
+        if (const auto& transition = clips[i].clip.transition)
+            addMoving(moving, fmt::format("clips[{}].transition", i), transition->choice,
+                      seconds - clips[i].start, timeline.rate());
     }
     const auto& whole = timeline.project().effects;
     for (std::size_t k = 0; k < whole.size(); ++k)

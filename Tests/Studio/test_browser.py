@@ -3,7 +3,6 @@
 import json
 import os
 import subprocess
-import time
 import unittest
 
 import numpy
@@ -23,7 +22,7 @@ def pixels(path, moment=None):
 @unittest.skipUnless(browser.program(), "there is no Chromium")
 class Page(unittest.TestCase):
     def setUp(self):
-        self.studio = Studio()
+        self.studio = Studio(2 if "clips" in self.id() else 1)
         self.browser = browser.Browser()
         self.browser.open(self.studio.address)
 
@@ -116,6 +115,29 @@ class Page(unittest.TestCase):
         again = self.studio.path("again.mkv")
         subprocess.run(command.replace("qvfilter", TOOL, 1).replace("-o look.mkv", f"-o {again} --quiet"), shell=True, check=True)
         self.assertLess(abs(pixels(clip, moment) - pixels(again, moment)).mean(), 1e-9)
+
+    def test_clips_with_a_transition_between(self):
+        page = self.browser
+        page.click("#targets .join")
+        self.find("sliding strips")
+        page.click("[data-name=QVSliceTransitionMTIFilter] .add")
+        page.wait("qvStudio.model.timeline.seconds === 3")
+        page.wait("Math.abs(qvStudio.scrubber.time - 1.52) < 0.021")
+        page.run("(() => { const n = document.querySelector('[data-property=count] input[type=number]'); n.value = 5; n.dispatchEvent(new Event('change')); })()")
+        page.run("qvStudio.model.select(1); qvStudio.model.add('QVBlackWhiteMTIFilter'); qvStudio.scrubber.goTo(1.4)")
+        picture, project = self.render("both.png"), self.studio.path("look.json")
+        page.run("document.activeElement.blur()")
+        page.key("c", modifiers=2)
+        page.wait("document.getElementById('copy-dialog').open")
+        with open(project, "w") as file:
+            file.write(page.run("document.querySelector('[data-text=project]').textContent"))
+        clip = self.studio.path("both.mkv")
+        subprocess.run([TOOL, "edit", project, "--codec", "ffv1", "-o", clip, "--quiet"], check=True)
+        self.assertLess(abs(pixels(clip, 1.4) - pixels(picture)).mean(), 6)
+        plain = self.studio.path("plain.png")
+        subprocess.run([TOOL, "transition", "QVSliceTransitionMTIFilter:count=5", "-i", self.studio.clips[0], "-i", self.studio.clips[1],
+                        "--at", "0.4", "-o", plain], check=True)
+        self.assertGreater(abs(pixels(plain) - pixels(picture)).mean(), 10, "the second clip has lost its colours")
 
     def test_steps_back_looks_and_favourites(self):
         page = self.browser

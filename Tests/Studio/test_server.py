@@ -21,14 +21,16 @@ def make_clip(path, seconds=2):
 
 
 class Studio:
-    """A running studio over one clip, in a folder of its own."""
+    """A running studio over a clip, or several, in a folder of its own."""
 
-    def __init__(self, *options):
+    def __init__(self, clips=1):
         self.folder = tempfile.TemporaryDirectory()
-        self.clip = self.path("clip.mp4")
-        make_clip(self.clip)
+        self.clips = [self.path(f"clip{i or ''}.mp4") for i in range(clips)]
+        self.clip = self.clips[0]
+        for clip in self.clips:
+            make_clip(clip)
         os.mkdir(self.path("out"))
-        self.process = subprocess.Popen([TOOL, "studio", self.clip, "--no-open", "-o", self.path("out"), *options],
+        self.process = subprocess.Popen([TOOL, "studio", *self.clips, "--no-open", "-o", self.path("out")],
                                         stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
         self.address = self.process.stdout.readline().strip()
         parts = urlsplit(self.address)

@@ -125,7 +125,7 @@ class Controls {
       const picture = this.stills(this.effect.class, property.name, value);
       return make("label", { class: "chip" }, box, picture && make("img", { src: picture, alt: "", loading: "lazy" }), make("span", {}, property.variants[value]));
     });
-    return { control: make("div", { class: "chips" }, chips), isGroup: true, show: (value) => { boxes[this.indexOf(property, value)].checked = true; } };
+    return { control: make("div", { class: chips.some((chip) => chip.querySelector("img")) ? "chips pictures" : "chips" }, chips), isGroup: true, show: (value) => { boxes[this.indexOf(property, value)].checked = true; } };
   }
   indexOf(property, value) {
     const named = property.variants.indexOf(String(value));

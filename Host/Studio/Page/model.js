@@ -206,7 +206,8 @@ export class Model extends EventTarget {
   }
   /** The effect's place in that document, as the tool calls it; nothing when it is switched off. */
   documentPlace(effect) {
-    if (!effect?.on || this.join) return null;
+    if (!effect?.on) return null;
+    if (this.join) return `clips[${this.join}].transition`;
     const index = this.chain.filter(({ on }) => on).indexOf(effect);
     return this.target === "all" ? `effects[${index}]` : `clips[${this.target}].effects[${index}]`;
   }

@@ -72,6 +72,7 @@ async function layOut() {
   try {
     model.timeline = await postJSON("api/timeline", model.document({ isPlain: true }));
     scrubber.refresh();
+    showPlace();
   } catch {
     // What is wrong stands on the stage.
   }
@@ -93,10 +94,14 @@ model.addEventListener("change", ({ detail }) => {
   pending = true;
   queueMicrotask(() => { pending = false; refresh(true); });
 });
+/** What is worked on is to be seen. */
+function showPlace() {
+  const { start, seconds } = model.place;
+  if (scrubber.time < start || scrubber.time > start + seconds - scrubber.frame / 2) scrubber.goTo(model.join ? start + seconds / 2 : start);
+}
 model.addEventListener("select", () => {
   catalogue.showKind(model.join ? "transition" : catalogue.kind === "transition" ? "effect" : catalogue.kind);
-  const { start, seconds } = model.place;
-  if (scrubber.time < start || scrubber.time >= start + seconds) scrubber.goTo(model.join ? start + seconds / 2 : start);
+  showPlace();
   refresh(false);
 });
 
