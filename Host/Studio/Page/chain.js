@@ -30,8 +30,8 @@ export class Chain {
       type: "button", role: "tab", "aria-selected": String(this.model.target === target), tabindex: this.model.target === target ? "0" : "-1",
       onclick: () => this.model.select(target), ...attributes }, label);
     targets.replaceChildren(...clips.flatMap(({ name }, i) => [
-      i > 0 && tab(`join${i}`, this.model.look.transitions[i] ? "⋈" : "┊", { class: "join", "aria-label": `Transition to ${name}`, title: `Transition to ${name}` }),
-      tab(i, name),
+      i > 0 && tab(`join${i}`, this.model.look.transitions[i] ? "⋈" : "┊", { class: "join", "aria-label": `Transition to ${name || "the colour"}`, title: `Transition to ${name || "the colour"}` }),
+      tab(i, name || "colour"),
     ].filter(Boolean)), tab("all", "Everything"));
   }
 

@@ -158,11 +158,12 @@ export class Model extends EventTarget {
   #halfFrame() { return 0.5 / this.timeline.rate; }
   #at(effect, time) { return Math.max(0, Math.round((time - this.beginOf(effect)) * 1e4) / 1e4); }
   keyAt(effect, property, time) {
-    const keys = effect.set[property.name], at = this.#at(effect, time);
+    const keys = effect.set[property.name], at = time - this.beginOf(effect);
     return isMoving(keys) ? keys.find((key) => Math.abs(key.at - at) < this.#halfFrame()) : undefined;
   }
   #putKey(effect, property, value, time) {
-    const keys = effect.set[property.name], existing = this.keyAt(effect, property, time);
+    const keys = effect.set[property.name];
+    const existing = this.keyAt(effect, property, Math.max(time, this.beginOf(effect)));
     if (existing) existing.value = value;
     else keys.push({ at: this.#at(effect, time), value });
     keys.sort((a, b) => a.at - b.at);

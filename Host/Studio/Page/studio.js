@@ -1,6 +1,6 @@
 // Puts the page together.
 
-import { byId, copyText, icon, make, memory, say } from "./elements.js";
+import { byId, icon, memory, say } from "./elements.js";
 import { getJSON, listen, postJSON } from "./server.js";
 import { Model } from "./model.js";
 import { Catalogue } from "./catalogue.js";
