@@ -131,11 +131,12 @@ MTIImage MTIImage::imageByApplyingTransform(const CGAffineTransform& transform,
          .description = {"transform", {{"transform", numbers}}}});
 }
 
-MTIImage MTIImage::resize(CGSize newSize) const {
+MTIImage MTIImage::resize(CGSize newSize, MTIPixelFormat pixelFormat) const {
     if (!node_ || !isImageSide(newSize.width) || !isImageSide(newSize.height)) return {};
     newSize = {std::floor(newSize.width), std::floor(newSize.height)};
     if (newSize == size()) return *this;
-    return resizedImage(*this, newSize);
+    if (pixelFormat == MTIPixelFormat::unspecified) pixelFormat = node_->pixelFormat;
+    return resizedImage(*this, newSize, pixelFormat);
 }
 
 MTIImage MTIImage::imageWithAlphaType(MTIAlphaType alphaType) const {

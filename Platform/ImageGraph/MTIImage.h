@@ -78,8 +78,8 @@ class MTIImage {
     MTIImage imageByApplyingTransform(const CGAffineTransform& transform,
                                       bool minimumEnclosingViewport) const;
     /// Bilinear, with the mean of what a pixel covers when it shrinks by more than half. Sides are truncated
-    /// to integers; nil when one is outside 1..kMaximumImageSide.
-    MTIImage resize(CGSize size) const;
+    /// to integers; nil when one is outside 1..kMaximumImageSide. An unspecified format is the image's own.
+    MTIImage resize(CGSize size, MTIPixelFormat pixelFormat = MTIPixelFormat::unspecified) const;
     /// The same pixels with another reading of alpha; `alphaIsOne` makes the image opaque.
     MTIImage imageWithAlphaType(MTIAlphaType alphaType) const;
 

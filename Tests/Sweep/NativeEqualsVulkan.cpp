@@ -3,13 +3,38 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstdlib>
+#include <string_view>
 
 #include "QVFilterExtension/QVFilterRegistry.h"
 #include "Tests/Support/SweepInputs.h"
 
 namespace qv {
 namespace {
+
+// Software Vulkan rounds a bilinear sample of 8 bits to 8 bits, after weights of 8 bits; what makes much of
+// such a sample, as steep ramps and looked-up places do, would be compared with its error. So it is told to
+// sample in floats, as GPUs do, before any device of this program is made.
+[[maybe_unused]] const int kSamplesInFloats = setenv("GALLIVM_PERF", "no_aos_sampling", 1);
+
+/// Classes that are compared in floats: a blend into 8 bits rounds after each sprite, and after hundreds of
+/// them, one upon the other, software Vulkan is 3.5 steps off their exact sum and this machine's own
+/// code 2.4.
+constexpr std::string_view kManySprites[] = {"QVAIStarflashFilter", "QVAIEdgeFlashFilter"};
+
+test::Picture drawn(MTIContext& context, const MTIImage& image, bool inFloats) {
+    std::string error;
+    test::Picture picture{int(image.size().width), int(image.size().height), {}};
+    if (inFloats) {
+        picture.values = context.renderToFloats(image, &error);
+    } else if (const Bitmap bitmap = context.renderToBitmap(image, &error)) {
+        picture = test::pictureOf(bitmap);
+    }
+    EXPECT_FALSE(picture.values.empty()) << error;
+    return picture;
+}
 
 std::shared_ptr<MTIContext> makeContext(MTIDeviceKind kind, std::string* error = nullptr) {
     MTIContextOptions options;
@@ -37,6 +62,7 @@ class NativeEqualsVulkan : public testing::TestWithParam<const QVFilterClass*> {
 
 TEST_P(NativeEqualsVulkan, WithinTwoStepsOfEightBits) {
     constexpr double kTwoSteps = 2.01 / 255;
+    const bool inFloats = std::ranges::count(kManySprites, record.name) > 0;
     const auto filter = record.create();
     std::size_t values = 0, apart = 0;
     std::string worst;
@@ -49,11 +75,7 @@ TEST_P(NativeEqualsVulkan, WithinTwoStepsOfEightBits) {
             if (record.levels() > 0) test::setNumber(*filter, "level", int(moment * 10) % record.levels());
             const MTIImage image = filter->outputImage();
             if (!image) continue;
-            std::string error;
-            const Bitmap drawn = native_->renderToBitmap(image, &error);
-            ASSERT_TRUE(drawn) << error;
-            const test::Picture a = test::pictureOf(drawn);
-            const test::Picture b = test::pictureOf(vulkan_->renderToBitmap(image));
+            const test::Picture a = drawn(*native_, image, inFloats), b = drawn(*vulkan_, image, inFloats);
             ASSERT_EQ(a.values.size(), b.values.size());
             values += a.values.size();
             for (std::size_t i = 0; i < a.values.size(); ++i)

@@ -29,18 +29,18 @@ int sampleCount(double ratio) {
 
 }  // namespace
 
-MTIImage resizedImage(const MTIImage& image, CGSize size) {
+MTIImage resizedImage(const MTIImage& image, CGSize size, MTIPixelFormat pixelFormat) {
     const CGSize from = image.size();
     const CGSize between{std::max(size.width, std::ceil(from.width / kMostPixels)),
                          std::max(size.height, std::ceil(from.height / kMostPixels))};
-    if (between != size) return resizedImage(resizedImage(image, between), size);
+    if (between != size) return resizedImage(resizedImage(image, between, pixelFormat), size, pixelFormat);
     return imageOfStockPass(
         {.function = "MTIResize",
          .inputs = {image},
          .parameters = {{"across", sampleCount(from.width / size.width)},
                         {"down", sampleCount(from.height / size.height)}},
          .size = size,
-         .pixelFormat = image.node()->pixelFormat,
+         .pixelFormat = pixelFormat,
          .description = {"resize", {{"size", fmt::format("{} x {}", int(size.width), int(size.height))}}}});
 }
 
@@ -58,7 +58,7 @@ MTIImage movedImage(const ImageMove& move) {
         const CGAffineTransform shrink =
             CGAffineTransformMakeScale(smaller.width / in.width, smaller.height / in.height);
         ImageMove rest = move;
-        rest.image = resizedImage(move.image, smaller);
+        rest.image = resizedImage(move.image, smaller, move.image.node()->pixelFormat);
         rest.toInput = CGAffineTransformConcat(t, shrink);
         if (smaller != in) return movedImage(rest);
     }

@@ -14,11 +14,11 @@ struct ImageMove {
     StockDescription description{};
 };
 
-/// Bilinear, transparent outside, with the mean of what a pixel covers along each axis of the image that shrinks by
-/// more than half.
+/// Bilinear, transparent outside, with the mean of what a pixel covers along each axis of the image that
+/// shrinks by more than half.
 MTIImage movedImage(const ImageMove& move);
 
 /// The image stretched to another size, in whole pixels that an image can have.
-MTIImage resizedImage(const MTIImage& image, CGSize size);
+MTIImage resizedImage(const MTIImage& image, CGSize size, MTIPixelFormat pixelFormat);
 
 }  // namespace qv

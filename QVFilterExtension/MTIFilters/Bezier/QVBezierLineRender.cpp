@@ -88,7 +88,8 @@ MTIImage QVBezierLineRender::renderBezierWithPointsArray(const QVOutlineSet& poi
 
 MTIImage QVBezierLineRender::renderBlackWhiteBezierWithPointsArray(const QVOutlineSet& pointsArray,
                                                                    CGSize size, float lineThickness,
-                                                                   CGSize outSize) const {
+                                                                   CGSize outSize,
+                                                                   MTIPixelFormat format) const {
     std::vector<LineSegment> segments = BezierLinesDataWithPointsArray(pointsArray);
     if (segments.empty() || !isImageSize(outSize)) return {};
     LinePass pass(std::move(segments), lineThickness, size, elementsPerInstance_,
@@ -100,6 +101,7 @@ MTIImage QVBezierLineRender::renderBlackWhiteBezierWithPointsArray(const QVOutli
     node->operation = std::move(pass);
     node->width = int(outSize.width);
     node->height = int(outSize.height);
+    node->pixelFormat = format;
     return MTIImage(std::move(node));
 }
 

@@ -39,7 +39,8 @@ class QVBezierLineRender {
     /// image of `outSize` pixels, truncated to whole ones. Nil without outlines or points, and when a side is
     /// not one of an image.
     MTIImage renderBlackWhiteBezierWithPointsArray(const QVOutlineSet& pointsArray, CGSize size,
-                                                   float lineThickness, CGSize outSize) const;
+                                                   float lineThickness, CGSize outSize,
+                                                   MTIPixelFormat format = MTIPixelFormat::unspecified) const;
     /// A line mask in colours. Nil for a nil one, an empty ramp, and where a function is missing.
     MTIImage renderColorBezierWithBlackWhiteTexure(const MTIImage& texture);
 

@@ -1,12 +1,11 @@
 // The mean of the frame turned about its middle by up to half the angle either way.
 #include "borders.glsl"
-#include "frame.glsl"
 #include "motion.glsl"
 
 uniform float blurValue;  // the whole angle, radians
 
 vec2 turned(vec2 v, vec2 turn) { return vec2(v.x * turn.x - v.y * turn.y, v.x * turn.y + v.y * turn.x); }
-#define TAP(v) readPixel(0, pixelAt(mirrorAtEdges((center + (v)) / size) * size))
+#define TAP(v) readPixel(0, pixelAt(size - abs(size - abs(center + (v)))))  // mirrored at the edges
 
 vec4 QVFilmTransitionRotationBlurFilter(vec2 uv) {
     vec2 size = outputSize(), center = size * 0.5;

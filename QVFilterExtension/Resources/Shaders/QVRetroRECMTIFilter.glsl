@@ -1,4 +1,5 @@
 // A monitor with picture tubes: colours that do not quite meet, lines, cool blacks, round corners.
+#include "borders.glsl"
 #include "color.glsl"
 #include "film.glsl"
 #include "gate.glsl"
@@ -14,7 +15,7 @@ vec4 QVRetroRECMTIFilter(vec2 uv) {
     vec2 red = vec2(5.0, 1.0) * (effectValue * unit * breath), blue = vec2(-3.5, 1.5) * (effectValue * unit * breath);
     vec2 here = uv * size;
     vec4 middle = readHere(0);
-    vec4 r = readPixel(0, ivec2(here + red)), b = readPixel(0, ivec2(here + blue));
+    vec4 r = readPixel(0, pixelAt(here + red)), b = readPixel(0, pixelAt(here + blue));
     vec3 c = vec3(r.r, middle.g, b.b);
 
     // A tube's answer: soft lights, lifted cool blacks, fewer colours.
@@ -22,7 +23,7 @@ vec4 QVRetroRECMTIFilter(vec2 uv) {
     c = mix(vec3(grey), c, 0.82);
     c = c * (1.22 - 0.26 * c) * vec3(0.93, 0.97, 1.0) + vec3(0.018, 0.034, 0.046) * (1.0 - grey);
     // Bright parts bleed along their line.
-    vec4 before = readPixel(0, ivec2(here - vec2(14.0 * unit, 0.0)));
+    vec4 before = readPixel(0, pixelAt(here - vec2(14.0 * unit, 0.0)));
     c += max(before.rgb - 0.72, 0.0) * (0.55 * effectValue) * vec3(0.8, 0.95, 1.0);
 
     float lineHeight = size.y / (270.0 * size.y / min(size.x, size.y));

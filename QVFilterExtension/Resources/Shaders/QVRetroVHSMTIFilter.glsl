@@ -1,4 +1,5 @@
 // A tape in picture search: climbing bars of noise that bend the picture, late and smeared colour, ringing edges.
+#include "borders.glsl"
 #include "color.glsl"
 #include "film.glsl"
 #include "frame.glsl"
@@ -32,7 +33,7 @@ vec4 QVRetroVHSMTIFilter(vec2 uv) {
 
     vec2 place = uv * size + vec2(shift, 0.0);
     float late = (4.0 + 8.0 * effectValue) * unit;
-    ivec2 p = ivec2(place);
+    ivec2 p = pixelAt(place);
     vec4 here = readPixel(0, p);
     ivec2 beside = ivec2(int(2.0 * unit + 1.0), 0);
     vec4 left = readPixel(0, p - beside), right = readPixel(0, p + beside);

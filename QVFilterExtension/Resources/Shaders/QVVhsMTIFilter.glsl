@@ -1,5 +1,5 @@
 // A picture off a video cassette. Input 1 is what the tape does to it: red noise about a quarter, green the throw of a
-// line about a half, blue the loss of colour.
+// line about a half, the same all along it but for a dither, blue the loss of colour.
 #include "color.glsl"
 
 uniform float effectValue;
@@ -11,7 +11,9 @@ vec4 QVVhsMTIFilter(vec2 uv) {
 
     // Where the heads switch, the last lines bend to the side and drown in noise.
     float below = clamp((uv.y - 0.986) / 0.014, 0.0, 1.0);
-    float throwAside = (tape.g - 0.5) * 0.25 + below * (0.02 + 0.10 * below);
+    float row = uv.y * inputSize(1).y - 0.5, above = floor(row);
+    float thrown = mix(readPixel(1, ivec2(0, int(above))).g, readPixel(1, ivec2(0, int(above) + 1)).g, row - above);
+    float throwAside = (thrown - 0.5) * 0.25 + below * (0.02 + 0.10 * below);
     ivec2 here = ivec2(pixelHere().x - int(floor(throwAside * effectValue * size.x + 0.5)), pixelHere().y);
     ivec2 step1 = ivec2(int(1.1 * grain + 0.5), 0), step2 = ivec2(int(4.0 * grain + 0.5), 0);
 

@@ -50,14 +50,14 @@ const QVOutlineSet& QVAIContourHaloFilter::calcPointsArray() {
     return pointsArray_;
 }
 
-MTIImage QVAIContourHaloFilter::drawLine(float thickness, double scale) const {
+MTIImage QVAIContourHaloFilter::drawLine(float thickness, double scale, MTIPixelFormat format) const {
     const PixelBuffer& mask = maskPixelBuffer();
     if (!mask || !inputImage()) return {};
     const CGSize size =
         inputImage().imageByApplyingTransform(CGAffineTransformInvert(extraTransform()), true).size();
     return bezierRender_.renderBlackWhiteBezierWithPointsArray(
         pointsArray_, {double(mask.width()), double(mask.height())}, float(longerSide(mask) * thickness),
-        {std::max(size.width * scale, 1.0), std::max(size.height * scale, 1.0)});
+        {std::max(size.width * scale, 1.0), std::max(size.height * scale, 1.0)}, format);
 }
 
 MTIImage QVAIContourHaloFilter::placed(const MTIImage& image) const {

@@ -48,7 +48,8 @@ class QVAIContourHaloFilter : public QVAIEffectMTIFilter {
   protected:
     /// The mask of a line along the outline that was found last, before `extraTransform`; its thickness in
     /// longer sides of the mask, its size in sizes of the frame. Nil without an outline.
-    MTIImage drawLine(float thickness, double scale) const;
+    MTIImage drawLine(float thickness, double scale,
+                      MTIPixelFormat format = MTIPixelFormat::unspecified) const;
     /// A picture of the size and in the place of such a mask, put where `extraTransform` has it.
     MTIImage placed(const MTIImage& image) const;
     /// The frame with `light` behind the subject, or over everything.

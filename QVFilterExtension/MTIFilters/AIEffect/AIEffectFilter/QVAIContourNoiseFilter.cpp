@@ -34,7 +34,8 @@ MTIParameters QVAIContourNoiseFilter::parameters() const {
 
 MTIImage QVAIContourNoiseFilter::outputImage() {
     calcPointsArray();
-    const MTIImage line = drawLine(lineThickness(), kLineScale);
+    // Grains come and arcs end within few steps of its fall-off.
+    const MTIImage line = drawLine(lineThickness(), kLineScale, MTIPixelFormat::rgba16Float);
     const auto kernel = filterClass().kernel();
     if (!line || !kernel || !maskImage()) return inputImage();
     const double scale = lightScale() / kLineScale;

@@ -82,13 +82,13 @@ MTIImage QVAIGhostContourFilter::outputImage() {
     const auto smaller = [&](double scale) {
         return CGSize{std::ceil(size.width * scale), std::ceil(size.height * scale)};
     };
-    // In two steps, which a sample a pixel is enough for.
-    const MTIImage half = maskImage().resize(smaller(2 * kDistanceScale));
+    // In two steps, which a sample a pixel is enough for. Far from the subject little is left of it, and that
+    // little has to be exact.
+    const MTIImage half = maskImage().resize(smaller(2 * kDistanceScale), MTIPixelFormat::rgba16Float);
     const CGSize small = smaller(kDistanceScale);
     MTIGaussianBlurFilter blur;
     blur.setInputImage(half.resize(small));
     blur.setRadius(float(kDistanceBlur * std::min(small.width, small.height)));
-    // Far from the subject little is left of it, and that little has to be exact.
     blur.setOutputPixelFormat(MTIPixelFormat::rgba16Float);
     return applyKernel({inputImage(), maskImage(), blur.outputImage()}, parameters());
 }

@@ -79,10 +79,13 @@ MTIImage QVVhsFilmEffectGroupMTIFilter::tapeImage() const {
     }
     index = std::min(index, kCalmPictures + kTroubledPictures - 1);
 
+    // Whole pixels, so that nothing is smoothed away and rows stay rows.
     MTICropFilter crop;
     crop.setInputImage(assets().mtiImageNamed("vhs_film_glitch_" + std::to_string(index) + ".png"));
-    crop.setCropRegion(MTICropRegionMakeFractional(filmDraw(slot + 53.4) * (1 - kCropWidth),
-                                                   top * (1 - kCropHeight), kCropWidth, kCropHeight));
+    const CGSize size = crop.inputImage().size();
+    crop.setCropRegion(MTICropRegionMake(std::floor(filmDraw(slot + 53.4) * (1 - kCropWidth) * size.width),
+                                         std::floor(top * (1 - kCropHeight) * size.height),
+                                         kCropWidth * size.width, kCropHeight * size.height));
     return crop.outputImage();
 }
 
