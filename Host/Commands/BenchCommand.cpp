@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <ctime>
 #include <functional>
 #include <memory>
 
@@ -47,26 +48,32 @@ constexpr double kFrameSeconds = 1.0 / 30;
 /// Milliseconds of frames of one picture, in the order taken.
 struct Samples {
     std::vector<double> milliseconds;
+    std::vector<double> processor;  ///< milliseconds of processor time of all threads
     RenderStatistics last;
 
-    double median() const {
-        std::vector<double> sorted = milliseconds;
-        std::sort(sorted.begin(), sorted.end());
-        const std::size_t middle = sorted.size() / 2;
-        return sorted.size() % 2 ? sorted[middle] : (sorted[middle - 1] + sorted[middle]) / 2;
-    }
+    double median() const { return medianOf(milliseconds); }
+    double processorMedian() const { return medianOf(processor); }
     double minimum() const { return *std::min_element(milliseconds.begin(), milliseconds.end()); }
+
+  private:
+    static double medianOf(std::vector<double> values) {
+        std::sort(values.begin(), values.end());
+        const std::size_t middle = values.size() / 2;
+        return values.size() % 2 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
+    }
 };
 
 /// Builds, renders and waits for one frame; the host's own time is part of the cost.
 void takeFrame(MTIContext& context, const std::function<MTIImage()>& makeImage, Samples* samples) {
     const auto start = std::chrono::steady_clock::now();
+    const std::clock_t processorStart = std::clock();
     std::string cause;
     const auto task = context.startRender(makeImage(), &cause);
     if (!task || !task->wait(&cause)) fail(ExitCode::device, "{}", cause);
     if (!samples) return;
     const std::chrono::duration<double, std::milli> took = std::chrono::steady_clock::now() - start;
     samples->milliseconds.push_back(took.count());
+    samples->processor.push_back(double(std::clock() - processorStart) * 1000 / CLOCKS_PER_SEC);
     samples->last = task->statistics();
 }
 
@@ -205,6 +212,7 @@ Json toJSON(const Bench& bench, const Options& options, const std::vector<Result
         Json entry = {{"name", result.effect},
                       {"medianMilliseconds", rounded(result.filter.median())},
                       {"minimumMilliseconds", rounded(result.filter.minimum())},
+                      {"processorMilliseconds", rounded(result.filter.processorMedian())},
                       {"copyMedianMilliseconds", rounded(result.copy.median())},
                       {"ratio", rounded(result.ratio())},
                       {"passes", result.filter.last.passes},
@@ -214,6 +222,7 @@ Json toJSON(const Bench& bench, const Options& options, const std::vector<Result
         if (!result.other.milliseconds.empty()) {
             entry[otherWay(options)] = {{"medianMilliseconds", rounded(result.other.median())},
                                 {"minimumMilliseconds", rounded(result.other.minimum())},
+                                {"processorMilliseconds", rounded(result.other.processorMedian())},
                                 {"passes", result.other.last.passes},
                                 {"peakTextureBytes", result.other.last.peakTextureBytes}};
             entry["gain"] = rounded(result.gain());
@@ -230,8 +239,8 @@ std::string heading(const Bench& bench, const Options& options) {
     first += fmt::format(", {}x{}\n", size.width, size.height);
     if (isCompared(options)) {
         const std::string one = options.against.empty() ? "fused" : "this", other = otherWay(options);
-        return first + fmt::format("{:<32} {:>9} {:>11} {:>6} {:>7} {:>7} {:>9} {:>10}\n", "class", one + " ms",
-                                   other + " ms", "gain", "passes", other, "peak MB", other + " MB");
+        return first + fmt::format("{:<32} {:>9} {:>11} {:>6} {:>8} {:>7} {:>7} {:>9} {:>10}\n", "class",
+                                   one + " ms", other + " ms", "gain", "cpu gain", "passes", other, "peak MB", other + " MB");
     }
     return first + fmt::format("{:<32} {:>9} {:>9} {:>7} {:>6} {:>9} {:>9} {:>9}\n", "class", "median ms",
                                "min ms", "copies", "passes", "MB read", "MB wrote", "peak MB");
@@ -241,8 +250,9 @@ std::string toLine(const Result& result) {
     const RenderStatistics &one = result.filter.last, &other = result.other.last;
     const auto megabytes = [](std::uint64_t bytes) { return double(bytes) / 1e6; };
     if (!result.other.milliseconds.empty()) {
-        return fmt::format("{:<32} {:>9.2f} {:>11.2f} {:>6.2f} {:>7} {:>7} {:>9.1f} {:>10.1f}\n", result.effect,
-                           result.filter.median(), result.other.median(), result.gain(), one.passes,
+        return fmt::format("{:<32} {:>9.2f} {:>11.2f} {:>6.2f} {:>8.2f} {:>7} {:>7} {:>9.1f} {:>10.1f}\n",
+                           result.effect, result.filter.median(), result.other.median(), result.gain(),
+                           result.other.processorMedian() / result.filter.processorMedian(), one.passes,
                            other.passes, megabytes(one.peakTextureBytes), megabytes(other.peakTextureBytes));
     }
     return fmt::format("{:<32} {:>9.2f} {:>9.2f} {:>7.2f} {:>6} {:>9.1f} {:>9.1f} {:>9.1f}\n", result.effect,
