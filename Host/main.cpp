@@ -49,6 +49,7 @@ int main(int argc, char** argv) {
         addTransitionCommand(tool);
         addEditCommand(tool);
         addMontageCommand(tool);
+        addStudioCommand(tool);
         addSheetCommand(tool);
         addGalleryCommand(tool);
         addBenchCommand(tool);

@@ -1,6 +1,7 @@
-# The manual page, the pages of the classes, and the pages of the API.
+# The manual page, the schema of projects, the pages of the classes, and the pages of the API.
 
 install(FILES ${PROJECT_SOURCE_DIR}/Docs/qvfilter.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tool)
+install(FILES ${PROJECT_SOURCE_DIR}/Docs/edit.schema.json DESTINATION ${CMAKE_INSTALL_DATADIR}/QVFilterExtension COMPONENT tool)
 
 # Docs/families as the class objects have it now; a test tells when it is out of date.
 add_custom_target(class-pages COMMAND qvfilter list --yes --markdown ${PROJECT_SOURCE_DIR}/Docs/families VERBATIM)

@@ -40,7 +40,6 @@ ShownFrames::ShownFrames(std::unique_ptr<ClipReader> clip) : clip_(std::move(cli
     if (!first) fail(ExitCode::input, "there is no picture in '{}'", info().path);
     firstTime_ = first->time;
     current_ = std::move(*first);
-    next_ = read();
 }
 
 std::optional<ClipFrame> ShownFrames::read() {
@@ -56,21 +55,29 @@ std::optional<ClipFrame> ShownFrames::read() {
     }
 }
 
+const std::optional<ClipFrame>& ShownFrames::peek() {
+    if (!std::exchange(hasNext_, true)) next_ = read();
+    return next_;
+}
+
 bool ShownFrames::advance() {
-    if (!next_) return false;
+    if (!peek()) return false;
     current_ = std::move(*next_);
-    next_ = read();
+    next_.reset();
+    hasNext_ = false;
     return true;
 }
 
 const ClipFrame& ShownFrames::at(double seconds) {
-    while (next_ && secondsOf(info(), next_->time - firstTime_) <= seconds + kTimeTolerance) advance();
+    while (seconds > this->seconds() + kTimeTolerance && peek() &&
+           secondsOf(info(), next_->time - firstTime_) <= seconds + kTimeTolerance)
+        advance();
     return current_;
 }
 
-bool ShownFrames::hasEnded(double seconds) const {
+bool ShownFrames::hasEnded(double seconds) {
     const std::int64_t end = current_.time + current_.duration - firstTime_;
-    return !next_ && secondsOf(info(), end) < seconds + kTimeTolerance;
+    return secondsOf(info(), end) < seconds + kTimeTolerance && !peek();
 }
 
 void ShownFrames::goTo(double seconds) {
@@ -79,13 +86,15 @@ void ShownFrames::goTo(double seconds) {
     std::optional<ClipFrame> frame = read();
     if (!frame) fail(ExitCode::input, "'{}' has nothing at {} s", info().path, seconds);
     current_ = std::move(*frame);
-    next_ = read();
+    next_.reset();
+    hasNext_ = false;
 }
 
 void ShownFrames::near(double wanted) {
     // Reading on is faster than a jump to the key frame before.
     constexpr double kFar = 3;
-    const bool isAhead = next_ && wanted > secondsOf(info(), next_->time - firstTime_) + kFar;
+    const bool isAhead =
+        wanted > seconds() + kFar && peek() && wanted > secondsOf(info(), next_->time - firstTime_) + kFar;
     if (wanted < seconds() - kTimeTolerance || isAhead) goTo(wanted);
 }
 

@@ -38,7 +38,7 @@ class ShownFrames {
     const ClipFrame& current() const { return current_; }
     double seconds() const { return secondsOf(info(), current_.time - firstTime_); }
     /// Whether the last frame has been shown for as long as it lasts.
-    bool hasEnded(double seconds) const;
+    bool hasEnded(double seconds);
     /// To the next frame; false at the end. Fails as input.
     bool advance();
     /// Makes at() begin there, by a jump. Fails as input.
@@ -54,11 +54,14 @@ class ShownFrames {
 
   private:
     std::optional<ClipFrame> read();
+    /// The next frame, which is read when it is first asked for: a pipe's may take its time.
+    const std::optional<ClipFrame>& peek();
 
     std::unique_ptr<ClipReader> clip_;
     std::deque<ClipPacket> packets_;
     ClipFrame current_;
     std::optional<ClipFrame> next_;
+    bool hasNext_ = false;  ///< `next_` is what follows, if anything does
     std::int64_t firstTime_ = 0;
 };
 

@@ -23,6 +23,7 @@ void addRenderCommand(CommandParser& tool);
 void addTransitionCommand(CommandParser& tool);
 void addEditCommand(CommandParser& tool);
 void addMontageCommand(CommandParser& tool);
+void addStudioCommand(CommandParser& tool);
 void addBenchCommand(CommandParser& tool);
 void addSheetCommand(CommandParser& tool);
 void addGalleryCommand(CommandParser& tool);

@@ -40,12 +40,13 @@ void DeviceOptions::add(const Command& command) {
     command.flag("--validate", validate, "Check every Vulkan call with the validation layer");
 }
 
-std::shared_ptr<MTIContext> DeviceOptions::makeContext(MTIPixelFormat workingFormat) const {
+std::shared_ptr<MTIContext> DeviceOptions::makeContext(MTIPixelFormat workingFormat,
+                                                       MTIFusion fusion) const {
     MTIContextOptions options;
     choose(device, options);
     options.workingPixelFormat = workingFormat;
     options.validation = validate;
-    options.fusion = noFusion ? MTIFusion::off : MTIFusion::beforeFirstFrame;
+    options.fusion = noFusion ? MTIFusion::off : fusion;
     std::string cause;
     auto context = MTIContext::create(options, &cause);
     if (!context) fail(ExitCode::device, "{}", cause);

@@ -19,8 +19,10 @@ struct DeviceOptions {
     bool validate = false, noFusion = false;
     void add(const Command& command);
 
-    /// A context, which filters that render by themselves share. Fails as usage or device.
-    std::shared_ptr<MTIContext> makeContext(MTIPixelFormat workingFormat = MTIPixelFormat::rgba8Unorm) const;
+    /// A context, which filters that render by themselves share. --no-fusion goes before `fusion`. Fails as
+    /// usage or device.
+    std::shared_ptr<MTIContext> makeContext(MTIPixelFormat workingFormat = MTIPixelFormat::rgba8Unorm,
+                                            MTIFusion fusion = MTIFusion::beforeFirstFrame) const;
 };
 
 /// Fails as internal when the validation layer had anything to say; to be called when all rendering is done.

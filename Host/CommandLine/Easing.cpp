@@ -47,14 +47,21 @@ constexpr std::array<std::string_view, 3> kWays{"in", "out", "inOut"};
 
 }  // namespace
 
-std::optional<Easing> Easing::named(std::string_view name) {
+std::vector<Easing> Easing::all() {
+    std::vector<Easing> all;
     for (int curve = 0; curve < int(kCurves.size()); ++curve) {
         for (int way = 0; way < (curve < kWithoutWay ? 1 : int(kWays.size())); ++way) {
-            Easing easing;
+            Easing& easing = all.emplace_back();
             easing.curve_ = curve;
             easing.way_ = Way(way);
-            if (easing.name() == name) return easing;
         }
+    }
+    return all;
+}
+
+std::optional<Easing> Easing::named(std::string_view name) {
+    for (const Easing& easing : all()) {
+        if (easing.name() == name) return easing;
     }
     return std::nullopt;
 }

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace qv::host {
 
@@ -15,6 +16,8 @@ class Easing {
     /// "linear"; "hold", which stays and jumps at the end; or "in", "out" or "inOut" with "Sine", "Quad",
     /// "Cubic", "Quart", "Quint", "Expo", "Circ", "Back", "Elastic" or "Bounce". Nothing for another name.
     static std::optional<Easing> named(std::string_view name);
+    /// Each of them, the even one first.
+    static std::vector<Easing> all();
     /// All names, with commas between them.
     static std::string names();
 

@@ -252,6 +252,15 @@ void EditTimeline::checkEffects(Mistakes& mistakes) const {
     for (const ProjectEffect& effect : project_.effects) check(effect, isKnown ? end() : kUnlimited, false);
 }
 
+void EditTimeline::takeLook(const Project& project, Mistakes& mistakes) {
+    project_.effects = project.effects;
+    for (std::size_t i = 0; i < clips_.size(); ++i) {
+        clips_[i].clip.effects = project.clips[i].effects;
+        clips_[i].clip.transition = project.clips[i].transition;
+    }
+    checkEffects(mistakes);
+}
+
 std::unique_ptr<Footage> EditTimeline::open(std::size_t index) {
     const TimelineClip& entry = clips_[index];
     std::unique_ptr<Footage> footage;
@@ -270,11 +279,15 @@ std::unique_ptr<Footage> EditTimeline::open(std::size_t index) {
 }
 
 void EditTimeline::begin() {
-    if (!keepsTimes_ || clips_[0].from <= 0) return;
+    TimelineClip& entry = clips_[0];
+    if (entry.isPicture || isWholeClip_) return;
     first_ = open(0);
-    const double earlier = clips_[0].from - first_->frames()->seconds();
-    clips_[0].from -= earlier;
-    clips_[0].length += earlier;
+    const ShownFrames& frames = *first_->frames();
+    entry.origin = secondsOf(frames.info(), frames.firstTime());
+    if (!keepsTimes_) return;
+    const double earlier = entry.from - frames.seconds();
+    entry.from -= earlier;
+    entry.length += earlier;
     for (std::size_t i = 1; i < clips_.size(); ++i) clips_[i].start += earlier;
 }
 

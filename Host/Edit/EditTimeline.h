@@ -61,6 +61,10 @@ class EditTimeline {
     Fit fit(std::size_t clip) const { return clips_[clip].clip.fit.value_or(project_.fit); }
     ClipReaderOptions reading(const std::string& path) const { return reading_(path); }
 
+    /// Takes the effects and the transitions' classes of a project that differs in nothing else. With mistakes
+    /// the timeline is not to be used until it has taken another.
+    void takeLook(const Project& project, Mistakes& mistakes);
+
     /// What the first clip's other streams are; nil for a picture.
     std::shared_ptr<const SourceStreams> streams() const { return streams_; }
     /// The clip's file, opened, at its part's first frame. The first clip's is that which the timeline looked

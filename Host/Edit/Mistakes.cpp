@@ -34,15 +34,22 @@ bool Mistakes::guard(const DocumentPlace& place, const std::function<void()>& wo
     }
 }
 
-void Mistakes::check() const {
-    if (empty()) return;
+std::vector<std::string> Mistakes::lines() const {
     std::vector<Mistake> sorted = found_;
     std::stable_sort(sorted.begin(), sorted.end(), [](const Mistake& a, const Mistake& b) {
         return std::tie(a.place.file, a.place.line) < std::tie(b.place.file, b.place.line);
     });
-    for (std::size_t i = 0; i + 1 < sorted.size(); ++i)
-        writeStandardError(fmt::format("qvfilter: {}\n", oneLine(lineOf(sorted[i].place, sorted[i].text))));
-    throw Failure(found_.front().code, lineOf(sorted.back().place, sorted.back().text));
+    std::vector<std::string> lines;
+    for (const Mistake& each : sorted) lines.push_back(oneLine(lineOf(each.place, each.text)));
+    return lines;
+}
+
+void Mistakes::check() const {
+    if (empty()) return;
+    const std::vector<std::string> all = lines();
+    for (std::size_t i = 0; i + 1 < all.size(); ++i)
+        writeStandardError(fmt::format("qvfilter: {}\n", all[i]));
+    throw Failure(found_.front().code, all.back());
 }
 
 }  // namespace qv::host

@@ -26,6 +26,8 @@ class Mistakes {
     /// Runs it, and takes its failure as a mistake; false then.
     bool guard(const DocumentPlace& place, const std::function<void()>& work);
     bool empty() const { return found_.empty(); }
+    /// A line each, in the order of their places.
+    std::vector<std::string> lines() const;
     /// Fails with all of them, a line each in the order of their places, as input where a document is to
     /// blame; else as the first one does.
     void check() const;

@@ -6,7 +6,6 @@
 #include <memory>
 #include <numbers>
 
-#include "Host/CommandLine/Interrupt.h"
 #include "Host/Sheets/ClassPicture.h"
 
 namespace qv::host {
@@ -122,8 +121,9 @@ CardSizes::CardSizes(PixelSize size) : preview(size), render(size) {
     render = {size.width * 2, size.height * 2};
 }
 
-CardRenderer::CardRenderer(const GalleryFiles& files, const CardSizes& sizes, MTIContext& context)
-    : sizes_(sizes), context_(context), scene_(files, sizes.render, context) {}
+CardRenderer::CardRenderer(const GalleryFiles& files, const CardSizes& sizes, MTIContext& context,
+                           std::function<void()> pause)
+    : sizes_(sizes), context_(context), pause_(std::move(pause)), scene_(files, sizes.render, context) {}
 
 const GalleryScene& CardRenderer::sceneFor(const QVFilterClass& filterClass) {
     const bool usable = scene_.hasMask() || !filterClass.input(QVInputRole::mask);
@@ -179,7 +179,7 @@ std::vector<PixelBuffer> CardRenderer::renderFrames(const std::vector<MTIImage>&
     std::string cause;
     context_.prepare(resized(images.front(), sizes_.preview));
     for (const MTIImage& image : images) {
-        checkInterrupt();
+        pause_();
         frames.push_back(PixelBuffer::create(PixelFormat::i420, sizes_.preview.width, sizes_.preview.height));
         if (!frames.back()) fail(ExitCode::internal, "no memory for a frame");
         tasks.push_back(context_.startRender(resized(image, sizes_.preview), frames.back(), &cause));
@@ -211,6 +211,7 @@ std::vector<std::pair<double, int>> CardRenderer::changes(const std::vector<Pixe
 }
 
 Bitmap CardRenderer::still(const MTIImage& image, PixelSize size) {
+    pause_();
     std::string cause;
     Bitmap bitmap = context_.renderToBitmap(resized(image, size), &cause);
     if (!bitmap) fail(ExitCode::device, "{}", cause);

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "Host/CommandLine/Interrupt.h"
 #include "Host/Gallery/GalleryScene.h"
 #include "Platform/Media/Bitmap.h"
 
@@ -49,7 +51,9 @@ struct CardPictures {
 /// Renders the pictures of one class after the other. One thread at a time.
 class CardRenderer {
   public:
-    CardRenderer(const GalleryFiles& files, const CardSizes& sizes, MTIContext& context);
+    /// `pause` is called before each frame: it may wait while others need the device, or fail.
+    CardRenderer(const GalleryFiles& files, const CardSizes& sizes, MTIContext& context,
+                 std::function<void()> pause = checkInterrupt);
 
     /// Fails as internal when the class gives no picture. Renders nothing.
     void check(const QVFilterClass& filterClass);
@@ -73,6 +77,7 @@ class CardRenderer {
 
     CardSizes sizes_;
     MTIContext& context_;
+    std::function<void()> pause_;
     GalleryScene scene_;
     std::optional<GalleryScene> sampleScene_;  ///< drawn when the first class asks
     std::vector<PixelBuffer> source_, sampleSource_;

@@ -11,8 +11,8 @@
 
 // The build embeds the files of these names.
 extern "C" {
-extern const char qvCompletion_bash[], qvCompletion_zsh[];
-extern const std::uint64_t qvCompletion_bashSize, qvCompletion_zshSize;
+extern const char qvCompletion_complete_bash[], qvCompletion_complete_zsh[];
+extern const std::uint64_t qvCompletion_complete_bashSize, qvCompletion_complete_zshSize;
 }
 
 namespace qv::host {
@@ -127,8 +127,9 @@ std::string classTables(Shell shell) {
 
 std::string completionScript(Shell shell, const std::vector<CommandFacts>& commands) {
     const bool bash = shell == Shell::bash;
-    const std::string_view functions = bash ? std::string_view(qvCompletion_bash, qvCompletion_bashSize)
-                                            : std::string_view(qvCompletion_zsh, qvCompletion_zshSize);
+    const std::string_view functions =
+        bash ? std::string_view(qvCompletion_complete_bash, qvCompletion_complete_bashSize)
+             : std::string_view(qvCompletion_complete_zsh, qvCompletion_complete_zshSize);
     // The first line tells zsh which command a file is for; the call at the end comes after the tables.
     const std::size_t head = functions.find('\n') + 1;
     return fmt::format("{}{}{}{}", functions.substr(0, head), commandTables(shell, commands),

@@ -14,6 +14,7 @@ namespace qv {
 
 /// How many threads some works may have together at a time.
 struct WorkLimit {
+    /// At most `most` of them, 0 for all.
     explicit WorkLimit(int most) : threads(most) {}
     const int threads;  ///< 0: all
   private:
@@ -27,9 +28,10 @@ class BandedWork {
   public:
     /// Calls `run` once with each number from 0 to `bands` − 1.
     struct Step {
-        int bands;
-        std::function<void(int band)> run;
+        int bands;                          ///< how many calls it is
+        std::function<void(int band)> run;  ///< does one of them
     };
+    /// Begins with the first of `steps` when a pool is given it; shares the threads that `limit` allows.
     explicit BandedWork(std::vector<Step> steps, std::shared_ptr<WorkLimit> limit = nullptr)
         : steps_(std::move(steps)), limit_(std::move(limit)) {}
 
@@ -50,6 +52,7 @@ class BandedWork {
 /// Thread-safe.
 class WorkerPool {
   public:
+    /// The process's one.
     static WorkerPool& shared();
 
     /// How many threads work together.

@@ -11,7 +11,7 @@ namespace qv {
 
 /// A piece of a file's sound where it lies on a timeline. All in seconds.
 struct AudioMixPart {
-    std::string path;
+    std::string path;                ///< of a file with sound
     double origin = 0;               ///< what is heard at `start`, in the file's own time stamps
     double start = 0, end = 0;       ///< on the timeline
     double gain = 1;                 ///< factor
@@ -33,6 +33,7 @@ class AudioMix {
     AudioSamples read(std::int64_t count);
     /// How many of each channel have been read.
     std::int64_t position() const { return position_; }
+    /// Of what read() gives.
     const AudioFormat& format() const { return format_; }
 
     /// One line that names file and cause, once reading has failed.

@@ -30,9 +30,9 @@ struct ClipInputFormat {
 
 /// How a clip is read.
 struct ClipReaderOptions {
-    ClipInputFormat format;
-    int threads = 0;       ///< of the decoder; 0 is one per core
-    bool packets = false;  ///< hand out the packets of audio and subtitles too, for a writer to copy
+    ClipInputFormat format;  ///< what the file does not say
+    int threads = 0;         ///< of the decoder; 0 is one per core
+    bool packets = false;    ///< hand out the packets of audio and subtitles too, for a writer to copy
     Deinterlacing deinterlacing = Deinterlacing::automatic;  ///< of which frames
     /// Told once, before the first frame that is deinterlaced; on the thread that reads.
     std::function<void()> onDeinterlacing;

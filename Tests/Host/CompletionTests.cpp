@@ -57,7 +57,7 @@ TEST(Completion, OfZshIsSound) {
                               "${_qvfilter_values[transition --fit]} ${_qvfilter_classes[effect snow]}",
                               "-", folder / "_qvfilter"});
     EXPECT_EQ(read.errors, "");
-    EXPECT_EQ(read.output, "_qvfilter qvfilter\ncontain|cover|stretch QVSnowMTIFilter\n");
+    EXPECT_EQ(read.output, "_qvfilter qvfilter\ncover|contain|stretch QVSnowMTIFilter\n");
 }
 
 }  // namespace

