@@ -1,5 +1,6 @@
 // What the platform's building blocks cost at 1920×1080. Compare each with CopyPass of the same run: that
-// ratio is what carries over to another machine. `qvbenchmarks --benchmark_format=json` for programs.
+// ratio is what carries over to another machine. `qvbenchmarks --benchmark_format=json` for programs;
+// QVFILTER_DEVICE=native or vulkan chooses what renders.
 
 #include <benchmark/benchmark.h>
 
@@ -59,7 +60,7 @@ MTIImage copied(const MTIImage& image) {
 
 void render(benchmark::State& state, const MTIImage& image,
             const std::shared_ptr<MTIContext>& with = context()) {
-    if (!with) return state.SkipWithError("there is no Vulkan device");
+    if (!with) return state.SkipWithError("there is no device");
     with->prepare(image);
     int passes = 0;
     for (auto _ : state) {
@@ -148,7 +149,7 @@ BENCHMARK(ConvertInAndOut)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 /// What a video frame costs besides its effects: taken in, one copy pass, planes read back.
 void VideoFrame(benchmark::State& state) {
-    if (!context()) return state.SkipWithError("there is no Vulkan device");
+    if (!context()) return state.SkipWithError("there is no device");
     const PixelBuffer frame = greyFrame(), result = greyFrame();
     for (auto _ : state) {
         context()->startRender(copied(MTIImage::imageWithPixelBuffer(frame)), result)->wait();

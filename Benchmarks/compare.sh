@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Prints the Markdown table of Docs/performance.md: this library beside what one would pick instead, on the same
 # machine, over the same two frames of 1920x1080. Takes under two minutes on a quiet machine. Needs the targets
-# qvcompare and demo-ready built; the column of movit stays empty without movit_bench.
+# qvcompare, QVFilterNative and demo-ready built; the column of movit stays empty without movit_bench.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 work=$(mktemp -d)
@@ -12,7 +12,9 @@ for picture in demo demo_b_000; do
 done
 frames=("$work/demo.png" "$work/demo_b_000.png")
 
-build/bin/qvcompare "${frames[@]}" >"$work/ours"
+QVFILTER_DEVICE=vulkan build/bin/qvcompare "${frames[@]}" >"$work/vulkan"
+# Without the native component its column stays empty.
+QVFILTER_DEVICE=native build/bin/qvcompare "${frames[@]}" >"$work/native" || true
 Benchmarks/Comparison/ffmpeg-filters.sh "${frames[@]}" >"$work/ffmpeg"
 if [[ -x build/bin/movit_bench ]]; then
     LIBGL_ALWAYS_SOFTWARE=1 build/bin/movit_bench "${frames[@]}" >"$work/movit"
@@ -25,10 +27,10 @@ figure() { # FILE JOB COLUMN
         '$1 == job { printf "%.1f", $column; found = 1 } END { if (!found) printf "–" }' "$work/$1"
 }
 
-echo "| job | this library | FFmpeg, RGBA | FFmpeg, planar | movit |"
-echo "|---|---:|---:|---:|---:|"
+echo "| job | native | Vulkan | FFmpeg, RGBA | FFmpeg, planar | movit |"
+echo "|---|---:|---:|---:|---:|---:|"
 while IFS='|' read -r job title; do
-    echo "| $title | $(figure ours "$job" 2) | $(figure ffmpeg "$job" 2) | $(figure ffmpeg "$job" 3) | $(
+    echo "| $title | $(figure native "$job" 2) | $(figure vulkan "$job" 2) | $(figure ffmpeg "$job" 2) | $(figure ffmpeg "$job" 3) | $(
         figure movit "$job" 2) |"
 done <<'JOBS'
 copy|copy
