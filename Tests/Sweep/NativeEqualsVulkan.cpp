@@ -93,7 +93,9 @@ TEST_P(NativeEqualsVulkan, WithinTwoStepsOfEightBits) {
     }
     EXPECT_GT(values, 0u) << "nothing was compared: is an asset missing?";
     const bool isSteep = std::ranges::count(kSteepOfHalves, record.name) > 0;
-    if (isSteep) EXPECT_LE(worstDifference, 5.01 / 255) << worst;
+    if (isSteep) {
+        EXPECT_LE(worstDifference, 5.01 / 255) << worst;
+    }
     // A hard edge may fall on the other side of a pixel.
     const double share = isSteep ? 1e-4 : 1e-5;
     EXPECT_LE(double(apart), std::max(share * double(values), 1.0)) << " of " << values << ": " << worst;
