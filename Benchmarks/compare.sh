@@ -27,10 +27,15 @@ figure() { # FILE JOB COLUMN
         '$1 == job { printf "%.1f", $column; found = 1 } END { if (!found) printf "–" }' "$work/$1"
 }
 
-echo "| job | native | Vulkan | FFmpeg, RGBA | FFmpeg, planar | movit |"
+inCopies() { # FILE JOB
+    awk -F '\t' -v job="$2" '$1 == "copy" { copy = $2 } $1 == job { printf " (%.0f)", $2 / copy }' "$work/$1"
+}
+
+echo "| job | native (copies) | Vulkan (copies) | FFmpeg, RGBA | FFmpeg, planar | movit |"
 echo "|---|---:|---:|---:|---:|---:|"
 while IFS='|' read -r job title; do
-    echo "| $title | $(figure native "$job" 2) | $(figure vulkan "$job" 2) | $(figure ffmpeg "$job" 2) | $(figure ffmpeg "$job" 3) | $(
+    echo "| $title | $(figure native "$job" 2)$(inCopies native "$job") | $(
+        figure vulkan "$job" 2)$(inCopies vulkan "$job") | $(figure ffmpeg "$job" 2) | $(figure ffmpeg "$job" 3) | $(
         figure movit "$job" 2) |"
 done <<'JOBS'
 copy|copy

@@ -254,6 +254,16 @@ TEST(Bench, MeasuresAgainstACopy) {
         EXPECT_GE(median, entry["minimumMilliseconds"].get<double>());
         EXPECT_NEAR(entry["ratio"].get<double>(), median / copy, 0.02 * median / copy + 0.01);
     }
+
+    const Json against = qvfilterJSON({"bench", "QVBlackWhiteMTIFilter", "--device", "vulkan", "--no-fusion",
+                                       "--against", "vulkan", "--size", "32x18", "--rounds", "3", "--json"});
+    ASSERT_EQ(against["classes"].size(), 2u);
+    EXPECT_EQ(against["classes"][0]["name"], "copy");
+    EXPECT_EQ(against["against"], against["device"]);
+    for (const Json& entry : against["classes"]) {
+        EXPECT_EQ(entry["against"]["passes"], 1);
+        EXPECT_GT(entry["processorMilliseconds"].get<double>(), 0);
+    }
 }
 
 }  // namespace
