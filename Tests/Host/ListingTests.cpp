@@ -240,12 +240,12 @@ TEST(Graph, PlanShowsWhatIsJoinedAndWhyTheRestIsNot) {
 
 TEST(Bench, MeasuresAgainstACopy) {
     const Json bench = qvfilterJSON({"bench", "QVBlackWhiteMTIFilter", "QVInterlayerFilter", "--compare",
-                                     "--size", "320x180", "--rounds", "3", "--json"});
+                                     "--size", "1280x720", "--rounds", "3", "--json"});
     ASSERT_EQ(bench["classes"].size(), 2u);
     const Json &simple = bench["classes"][0], &layered = bench["classes"][1];
     EXPECT_EQ(simple["passes"], 1);
-    EXPECT_EQ(simple["bytesRead"], 320 * 180 * 4);
-    EXPECT_EQ(simple["bytesWritten"], 320 * 180 * 4);
+    EXPECT_EQ(simple["bytesRead"], 1280 * 720 * 4);
+    EXPECT_EQ(simple["bytesWritten"], 1280 * 720 * 4);
     EXPECT_EQ(layered["passes"], 1);
     EXPECT_EQ(layered["plain"]["passes"], 2);
     for (const Json& entry : bench["classes"]) {
