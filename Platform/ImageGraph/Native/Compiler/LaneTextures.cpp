@@ -213,6 +213,30 @@ Words wordsOf(const std::vector<Value*>& list) {
     return words;
 }
 
+/// Of each lane's own place, as `gather`. Blocks read one texel in all lanes, and pictures that are moved
+/// neighbouring ones: both with one load.
+Words fetchEach(Builder& ir, const Layout& layout, Value* pixels, Value* index) {
+    Value* const first = ir.CreateExtractElement(index, std::uint64_t(0));
+    Value* const step = ir.CreateAnd(ir.CreateSub(ir.CreateExtractElement(index, 1), first), 1);
+    Value* const steps = ir.CreateAnd(laneNumbers(ir), spread(ir, ir.CreateNeg(step)));
+    Value* const differs = ir.CreateICmpNE(index, ir.CreateAdd(spread(ir, first), steps));
+    Value* const isRegular = ir.CreateICmpEQ(ir.CreateBitCast(differs, ir.getInt16Ty()), ir.getInt16(0));
+    return wordsOf(either(
+        ir, isRegular,
+        [&] {
+            Value* const offset =
+                ir.CreateMul(ir.CreateZExt(first, ir.getInt64Ty()), ir.getInt64(layout.bytes));
+            std::vector<Value*> row =
+                listOf(layout, loadRow(ir, layout, ir.CreateGEP(ir.getInt8Ty(), pixels, offset)));
+            Value* const isRow = ir.CreateICmpNE(step, ir.getInt32(0));
+            for (Value*& word : row)
+                word = ir.CreateSelect(isRow, word,
+                                       spread(ir, ir.CreateExtractElement(word, std::uint64_t(0))));
+            return row;
+        },
+        [&] { return listOf(layout, gather(ir, layout, pixels, index)); }));
+}
+
 /// The words of a row's neighbours where all of them lie inside, each lane's own otherwise.
 Words rowWords(Builder& ir, const TextureOperands& texture, Value* firstX, Value* y, bool isInside) {
     const Layout layout = layoutOf(texture.format);
@@ -447,7 +471,7 @@ Color fetchTexel(Builder& ir, const TextureOperands& texture, Value* x, Value* y
     if (!isVarying(x) && !isVarying(y)) {
         return decoded(ir, layout, loadScalar(ir, layout, texelAddress(ir, texture, x, y)));
     }
-    return decoded(ir, layout, gather(ir, layout, texture.pixels, texelIndex(ir, texture, x, y)));
+    return decoded(ir, layout, fetchEach(ir, layout, texture.pixels, texelIndex(ir, texture, x, y)));
 }
 
 Color sampleTexture(Builder& ir, const TextureOperands& texture, Value* u, Value* v) {
