@@ -101,8 +101,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const Bitmap plain = without->renderToBitmap(image, &error);
     fuzz::require(bool(plain), error);
     const double worst = test::worstDifference(test::pictureOf(fused), test::pictureOf(plain)) * 255;
-    fuzz::require(worst < 1.5,
-                  fmt::format("fused is plain within a code, but {:.0f} apart:{}", worst, names));
+    fuzz::require(
+        worst < 3.5,
+        fmt::format("fused is plain but for the rounding in between, but {:.0f} apart:{}", worst, names));
     for (const auto& each : {withFusion, without}) {
         const auto messages = each->validationMessages();
         fuzz::require(messages.empty(), messages.empty() ? "" : messages.back());
