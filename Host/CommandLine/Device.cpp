@@ -40,8 +40,7 @@ void DeviceOptions::add(const Command& command) {
     command.flag("--validate", validate, "Check every Vulkan call with the validation layer");
 }
 
-std::shared_ptr<MTIContext> DeviceOptions::makeContext(MTIPixelFormat workingFormat,
-                                                       MTIFusion fusion) const {
+std::shared_ptr<MTIContext> DeviceOptions::makeContext(MTIPixelFormat workingFormat, MTIFusion fusion) const {
     MTIContextOptions options;
     choose(device, options);
     options.workingPixelFormat = workingFormat;

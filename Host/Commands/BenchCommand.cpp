@@ -11,8 +11,8 @@
 #include "Host/CommandLine/CommandParser.h"
 #include "Host/CommandLine/Device.h"
 #include "Host/CommandLine/Diagnostics.h"
-#include "Host/Commands/CostMeter.h"
 #include "Host/CommandLine/JSON.h"
+#include "Host/Commands/CostMeter.h"
 #include "Host/Sheets/SamplePicture.h"
 #include "Platform/ImageGraph/MTIKernel.h"
 #include "QVFilterExtension/QVFilterRegistry.h"
@@ -221,10 +221,10 @@ Json toJSON(const Bench& bench, const Options& options, const std::vector<Result
                       {"peakTextureBytes", result.filter.last.peakTextureBytes}};
         if (!result.other.milliseconds.empty()) {
             entry[otherWay(options)] = {{"medianMilliseconds", rounded(result.other.median())},
-                                {"minimumMilliseconds", rounded(result.other.minimum())},
-                                {"processorMilliseconds", rounded(result.other.processorMedian())},
-                                {"passes", result.other.last.passes},
-                                {"peakTextureBytes", result.other.last.peakTextureBytes}};
+                                        {"minimumMilliseconds", rounded(result.other.minimum())},
+                                        {"processorMilliseconds", rounded(result.other.processorMedian())},
+                                        {"passes", result.other.last.passes},
+                                        {"peakTextureBytes", result.other.last.peakTextureBytes}};
             entry["gain"] = rounded(result.gain());
         }
         json["classes"].push_back(std::move(entry));
@@ -240,7 +240,8 @@ std::string heading(const Bench& bench, const Options& options) {
     if (isCompared(options)) {
         const std::string one = options.against.empty() ? "fused" : "this", other = otherWay(options);
         return first + fmt::format("{:<32} {:>9} {:>11} {:>6} {:>8} {:>7} {:>7} {:>9} {:>10}\n", "class",
-                                   one + " ms", other + " ms", "gain", "cpu gain", "passes", other, "peak MB", other + " MB");
+                                   one + " ms", other + " ms", "gain", "cpu gain", "passes", other, "peak MB",
+                                   other + " MB");
     }
     return first + fmt::format("{:<32} {:>9} {:>9} {:>7} {:>6} {:>9} {:>9} {:>9}\n", "class", "median ms",
                                "min ms", "copies", "passes", "MB read", "MB wrote", "peak MB");

@@ -33,7 +33,8 @@ std::string deviceToText(const GraphicsDevice& device) {
 }  // namespace
 
 void addDevicesCommand(CommandParser& tool) {
-    const Command command = tool.addCommand("devices", "Lists what can render: Vulkan devices and the processor");
+    const Command command =
+        tool.addCommand("devices", "Lists what can render: Vulkan devices and the processor");
     auto json = std::make_shared<bool>(false);
     addJSONFlag(command, *json);
     command.setAction([json] {

@@ -20,17 +20,16 @@ class EditPreview {
     EditPreview(std::unique_ptr<EditTimeline> timeline, std::shared_ptr<MTIContext> context, NoteSink note,
                 double photoSeconds = 0);
 
-    /// Goes on with another look, as EditTimeline::takeLook() has it; the clips stay open. With mistakes nothing
-    /// is to be asked of it until it has taken another.
+    /// Goes on with another look, as EditTimeline::takeLook() has it; the clips stay open. With mistakes
+    /// nothing is to be asked of it until it has taken another.
     void takeLook(const Project& project, Mistakes& mistakes, NoteSink note, double photoSeconds);
 
     const EditTimeline& timeline() const { return *timeline_; }
     MTIContext& context() const { return *context_; }
 
-    /// The picture of the frame that begins at a time, upright, as a graph of the output's size. Effects see the
-    /// time of the clip's frame where it is at its own, as in a clip that keeps them; a transition is at the
-    /// progress of the frame's middle. Fails as input, usage or
-    /// internal.
+    /// The picture of the frame that begins at a time, upright, as a graph of the output's size. Effects see
+    /// the time of the clip's frame where it is at its own, as in a clip that keeps them; a transition is at
+    /// the progress of the frame's middle. Fails as input, usage or internal.
     MTIImage imageAt(double seconds);
     /// A transition at a progress, between the frames that are shown then.
     MTIImage transitionAt(std::size_t incoming, double progress);

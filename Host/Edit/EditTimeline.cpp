@@ -161,7 +161,7 @@ void EditTimeline::chooseFormat() {
         video_.averageFrameRate = isOneClip_ && isPicture ? Rational{25, 1} : Rational{kRateOfPictures, 1};
 }
 
-/// Where the part begins and how long it is; a picture's length may stay 0 for now.
+/// Where the part begins and how long it is; place() gives a picture without a duration its length.
 void EditTimeline::setPart(TimelineClip& entry) {
     const ProjectClip& clip = entry.clip;
     const std::string name = nameOf(clip);

@@ -61,8 +61,8 @@ class EditTimeline {
     Fit fit(std::size_t clip) const { return clips_[clip].clip.fit.value_or(project_.fit); }
     ClipReaderOptions reading(const std::string& path) const { return reading_(path); }
 
-    /// Takes the effects and the transitions' classes of a project that differs in nothing else. With mistakes
-    /// the timeline is not to be used until it has taken another.
+    /// Takes the effects and the transitions' classes of a project that differs in nothing else. With
+    /// mistakes the timeline is not to be used until it has taken another.
     void takeLook(const Project& project, Mistakes& mistakes);
 
     /// What the first clip's other streams are; nil for a picture.

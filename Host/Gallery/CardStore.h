@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "Host/Gallery/CardRenderer.h"
 #include "Host/CommandLine/JSON.h"
+#include "Host/Gallery/CardRenderer.h"
 
 namespace qv::host {
 

@@ -1,11 +1,11 @@
 #include "Host/Gallery/GallerySheets.h"
 
 #include "Host/Clips/PictureFile.h"
+#include "Host/Clips/TransitionFilter.h"
 #include "Host/CommandLine/Interrupt.h"
 #include "Host/Sheets/ClassPicture.h"
 #include "Host/Sheets/SheetDrawing.h"
 #include "Host/Sheets/SheetLayout.h"
-#include "Host/Clips/TransitionFilter.h"
 
 namespace qv::host {
 

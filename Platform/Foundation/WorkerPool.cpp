@@ -165,11 +165,10 @@ void runOverRows(int rows, std::size_t rowCost, const std::function<void(int beg
     // A few bands per thread, so that one that is held up does not hold up the rest.
     const int wanted = WorkerPool::threadCount() * 3;
     const int bandRows = std::max(((rows + wanted - 1) / wanted + 1) / 2 * 2, 2);
-    WorkerPool::shared().run({(rows + bandRows - 1) / bandRows,
-                              [&](int band) {
-                                  work(band * bandRows, std::min((band + 1) * bandRows, rows));
-                              }},
-                             std::move(limit));
+    WorkerPool::shared().run(
+        {(rows + bandRows - 1) / bandRows,
+         [&](int band) { work(band * bandRows, std::min((band + 1) * bandRows, rows)); }},
+        std::move(limit));
 }
 
 }  // namespace qv

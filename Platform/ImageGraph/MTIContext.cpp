@@ -37,11 +37,11 @@ MTIDeviceKind kindOfDevice(int index) {
     const std::vector<GraphicsDevice> devices = MTIContext::devices();
     if (index < int(devices.size())) return devices[std::size_t(index)].kind;
     const std::size_t count = devices.size();
-    throw RenderError(
-        fmt::format("there is no device {}; {}", index,
-                    count == 0   ? "there is none at all"
-                    : count == 1 ? "there is 1, number 0"
-                                 : fmt::format("there are {}, numbers 0 to {}", count, count - 1)));
+    throw RenderError(fmt::format("there is no device {}; {}", index,
+                                  count == 0 ? "there is none at all"
+                                  : count == 1
+                                      ? "there is 1, number 0"
+                                      : fmt::format("there are {}, numbers 0 to {}", count, count - 1)));
 }
 
 MTIDeviceKind kindFor(const MTIContextOptions& options) {

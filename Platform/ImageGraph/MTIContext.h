@@ -59,7 +59,7 @@ struct MTIContextOptions {
     bool validation = false;  ///< load the Khronos validation layer; `any` device is then one of Vulkan's
     std::uint64_t textureBudgetBytes = 512u << 20;  ///< idle textures above this are freed
     int threads = 0;  ///< of the processor that renders natively, at most; 0: as many as it has
-    MTIFusion fusion = MTIFusion::inBackground;     ///< when several passes are drawn as one
+    MTIFusion fusion = MTIFusion::inBackground;  ///< when several passes are drawn as one
     /// Where programs that are joined and compiled at run time are kept, for the next process too; any number
     /// of contexts and processes may share it. Empty: nowhere.
     std::string shaderCacheDirectory = defaultShaderCacheDirectory();

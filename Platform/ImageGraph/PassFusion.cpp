@@ -192,8 +192,7 @@ class Fuser {
             FusedShape::Stage& stage = fused.shape.stages.emplace_back();
             stage.function = member.function;
             stage.given = member.given;
-            stage.isClamped =
-                p != group.back() && texture(member.output).format == TextureFormat::rgba8;
+            stage.isClamped = p != group.back() && texture(member.output).format == TextureFormat::rgba8;
             for (std::size_t n = 0; n < member.inputs.size(); ++n)
                 stage.inputs.push_back(inputOf(fused, member, n));
         }

@@ -211,7 +211,8 @@ bool convertRowsFromRGBA8(const std::uint8_t* rgba, std::size_t rowBytes, const 
         auto* out = rowOf<std::uint8_t>(destination, 0, y);
         if (gray) {
             channels.split(in);
-            rows::toLuma(channels.red.data(), channels.green.data(), channels.blue.data(), factors, out, width);
+            rows::toLuma(channels.red.data(), channels.green.data(), channels.blue.data(), factors, out,
+                         width);
         } else {
             std::memcpy(out, in, std::size_t(width) * 4);
             if (!rows::isOpaque(out, width)) unpremultiply(out, std::size_t(width));
@@ -222,17 +223,15 @@ bool convertRowsFromRGBA8(const std::uint8_t* rgba, std::size_t rowBytes, const 
 
 bool convertToRGBA8(const PixelBuffer& source, std::uint8_t* rgba, std::size_t rowBytes) {
     if (!source || !rgba || rowBytes < std::size_t(source.width()) * 4) return false;
-    runOverRows(source.height(), rowBytes, [&](int begin, int end) {
-        convertRowsToRGBA8(source, rgba, rowBytes, begin, end);
-    });
+    runOverRows(source.height(), rowBytes,
+                [&](int begin, int end) { convertRowsToRGBA8(source, rgba, rowBytes, begin, end); });
     return true;
 }
 
 bool convertFromRGBA8(const std::uint8_t* rgba, std::size_t rowBytes, const PixelBuffer& destination) {
     if (!destination || !rgba || rowBytes < std::size_t(destination.width()) * 4) return false;
-    runOverRows(destination.height(), rowBytes, [&](int begin, int end) {
-        convertRowsFromRGBA8(rgba, rowBytes, destination, begin, end);
-    });
+    runOverRows(destination.height(), rowBytes,
+                [&](int begin, int end) { convertRowsFromRGBA8(rgba, rowBytes, destination, begin, end); });
     return true;
 }
 

@@ -18,8 +18,8 @@ bool convertToRGBA8(const PixelBuffer& source, std::uint8_t* rgba, std::size_t r
 /// parallel and as refusing as the other way.
 bool convertFromRGBA8(const std::uint8_t* rgba, std::size_t rowBytes, const PixelBuffer& destination);
 
-/// The same for rows [firstRow, endRow), on the calling thread alone; `firstRow` is even. `rgba` is the frame's
-/// first row all the same.
+/// The same for rows [firstRow, endRow), on the calling thread alone; `firstRow` is even. `rgba` is the
+/// frame's first row all the same.
 bool convertRowsToRGBA8(const PixelBuffer& source, std::uint8_t* rgba, std::size_t rowBytes, int firstRow,
                         int endRow);
 bool convertRowsFromRGBA8(const std::uint8_t* rgba, std::size_t rowBytes, const PixelBuffer& destination,

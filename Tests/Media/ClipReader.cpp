@@ -342,7 +342,8 @@ TEST(ClipReader, animatedWebPGoesForthAndBack) {
     const std::string path = folder / "a.webp";
     // A pause in the middle: 0 to 200 ms, then from 500 ms on.
     ffmpeg(
-        "-f lavfi -i testsrc2=s=160x96:r=20 -frames:v 8 -lossless 1 -vf \"setpts='(N+if(gt(N,4),5))/20/TB'\" -fps_mode "
+        "-f lavfi -i testsrc2=s=160x96:r=20 -frames:v 8 -lossless 1 -vf \"setpts='(N+if(gt(N,4),5))/20/TB'\" "
+        "-fps_mode "
         "vfr " +
         path);
     const auto reader = ClipReader::open(path);

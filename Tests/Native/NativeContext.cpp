@@ -86,7 +86,8 @@ MTIImage pass(const char* function, const MTIImage& image, MTIParameters paramet
 
 /// Kernels, fused ones among them, a blur, a resize and a colour.
 MTIImage graph(const MTIImage& source) {
-    const MTIImage graded = pass("MTIOpacity", pass("MTIExposure", source, {{"gain", 1.4f}}), {{"opacity", 0.8f}});
+    const MTIImage graded =
+        pass("MTIOpacity", pass("MTIExposure", source, {{"gain", 1.4f}}), {{"opacity", 0.8f}});
     MTIGaussianBlurFilter blur;
     blur.setInputImage(graded);
     blur.setRadius(4);
@@ -136,7 +137,8 @@ TEST_F(NativeContexts, WritePlanesFromBandsAsFromTheWholePicture) {
     const MTIImage image = graph(ramps(1001, 203));
     const auto context = make();
     const Bitmap whole = context->renderToBitmap(image);
-    for (PixelFormat format : {PixelFormat::i420, PixelFormat::nv12, PixelFormat::i420Alpha, PixelFormat::rgba8}) {
+    for (PixelFormat format :
+         {PixelFormat::i420, PixelFormat::nv12, PixelFormat::i420Alpha, PixelFormat::rgba8}) {
         const auto rendered = PixelBuffer::create(format, 1001, 203);
         const auto expected = PixelBuffer::create(format, 1001, 203);
         const auto task = context->startRender(image, rendered);

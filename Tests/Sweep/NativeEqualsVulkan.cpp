@@ -54,6 +54,9 @@ class NativeEqualsVulkan : public testing::TestWithParam<const QVFilterClass*> {
     void SetUp() override {
         static const auto native = makeContext(MTIDeviceKind::native, &cause_);
         static const auto vulkan = makeContext(MTIDeviceKind::vulkan);
+#ifdef QV_NATIVE
+        ASSERT_THAT(cause_, testing::Not(testing::HasSubstr("not installed")));
+#endif
         if (!native) GTEST_SKIP() << cause_;
         ASSERT_TRUE(vulkan);
         native_ = native.get();

@@ -13,8 +13,8 @@
 
 namespace qv {
 
-/// Kernels by function and formats, made on first use: from an object that the build or an earlier process has
-/// compiled, or now. Thread-safe.
+/// Kernels by function and formats, made on first use: from an object that the build or an earlier process
+/// has compiled, or now. Thread-safe.
 class KernelStore final : public PassPrograms {
   public:
     using Kernel = std::shared_ptr<const LinkedNativeKernel>;

@@ -18,7 +18,9 @@ struct NativeContext::Recording {
     std::vector<BandedWork::Step> steps;
     std::shared_ptr<NativeTexture> scratch;  ///< of the pass that is being recorded
 
-    bool isOutput(int texture) const { return std::ranges::find(plan.outputs, texture) != plan.outputs.end(); }
+    bool isOutput(int texture) const {
+        return std::ranges::find(plan.outputs, texture) != plan.outputs.end();
+    }
     /// What hands rows of a texture over that is an output; empty where they stay.
     RowsWork deliveryOf(int texture, const NativeImage& image) const;
 };

@@ -66,9 +66,8 @@ BandedWork::Step stepOverRows(int width, int rows, Rows work) {
     // Enough that handing a band over costs nothing beside it; few enough for a share in the cache.
     constexpr int kBandPixels = 1 << 15;
     const int bandRows = std::clamp(kBandPixels / width / 2 * 2, 2, std::max(2, (rows + 1) / 2 * 2));
-    return {(rows + bandRows - 1) / bandRows, [=](int band) {
-                work(band * bandRows, std::min((band + 1) * bandRows, rows));
-            }};
+    return {(rows + bandRows - 1) / bandRows,
+            [=](int band) { work(band * bandRows, std::min((band + 1) * bandRows, rows)); }};
 }
 
 }  // namespace qv

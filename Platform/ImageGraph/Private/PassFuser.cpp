@@ -7,8 +7,7 @@ namespace qv {
 PassFormats formatsOf(const RenderPlan& plan, const PlanPass& pass) {
     PassFormats formats;
     for (int input : pass.inputs) {
-        formats.inputs.push_back(input < 0 ? TextureFormat::rgba8
-                                           : plan.textures[std::size_t(input)].format);
+        formats.inputs.push_back(input < 0 ? TextureFormat::rgba8 : plan.textures[std::size_t(input)].format);
     }
     formats.output = plan.textures[std::size_t(pass.output)].format;
     return formats;

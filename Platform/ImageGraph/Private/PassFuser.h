@@ -33,8 +33,8 @@ class PassPrograms {
 };
 
 /// Fuses the passes of plans as far as their programs are there and can be drawn, and makes those that are
-/// not, at once or off the render thread. There what is asked for once only is not worth it: making begins at the
-/// second frame of a shape. Thread-safe.
+/// not, at once or off the render thread. There what is asked for once only is not worth it: making begins at
+/// the second frame of a shape. Thread-safe.
 class PassFuser {
   public:
     PassFuser(PassPrograms& drawn, std::string cacheDirectory)

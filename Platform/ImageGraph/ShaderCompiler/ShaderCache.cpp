@@ -51,7 +51,8 @@ fs::path fileOf(const std::string& directory, const std::array<std::uint64_t, 2>
 
 /// A descriptor that closes itself.
 struct Descriptor {
-    explicit Descriptor(const fs::path& path) : number(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {}
+    explicit Descriptor(const fs::path& path)
+        : number(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {}
     ~Descriptor() {
         if (number >= 0) ::close(number);
     }

@@ -9,11 +9,11 @@
 
 namespace qv {
 
-/// Compiled shaders on disk, SPIR-V and objects of machine code, found by what they were compiled from. Files appear whole, so that
-/// several processes can share a directory; a file that is damaged, or of another kind, counts as missing and
-/// is replaced where it can be; files of other names are left alone. When all together are too large, the
-/// longest unused go. Without a directory, or where it cannot be written, nothing is kept and nobody is told.
-/// Thread-safe.
+/// Compiled shaders on disk, SPIR-V and objects of machine code, found by what they were compiled from. Files
+/// appear whole, so that several processes can share a directory; a file that is damaged, or of another kind,
+/// counts as missing and is replaced where it can be; files of other names are left alone. When all together
+/// are too large, the longest unused go. Without a directory, or where it cannot be written, nothing is kept
+/// and nobody is told. Thread-safe.
 class ShaderCache {
   public:
     static constexpr std::uint64_t kMostBytes = 64u << 20;
@@ -28,7 +28,8 @@ class ShaderCache {
     /// The same for objects, which are going to be run: those that others own or may write are left alone.
     /// `recipe`: all that decides what `compiler` makes.
     std::vector<std::byte> loadObject(std::string_view recipe, std::string_view compiler) const;
-    void storeObject(std::string_view recipe, std::string_view compiler, const std::vector<std::byte>& object);
+    void storeObject(std::string_view recipe, std::string_view compiler,
+                     const std::vector<std::byte>& object);
 
   private:
     template <typename Unit>

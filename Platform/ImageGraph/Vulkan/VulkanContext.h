@@ -107,7 +107,7 @@ class VulkanContext final : public MTIContext, public std::enable_shared_from_th
     std::unique_ptr<PassFuser> fuser_;
     PictureAtlas atlas_;
     std::array<std::unique_ptr<Frame>, kFramesInFlight> frames_;
-    MTIImage blank_;  ///< stands for a nil input
+    MTIImage blank_;        ///< stands for a nil input
     const bool processor_;  ///< take the ways that are fast on a processor
     std::mutex mutex_;
     std::uint64_t serial_ = 0;

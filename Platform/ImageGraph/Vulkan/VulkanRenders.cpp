@@ -77,7 +77,8 @@ std::unique_ptr<RenderTask> VulkanContext::startRender(const MTIImage& image, co
                                                        std::string* error) {
     try {
         auto task = std::make_unique<VulkanTask>(shared_from_this(), destination);
-        task->submission() = submit(planned(image, targetFor(image, destination, processor_)), Delivery::hostMemory);
+        task->submission() =
+            submit(planned(image, targetFor(image, destination, processor_)), Delivery::hostMemory);
         return task;
     } catch (const std::exception& failure) {
         setError(error, failure);

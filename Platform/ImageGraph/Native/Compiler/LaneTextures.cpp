@@ -230,8 +230,8 @@ Words fetchEach(Builder& ir, const Layout& layout, Value* pixels, Value* index) 
                 listOf(layout, loadRow(ir, layout, ir.CreateGEP(ir.getInt8Ty(), pixels, offset)));
             Value* const isRow = ir.CreateICmpNE(step, ir.getInt32(0));
             for (Value*& word : row)
-                word = ir.CreateSelect(isRow, word,
-                                       spread(ir, ir.CreateExtractElement(word, std::uint64_t(0))));
+                word =
+                    ir.CreateSelect(isRow, word, spread(ir, ir.CreateExtractElement(word, std::uint64_t(0))));
             return row;
         },
         [&] { return listOf(layout, gather(ir, layout, pixels, index)); }));

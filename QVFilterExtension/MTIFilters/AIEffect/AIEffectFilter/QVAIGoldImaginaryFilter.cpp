@@ -55,7 +55,8 @@ MTIImage QVAIGoldImaginaryFilter::imageWithLine() {
     materiaFilter.setMateriaImage(tintedMaterial());
     lookupFilter_.setInputImage(inputImage());
     lookupFilter_.setOutputPixelFormat(outputPixelFormat());
-    return over(behindSubject(lookupFilter_.outputImage(), materiaFilter.outputImage()), softSubjectCutOut(*this));
+    return over(behindSubject(lookupFilter_.outputImage(), materiaFilter.outputImage()),
+                softSubjectCutOut(*this));
 }
 
 }  // namespace qv
