@@ -49,6 +49,8 @@ int main(int argc, char** argv) {
         addTransitionCommand(tool);
         addEditCommand(tool);
         addMontageCommand(tool);
+        addJoinCommand(tool);
+        addFarmStatusCommand(tool);
         addStudioCommand(tool);
         addSheetCommand(tool);
         addGalleryCommand(tool);

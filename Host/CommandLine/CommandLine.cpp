@@ -84,6 +84,16 @@ void checkOutput(const std::string& path, const OverwriteOptions& overwrite) {
     fail(ExitCode::output, "'{}' exists{}", path, overwrite.no ? "" : "; -y replaces it");
 }
 
+std::string shellWord(const std::string& word) {
+    const bool isPlain = !word.empty() && word.find_first_not_of(
+                                              "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"
+                                              "0123456789_-+=./:,@%") == std::string::npos;
+    if (isPlain) return word;
+    std::string result = "'";
+    for (const char c : word) c == '\'' ? result += "'\\''" : result += c;
+    return result + "'";
+}
+
 CommandOption addJSONFlag(const Command& command, bool& json) {
     return command.flag("--json", json, "Print JSON for programs");
 }

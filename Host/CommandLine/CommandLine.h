@@ -23,6 +23,8 @@ void addRenderCommand(CommandParser& tool);
 void addTransitionCommand(CommandParser& tool);
 void addEditCommand(CommandParser& tool);
 void addMontageCommand(CommandParser& tool);
+void addJoinCommand(CommandParser& tool);
+void addFarmStatusCommand(CommandParser& tool);
 void addStudioCommand(CommandParser& tool);
 void addBenchCommand(CommandParser& tool);
 void addSheetCommand(CommandParser& tool);
@@ -51,6 +53,9 @@ struct OverwriteOptions {
 /// Fails unless `path` may be written: it is new, a device, a pipe or "-", or overwriting it was allowed, by
 /// option or by an answer on a terminal. Nothing is opened.
 void checkOutput(const std::string& path, const OverwriteOptions& overwrite);
+
+/// As a shell takes it for one word.
+std::string shellWord(const std::string& word);
 
 /// The option for programs that listings share.
 CommandOption addJSONFlag(const Command& command, bool& json);

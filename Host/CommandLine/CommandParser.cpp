@@ -152,6 +152,20 @@ std::vector<std::string> Command::order() const {
     return names;
 }
 
+std::vector<std::pair<std::string, std::vector<std::string>>> Command::words() const {
+    std::vector<std::pair<std::string, std::vector<std::string>>> given;
+    for (const CLI::Option* option : app_->get_options()) {
+        const std::string name = option->get_name();
+        if (option->count() == 0 || name[0] != '-') continue;
+        const bool takesValue = option->get_items_expected_max() > 0;
+        std::vector<std::string> words;
+        for (const std::string& value : option->results())
+            words.push_back(takesValue ? name + "=" + value : name);
+        given.emplace_back(name, std::move(words));
+    }
+    return given;
+}
+
 void Command::setAction(std::function<void()> action) const {
     app_->callback(std::move(action));
 }
@@ -178,6 +192,14 @@ std::vector<CommandFacts> CommandParser::commands() const {
         commands.push_back(std::move(facts));
     }
     return commands;
+}
+
+void CommandParser::run(const std::vector<std::string>& words) {
+    std::vector<std::string> line{app_->get_name()};
+    line.insert(line.end(), words.begin(), words.end());
+    std::vector<char*> arguments;
+    for (std::string& word : line) arguments.push_back(word.data());
+    run(int(arguments.size()), arguments.data());
 }
 
 void CommandParser::run(int argc, char** argv) {

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace CLI {
@@ -67,6 +68,10 @@ class Command {
     /// when the action runs.
     std::vector<std::string> order() const;
 
+    /// The options that were given, by name, each as the words that give it again, as "--crf=20"; without what
+    /// stands at a fixed place. Known when the action runs.
+    std::vector<std::pair<std::string, std::vector<std::string>>> words() const;
+
     /// Runs when this command was given, after all of the line has been parsed.
     void setAction(std::function<void()> action) const;
 
@@ -109,6 +114,8 @@ class CommandParser {
     /// Parses the line and runs its command, or prints the help or version that was asked for. Fails as usage
     /// and as the command does.
     void run(int argc, char** argv);
+    /// The same of words, the tool's name aside. Fails the same way.
+    void run(const std::vector<std::string>& words);
 
   private:
     std::unique_ptr<CLI::App> app_;

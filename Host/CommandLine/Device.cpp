@@ -37,6 +37,10 @@ void DeviceOptions::add(const Command& command) {
     command.option("--device", device,
                    "native, vulkan, or the index of a device (qvfilter devices); the most capable without");
     command.flag("--no-fusion", noFusion, "Draw every pass by itself");
+    command
+        .option("--texture-memory", textureMemory,
+                "MiB of memory that idle textures may hold; fewer for a machine with little")
+        .range(0, 1 << 20);
     command.flag("--validate", validate, "Check every Vulkan call with the validation layer");
 }
 
@@ -46,6 +50,7 @@ std::shared_ptr<MTIContext> DeviceOptions::makeContext(MTIPixelFormat workingFor
     options.workingPixelFormat = workingFormat;
     options.validation = validate;
     options.fusion = noFusion ? MTIFusion::off : fusion;
+    if (textureMemory) options.textureBudgetBytes = std::uint64_t(*textureMemory) << 20;
     std::string cause;
     auto context = MTIContext::create(options, &cause);
     if (!context) fail(ExitCode::device, "{}", cause);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,7 @@ std::vector<GraphicsDevice> graphicsDevices();
 struct DeviceOptions {
     std::string device;  ///< "native", "vulkan" or a device's index; the most capable without
     bool validate = false, noFusion = false;
+    std::optional<int> textureMemory;  ///< MiB of idle textures that are kept
     void add(const Command& command);
 
     /// A context, which filters that render by themselves share. --no-fusion goes before `fusion`. Fails as

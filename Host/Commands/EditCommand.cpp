@@ -1,46 +1,82 @@
+#include <algorithm>
 #include <memory>
+#include <set>
 
 #include "Host/CommandLine/CommandLine.h"
 #include "Host/CommandLine/CommandParser.h"
 #include "Host/CommandLine/SmallFiles.h"
-#include "Host/Edit/EditExport.h"
-#include "Host/Edit/EditOptions.h"
-
+#include "Host/Edit/EditRequest.h"
+#include "Host/Edit/ProjectFile.h"
 #include "Host/Edit/TimelineFile.h"
+#include "Host/Farm/FarmPartRender.h"
+#include "Host/Farm/FarmSplit.h"
 
 namespace qv::host {
 
 namespace {
 
 struct Options {
-    std::string file;
-    std::vector<std::string> values;
-    FrameOptions frames;
+    EditRequest request;
     bool print = false;
-    std::string otio;
-    EditOutput output;
+    std::string otio, plan;
+    std::optional<int> parts, span;
 };
 
 void writeTimeline(const Project& project, const Options& options) {
-    checkOutput(options.otio, options.output.overwrite);
+    const EditOutput& output = options.request.output;
+    checkOutput(options.otio, output.overwrite);
     Mistakes mistakes;
-    const auto reading = [&](const std::string& path) { return options.output.encoding.readerOptions(path); };
+    const auto reading = [&](const std::string& path) { return output.encoding.readerOptions(path); };
     const EditTimeline timeline(project, reading, EditPurpose::pictures, mistakes);
     mistakes.check();
     const std::string text = timelineText(timeline);
     options.otio == "-" ? writeStandardOutput(text) : writeFile(options.otio, text);
 }
 
-void edit(const Options& options) {
-    const EditOutput& output = options.output;
+/// What each machine may choose for itself.
+const std::set<std::string> kMachineOptions{"--threads",  "--device",        "--texture-memory", "--validate",
+                                            "--progress", "--json-progress", "--quiet",          "--yes",
+                                            "--no"};
+/// What says that there are parts, and where.
+const std::set<std::string> kFarmOptions{"--output", "--split", "--span", "--plan"};
+
+/// The options that were given of the two kinds: those that parts share, or those of this machine.
+std::vector<std::string> wordsOf(const Command& command, bool ofMachine) {
+    std::vector<std::string> chosen;
+    for (const auto& [name, words] : command.words()) {
+        if (!kFarmOptions.contains(name) && kMachineOptions.contains(name) == ofMachine)
+            chosen.insert(chosen.end(), words.begin(), words.end());
+    }
+    return chosen;
+}
+
+void split(const Options& options, const Command& command) {
+    const std::filesystem::path folder(options.request.output.path);
+    makeFolder(folder);
+    const FarmPlan plan =
+        makePlan({options.request, wordsOf(command, false), options.parts.value(), folder});
+    writeFile(planPath(folder), planText(plan));
+    const int sounds = plan.soundPart() ? 1 : 0;
+    writeStandardOutput(fmt::format("{} parts: {} of pictures, {} of sound\n", plan.parts.size(),
+                                    int(plan.parts.size()) - sounds, sounds));
+}
+
+void renderSpan(const Options& options, const Command& command) {
+    const std::vector<std::string> others = wordsOf(command, false);
+    if (!others.empty())
+        fail(ExitCode::usage, "{} is not for a part: the plan says how it is made",
+             others[0].substr(0, others[0].find('=')));
+    renderPart({options.request.file, options.span.value(), options.request.output.path, options.plan,
+                wordsOf(command, true)});
+}
+
+void edit(const Options& options, const Command& command) {
+    const EditOutput& output = options.request.output;
     if (output.path.empty() && options.otio.empty() && !options.print)
         fail(ExitCode::usage, "--output is required, or --print or --write-otio; see qvfilter --help");
-    const std::string file = options.file == "-" ? kStandardInput : options.file;
-    const auto note = [&](const std::string& line) { output.encoding.note(line); };
-    Mistakes mistakes;
-    Project project = parseProject(file, readDocumentText(file), parseValues(options.values), mistakes, note);
-    mistakes.check();
-    options.frames.apply(project);
+    if (options.parts) return split(options, command);
+    if (options.span) return renderSpan(options, command);
+    const Project project = options.request.project();
     if (options.print) {
         writeStandardOutput(projectText(project));
     } else if (!options.otio.empty()) {
@@ -56,13 +92,10 @@ void addEditCommand(CommandParser& tool) {
     const Command command = tool.addCommand(
         "edit", "Renders a project: clips with transitions, effects and sound, as a file tells");
     auto options = std::make_shared<Options>();
-    command
-        .option("file", options->file,
-                "Project, JSON as Docs/edit.schema.json describes it, or .otio; - is standard input")
-        .required();
+    options->request.add(command);
     const CommandOption output =
-        command.option("-o,--output", options->output.path, "Video file, or - for standard output");
-    command.option("--set", options->values, "name=value of a ${name} in the project; repeatable");
+        command.option("-o,--output", options->request.output.path,
+                       "Video file, or - for standard output; with --split the plan's folder");
     const CommandOption otio =
         command
             .option("--write-otio", options->otio,
@@ -71,11 +104,20 @@ void addEditCommand(CommandParser& tool) {
     command.flag("--print", options->print, "Print the project with everything filled in, and render nothing")
         .excludes(output)
         .excludes(otio);
-    options->frames.add(command);
-    options->output.encoding.add(command);
-    options->output.overwrite.add(command);
-    options->output.device.add(command);
-    command.setAction([options] { edit(*options); });
+    const CommandOption split =
+        command
+            .option("--split", options->parts,
+                    "Plan so many parts for as many machines, in a folder, and render nothing")
+            .range(1, 100'000)
+            .needs(output);
+    const CommandOption span = command
+                                   .option("--span", options->span,
+                                           "Render the part of this number, as the plan beside it says")
+                                   .needs(output)
+                                   .excludes(split);
+    command.option("--plan", options->plan, "The plan of --span; plan.json beside the output without")
+        .needs(span);
+    command.setAction([options, command] { edit(*options, command); });
 }
 
 }  // namespace qv::host

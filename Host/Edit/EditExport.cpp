@@ -36,29 +36,37 @@ std::unique_ptr<AudioMix> soundOf(const EditTimeline& timeline, const EditOutput
 
 }  // namespace
 
-void exportProject(const Project& project, const EditOutput& output, const ExportProgress& told) {
-    ClipWriterOptions writing = output.encoding.writerOptions(output.path);
-    output.encoding.checkOutput(output.path, output.overwrite);
+ExportSetup setUpExport(const Project& project, const EditOutput& output) {
+    ExportSetup setup;
+    setup.writing = output.encoding.writerOptions(output.path);
     Mistakes mistakes;
-    auto timeline = std::make_unique<EditTimeline>(project, readingOf(output.encoding, project),
-                                                   EditPurpose::clip, mistakes);
+    setup.timeline = std::make_unique<EditTimeline>(project, readingOf(output.encoding, project),
+                                                    EditPurpose::clip, mistakes);
     mistakes.check();
-    const auto note = [encoding = output.encoding](const std::string& line) { encoding.note(line); };
-    for (const std::string& line : timeline->losses()) note(line);
-    timeline->begin();
-    auto sound = soundOf(*timeline, output, writing);
+    setup.note = [encoding = output.encoding](const std::string& line) { encoding.note(line); };
+    for (const std::string& line : setup.timeline->losses()) setup.note(line);
+    setup.timeline->begin();
+    setup.sound = soundOf(*setup.timeline, output, setup.writing);
+    setup.streams = setup.timeline->streams();
+    return setup;
+}
 
+std::string runExport(ExportSetup setup, const EditOutput& output, const ExportProgress& told,
+                      const EditSpan& span) {
+    EditTimeline& timeline = *setup.timeline;
     RenderPipeline::Parts parts;
-    const ClipVideoFormat video = timeline->video();
+    const ClipVideoFormat video = timeline.video();
     parts.size = {video.width, video.height};
-    const bool isEndless = timeline->end() >= kUnlimited;
-    const std::int64_t total = isEndless ? 0 : std::llround(timeline->end() * timeline->rate());
+    const bool isEndless = timeline.end() >= kUnlimited;
+    const std::int64_t whole = isEndless ? 0 : std::llround(timeline.end() * timeline.rate());
+    const std::int64_t total = span.count < EditSpan::kAll ? span.count : whole;
     const DeferInterrupts defer;
-    parts.writer = output.encoding.makeWriter(output.path, video, writing, timeline->streams());
+    parts.writer =
+        output.encoding.makeWriter(output.path, video, setup.writing, std::move(setup.streams));
     parts.context = output.device.makeContext(workingFormat(video, *parts.writer));
     const EncodedFrames encoded{parts.writer->frameFormat(), parts.writer->frameColor()};
-    auto source =
-        std::make_unique<EditSource>(std::move(timeline), encoded, *parts.context, std::move(sound), note);
+    auto source = std::make_unique<EditSource>(std::move(setup.timeline), encoded, *parts.context,
+                                               std::move(setup.sound), std::move(setup.note), span);
     source->prepare(*parts.context);
     parts.source = std::move(source);
 
@@ -69,6 +77,12 @@ void exportProject(const Project& project, const EditOutput& output, const Expor
     });
     progress.finish();
     checkValidation(*context);
+    return context->device().name;
+}
+
+void exportProject(const Project& project, const EditOutput& output, const ExportProgress& told) {
+    output.encoding.checkOutput(output.path, output.overwrite);
+    runExport(setUpExport(project, output), output, told);
 }
 
 }  // namespace qv::host

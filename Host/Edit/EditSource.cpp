@@ -12,13 +12,16 @@ constexpr std::int64_t kSoundPiece = 4096;
 }  // namespace
 
 EditSource::EditSource(std::unique_ptr<EditTimeline> timeline, const EncodedFrames& encoded,
-                       MTIContext& context, std::unique_ptr<AudioMix> sound, NoteSink note)
+                       MTIContext& context, std::unique_ptr<AudioMix> sound, NoteSink note,
+                       const EditSpan& span)
     : timeline_(std::move(timeline)),
       encoded_(encoded),
       players_(*timeline_, context),
       look_(*timeline_, std::move(note)),
       sound_(std::move(sound)),
+      span_(span),
       firstEnded_(!timeline_->keepsTimes()) {
+    if (span_.first > 0) begin();
     if (!timeline_->isWholeClip()) return;
     if (ShownFrames* frames = players_.footage(0).frames()) {
         const double units = secondsOf(frames->info(), frames->firstTime()) / secondsOfUnit();
@@ -26,14 +29,33 @@ EditSource::EditSource(std::unique_ptr<EditTimeline> timeline, const EncodedFram
     }
 }
 
+/// Goes to the span's first frame.
+void EditSource::begin() {
+    if (span_.first >= span_.own) {
+        firstEnded_ = true;
+        slotsBegin_ = span_.slotsBegin;
+        slots_ = span_.first - span_.own;
+        return;
+    }
+    const TimelineClip& entry = timeline_->clips()[0];
+    ShownFrames& frames = *players_.footage(0).frames();
+    frames.goTo(entry.from + span_.seconds);
+    if (std::abs(frames.seconds() - entry.from - span_.seconds) > kTimeTolerance)
+        fail(ExitCode::input, "'{}' has no frame that begins at {:.6f} s", entry.clip.path,
+             entry.from + span_.seconds);
+}
+
 void EditSource::prepare(MTIContext& context) {
-    SourceFrame frame;
-    frame.layers = players_.layersAt(0);
+    SourceFrame frame{.seconds = span_.seconds};
+    frame.layers = players_.layersAt(span_.seconds);
     context.prepare(picture(frame));
     const auto& clips = timeline_->clips();
-    if (clips.size() < 2 || clips[1].lead <= 0 || !clips[1].clip.effects.empty()) return;
-    // The second clip is not open yet: any picture of the output's shape will do.
-    frame.layers.push_back({.clip = 1, .image = frame.layers[0].image, .pixels = frame.layers[0].pixels});
+    const std::size_t next = frame.layers.back().clip + 1;
+    if (frame.layers.size() > 1 || next >= clips.size() || clips[next].lead <= 0 ||
+        !clips[next].clip.effects.empty())
+        return;
+    // The next clip is not open yet: any picture of the output's shape will do.
+    frame.layers.push_back({.clip = next, .image = frame.layers[0].image, .pixels = frame.layers[0].pixels});
     for (const double progress : {0.1, 0.5, 0.9}) {
         frame.progress = progress;
         context.prepare(picture(frame));
@@ -62,19 +84,6 @@ std::optional<AudioSamples> EditSource::nextSound() {
     return samples;
 }
 
-/// A frame at the output's rate with its times.
-SourceFrame EditSource::slot(std::int64_t index) const {
-    const double rate = timeline_->rate();
-    const auto timeOf = [&](std::int64_t i) {
-        return std::llround((slotsBegin_ + double(i) / rate) / secondsOfUnit());
-    };
-    SourceFrame result;
-    result.frame.time = timeOf(index);
-    result.frame.duration = std::max<std::int64_t>(1, timeOf(index + 1) - result.frame.time);
-    result.seconds = slotsBegin_ + double(index) / rate;
-    return result;
-}
-
 std::optional<SourceFrame> EditSource::nextOfFirst() {
     const TimelineClip& entry = timeline_->clips()[0];
     ShownFrames& frames = *players_.footage(0).frames();
@@ -95,11 +104,13 @@ std::optional<SourceFrame> EditSource::nextSlot() {
     if (timeline_->keepsTimes() && timeline_->clips().size() == 1) return std::nullopt;
     const std::int64_t count = std::llround((timeline_->end() - slotsBegin_) * timeline_->rate());
     const bool isOnly = slotsBegin_ == 0 && slots_ == 0;
-    return slots_ < count || isOnly ? std::optional(slot(slots_++)) : std::nullopt;
+    return slots_ < count || isOnly ? std::optional(slotFrame(*timeline_, slotsBegin_, slots_++))
+                                     : std::nullopt;
 }
 
 std::optional<SourceFrame> EditSource::nextFrame() {
     std::optional<SourceFrame> frame;
+    if (given_ == span_.count) return std::nullopt;
     if (!firstEnded_) frame = nextOfFirst();
     if (!frame) frame = nextSlot();
     if (!frame) return std::nullopt;
@@ -111,6 +122,9 @@ std::optional<SourceFrame> EditSource::nextFrame() {
     }
     end_ = std::max(end_, frame->seconds + double(frame->frame.duration) * secondsOfUnit());
     frame->frame.time += timeOffset_;
+    if (given_++ == 0 && span_.onFrame) firstTime_ = frame->frame.time;
+    if (span_.onFrame) span_.onFrame(frame->frame.time, frame->frame.duration);
+    frame->frame.time -= firstTime_;
     return frame;
 }
 

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 
+#include "Host/Edit/EditFrames.h"
 #include "Host/Edit/EditLook.h"
 #include "Host/Edit/EditPlayers.h"
 #include "Platform/Media/AudioMix.h"
@@ -25,11 +26,12 @@ struct EncodedFrames {
 /// before 1.
 class EditSource : public FrameSource {
   public:
-    /// `sound` may be nil. `note` is told what the look has to say.
+    /// `sound` may be nil. `note` is told what the look has to say. Of a span the frames are what they are in
+    /// the whole. Fails as input.
     EditSource(std::unique_ptr<EditTimeline> timeline, const EncodedFrames& encoded, MTIContext& context,
-               std::unique_ptr<AudioMix> sound, NoteSink note);
+               std::unique_ptr<AudioMix> sound, NoteSink note, const EditSpan& span = {});
 
-    /// Compiles what the timeline's beginning needs, so that its first frames do not stutter. Before next().
+    /// Compiles what the beginning needs, so that its first frames do not stutter. Before next().
     void prepare(MTIContext& context);
 
     Item next() override;
@@ -42,7 +44,7 @@ class EditSource : public FrameSource {
     std::optional<AudioSamples> nextSound();
     void setLayers(SourceFrame& frame);
     bool takenAsItIs(const Footage& footage, const PixelBuffer& pixels) const;
-    SourceFrame slot(std::int64_t index) const;
+    void begin();
     double secondsOfUnit() const { return timeline_->video().timeBase.value(); }
 
     std::unique_ptr<EditTimeline> timeline_;
@@ -50,6 +52,7 @@ class EditSource : public FrameSource {
     EditPlayers players_;
     EditLook look_;
     std::unique_ptr<AudioMix> sound_;
+    EditSpan span_;
 
     std::deque<ClipPacket> packets_;
     std::optional<SourceFrame> waiting_;  ///< until the sound of its time is given out
@@ -60,6 +63,7 @@ class EditSource : public FrameSource {
     double slotsBegin_ = 0;
     std::int64_t slots_ = 0;
     double end_ = 0;  ///< of the last frame given out
+    std::int64_t given_ = 0, firstTime_ = 0;  ///< frames given out, and the first one's time in the whole
 };
 
 }  // namespace qv::host

@@ -67,17 +67,6 @@ Json clipToJSON(const ProjectClip& clip, const std::string& folder) {
     return json;
 }
 
-/// As a shell takes it for one word.
-std::string quoted(const std::string& word) {
-    const bool isPlain = !word.empty() && word.find_first_not_of(
-                                              "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"
-                                              "0123456789_-+=./:,@%") == std::string::npos;
-    if (isPlain) return word;
-    std::string result = "'";
-    for (const char c : word) c == '\'' ? result += "'\\''" : result += c;
-    return result + "'";
-}
-
 void addPart(std::vector<std::string>& words, const ProjectClip& clip) {
     if (clip.from) words.insert(words.end(), {"--from", clip.from->text()});
     if (clip.to) words.insert(words.end(), {"--to", clip.to->text()});
@@ -166,7 +155,7 @@ std::string commandLine(const Project& project, const std::string& output, const
     }
     words.insert(words.end(), {"-o", output});
     std::string line;
-    for (const std::string& word : words) line += (line.empty() ? "" : " ") + quoted(word);
+    for (const std::string& word : words) line += (line.empty() ? "" : " ") + shellWord(word);
     return line;
 }
 

@@ -69,6 +69,10 @@ struct ClipWriter::State {
     std::optional<AudioEncoder> soundEncoder;  ///< of sound that the host makes
     AVStream* soundStream = nullptr;
     std::int64_t soundDelay = 0;  ///< added to its times, in the encoder's time base
+    std::optional<std::int64_t> soundBegin;      ///< time of its first packet, with the delay
+    AVRational videoUnit{}, soundUnit{};         ///< of packets that are encoded already
+    const AVOutputFormat* meantFor = nullptr;    ///< whose streams these are to be
+    bool isSoundOnly = false;
 
     std::string name;  ///< for messages
     std::string error;
@@ -80,8 +84,10 @@ struct ClipWriter::State {
     bool chooseContainer(const std::string& path, const ClipWriterOptions& settings);
     void choosePictures(const std::string& path, ClipWriterOptions& settings);
     bool addStreams(const ClipWriterOptions& settings, const SourceStreams* source);
-    bool addVideo(const SourceStreams::Stream* source);
+    bool addVideo(const ClipWriterOptions& settings, const SourceStreams::Stream* source);
     bool addSound(const ClipWriterOptions& settings);
+    bool addEncoded(const SourceStreams& from, AVMediaType type, AVStream*& to, AVRational& unit);
+    bool writeEncoded(const TimedPacket& packet, const AVStream* to, AVRational unit);
     void addDisplayMatrix();
     void noteLostAlpha();
     void noteLostSound();
@@ -128,7 +134,9 @@ bool ClipWriter::State::chooseContainer(const std::string& path, const ClipWrite
     output->opaque = &messages;
     // Standards since, such as FLAC in MP4.
     output->strict_std_compliance = FF_COMPLIANCE_EXPERIMENTAL;
-    return true;
+    meantFor = settings.meantFor.empty() ? container
+                                         : av_guess_format(settings.meantFor.c_str(), nullptr, nullptr);
+    return meantFor || fail(fmt::format("there is no container '{}'", settings.meantFor));
 }
 
 /// A name of numbered pictures that tells their kind, unless a container was asked for.
@@ -193,13 +201,36 @@ void ClipWriter::State::noteLostSound() {
                             pictures ? "a sequence of pictures" : output->oformat->name));
 }
 
-bool ClipWriter::State::addVideo(const SourceStreams::Stream* source) {
-    stream = avformat_new_stream(output.get(), nullptr);
-    if (!stream || avcodec_parameters_from_context(stream->codecpar, &encoder.context()) < 0) {
+/// The stream of that kind of a file whose packets are copied.
+bool ClipWriter::State::addEncoded(const SourceStreams& from, AVMediaType type, AVStream*& to,
+                                   AVRational& unit) {
+    const auto isWanted = [&](const SourceStreams::Stream& each) {
+        return each.parameters && each.parameters->codec_type == type;
+    };
+    const auto found = std::ranges::find_if(from.streams, isWanted);
+    if (found == from.streams.end()) return fail("what was encoded is not there");
+    to = avformat_new_stream(output.get(), nullptr);
+    if (!to || avcodec_parameters_copy(to->codecpar, found->parameters.get()) < 0)
         return fail("out of memory");
+    const unsigned tag = VideoEncoder::preferredTag(*output->oformat, found->parameters->codec_id);
+    to->codecpar->codec_tag = tag ? tag : StreamCopier::tagFor(*output->oformat, *found->parameters);
+    to->time_base = unit = found->timeBase;
+    return true;
+}
+
+bool ClipWriter::State::addVideo(const ClipWriterOptions& settings, const SourceStreams::Stream* source) {
+    if (settings.encodedVideo) {
+        if (!addEncoded(*settings.encodedVideo, AVMEDIA_TYPE_VIDEO, stream, videoUnit)) return false;
+        stream->time_base = videoUnit = ffmpeg::rational(video.timeBase);
+    } else {
+        stream = avformat_new_stream(output.get(), nullptr);
+        if (!stream || avcodec_parameters_from_context(stream->codecpar, &encoder.context()) < 0)
+            return fail("out of memory");
+        if (meantFor != output->oformat)
+            stream->codecpar->codec_tag = StreamCopier::tagFor(*output->oformat, *stream->codecpar);
+        // A hint; the muxer may choose a finer one in writing the header.
+        stream->time_base = encoder.context().time_base;
     }
-    // A hint; the muxer may choose a finer one in writing the header.
-    stream->time_base = encoder.context().time_base;
     stream->avg_frame_rate = ffmpeg::rational(video.averageFrameRate);
     stream->sample_aspect_ratio = ffmpeg::rational(video.pixelAspect);
     if (source) {
@@ -212,8 +243,13 @@ bool ClipWriter::State::addVideo(const SourceStreams::Stream* source) {
 }
 
 bool ClipWriter::State::addSound(const ClipWriterOptions& settings) {
+    if (settings.encodedSound) {
+        if (!addEncoded(*settings.encodedSound, AVMEDIA_TYPE_AUDIO, soundStream, soundUnit)) return false;
+        soundStream->disposition = AV_DISPOSITION_DEFAULT;
+        return true;
+    }
     std::string cause;
-    if (!soundEncoder.emplace().open(settings, *output->oformat, cause)) return fail(cause);
+    if (!soundEncoder.emplace().open(settings, *meantFor, cause)) return fail(cause);
     const AVCodecContext& context = soundEncoder->context();
     soundStream = avformat_new_stream(output.get(), nullptr);
     if (!soundStream || avcodec_parameters_from_context(soundStream->codecpar, &context) < 0) {
@@ -263,6 +299,7 @@ bool ClipWriter::State::openOutput(const std::string& path, ffmpeg::Dictionary& 
 
 /// None may be left that nobody took.
 bool ClipWriter::State::checkOptions(const ffmpeg::Dictionary& options) {
+    if (meantFor != output->oformat || !encoder.isOpen()) return true;
     const AVDictionaryEntry* unknown = av_dict_get(options.get(), "", nullptr, AV_DICT_IGNORE_SUFFIX);
     return !unknown || fail(fmt::format("neither {} nor {} has an option '{}'", encoder.context().codec->name,
                                         output->oformat->name, unknown->key));
@@ -272,6 +309,11 @@ bool ClipWriter::State::open(const std::string& path, ClipWriterOptions settings
                              const SourceStreams* source) {
     name = path == "-" ? "standard output" : path;
     if (!packet) return fail("out of memory");
+    isSoundOnly = video.width == 0 && video.height == 0 && settings.sound.sampleRate > 0;
+    if (isSoundOnly) {
+        ffmpeg::Dictionary none;
+        return chooseContainer(path, settings) && addSound(settings) && openOutput(path, none);
+    }
     if (video.width < 1 || video.height < 1 || video.width > kMaximumImageSide ||
         video.height > kMaximumImageSide) {
         return fail(fmt::format("{}x{} is no size for a video", video.width, video.height));
@@ -285,8 +327,10 @@ bool ClipWriter::State::open(const std::string& path, ClipWriterOptions settings
     for (const auto& [key, value] : settings.options) options.set(key.c_str(), value);
     setPlays(settings.plays, options);
     std::string cause;
-    if (!encoder.open(video, settings, *output->oformat, options, cause)) return fail(cause);
-    noteLostAlpha();
+    if (!settings.encodedVideo) {
+        if (!encoder.open(video, settings, *meantFor, options, cause)) return fail(cause);
+        noteLostAlpha();
+    }
     if (encoder.frameStep() > 1) {
         copier.note(fmt::format("{} shows at most 50 frames a second; one of {} is written",
                                 output->oformat->name, encoder.frameStep()));
@@ -306,14 +350,14 @@ bool ClipWriter::State::addStreams(const ClipWriterOptions& settings, const Sour
     copied.audio = settings.audio && !makesSound;
     if (source) {
         std::string cause;
-        const auto place = [&] { return addVideo(&source->streams[std::size_t(source->videoStream)]); };
+        const auto place = [&] { return addVideo(settings, &source->streams[std::size_t(source->videoStream)]); };
         if (!copier.addStreams(*output, *source, copied, place, cause)) return fail(cause);
         if (settings.metadata) {
             StreamCopier::copyMetadata(output->metadata, source->metadata);
             const bool copied = !settings.chapters || StreamCopier::copyChapters(*output, *source);
             if (!copied) return fail("out of memory");
         }
-    } else if (!addVideo(nullptr)) {
+    } else if (!addVideo(settings, nullptr)) {
         return false;
     }
     if (makesSound && settings.audioCodec.empty() && output->oformat->audio_codec == AV_CODEC_ID_NONE) {
@@ -353,6 +397,7 @@ bool ClipWriter::State::drainSound() {
         packet->stream_index = soundStream->index;
         packet->pts += soundDelay;
         packet->dts += soundDelay;
+        if (!soundBegin) soundBegin = packet->pts;
         av_packet_rescale_ts(packet.get(), soundEncoder->context().time_base, soundStream->time_base);
         if (!check(av_interleaved_write_frame(output.get(), packet.get()))) return false;
     }
@@ -425,14 +470,43 @@ bool ClipWriter::write(const AudioSamples& samples) {
     return state.drainSound();
 }
 
+bool ClipWriter::State::writeEncoded(const TimedPacket& given, const AVStream* to, AVRational unit) {
+    if (!error.empty() || finished || !to || !given.packet.packet) return false;
+    const ffmpeg::Packet copy(av_packet_clone(given.packet.packet.get()));
+    if (!copy) return fail("out of memory");
+    copy->pts = given.time;
+    copy->dts = given.decodeTime;
+    copy->duration = given.duration;
+    copy->flags = given.isKey ? AV_PKT_FLAG_KEY : 0;
+    copy->stream_index = to->index;
+    copy->pos = -1;
+    av_packet_rescale_ts(copy.get(), unit, to->time_base);
+    return check(av_interleaved_write_frame(output.get(), copy.get()));
+}
+
+bool ClipWriter::writeVideo(const TimedPacket& packet) {
+    ++state_->frameCount;
+    return state_->writeEncoded(packet, state_->stream, state_->videoUnit);
+}
+
+bool ClipWriter::writeSound(const TimedPacket& packet) {
+    return state_->writeEncoded(packet, state_->soundStream, state_->soundUnit);
+}
+
+std::int64_t ClipWriter::soundBegin() const {
+    return state_->soundBegin.value_or(0);
+}
+
 bool ClipWriter::finish() {
     State& state = *state_;
     if (!state.error.empty() || state.finished) return false;
     state.finished = true;
-    if (state.frameCount == 0) return state.fail("there are no frames");
+    if (state.frameCount == 0 && !state.isSoundOnly) return state.fail("there are no frames");
     std::string cause;
-    if (!state.encoder.sendEnd(cause)) return state.fail(cause);
-    if (!state.drainEncoder()) return false;
+    if (state.encoder.isOpen()) {
+        if (!state.encoder.sendEnd(cause)) return state.fail(cause);
+        if (!state.drainEncoder()) return false;
+    }
     if (state.pictures) return true;
     if (state.soundEncoder && (!state.soundEncoder->sendEnd(cause) || !state.drainSound())) {
         return state.fail(cause);

@@ -47,6 +47,12 @@ struct ClipWriterOptions {
     /// copied where the container takes it, and any other encoded with what suits the container.
     std::string audioCodec;
     std::int64_t audioBitRate = 0;  ///< bits per second; 0: the encoder's choice
+    /// Short name of the container that the streams come into in the end, by copying: it chooses the codecs,
+    /// and its options are no errors. Empty: this one.
+    std::string meantFor;
+    /// PacketReader::streams() of files with pictures, or sound, that are encoded already and whose packets
+    /// the host hands over in place of frames or samples; nil: encoded here.
+    std::shared_ptr<const SourceStreams> encodedVideo, encodedSound;
 };
 
 /// Writes a clip: frames are encoded, everything else is copied from a source, unless the host makes the
@@ -60,7 +66,8 @@ struct ClipWriterOptions {
 class ClipWriter {
   public:
     /// `video` says what the frames are like and what to write about them: usually the reader's, changed
-    /// where the host turned or scaled the frames. `source` is ClipReader::streams(), or nil to copy nothing;
+    /// where the host turned or scaled the frames; without a size there are none, and sound by itself is
+    /// written. `source` is ClipReader::streams(), or nil to copy nothing;
     /// its packets are then expected in write(). The path "-" is standard output and needs a container that
     /// can be streamed; what goes to it or to a pipe is handed on frame by frame. Nil with one line that
     /// names file and cause in `error`, when it is given.
@@ -86,6 +93,15 @@ class ClipWriter {
 
     /// Takes the next samples of the host's sound; the first one is heard at time 0 of the clip's frames.
     bool write(const AudioSamples& samples);
+
+    /// Takes the next packet, in the order of decoding, of pictures that are encoded already. Its times are in
+    /// units of the `timeBase` given to create().
+    bool writeVideo(const TimedPacket& packet);
+    /// The same of sound, with times in units of its stream's time base.
+    bool writeSound(const TimedPacket& packet);
+    /// The time of the first packet of sound that is encoded here, in samples: below 0 where the encoder
+    /// puts samples of its own before the first one. Known when sound has been written.
+    std::int64_t soundBegin() const;
 
     /// Writes what is still held back and puts the file in its place. False after a failure.
     bool finish();

@@ -62,10 +62,11 @@ const std::map<std::string, std::set<std::string>> kToolMayInclude = {
     {"Clips", {"CommandLine"}},
     {"Sheets", {"CommandLine", "Clips"}},
     {"Edit", {"CommandLine", "Clips"}},
+    {"Farm", {"CommandLine", "Clips", "Edit"}},
     {"Listing", {"CommandLine", "Clips", "Sheets"}},
     {"Gallery", {"CommandLine", "Clips", "Sheets", "Listing"}},
     {"Studio", {"CommandLine", "Clips", "Sheets", "Edit", "Listing", "Gallery"}},
-    {"Commands", {"CommandLine", "Clips", "Sheets", "Edit", "Listing", "Gallery", "Studio"}},
+    {"Commands", {"CommandLine", "Clips", "Sheets", "Edit", "Farm", "Listing", "Gallery", "Studio"}},
 };
 
 /// Those that are installed.

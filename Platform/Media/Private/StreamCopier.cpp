@@ -52,15 +52,6 @@ bool holds(const AVOutputFormat& container, AVCodecID id) {
     return avformat_query_codec(&container, id, FF_COMPLIANCE_EXPERIMENTAL) != 0;
 }
 
-/// The container's own name for the codec is kept where it is one that this container knows, too.
-unsigned tagFor(const AVOutputFormat& container, const AVCodecParameters& parameters) {
-    unsigned known = 0;
-    const bool keep = !container.codec_tag ||
-                      av_codec_get_id(container.codec_tag, parameters.codec_tag) == parameters.codec_id ||
-                      !av_codec_get_tag2(container.codec_tag, parameters.codec_id, &known);
-    return keep ? parameters.codec_tag : 0;
-}
-
 }  // namespace
 
 bool isQuickTimeFamily(const AVOutputFormat& container) {
@@ -68,6 +59,14 @@ bool isQuickTimeFamily(const AVOutputFormat& container) {
         if (name == container.name) return true;
     }
     return false;
+}
+
+unsigned StreamCopier::tagFor(const AVOutputFormat& container, const AVCodecParameters& parameters) {
+    unsigned known = 0;
+    const bool keep = !container.codec_tag ||
+                      av_codec_get_id(container.codec_tag, parameters.codec_tag) == parameters.codec_id ||
+                      !av_codec_get_tag2(container.codec_tag, parameters.codec_id, &known);
+    return keep ? parameters.codec_tag : 0;
 }
 
 AVStream* StreamCopier::newStream(AVFormatContext& output, const SourceStreams::Stream& from) {

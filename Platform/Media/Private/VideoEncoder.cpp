@@ -172,6 +172,13 @@ bool VideoEncoder::choosePixelFormat(const ClipVideoFormat& video, const std::st
     return true;
 }
 
+unsigned VideoEncoder::preferredTag(const AVOutputFormat& container, AVCodecID codec) {
+    const std::string_view name = container.name;
+    // Some players know HEVC in these only by this name.
+    const bool isHEVC = codec == AV_CODEC_ID_HEVC && (name == "mp4" || name == "mov");
+    return isHEVC ? MKTAG('h', 'v', 'c', '1') : 0;
+}
+
 void VideoEncoder::describe(const ClipVideoFormat& video, const AVOutputFormat& container) {
     AVCodecContext& context = *context_;
     const bool rgb = ffmpeg::isRGB(pixelFormat_);
@@ -212,11 +219,7 @@ void VideoEncoder::describe(const ClipVideoFormat& video, const AVOutputFormat& 
     if (video.tags.rangeIsKnown || frameColor_.fullRange) {
         context.color_range = frameColor_.fullRange ? AVCOL_RANGE_JPEG : AVCOL_RANGE_MPEG;
     }
-    const std::string_view name = container.name;
-    // Some players know HEVC in these only by this name.
-    if (codec_->id == AV_CODEC_ID_HEVC && (name == "mp4" || name == "mov")) {
-        context.codec_tag = MKTAG('h', 'v', 'c', '1');
-    }
+    if (const unsigned tag = preferredTag(container, codec_->id)) context.codec_tag = tag;
 }
 
 bool VideoEncoder::setQuality(const ClipWriterOptions& settings, ffmpeg::Dictionary& options,

@@ -19,7 +19,10 @@ class VideoEncoder {
     bool open(const ClipVideoFormat& video, const ClipWriterOptions& settings,
               const AVOutputFormat& container, ffmpeg::Dictionary& options, std::string& cause);
 
+    bool isOpen() const { return bool(context_); }
     const AVCodecContext& context() const { return *context_; }
+    /// The name under which a container is to have a codec where that is not its usual one; else 0.
+    static unsigned preferredTag(const AVOutputFormat& container, AVCodecID codec);
     /// Also of what lies on a device.
     AVPixelFormat storedFormat() const;
     PixelFormat frameFormat() const { return frameFormat_; }
