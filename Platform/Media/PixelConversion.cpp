@@ -6,7 +6,7 @@
 
 #include "Platform/Foundation/WorkerPool.h"
 #include "Platform/Media/Bitmap.h"
-#include "Platform/Media/Private/PixelRows.h"
+#include "Platform/Media/Private/PixelBlocks.h"
 
 namespace qv {
 namespace {
@@ -25,27 +25,25 @@ bool halvesDown(const PixelBuffer& buffer) {
     return PixelBuffer::planeLayout(buffer.format(), 1, 2, 2).height == 1;
 }
 
-/// The chroma rows around a row of luma, taken apart where they are stored in pairs.
-template <class Sample>
-struct ChromaRows {
-    ChromaRows(const PixelBuffer& source)
-        : source(source),
-          pairs(source.format() == PixelFormat::nv12),
-          split(pairs ? std::size_t(source.width() + 1) / 2 * 2 : 0) {}
+/// Lines of blended chroma with the margins that blocks read.
+class ChromaLines {
+  public:
+    explicit ChromaLines(int count) : count_(count), u_(std::size_t(count + 2 * kMargin)), v_(u_.size()) {}
 
-    const Sample* row(int plane, int y) {
-        if (!pairs) return rowOf<Sample>(source, plane, y);
-        const Sample* both = rowOf<Sample>(source, 1, y) + (plane - 1);
-        const int count = (source.width() + 1) / 2;
-        // The near row's half and the far row's half: neighbouring rows differ in parity.
-        Sample* out = split.data() + (y & 1) * (split.size() / 2);
-        for (int i = 0; i < count; ++i) out[i] = both[2 * i];
-        return out;
+    std::uint16_t* line(int plane) { return (plane == 1 ? u_ : v_).data() + kMargin; }
+    /// Beside their ends they go on as there.
+    void extend() {
+        for (int plane = 1; plane <= 2; ++plane) {
+            std::uint16_t* const samples = line(plane);
+            samples[-1] = samples[0];
+            samples[count_] = samples[count_ - 1];
+        }
     }
 
-    const PixelBuffer& source;
-    bool pairs;
-    std::vector<Sample> split;
+  private:
+    static constexpr int kMargin = rows::kLineMargin;
+    int count_;
+    std::vector<std::uint16_t> u_, v_;
 };
 
 template <class Sample>
@@ -53,14 +51,15 @@ void decodeBand(const PixelBuffer& source, std::uint8_t* rgba, std::size_t rowBy
     const int width = source.width(), height = source.height();
     const int bits = PixelBuffer::bitDepth(source.format());
     const bool across = halvesAcross(source), down = halvesDown(source);
+    const bool pairs = source.format() == PixelFormat::nv12;
     const int chromaWidth = (width + 1) / 2;
     const rows::DecodeFactors factors = rows::decodeFactors(source.color(), bits);
     const bool hasAlpha = source.format() == PixelFormat::i420Alpha;
 
-    std::vector<std::uint16_t> line(static_cast<std::size_t>(chromaWidth));
-    std::vector<std::int16_t> wideU(static_cast<std::size_t>(width)), wideV(wideU.size());
-    const std::vector<std::uint8_t> opaque(wideU.size(), 255);
-    ChromaRows<Sample> chroma(source);
+    const auto blocks = rows::blockFunctions();
+    const bool inBlocks = across && sizeof(Sample) == 1 && !blocks.empty();
+    ChromaLines lines(across ? chromaWidth : 1);
+    std::vector<std::int16_t> wideU(inBlocks ? 0 : std::size_t(width)), wideV(wideU.size());
 
     for (int y = begin; y < end; ++y) {
         int near = y, far = y;
@@ -72,21 +71,34 @@ void decodeBand(const PixelBuffer& source, std::uint8_t* rgba, std::size_t rowBy
             else if (y > 0 && y + 1 < height)
                 far = near - 1;
         }
+        if (pairs) {
+            rows::blendChromaPairs(rowOf<std::uint8_t>(source, 1, near), rowOf<std::uint8_t>(source, 1, far),
+                                   lines.line(1), lines.line(2), chromaWidth);
+        }
         for (int plane = 1; plane <= 2; ++plane) {
             std::vector<std::int16_t>& wide = plane == 1 ? wideU : wideV;
-            if (across) {
-                const Sample* nearRow = chroma.row(plane, near);
-                const Sample* farRow = far == near ? nearRow : chroma.row(plane, far);
-                rows::blendChromaRows(nearRow, farRow, line.data(), chromaWidth);
-                rows::widenChroma(line.data(), wide.data(), width, bits);
-            } else {
-                rows::centerChroma(chroma.row(plane, near), wide.data(), width);
+            if (across && !pairs) {
+                rows::blendChromaRows(rowOf<Sample>(source, plane, near), rowOf<Sample>(source, plane, far),
+                                      lines.line(plane), chromaWidth);
+            }
+            if (!across) {
+                rows::centerChroma(rowOf<Sample>(source, plane, near), wide.data(), width);
+            } else if (!inBlocks) {
+                rows::widenChroma(lines.line(plane), wide.data(), width, bits);
             }
         }
         std::uint8_t* out = rgba + std::size_t(y) * rowBytes;
-        const std::uint8_t* alpha = hasAlpha ? rowOf<std::uint8_t>(source, 3, y) : opaque.data();
-        rows::toRGBA(rowOf<Sample>(source, 0, y), wideU.data(), wideV.data(), alpha, factors, out, width);
-        if (hasAlpha) premultiply(out, std::size_t(width));
+        if (inBlocks) {
+            lines.extend();
+            blocks.front().toRGBA(rowOf<std::uint8_t>(source, 0, y), lines.line(1), lines.line(2), factors,
+                                  out, width);
+        } else {
+            rows::toRGBA(rowOf<Sample>(source, 0, y), wideU.data(), wideV.data(), factors, out, width);
+        }
+        if (hasAlpha) {
+            rows::setAlpha(rowOf<std::uint8_t>(source, 3, y), out, width);
+            premultiply(out, std::size_t(width));
+        }
     }
 }
 
@@ -111,20 +123,79 @@ const std::uint8_t* straightRow(const std::uint8_t* rgba, int width, bool straig
     return scratch.data();
 }
 
+/// Where planes hold pairs of chroma, their rows are joined here.
+template <class Sample>
+class ChromaTarget {
+  public:
+    explicit ChromaTarget(const PixelBuffer& destination)
+        : destination_(destination),
+          pairs_(destination.format() == PixelFormat::nv12),
+          count_((destination.width() + 1) / 2),
+          u_(std::size_t(pairs_ ? count_ : 0)),
+          v_(u_.size()) {}
+
+    Sample* row(int plane, int y) {
+        if (!pairs_) return rowOf<Sample>(destination_, plane, y);
+        return (plane == 1 ? u_ : v_).data();
+    }
+    /// Both rows are written.
+    void finish(int y) {
+        if (!pairs_) return;
+        Sample* both = rowOf<Sample>(destination_, 1, y);
+        for (int i = 0; i < count_; ++i) {
+            both[2 * i] = u_[std::size_t(i)];
+            both[2 * i + 1] = v_[std::size_t(i)];
+        }
+    }
+
+  private:
+    const PixelBuffer& destination_;
+    bool pairs_;
+    int count_;
+    std::vector<Sample> u_, v_;
+};
+
+void encodeBandInBlocks(const rows::BlockFunctions& blocks, const std::uint8_t* rgba, std::size_t rowBytes,
+                        const PixelBuffer& destination, int begin, int end) {
+    const int width = destination.width(), height = destination.height();
+    const bool down = halvesDown(destination);
+    const bool hasAlpha = destination.format() == PixelFormat::i420Alpha;
+    const rows::EncodeFactors factors = rows::encodeFactors(destination.color(), 8);
+    std::vector<std::uint8_t> straight[2];
+    for (auto& row : straight) row.resize(hasAlpha ? std::size_t(width) * 4 : 0);
+    ChromaTarget<std::uint8_t> chroma(destination);
+
+    for (int y = begin; y < end; y += down ? 2 : 1) {
+        const std::uint8_t* pixels[2] = {};
+        std::uint8_t* luma[2] = {};
+        for (int i = 0; i <= int(down); ++i) {
+            // The last row of an odd height counts twice.
+            const int row = std::min(y + i, height - 1);
+            pixels[i] = straightRow(rgba + std::size_t(row) * rowBytes, width, hasAlpha, straight[i]);
+            luma[i] = rowOf<std::uint8_t>(destination, 0, row);
+            if (hasAlpha) rows::copyAlpha(pixels[i], rowOf<std::uint8_t>(destination, 3, row), width);
+        }
+        const int row = down ? y / 2 : y;
+        blocks.fromRGBA(pixels[0], pixels[1], factors, luma[0], luma[1], chroma.row(1, row),
+                        chroma.row(2, row), width);
+        chroma.finish(row);
+    }
+}
+
 template <class Sample>
 void encodeBand(const std::uint8_t* rgba, std::size_t rowBytes, const PixelBuffer& destination, int begin,
                 int end) {
     const int width = destination.width(), height = destination.height();
     const PixelFormat format = destination.format();
     const bool across = halvesAcross(destination), down = halvesDown(destination);
-    const bool hasAlpha = format == PixelFormat::i420Alpha, pairs = format == PixelFormat::nv12;
+    const bool hasAlpha = format == PixelFormat::i420Alpha;
     const rows::EncodeFactors factors =
         rows::encodeFactors(destination.color(), PixelBuffer::bitDepth(format));
     const int log2Samples = int(across) + int(down);
 
     Channels first(width), second(down ? width : 0), sums(across ? (width + 1) / 2 : 0);
     std::vector<std::uint8_t> straight(hasAlpha ? std::size_t(width) * 4 : 0);
-    std::vector<Sample> pairedU(pairs ? sums.red.size() : 0), pairedV(pairedU.size());
+    ChromaTarget<Sample> chroma(destination);
 
     const auto readRow = [&](int y, Channels& channels) {
         const std::uint8_t* row = straightRow(rgba + std::size_t(y) * rowBytes, width, hasAlpha, straight);
@@ -151,16 +222,11 @@ void encodeBand(const std::uint8_t* rgba, std::size_t rowBytes, const PixelBuffe
         }
         const Channels& samples = across ? sums : first;
         const int count = int(samples.red.size()), row = down ? y / 2 : y;
-        Sample* u = pairs ? pairedU.data() : rowOf<Sample>(destination, 1, row);
-        Sample* v = pairs ? pairedV.data() : rowOf<Sample>(destination, 2, row);
         rows::toChroma(samples.red.data(), samples.green.data(), samples.blue.data(), log2Samples, factors.u,
-                       u, count);
+                       chroma.row(1, row), count);
         rows::toChroma(samples.red.data(), samples.green.data(), samples.blue.data(), log2Samples, factors.v,
-                       v, count);
-        if (pairs) {
-            Sample* both = rowOf<Sample>(destination, 1, row);
-            for (int i = 0; i < count; ++i) both[2 * i] = u[i], both[2 * i + 1] = v[i];
-        }
+                       chroma.row(2, row), count);
+        chroma.finish(row);
     }
 }
 
@@ -195,7 +261,11 @@ bool convertRowsFromRGBA8(const std::uint8_t* rgba, std::size_t rowBytes, const 
                           int firstRow, int endRow) {
     if (!destination || !rgba || rowBytes < std::size_t(destination.width()) * 4) return false;
     if (PixelBuffer::isYUV(destination.format())) {
-        if (PixelBuffer::bitDepth(destination.format()) == 8) {
+        const bool isDeep = PixelBuffer::bitDepth(destination.format()) > 8;
+        const auto blocks = rows::blockFunctions();
+        if (!isDeep && halvesAcross(destination) && !blocks.empty()) {
+            encodeBandInBlocks(blocks.front(), rgba, rowBytes, destination, firstRow, endRow);
+        } else if (!isDeep) {
             encodeBand<std::uint8_t>(rgba, rowBytes, destination, firstRow, endRow);
         } else {
             encodeBand<std::uint16_t>(rgba, rowBytes, destination, firstRow, endRow);

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "Platform/Media/Bitmap.h"
+#include "Platform/Media/Private/PixelBlocks.h"
 #include "Tests/Support/VideoStandard.h"
 
 namespace qv {
@@ -172,6 +173,69 @@ TEST(PixelConversion, encodesByTheFormulas) {
                     EXPECT_LE(worst, kTolerance) << "format " << int(format) << " matrix " << int(matrix)
                                                  << " full " << fullRange << " " << width << "x" << height;
                 }
+            }
+        }
+    }
+}
+
+// The formulas above hold for the best instruction set that the machine has.
+TEST(PixelConversion, everyInstructionSetGivesTheBytesOfTheLoops) {
+    std::mt19937 random(9);
+    const auto fill = [&](auto& samples, unsigned end) {
+        for (auto& sample : samples) sample = std::uint8_t(random() % end);
+    };
+    for (const rows::BlockFunctions& blocks : rows::blockFunctions()) {
+        for (int width = 1; width < 200; ++width) {
+            const ColorDescription color{kMatrices[width % 3], width % 2 == 0};
+            const auto pixels = std::size_t(width), samples = (pixels + 1) / 2;
+            std::vector<std::uint8_t> luma(pixels), near(samples), far(samples), rgba(pixels * 4 + 1, 7),
+                expected;
+            std::vector<std::uint16_t> line(samples + 2 * rows::kLineMargin);
+            std::vector<std::int16_t> wide(pixels);
+            fill(luma, 256), fill(near, 256), fill(far, 256);
+            std::uint16_t* const first = line.data() + rows::kLineMargin;
+            rows::blendChromaRows(near.data(), far.data(), first, int(samples));
+            first[-1] = first[0], first[samples] = first[samples - 1];
+            rows::widenChroma(first, wide.data(), width, 8);
+            expected = rgba;
+            const auto decoding = rows::decodeFactors(color, 8);
+            rows::toRGBA(luma.data(), wide.data(), wide.data(), decoding, expected.data(), width);
+            blocks.toRGBA(luma.data(), first, first, decoding, rgba.data(), width);
+            ASSERT_EQ(rgba, expected) << width;
+
+            for (int height : {1, 2}) {
+                std::vector<std::uint8_t> picture(pixels * 8);
+                fill(picture, 256);
+                // Luma of two rows, then chroma, each with a byte behind it that stays.
+                std::vector<std::uint8_t> planes[4], loops[4];
+                for (std::size_t i = 0; i < 4; ++i) planes[i].assign((i < 2 ? pixels : samples) + 1, 7);
+                std::copy(planes, planes + 4, loops);
+                const auto encoding = rows::encodeFactors(color, 8);
+                std::vector<std::int16_t> channels[3], below[3], sums[3];
+                for (std::size_t c = 0; c < 3; ++c)
+                    channels[c].resize(pixels), below[c].resize(pixels), sums[c].resize(samples);
+                rows::splitRGBA(picture.data(), channels[0].data(), channels[1].data(), channels[2].data(),
+                                width);
+                rows::toLuma(channels[0].data(), channels[1].data(), channels[2].data(), encoding,
+                             loops[0].data(), width);
+                if (height == 2) {
+                    rows::splitRGBA(&picture[pixels * 4], below[0].data(), below[1].data(), below[2].data(),
+                                    width);
+                    rows::toLuma(below[0].data(), below[1].data(), below[2].data(), encoding, loops[1].data(),
+                                 width);
+                }
+                for (std::size_t c = 0; c < 3; ++c) {
+                    rows::addRow(channels[c].data(), below[c].data(), width);
+                    rows::addPairs(channels[c].data(), sums[c].data(), width);
+                }
+                rows::toChroma(sums[0].data(), sums[1].data(), sums[2].data(), height, encoding.u,
+                               loops[2].data(), int(samples));
+                rows::toChroma(sums[0].data(), sums[1].data(), sums[2].data(), height, encoding.v,
+                               loops[3].data(), int(samples));
+                blocks.fromRGBA(picture.data(), height == 2 ? &picture[pixels * 4] : nullptr, encoding,
+                                planes[0].data(), height == 2 ? planes[1].data() : nullptr, planes[2].data(),
+                                planes[3].data(), width);
+                for (std::size_t i = 0; i < 4; ++i) ASSERT_EQ(planes[i], loops[i]) << width << " plane " << i;
             }
         }
     }

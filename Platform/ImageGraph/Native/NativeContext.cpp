@@ -21,35 +21,69 @@ struct NativeContext::Recording {
     bool isOutput(int texture) const {
         return std::ranges::find(plan.outputs, texture) != plan.outputs.end();
     }
+    /// Whether a source that is not there is read once, at the place being drawn: by this input.
+    bool isReadInBands(const PlanPass& pass, std::size_t input) const;
+    /// The texture of an input, taken in first where it is a source that is not there.
+    NativeImage inputOf(int texture);
     /// What hands rows of a texture over that is an output; empty where they stay.
-    RowsWork deliveryOf(int texture, const NativeImage& image) const;
+    NativeDraw::Delivery deliveryOf(int texture) const;
 };
 
-NativeContext::RowsWork NativeContext::Recording::deliveryOf(int texture, const NativeImage& image) const {
+bool NativeContext::Recording::isReadInBands(const PlanPass& pass, std::size_t input) const {
+    const int texture = pass.inputs[input];
+    const auto& function = *pass.function;
+    const bool isHere =
+        input < function.inputs.size() && function.readsOnlyHere(input) && !(pass.resampled >> input & 1);
+    if (!isHere || textures[std::size_t(texture)] || !plan.textures[std::size_t(texture)].source)
+        return false;
+    std::ptrdiff_t readers = 0;
+    for (const PlanPass& reader : plan.passes) readers += std::ranges::count(reader.inputs, texture);
+    return readers == 1;
+}
+
+NativeImage NativeContext::Recording::inputOf(int texture) {
+    const PlanTexture& wanted = plan.textures[std::size_t(texture)];
+    auto& held = textures[std::size_t(texture)];
+    if (!held) {
+        held = frame.takeTexture(wanted.width, wanted.height, wanted.format);
+        const auto convert = [wanted, image = held->image()](int first, int end) {
+            writeSourceRows(wanted, image.pixels, std::size_t(image.rowBytes), first, end);
+        };
+        steps.push_back(stepOverRows(wanted.width, wanted.height, convert));
+    }
+    return held->image();
+}
+
+NativeDraw::Delivery NativeContext::Recording::deliveryOf(int texture) const {
     const auto found = std::ranges::find(plan.outputs, texture);
     if (found == plan.outputs.end()) return {};
-    const auto& [buffer, rows, rowBytes] = destination;
     const TextureFormat format = plan.textures[std::size_t(texture)].format;
+    const PixelBuffer& buffer = frame.destination();
     if (buffer && format == TextureFormat::rgba8) {
-        return [image, buffer = buffer](int first, int end) {
+        return [&buffer](const NativeImage& image, int first, int end) {
             convertRowsFromRGBA8(image.pixels, std::size_t(image.rowBytes), buffer, first, end);
         };
     }
-    PixelBuffer::Plane to{rows, rowBytes};
+    PixelBuffer::Plane to{destination.rows, destination.rowBytes};
     if (buffer) to = buffer.plane(int(found - plan.outputs.begin()));
     if (!to.data) return {};
-    const std::size_t bytes = std::size_t(image.width) * std::size_t(texelBytes(format));
-    return [image, to, bytes](int first, int end) {
+    return [to, bytes = std::size_t(texelBytes(format))](const NativeImage& image, int first, int end) {
         copyRows(image.pixels + first * image.rowBytes, std::size_t(image.rowBytes),
-                 to.data + std::size_t(first) * to.rowBytes, to.rowBytes, bytes, end - first);
+                 to.data + std::size_t(first) * to.rowBytes, to.rowBytes, bytes * std::size_t(image.width),
+                 end - first);
     };
 }
 
 namespace {
 
-std::uint64_t pixelBytes(const NativeTexture& texture) {
-    return std::uint64_t(texture.image().width) * std::uint64_t(texture.image().height) *
-           std::uint64_t(texelBytes(texture.format()));
+std::uint64_t pixelBytes(const PlanTexture& texture) {
+    return std::uint64_t(texture.width) * std::uint64_t(texture.height) *
+           std::uint64_t(texelBytes(texture.format));
+}
+
+/// Whether its texture stays for the next renders. What is converted is mostly a frame of a clip, seen once.
+bool isResident(const PlanTexture& texture) {
+    return texture.source && !isConverted(texture);
 }
 
 }  // namespace
@@ -60,6 +94,7 @@ NativeContext::NativeContext(const NativeCompiler& compiler, NativeTarget target
       device_(std::move(device)),
       target_(target),
       textures_(std::make_shared<NativeTexturePool>(options.textureBudgetBytes)),
+      bands_(std::make_shared<NativeTexturePool>(options.textureBudgetBytes)),
       limit_(std::make_shared<WorkLimit>(options.threads)),
       kernels_(compiler, target, options.shaderCacheDirectory),
       fuser_(std::make_unique<PassFuser>(kernels_, options.shaderCacheDirectory)),
@@ -99,7 +134,8 @@ NativeContext::Submission NativeContext::submit(const RenderPlan& plan, const De
             if (input < 0 || recording.isOutput(input)) continue;
             const PlanTexture& texture = plan.textures[std::size_t(input)];
             auto& held = recording.textures[std::size_t(input)];
-            if (texture.lastReader == int(i) && !texture.source && held) frame->doneWith(std::move(held));
+            if (texture.lastReader == int(i) && !isResident(texture) && held)
+                frame->doneWith(std::move(held));
         }
     }
     recording.steps.push_back({1, [frame](int) { frame->finish(); }});
@@ -110,6 +146,7 @@ NativeContext::Submission NativeContext::submit(const RenderPlan& plan, const De
     WorkerPool::shared().start(submission.work);
     place = submission.work;
     textures_->trim(serial);
+    bands_->trim(serial);
     return submission;
 }
 
@@ -117,8 +154,12 @@ void NativeContext::takeSourcesIn(Recording& recording) {
     for (std::size_t i = 0; i < recording.plan.textures.size(); ++i) {
         const PlanTexture& wanted = recording.plan.textures[i];
         if (!wanted.source || wanted.lastReader < 0) continue;
-        recording.textures[i] = residentTexture(wanted);
-        recording.frame.keep(recording.textures[i]);
+        if (isResident(wanted)) {
+            recording.textures[i] = residentTexture(wanted);
+            recording.frame.keep(recording.textures[i]);
+        } else {
+            recording.frame.keep(wanted.source->shared_from_this());
+        }
     }
 }
 
@@ -139,22 +180,26 @@ std::shared_ptr<NativeTexture> NativeContext::residentTexture(const PlanTexture&
 void NativeContext::recordPass(Recording& recording, const PlanPass& pass) {
     const PlanTexture& wanted = recording.plan.textures[std::size_t(pass.output)];
     NativeFrame& frame = recording.frame;
-    auto& output = recording.textures[std::size_t(pass.output)];
-    output = frame.takeTexture(wanted.width, wanted.height, wanted.format);
     ++frame.statistics.passes;
-    frame.statistics.bytesWritten += pixelBytes(*output);
+    frame.statistics.bytesWritten += pixelBytes(wanted);
 
-    const NativeImage target = output->image();
-    const RowsWork draw = drawingOf(recording, pass, target);
-    const RowsWork deliver = recording.deliveryOf(pass.output, target);
-    const NativeOverlays* const overlays = layOutOverlays(recording, pass, wanted);
-    const auto work = [draw, overlays, deliver, target](int first, int end) {
-        draw(first, end);
-        // While the rows are near.
-        if (overlays) overlays->draw(target, first, end);
-        if (deliver) deliver(first, end);
-    };
-    recording.steps.push_back(stepOverRows(wanted.width, wanted.height, work));
+    NativeDraw& draw = frame.addDraw();
+    draw.bands = bands_.get();
+    draw.serial = serial_;
+    draw.bandRows = bandRowsOf(wanted.width, wanted.height);
+    draw.deliver = recording.deliveryOf(pass.output);
+    draw.target = {nullptr, 0, wanted.width, wanted.height};
+    draw.format = wanted.format;
+    const bool isOnlyHandedOver = draw.deliver && wanted.lastReader < 0;
+    if (!isOnlyHandedOver) {
+        auto& output = recording.textures[std::size_t(pass.output)];
+        output = frame.takeTexture(wanted.width, wanted.height, wanted.format);
+        draw.target = output->image();
+    }
+    draw.overlays = layOutOverlays(recording, pass, wanted);
+    choosePixels(recording, pass, draw);
+    recording.steps.push_back(
+        stepOverRows(wanted.width, wanted.height, [&draw](int first, int end) { draw.draw(first, end); }));
 }
 
 const NativeOverlays* NativeContext::layOutOverlays(Recording& recording, const PlanPass& pass,
@@ -168,55 +213,47 @@ const NativeOverlays* NativeContext::layOutOverlays(Recording& recording, const 
     return overlays.get();
 }
 
-NativeContext::RowsWork NativeContext::drawingOf(Recording& recording, const PlanPass& pass,
-                                                 const NativeImage& target) {
-    if (pass.clearColor) {
-        const TextureFormat format = recording.plan.textures[std::size_t(pass.output)].format;
-        return [target, format, color = *pass.clearColor](int first, int end) {
-            fillRows(target, format, color, first, end);
-        };
+void NativeContext::choosePixels(Recording& recording, const PlanPass& pass, NativeDraw& draw) {
+    draw.color = pass.clearColor;
+    if (draw.color) return;
+    for (std::size_t i = 0; i < pass.inputs.size(); ++i) {
+        if (pass.inputs[i] < 0) {
+            draw.inputs.push_back(blank_->image());
+            continue;
+        }
+        const PlanTexture& input = recording.plan.textures[std::size_t(pass.inputs[i])];
+        recording.frame.statistics.bytesRead += pixelBytes(input);
+        if (recording.isReadInBands(pass, i)) {
+            draw.inputs.push_back({nullptr, 0, input.width, input.height});
+            draw.bandSources.push_back({i, input});
+        } else {
+            draw.inputs.push_back(recording.inputOf(pass.inputs[i]));
+        }
     }
-    NativeFrame& frame = recording.frame;
-    NativeDraw& call = frame.addDraw();
-    for (int input : pass.inputs) {
-        const NativeTexture& texture = input < 0 ? *blank_ : *recording.textures[std::size_t(input)];
-        call.inputs.push_back(texture.image());
-        frame.statistics.bytesRead += pixelBytes(texture);
+    draw.operation = nativeOperationFor(recording.plan, pass, target_);
+    if (draw.operation) {
+        recordStages(recording, draw);
+        return;
     }
-    call.operation = nativeOperationFor(recording.plan, pass, target_);
-    if (call.operation) return operationOf(recording, call, target);
-    call.kernel = kernels_.kernel(pass.function, formatsOf(recording.plan, pass));
-    call.words = pass.words;
-    call.selectors = pass.selectors;
-    call.arguments = {.words = call.words.data(),
-                      .selectors = call.selectors.data(),
-                      .resampled = pass.resampled,
-                      .inputs = call.inputs.data(),
-                      .target = target};
-    return [&arguments = call.arguments, kernel = call.kernel->function()](int first, int end) {
-        kernel(&arguments, first, end);
-    };
+    draw.kernel = kernels_.kernel(pass.function, formatsOf(recording.plan, pass));
+    draw.words = pass.words;
+    draw.selectors = pass.selectors;
+    draw.resampled = pass.resampled;
 }
 
-NativeContext::RowsWork NativeContext::operationOf(Recording& recording, const NativeDraw& call,
-                                                   const NativeImage& target) {
+void NativeContext::recordStages(Recording& recording, NativeDraw& draw) {
     constexpr std::size_t kScratchRow = 4096;
-    const std::size_t rows = (call.operation->scratchBytes() + kScratchRow - 1) / kScratchRow;
-    std::byte* memory = nullptr;
+    const NativeOperation& operation = *draw.operation;
+    const std::size_t rows = (operation.scratchBytes() + kScratchRow - 1) / kScratchRow;
     if (rows > 0) {
-        auto scratch = recording.frame.takeTexture(int(kScratchRow), int(rows), TextureFormat::r8);
-        memory = reinterpret_cast<std::byte*>(scratch->image().pixels);
-        recording.scratch = std::move(scratch);
+        recording.scratch = recording.frame.takeTexture(int(kScratchRow), int(rows), TextureFormat::r8);
+        draw.scratch = reinterpret_cast<std::byte*>(recording.scratch->image().pixels);
     }
-    const auto stage = [&call, target, memory](int number) {
-        return [&call, target, memory, number](int first, int end) {
-            call.operation->draw(number, call.inputs.data(), target, memory, first, end);
-        };
-    };
-    const int last = call.operation->stageCount() - 1;
-    for (int i = 0; i < last; ++i)
-        recording.steps.push_back(stepOverRows(target.width, call.operation->rows(i), stage(i)));
-    return stage(last);
+    for (int stage = 0; stage + 1 < operation.stageCount(); ++stage) {
+        recording.steps.push_back(
+            stepOverRows(draw.target.width, operation.rows(stage),
+                         [&draw, stage](int first, int end) { draw.drawStage(stage, first, end); }));
+    }
 }
 
 }  // namespace qv

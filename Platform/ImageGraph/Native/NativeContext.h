@@ -1,7 +1,6 @@
 #pragma once
 
 #include <array>
-#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -42,7 +41,7 @@ class NativeContext final : public MTIContext, public std::enable_shared_from_th
     void prepare(const MTIImage& image, const MTIVulkanImage& destination) override;
     void prepare(const MTIImage& image) override;
     std::vector<std::string> validationMessages() const override { return {}; }
-    std::uint64_t allocatedBytes() const override { return textures_->heldBytes(); }
+    std::uint64_t allocatedBytes() const override { return textures_->heldBytes() + bands_->heldBytes(); }
 
     /// Kernels compiled so far: not those found on disk.
     int compiledCount() const { return kernels_.compiledCount(); }
@@ -59,8 +58,6 @@ class NativeContext final : public MTIContext, public std::enable_shared_from_th
         std::uint8_t* rows = nullptr;
         std::size_t rowBytes = 0;
     };
-    /// Works on rows [firstRow, endRow).
-    using RowsWork = std::function<void(int firstRow, int endRow)>;
     class Task;
     struct Recording;
 
@@ -71,9 +68,10 @@ class NativeContext final : public MTIContext, public std::enable_shared_from_th
     void takeSourcesIn(Recording& recording);
     std::shared_ptr<NativeTexture> residentTexture(const PlanTexture& wanted);
     void recordPass(Recording& recording, const PlanPass& pass);
-    /// What draws the rows of a pass, when all steps recorded before are done.
-    RowsWork drawingOf(Recording& recording, const PlanPass& pass, const NativeImage& target);
-    RowsWork operationOf(Recording& recording, const NativeDraw& call, const NativeImage& target);
+    /// What gives the pixels of a pass: a colour, an operation or a kernel.
+    void choosePixels(Recording& recording, const PlanPass& pass, NativeDraw& draw);
+    /// The steps that the operation of a pass takes before its rows are drawn.
+    void recordStages(Recording& recording, NativeDraw& draw);
     /// What lies on top of the pass; nil when nothing does.
     const NativeOverlays* layOutOverlays(Recording& recording, const PlanPass& pass,
                                          const PlanTexture& output);
@@ -91,6 +89,7 @@ class NativeContext final : public MTIContext, public std::enable_shared_from_th
     const GraphicsDevice device_;
     const NativeTarget target_;
     const std::shared_ptr<NativeTexturePool> textures_;
+    const std::shared_ptr<NativeTexturePool> bands_;  ///< of pictures that lie in no texture
     const std::shared_ptr<WorkLimit> limit_;
     KernelStore kernels_;
     std::unique_ptr<PassFuser> fuser_;

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <deque>
 #include <memory>
@@ -9,22 +8,11 @@
 
 #include "Platform/Foundation/WorkerPool.h"
 #include "Platform/ImageGraph/MTIContext.h"
-#include "Platform/ImageGraph/Native/NativeCompiler.h"
+#include "Platform/ImageGraph/Native/NativeDraw.h"
 #include "Platform/ImageGraph/Native/NativeTexture.h"
-#include "Platform/ImageGraph/Native/Operations/NativeOperation.h"
 #include "Platform/Media/PixelBuffer.h"
 
 namespace qv {
-
-/// One pass as its operation, or else its kernel, is called.
-struct NativeDraw {
-    std::unique_ptr<const NativeOperation> operation;
-    std::shared_ptr<const LinkedNativeKernel> kernel;
-    std::array<std::uint32_t, kMaximumPushedWords> words{};
-    std::vector<std::int32_t> selectors;
-    std::vector<NativeImage> inputs;
-    NativeKernelArguments arguments;  ///< points to what is above
-};
 
 /// What one render needs until it has run. Recorded by one thread, then only read by its bands.
 class NativeFrame {
@@ -41,6 +29,9 @@ class NativeFrame {
     void keep(std::shared_ptr<const void> thing) { kept_.push_back(std::move(thing)); }
     /// Stays where it is.
     NativeDraw& addDraw() { return draws_.emplace_back(); }
+
+    /// Where it goes; nil when that is no buffer.
+    const PixelBuffer& destination() const { return destination_; }
 
     /// Its first step.
     void begin() { begun_ = std::chrono::steady_clock::now(); }
@@ -59,13 +50,18 @@ class NativeFrame {
     std::deque<NativeDraw> draws_;
 };
 
+/// Rows of a band of an image of this size: an even number, enough that handing a band over costs nothing
+/// beside it, few enough for a share in the cache.
+inline int bandRowsOf(int width, int rows) {
+    constexpr int kBandPixels = 1 << 15;
+    return std::clamp(kBandPixels / width / 2 * 2, 2, std::max(2, (rows + 1) / 2 * 2));
+}
+
 /// A step that works on rows [0, rows) of images of this width, in bands that begin at even rows. Where a
 /// band begins and ends changes nothing in the result.
 template <typename Rows>
 BandedWork::Step stepOverRows(int width, int rows, Rows work) {
-    // Enough that handing a band over costs nothing beside it; few enough for a share in the cache.
-    constexpr int kBandPixels = 1 << 15;
-    const int bandRows = std::clamp(kBandPixels / width / 2 * 2, 2, std::max(2, (rows + 1) / 2 * 2));
+    const int bandRows = bandRowsOf(width, rows);
     return {(rows + bandRows - 1) / bandRows,
             [=](int band) { work(band * bandRows, std::min((band + 1) * bandRows, rows)); }};
 }

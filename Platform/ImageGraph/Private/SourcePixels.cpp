@@ -60,16 +60,26 @@ void write(const PlanTexture&, const Operation&, const Rows&) {}  // only source
 
 }  // namespace
 
+bool isConverted(const PlanTexture& texture) {
+    const auto* source = std::get_if<PixelBufferSource>(&texture.source->operation);
+    return source && texture.format == TextureFormat::rgba8 && PixelBuffer::isYUV(source->buffer.format());
+}
+
+void writeSourceRows(const PlanTexture& texture, std::uint8_t* pixels, std::size_t rowBytes, int firstRow,
+                     int endRow) {
+    std::visit(
+        [&](const auto& source) {
+            write(texture, source, Rows{pixels, rowBytes, firstRow, endRow});
+        },
+        texture.source->operation);
+}
+
 void writeSourcePixels(const PlanTexture& texture, std::uint8_t* pixels, std::size_t rowBytes,
                        std::shared_ptr<WorkLimit> limit) {
-    const auto writeRows = [&](int first, int end) {
-        std::visit(
-            [&](const auto& source) {
-                write(texture, source, Rows{pixels, rowBytes, first, end});
-            },
-            texture.source->operation);
-    };
-    runOverRows(texture.height, rowBytes, writeRows, std::move(limit));
+    runOverRows(
+        texture.height, rowBytes,
+        [&](int first, int end) { writeSourceRows(texture, pixels, rowBytes, first, end); },
+        std::move(limit));
 }
 
 }  // namespace qv

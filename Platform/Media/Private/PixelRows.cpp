@@ -46,8 +46,7 @@ QV_INLINE void centerChromaBody(const Sample* row, std::int16_t* wide, int width
 
 template <class Sample>
 QV_INLINE void toRGBABody(const Sample* luma, const std::int16_t* u, const std::int16_t* v,
-                          const std::uint8_t* alpha, const DecodeFactors& factors, std::uint8_t* rgba,
-                          int width) {
+                          const DecodeFactors& factors, std::uint8_t* rgba, int width) {
     const DecodeFactors f = factors;
     auto* out = reinterpret_cast<BytePair*>(rgba);
     const auto byte = [](int sum) {
@@ -61,7 +60,7 @@ QV_INLINE void toRGBABody(const Sample* luma, const std::int16_t* u, const std::
         const std::int16_t green = byte(y + multiply(u[i], f.greenFromU) + multiply(v[i], f.greenFromV));
         const std::int16_t blue = byte(y + multiply(u[i], f.blueFromU));
         out[2 * i] = BytePair(red | green << 8);
-        out[2 * i + 1] = BytePair(blue | alpha[i] << 8);
+        out[2 * i + 1] = BytePair(blue | 0xff00);
     }
 }
 
@@ -142,6 +141,16 @@ QV_VECTORIZED void blendChromaRows(const std::uint16_t* near, const std::uint16_
     blendChromaRowsBody(near, far, line, count);
 }
 
+QV_VECTORIZED void blendChromaPairs(const std::uint8_t* near, const std::uint8_t* far, std::uint16_t* u,
+                                    std::uint16_t* v, int count) {
+    auto* nearPairs = reinterpret_cast<const BytePair*>(near);
+    auto* farPairs = reinterpret_cast<const BytePair*>(far);
+    for (int i = 0; i < count; ++i) {
+        u[i] = std::uint16_t(3 * (nearPairs[i] & 255) + (farPairs[i] & 255));
+        v[i] = std::uint16_t(3 * (nearPairs[i] >> 8) + (farPairs[i] >> 8));
+    }
+}
+
 QV_VECTORIZED void widenChroma(const std::uint16_t* line, std::int16_t* wide, int width, int bitDepth) {
     const int middle = 16 << (bitDepth - 1), shift = 11 - bitDepth;
     const auto scaled = [middle, shift](int sum) { return std::int16_t((sum - middle) * (1 << shift)); };
@@ -165,15 +174,17 @@ QV_VECTORIZED void centerChroma(const std::uint16_t* row, std::int16_t* wide, in
 }
 
 QV_VECTORIZED void toRGBA(const std::uint8_t* luma, const std::int16_t* u, const std::int16_t* v,
-                          const std::uint8_t* alpha, const DecodeFactors& factors, std::uint8_t* rgba,
-                          int width) {
-    toRGBABody(luma, u, v, alpha, factors, rgba, width);
+                          const DecodeFactors& factors, std::uint8_t* rgba, int width) {
+    toRGBABody(luma, u, v, factors, rgba, width);
 }
 
 QV_VECTORIZED void toRGBA(const std::uint16_t* luma, const std::int16_t* u, const std::int16_t* v,
-                          const std::uint8_t* alpha, const DecodeFactors& factors, std::uint8_t* rgba,
-                          int width) {
-    toRGBABody(luma, u, v, alpha, factors, rgba, width);
+                          const DecodeFactors& factors, std::uint8_t* rgba, int width) {
+    toRGBABody(luma, u, v, factors, rgba, width);
+}
+
+QV_VECTORIZED void setAlpha(const std::uint8_t* alpha, std::uint8_t* rgba, int width) {
+    for (int i = 0; i < width; ++i) rgba[4 * i + 3] = alpha[i];
 }
 
 QV_VECTORIZED void grayToRGBA(const std::uint8_t* gray, std::uint8_t* rgba, int width) {

@@ -30,17 +30,21 @@ EncodeFactors encodeFactors(const ColorDescription& color, int bitDepth);
 /// line[i] = 3 near[i] + far[i]
 void blendChromaRows(const std::uint8_t* near, const std::uint8_t* far, std::uint16_t* line, int count);
 void blendChromaRows(const std::uint16_t* near, const std::uint16_t* far, std::uint16_t* line, int count);
+/// The same of both, for chroma that is stored in pairs.
+void blendChromaPairs(const std::uint8_t* near, const std::uint8_t* far, std::uint16_t* u, std::uint16_t* v,
+                      int count);
 /// Doubles a line of such sums across, interpolating 3 to 1 between neighbours.
 void widenChroma(const std::uint16_t* line, std::int16_t* wide, int width, int bitDepth);
 /// For chroma that has the full width.
 void centerChroma(const std::uint8_t* row, std::int16_t* wide, int width);
 void centerChroma(const std::uint16_t* row, std::int16_t* wide, int width);
 
-/// The alpha row is copied as it is.
-void toRGBA(const std::uint8_t* luma, const std::int16_t* u, const std::int16_t* v, const std::uint8_t* alpha,
+/// Opaque.
+void toRGBA(const std::uint8_t* luma, const std::int16_t* u, const std::int16_t* v,
             const DecodeFactors& factors, std::uint8_t* rgba, int width);
 void toRGBA(const std::uint16_t* luma, const std::int16_t* u, const std::int16_t* v,
-            const std::uint8_t* alpha, const DecodeFactors& factors, std::uint8_t* rgba, int width);
+            const DecodeFactors& factors, std::uint8_t* rgba, int width);
+void setAlpha(const std::uint8_t* alpha, std::uint8_t* rgba, int width);
 void grayToRGBA(const std::uint8_t* gray, std::uint8_t* rgba, int width);
 
 // RGB to samples, from one line per channel.
