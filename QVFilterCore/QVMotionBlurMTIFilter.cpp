@@ -12,8 +12,9 @@ namespace {
 
 using Blur = QVMotionBlurMTIFilter;
 
-// Passes of the shader.
-constexpr std::int32_t kSamples = 0, kBox = 1, kGather = 2, kSpread = 3;
+// Functions of the passes; the class's own draws two kinds of them.
+constexpr std::string_view kBox = "MTILineBox", kGather = "MTILineGather";
+constexpr std::int32_t kSamples = 0, kSpread = 1;
 constexpr double kSampleTaps = 8;
 /// Longest line that the samples fill without gaps, pixels.
 constexpr double kLongestSampled = 10;
@@ -114,21 +115,21 @@ MTIImage QVMotionBlurMTIFilter::outputImage() {
     const bool isLine = blurSize_ > 0 && std::isfinite(blurSize_) && std::isfinite(blurAngle_);
     if (!inputImage() || (!isLine && !lightsOnly_)) return inputImage();
     if (!isLine) {
-        return applied({inputImage()}, inputImage().size(),
-                       {{"pass", kBox}, {"tapStep", MTIVector{0, 0}}, {"steps", 1.0f}});
+        return applied(stockKernel(kBox), {inputImage()}, inputImage().size(),
+                       {{"tapStep", MTIVector{0, 0}}, {"steps", 1.0f}});
     }
     const Line line(blurSize_, blurAngle_, inputImage().size());
     if (line.isOnGrid && line.steps <= kLongestBox) {
-        return applied({inputImage()}, inputImage().size(),
-                       {{"pass", kBox}, {"tapStep", line.tapStep()}, {"steps", float(line.steps)}});
+        return applied(stockKernel(kBox), {inputImage()}, inputImage().size(),
+                       {{"tapStep", line.tapStep()}, {"steps", float(line.steps)}});
     }
     const MTIImage smeared = blurSize_ > kLongestSampled ? smearedByColumns(line) : MTIImage();
     return smeared ? smeared : sampled();
 }
 
-MTIImage QVMotionBlurMTIFilter::applied(std::vector<MTIImage> images, CGSize size,
+MTIImage QVMotionBlurMTIFilter::applied(std::shared_ptr<const MTIRenderPipelineKernel> kernel,
+                                        std::vector<MTIImage> images, CGSize size,
                                         MTIParameters parameters) const {
-    const auto kernel = filterClass().kernel();
     if (!kernel) return {};
     if (lightsOnly_ && images.back().node() == inputImage().node())
         parameters.set("lightsOnly", std::int32_t(true));
@@ -141,7 +142,8 @@ MTIImage QVMotionBlurMTIFilter::sampled() const {
     do {
         length /= kSampleTaps;
         const MTIVector tapStep{float(length * std::cos(blurAngle_)), float(-length * std::sin(blurAngle_))};
-        image = applied({image}, image.size(), {{"pass", kSamples}, {"tapStep", tapStep}});
+        image = applied(filterClass().kernel(), {image}, image.size(),
+                        {{"pass", kSamples}, {"tapStep", tapStep}});
     } while (length > kLongestSampled / kSampleTaps);
     return image;
 }
@@ -160,9 +162,8 @@ MTIImage QVMotionBlurMTIFilter::smearedByColumns(const Line& line) const {
     if (width > kMaximumImageSide || height > kMaximumImageSide) return {};
 
     const std::int32_t isTurned = line.isTurned;
-    MTIImage image = applied({inputImage()}, line.gatheredSize(width, height),
-                             {{"pass", kGather},
-                              {"isTurned", isTurned},
+    MTIImage image = applied(stockKernel(kGather), {inputImage()}, line.gatheredSize(width, height),
+                             {{"isTurned", isTurned},
                               {"reduction", std::int32_t(reduction)},
                               {"isOnGrid", std::int32_t(line.isOnGrid)},
                               {"tapStep", line.tapStep()},
@@ -173,9 +174,8 @@ MTIImage QVMotionBlurMTIFilter::smearedByColumns(const Line& line) const {
     while (columns > kLongestBox) {
         reduction = reductionFor(columns);
         width = std::ceil(width / reduction) + 2;
-        image = applied({image}, line.gatheredSize(width, height),
-                        {{"pass", kGather},
-                         {"isTurned", isTurned},
+        image = applied(stockKernel(kGather), {image}, line.gatheredSize(width, height),
+                        {{"isTurned", isTurned},
                          {"reduction", std::int32_t(reduction)},
                          {"isOnGrid", std::int32_t(true)},
                          {"tapStep", line.gathered(1, 0)},
@@ -190,11 +190,11 @@ MTIImage QVMotionBlurMTIFilter::smearedByColumns(const Line& line) const {
     // Gathering and spreading blur by a sixth of a column's variance each; the box has the rest of columns²
     // / 12.
     const double box = std::sqrt(std::max(columns * columns - 4, 1.0));
-    image = applied({image}, line.gatheredSize(width, height),
-                    {{"pass", kBox}, {"tapStep", line.gathered(1, 0)}, {"steps", float(box)}});
+    image = applied(stockKernel(kBox), {image}, line.gatheredSize(width, height),
+                    {{"tapStep", line.gathered(1, 0)}, {"steps", float(box)}});
     std::vector<MTIImage> images{image};
     if (lightsOnly_) images.push_back(inputImage());
-    return applied(std::move(images), line.picture,
+    return applied(filterClass().kernel(), std::move(images), line.picture,
                    {{"pass", kSpread},
                     {"isTurned", isTurned},
                     {"isOnGrid", std::int32_t(line.isOnGrid)},

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "QVFilterCore/QVMTIOneInputFilter.h"
@@ -40,7 +41,8 @@ class QVMotionBlurMTIFilter : public QVMTIOneInputFilter {
   private:
     struct Line;
     /// A pass over `images`; for lights alone when the last of them is the input.
-    MTIImage applied(std::vector<MTIImage> images, CGSize size, MTIParameters parameters) const;
+    MTIImage applied(std::shared_ptr<const MTIRenderPipelineKernel> kernel, std::vector<MTIImage> images,
+                     CGSize size, MTIParameters parameters) const;
     MTIImage sampled() const;
     MTIImage smearedByColumns(const Line& line) const;
 

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 
 #include "Platform/ImageGraph/MTIFilters.h"
@@ -149,24 +150,105 @@ TEST(NativeOperations, AreTheirFormulasOnPixels) {
     }
 }
 
+/// Bilinear at a place in pixels; the border goes on.
+double sampled(const Bitmap& bitmap, double x, double y, int c) {
+    const auto pixel = [&](double px, double py) {
+        const int column = std::clamp(int(px), 0, bitmap.width - 1);
+        return double(bitmap.row(std::clamp(int(py), 0, bitmap.height - 1))[column * 4 + c]);
+    };
+    const double left = std::floor(x), top = std::floor(y), u = x - left, v = y - top;
+    return (pixel(left, top) * (1 - u) + pixel(left + 1, top) * u) * (1 - v) +
+           (pixel(left, top + 1) * (1 - u) + pixel(left + 1, top + 1) * u) * v;
+}
+
 TEST(NativeOperations, ResizeIsBilinear) {
     const Bitmap bitmap = test::noise(61, 43);
-    const auto at = [&](double x, double y, int c) {
-        const auto pixel = [&](double px, double py) {
-            return double(bitmap.row(std::clamp(int(py), 0, 42))[std::clamp(int(px), 0, 60) * 4 + c]);
-        };
-        const double left = std::floor(x), top = std::floor(y), u = x - left, v = y - top;
-        return (pixel(left, top) * (1 - u) + pixel(left + 1, top) * u) * (1 - v) +
-               (pixel(left, top + 1) * (1 - u) + pixel(left + 1, top + 1) * u) * v;
-    };
     for (auto [width, height] : {std::pair{122, 86}, {60, 40}, {33, 25}, {200, 43}, {1, 1}, {61, 90}}) {
         const auto result = drawnEverywhere(stock("MTIResize", bitmap, {}, {double(width), double(height)}));
         ASSERT_EQ(result.size(), std::size_t(width * height * 4));
         for (int i = 0; i < width * height * 4; ++i) {
             const int x = i / 4 % width, y = i / 4 / width;
             ASSERT_NEAR(result[std::size_t(i)],
-                        at((x + 0.5) * 61 / width - 0.5, (y + 0.5) * 43 / height - 0.5, i % 4), 0.6)
+                        sampled(bitmap, (x + 0.5) * 61 / width - 0.5, (y + 0.5) * 43 / height - 0.5, i % 4),
+                        0.6)
                 << width << " x " << height << ": " << x << " " << y;
+        }
+    }
+}
+
+TEST(NativeOperations, LinesAreGatheredWithRisingAndFallingWeights) {
+    const Bitmap bitmap = test::noise(67, 41);
+    const auto taken = [&](double x, double y, int c, bool lightsOnly) {
+        double luma = 0;
+        for (int i = 0; i < 3; ++i) luma += std::array{0.2126, 0.7152, 0.0722}[i] * sampled(bitmap, x, y, i);
+        const double part = c == 3 || !lightsOnly ? 1 : std::min(1.2 * luma * luma / (255 * 255), 1.0);
+        return part * sampled(bitmap, x, y, c);
+    };
+    struct Lines {
+        bool isOnGrid, isTurned;
+        float x, y;  // of a step
+    };
+    for (const Lines& lines : {Lines{true, false, 1, 0},
+                               {true, false, 1, -1},
+                               {true, true, 0, 1},
+                               {true, true, 1, 1},
+                               {true, true, -1, 1},
+                               {false, false, 1, 0.37f},
+                               {false, false, -0.81f, 1}}) {
+        for (const auto& [reduction, lightsOnly] :
+             {std::pair{2, false}, {6, true}, {16, false}, {16, true}}) {
+            const float r = float(reduction), across = lines.x == 1 && !lines.isTurned ? 0 : 1;
+            // Off the grid across the line alone.
+            const float originX = lines.isOnGrid || across == 0 ? -9 : -9.75f;
+            const float originY = lines.isOnGrid || across == 1 ? -7 : -7.25f;
+            const CGSize size{37, 29};
+            const auto result = drawnEverywhere(stock("MTILineGather", bitmap,
+                                                      {{"reduction", reduction},
+                                                       {"lightsOnly", int(lightsOnly)},
+                                                       {"isOnGrid", int(lines.isOnGrid)},
+                                                       {"isTurned", int(lines.isTurned)},
+                                                       {"tapStep", MTIVector{lines.x, lines.y}},
+                                                       {"origin", MTIVector{originX, originY}},
+                                                       {"columnStep", MTIVector{r * lines.x, r * lines.y}},
+                                                       {"rowStep", MTIVector{across, 1 - across}}},
+                                                      size));
+            ASSERT_EQ(result.size(), std::size_t(37 * 29 * 4));
+            for (int i = 0; i < 37 * 29 * 4; ++i) {
+                const int x = i / 4 % 37, y = i / 4 / 37;
+                const int along = lines.isTurned ? y : x, line = lines.isTurned ? x : y;
+                double sum = 0;
+                for (int k = 0; k < 2 * reduction; ++k) {
+                    const double step = along * reduction + k;
+                    sum += (2 * std::min(k, 2 * reduction - 1 - k) + 1) *
+                           taken(originX + double(step * lines.x + line * across),
+                                 originY + double(step * lines.y + line * (1 - across)), i % 4, lightsOnly);
+                }
+                ASSERT_NEAR(result[std::size_t(i)], sum / (2 * reduction * reduction), 0.501)
+                    << lines.x << " " << lines.y << " by " << reduction << ": " << x << " " << y;
+            }
+        }
+    }
+}
+
+TEST(NativeOperations, ABoxWeighsItsEndsByWhatTheLineCovers) {
+    const Bitmap bitmap = test::noise(53, 31);
+    for (auto [stepX, stepY] : {std::pair{1, 0}, {0, 1}, {1, 1}, {1, -1}, {0, 0}}) {
+        for (const float steps : {0.5f, 1.0f, 1.3f, 4.0f, 14.34f, 18.0f}) {
+            const auto result = drawnEverywhere(
+                stock("MTILineBox", bitmap,
+                      {{"tapStep", MTIVector{float(stepX), float(stepY)}}, {"steps", steps}}, {53, 31}));
+            ASSERT_EQ(result.size(), std::size_t(53 * 31 * 4));
+            for (int i = 0; i < 53 * 31 * 4; ++i) {
+                const int x = i / 4 % 53, y = i / 4 / 53;
+                double sum = 0;
+                for (int k = -9; k <= 9; ++k) {
+                    const double covered = std::clamp(0.5 * double(steps) + 0.5 - std::abs(k), 0.0, 1.0);
+                    const double weight = k == 0 ? std::min(double(steps), 1.0) : covered;
+                    sum += weight * sampled(bitmap, x + k * stepX, y + k * stepY, i % 4);
+                }
+                ASSERT_NEAR(result[std::size_t(i)], sum / double(steps), 0.501)
+                    << stepX << " " << stepY << " of " << steps << ": " << x << " " << y;
+            }
         }
     }
 }

@@ -5,6 +5,7 @@
 #include <unordered_map>
 
 #include "Platform/ImageGraph/Native/Operations/GaussianOperation.h"
+#include "Platform/ImageGraph/Native/Operations/LineOperations.h"
 #include "Platform/ImageGraph/Native/Operations/PixelOperations.h"
 #include "Platform/ImageGraph/Private/GaussianBlur.h"
 
@@ -29,6 +30,7 @@ struct OneInputPass {
         const ShaderUniform* found = pass.function->uniform(uniform);
         return std::bit_cast<float>(pass.words[std::size_t(found->offset + component)]);
     }
+    LineStep step(std::string_view uniform) const { return {number(uniform), number(uniform, 1)}; }
     int selector(std::string_view uniform) const {
         return pass.selectors[std::size_t(pass.function->uniform(uniform)->offset)];
     }
@@ -71,6 +73,26 @@ Operation gaussian(const OneInputPass& p) {
     return gaussianOperation(deviation, p.output.width, p.output.height, p.instructions);
 }
 
+Operation lineGather(const OneInputPass& p) {
+    if (!p.isRGBA8()) return nullptr;
+    return lineGatherOperation({.reduction = p.selector("reduction"),
+                                .lightsOnly = p.selector("lightsOnly") != 0,
+                                .isOnGrid = p.selector("isOnGrid") != 0,
+                                .isTurned = p.selector("isTurned") != 0,
+                                .tap = p.step("tapStep"),
+                                .origin = p.step("origin"),
+                                .column = p.step("columnStep"),
+                                .row = p.step("rowStep"),
+                                .width = p.output.width,
+                                .height = p.output.height},
+                               p.instructions);
+}
+
+Operation lineBox(const OneInputPass& p) {
+    if (!p.isRGBA8() || !p.keepsSize() || p.selector("lightsOnly") != 0) return nullptr;
+    return lineBoxOperation(p.step("tapStep"), p.number("steps"), p.output.height, p.instructions);
+}
+
 using Maker = Operation (*)(const OneInputPass&);
 
 const std::unordered_map<const ShaderFunction*, Maker>& makers() {
@@ -83,7 +105,9 @@ const std::unordered_map<const ShaderFunction*, Maker>& makers() {
                                                       {"MTIPremultiply", premultiply},
                                                       {"MTIAlphaToPlane", alpha},
                                                       {"MTIResize", resize},
-                                                      {"MTIGaussianBlur", gaussian}};
+                                                      {"MTIGaussianBlur", gaussian},
+                                                      {"MTILineGather", lineGather},
+                                                      {"MTILineBox", lineBox}};
         for (const auto& [name, maker] : list) {
             if (const auto function = library ? library->function(name) : nullptr)
                 made.emplace(function.get(), maker);
