@@ -9,7 +9,7 @@
 
 #include "Platform/Foundation/WorkerPool.h"
 #include "Platform/ImageGraph/MTIContext.h"
-#include "Platform/ImageGraph/Native/NativeCompiler.h"
+#include "Platform/ImageGraph/Native/LoadedKernel.h"
 #include "Platform/ImageGraph/Native/NativeTexture.h"
 #include "Platform/ImageGraph/Native/Operations/NativeOperation.h"
 #include "Platform/Media/PixelBuffer.h"
@@ -19,7 +19,7 @@ namespace qv {
 /// One pass as its operation, or else its kernel, is called.
 struct NativeDraw {
     std::unique_ptr<const NativeOperation> operation;
-    std::shared_ptr<const LinkedNativeKernel> kernel;
+    std::shared_ptr<const LoadedKernel> kernel;
     std::array<std::uint32_t, kMaximumPushedWords> words{};
     std::vector<std::int32_t> selectors;
     std::vector<NativeImage> inputs;
