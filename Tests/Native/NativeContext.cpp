@@ -11,6 +11,8 @@
 #include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
@@ -21,6 +23,7 @@
 #include <functional>
 #include <thread>
 
+#include "Platform/Foundation/Log.h"
 #include "Platform/ImageGraph/MTIFilters.h"
 #include "Platform/ImageGraph/MTIKernel.h"
 #include "Platform/Media/PixelConversion.h"
@@ -32,6 +35,8 @@ extern "C" const qv::NativeCompiler* qvNativeCompiler(int interfaceVersion);
 namespace qv {
 namespace {
 
+using testing::AllOf;
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using Bytes = std::vector<std::uint8_t>;
@@ -214,6 +219,21 @@ TEST_F(NativeContexts, TellInALineWhatTheyCannotRender) {
     EXPECT_EQ(error, "MTIExposure: no compiler today");
 }
 
+TEST_F(NativeContexts, DrawPassesPlainWhereWhatFusesThemCannotBeCompiled) {
+    const MTIImage image =
+        pass("MTIOpacity", pass("MTIExposure", ramps(60, 40), {{"gain", 1.4f}}), {{"opacity", 0.8f}});
+    options_.fusion = MTIFusion::off;
+    const Bytes plain = render(image);
+    options_.fusion = MTIFusion::beforeFirstFrame;
+    compiler_.compiles = false;
+    std::vector<std::string> lines;
+    setLogSink([&](std::string_view line) { lines.emplace_back(line); });
+    const auto context = make();
+    for (int frame = 0; frame < 3; ++frame) EXPECT_EQ(*context->renderToBitmap(image).pixels, plain);
+    setLogSink({});
+    EXPECT_THAT(lines, ElementsAre(AllOf(HasSubstr("no compiler today"), HasSubstr("one by one"))));
+}
+
 /// From now on no memory of this process becomes executable.
 bool forbidExecutableMemory() {
 #if defined(__x86_64__)
@@ -251,6 +271,38 @@ TEST_F(NativeContextsDeathTest, TellThatMemoryCannotBeMadeExecutable) {
                 "^MTIExposure: a kernel cannot be loaded: memory cannot be made executable: Permission denied"
                 "|cannot be forbidden");
 }
+
+#if !defined(__SANITIZE_THREAD__)  // which has no threads after a fork
+
+TEST_F(NativeContexts, WorkBeforeAndAfterAForkAndInBothProcesses) {
+    const MTIImage image = graph(ramps(900, 500));
+    auto context = make();
+    const Bytes expected = *context->renderToBitmap(image).pixels;
+    for (int i = 0; i < 20; ++i) {
+        const auto buffer = PixelBuffer::create(PixelFormat::rgba8, 900, 500);
+        auto task = context->startRender(image, buffer);
+        const ::pid_t child = ::fork();  // the threads are at work
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            ::alarm(60);
+            const bool isRight = render(image) == expected;
+            task->wait();  // possibly for what nobody does
+            task = nullptr;
+            context = nullptr;
+            std::exit(isRight ? 0 : 1);
+        }
+        EXPECT_TRUE(task->wait());
+        for (int y = 0; y < 500; ++y)
+            ASSERT_EQ(std::memcmp(buffer.plane(0).data + std::size_t(y) * buffer.plane(0).rowBytes,
+                                  expected.data() + y * 3600, 3600),
+                      0);
+        int status = -1;
+        ASSERT_EQ(::waitpid(child, &status, 0), child);
+        ASSERT_EQ(status, 0) << "fork " << i;
+    }
+}
+
+#endif
 
 TEST_F(NativeContexts, GiveMemoryBackWhenTheSizeChanges) {
     const auto context = make();

@@ -1,5 +1,7 @@
 #include "Platform/ImageGraph/Private/PassFuser.h"
 
+#include <fmt/format.h>
+
 #include "Platform/Foundation/Log.h"
 #include "Platform/ImageGraph/Private/RenderRequest.h"
 
@@ -60,7 +62,7 @@ bool PassFuser::makeNow(const Request& request) {
         drawn_.makeFor(request.pass, request.formats);
         return true;
     } catch (const RenderError& failure) {
-        logLine(request.shape.name() + ": " + failure.what());
+        logLine(fmt::format("{} are drawn one by one: {}", request.shape.name(), failure.what()));
     }
     std::scoped_lock lock(mutex_);
     failed_.insert(hash);
