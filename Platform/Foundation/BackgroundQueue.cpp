@@ -1,49 +1,66 @@
 #include "Platform/Foundation/BackgroundQueue.h"
 
+#include <unistd.h>
+
 #include <utility>
 
 namespace qv {
 
 BackgroundQueue::~BackgroundQueue() {
-    {
-        std::scoped_lock lock(mutex_);
-        stop_ = true;
+    if (isForked()) {
+        // What the missing thread has locked, or waits for, can be neither had nor destroyed.
+        static_cast<void>(state_.release());
+        return;
     }
-    wake_.notify_one();
-    if (thread_.joinable()) thread_.join();
+    {
+        std::scoped_lock lock(state_->mutex);
+        state_->stop = true;
+    }
+    state_->wake.notify_one();
+    if (state_->thread.joinable()) state_->thread.join();
+}
+
+bool BackgroundQueue::isForked() const {
+    return process_ != 0 && process_ != ::getpid();
 }
 
 bool BackgroundQueue::async(std::function<void()> task) noexcept {
+    if (isForked()) return false;
     try {
-        std::scoped_lock lock(mutex_);
-        if (!thread_.joinable()) thread_ = std::thread([this] { run(); });
-        tasks_.push_back(std::move(task));
-        ++queued_;
+        std::scoped_lock lock(state_->mutex);
+        if (!state_->thread.joinable()) {
+            state_->thread = std::thread([this] { run(); });
+            process_ = ::getpid();
+        }
+        state_->tasks.push_back(std::move(task));
+        ++state_->queued;
     } catch (const std::exception&) {
         return false;
     }
-    wake_.notify_one();
+    state_->wake.notify_one();
     return true;
 }
 
 void BackgroundQueue::drain() {
-    std::unique_lock lock(mutex_);
-    idle_.wait(lock, [this, last = queued_] { return finished_ >= last; });
+    if (isForked()) return;
+    std::unique_lock lock(state_->mutex);
+    state_->idle.wait(lock, [&, last = state_->queued] { return state_->finished >= last; });
 }
 
 void BackgroundQueue::run() {
-    std::unique_lock lock(mutex_);
+    State& state = *state_;
+    std::unique_lock lock(state.mutex);
     for (;;) {
-        wake_.wait(lock, [this] { return stop_ || !tasks_.empty(); });
-        if (tasks_.empty()) return;
-        auto task = std::move(tasks_.front());
-        tasks_.pop_front();
+        state.wake.wait(lock, [&] { return state.stop || !state.tasks.empty(); });
+        if (state.tasks.empty()) return;
+        auto task = std::move(state.tasks.front());
+        state.tasks.pop_front();
         lock.unlock();
         task();
         task = nullptr;  // what the task holds is let go before it counts as finished
         lock.lock();
-        ++finished_;
-        idle_.notify_all();
+        ++state.finished;
+        state.idle.notify_all();
     }
 }
 

@@ -1,16 +1,19 @@
 #pragma once
 
+#include <atomic>
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <thread>
 
 namespace qv {
 
-/// Runs tasks one after another on a thread of its own, which starts with the first. Thread-safe; the
-/// destructor finishes what was queued.
+/// Runs tasks one after another on a thread of its own, which starts with the first. In a process forked off
+/// since then there is no such thread: what was queued never runs. Thread-safe; the destructor finishes what
+/// was queued.
 class BackgroundQueue {
   public:
     BackgroundQueue() = default;
@@ -25,14 +28,21 @@ class BackgroundQueue {
     void drain();
 
   private:
-    void run();
+    struct State {
+        std::mutex mutex;
+        std::condition_variable wake, idle;
+        std::deque<std::function<void()>> tasks;
+        std::uint64_t queued = 0, finished = 0;  ///< tasks so far
+        bool stop = false;
+        std::thread thread;
+    };
 
-    std::mutex mutex_;
-    std::condition_variable wake_, idle_;
-    std::deque<std::function<void()>> tasks_;
-    std::uint64_t queued_ = 0, finished_ = 0;  ///< tasks so far
-    bool stop_ = false;
-    std::thread thread_;
+    void run();
+    /// Whether the thread is one of the process that this one was forked off.
+    bool isForked() const;
+
+    std::unique_ptr<State> state_ = std::make_unique<State>();
+    std::atomic<int> process_{0};  ///< number of the process whose thread it is
 };
 
 }  // namespace qv

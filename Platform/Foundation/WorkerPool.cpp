@@ -1,35 +1,45 @@
 #include "Platform/Foundation/WorkerPool.h"
 
-#include <unistd.h>
+#include <pthread.h>
 
 #include <algorithm>
+#include <atomic>
+#include <stdexcept>
 #include <utility>
 
 namespace qv {
 
+namespace {
+/// The process's one. It stays, as that of the parent does: works may outlive the library's other objects,
+/// and threads that a forked process does not have may hold its parent's locks.
+std::atomic<WorkerPool*> sharedPool;
+}  // namespace
+
+void WorkerPool::makePool() {
+    sharedPool = new WorkerPool;
+}
+
 WorkerPool& WorkerPool::shared() {
-    // The pool itself stays: works may outlive the library's other objects.
     struct Holder {
-        WorkerPool* const pool = new WorkerPool;
-        ~Holder() { pool->stop(); }
+        Holder() {
+            makePool();
+            ::pthread_atfork(nullptr, nullptr, makePool);
+        }
+        ~Holder() { sharedPool.load()->stop(); }
     };
     static const Holder holder;
-    return *holder.pool;
+    return *sharedPool;
 }
 
 int WorkerPool::threadCount() {
     return int(std::max(1u, std::thread::hardware_concurrency()));
 }
 
-bool WorkerPool::hasThreads() const {
-    return !threads_.empty() && process_ == ::getpid();
-}
-
 void WorkerPool::begin(std::shared_ptr<BandedWork> work, bool first) {
     std::scoped_lock lock(mutex_);
+    work->pool_ = this;
     if (!triedThreads_ && !stop_) {
         triedThreads_ = true;
-        process_ = ::getpid();
         try {
             const auto count = std::size_t(threadCount());
             threads_.reserve(count);
@@ -55,9 +65,11 @@ void WorkerPool::start(std::shared_ptr<BandedWork> work) {
 
 void WorkerPool::wait(BandedWork& work) {
     Lock lock(mutex_);
+    if (!work.done_ && work.pool_ != this)
+        throw std::runtime_error("the render was begun by the process that this one was forked off");
     while (!work.done_) {
         // Without threads others that wait may have bands of it, or of what it has to wait for.
-        if (hasThreads() || !runBand(lock, &work)) done_.wait(lock);
+        if (!threads_.empty() || !runBand(lock, &work)) done_.wait(lock);
     }
     if (work.failure_) std::rethrow_exception(work.failure_);
 }
@@ -143,11 +155,6 @@ void WorkerPool::stop() {
         stop_ = true;
     }
     wake_.notify_all();
-    if (!hasThreads()) {
-        // A process forked off has only their handles, which may be neither joined nor let go.
-        new std::vector<std::thread>(std::move(threads_));
-        return;
-    }
     for (std::thread& thread : threads_) thread.join();
     std::scoped_lock lock(mutex_);
     threads_.clear();

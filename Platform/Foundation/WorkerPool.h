@@ -12,6 +12,8 @@
 
 namespace qv {
 
+class WorkerPool;
+
 /// How many threads some works may have together at a time.
 struct WorkLimit {
     /// At most `most` of them, 0 for all.
@@ -39,6 +41,7 @@ class BandedWork {
     friend class WorkerPool;
     const std::vector<Step> steps_;
     const std::shared_ptr<WorkLimit> limit_;
+    WorkerPool* pool_ = nullptr;  ///< that it was begun in
     // Guarded by the pool.
     std::size_t step_ = 0;
     int next_ = 0;     ///< first band of the step that nobody has taken
@@ -48,8 +51,8 @@ class BandedWork {
 };
 
 /// The process's threads for what is divided into bands, as many as cores. They start with the first work and
-/// end with the library. Where none can be had, and in a process forked off, whoever waits does the work.
-/// Thread-safe.
+/// end with the library. Where none can be had, whoever waits does the work. A process forked off has a pool
+/// of its own; what its parent had begun never ends in it, and waiting for that throws. Thread-safe.
 class WorkerPool {
   public:
     /// The process's one.
@@ -70,8 +73,9 @@ class WorkerPool {
   private:
     using Lock = std::unique_lock<std::mutex>;
 
+    /// Makes the pool of this process, and that of each that is forked off.
+    static void makePool();
     void begin(std::shared_ptr<BandedWork> work, bool first);
-    bool hasThreads() const;
     void serve();
     void stop();
     /// Runs a band of a work that has one to give, or of the one that is asked for. False when there is none.
@@ -83,7 +87,6 @@ class WorkerPool {
     std::condition_variable wake_, done_;
     std::deque<std::shared_ptr<BandedWork>> works_;  ///< in the order in which they are served
     std::vector<std::thread> threads_;
-    int process_ = 0;  ///< number of the process whose threads these are
     int idle_ = 0;
     bool triedThreads_ = false, stop_ = false;
 };

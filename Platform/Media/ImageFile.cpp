@@ -355,14 +355,28 @@ Bitmap decoded(const InputFile& file, std::string& cause) try {
     return {};
 }
 
-/// Gives the state a copy of the bitmap's pixels.
-bool takePixels(CodecState& state, const Bitmap& bitmap) {
+/// Has the state write the bitmap's pixels, or, `straight`, a copy with straight alpha.
+bool takePixels(CodecState& state, const Bitmap& bitmap, bool straight) {
     if (!bitmap) {
         state.cause = "there is no picture";
         return false;
     }
-    if (!allocatePixels(state, std::uint32_t(bitmap.width), std::uint32_t(bitmap.height))) return false;
-    std::memcpy(state.pixels.data(), bitmap.pixels->data(), state.pixels.size());
+    if (straight) {
+        state.pixels = *bitmap.pixels;
+        unpremultiply(state.pixels.data(), state.pixels.size() / 4);
+    }
+    state.width = bitmap.width;
+    state.height = bitmap.height;
+    const std::uint8_t* const first = straight ? state.pixels.data() : bitmap.pixels->data();
+    // The encoders only read them.
+    for (int y = 0; y < bitmap.height; ++y)
+        state.rows.push_back(const_cast<std::uint8_t*>(first) + std::size_t(y) * bitmap.rowBytes());
+    return true;
+}
+
+bool isOpaque(const Bitmap& bitmap) {
+    for (std::size_t i = 3; bitmap && i < bitmap.pixels->size(); i += 4)
+        if ((*bitmap.pixels)[i] != 255) return false;
     return true;
 }
 
@@ -390,11 +404,8 @@ Bitmap readImageBytes(std::span<const std::uint8_t> bytes, std::string* error) {
 
 bool writePNG(const Bitmap& bitmap, const std::string& path, std::string* error) try {
     CodecState state;
-    if (!takePixels(state, bitmap)) return report(error, "write", path, state.cause);
-    for (std::size_t i = 3; i < state.pixels.size() && state.opaque; i += 4) {
-        state.opaque = state.pixels[i] == 255;
-    }
-    if (!state.opaque) unpremultiply(state.pixels.data(), state.pixels.size() / 4);
+    state.opaque = isOpaque(bitmap);
+    if (!takePixels(state, bitmap, !state.opaque)) return report(error, "write", path, state.cause);
 
     png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, &state, failPNG, ignorePNGWarning);
     png_infop info = png ? png_create_info_struct(png) : nullptr;
@@ -412,7 +423,7 @@ std::vector<std::uint8_t> jpegBytes(const Bitmap& bitmap, int quality, std::stri
     unsigned char* data = nullptr;
     unsigned long size = 0;
     bool encoded = false;
-    if (takePixels(state, bitmap)) {
+    if (takePixels(state, bitmap, false)) {
         jpeg_compress_struct codec{};
         JPEGErrors errors;
         useErrors(errors, state);

@@ -10,6 +10,7 @@
 #include "Platform/ImageGraph/Native/Compiler/Lanes.h"
 #include "Platform/ImageGraph/Native/Compiler/ObjectCode.h"
 #include "Platform/ImageGraph/Native/Compiler/ObjectLink.h"
+#include "Platform/ImageGraph/Native/LoadedKernel.h"
 
 namespace qv::native::test {
 
@@ -139,18 +140,18 @@ inline std::unique_ptr<llvm::Module> moduleOf(llvm::LLVMContext& context, Textur
 }
 
 /// Nil, with a failure noted, when it cannot be made.
-inline std::shared_ptr<const LinkedNativeKernel> kernelOf(NativeTarget target, TextureFormat output,
-                                                          const Body& body) {
+inline std::shared_ptr<const LoadedKernel> kernelOf(NativeTarget target, TextureFormat output,
+                                                    const Body& body) {
     llvm::LLVMContext context;
     std::string error;
     const auto object = objectOf(*moduleOf(context, output, body), target, &error);
     EXPECT_EQ(error, "");
-    auto kernel = linkObject(object, &error);
+    auto kernel = LoadedKernel::load(linkedCode(object, &error), &error);
     EXPECT_TRUE(kernel) << error;
     return kernel;
 }
 
-inline void draw(const LinkedNativeKernel& kernel, std::vector<Image*> inputs, Image& target,
+inline void draw(const LoadedKernel& kernel, std::vector<Image*> inputs, Image& target,
                  std::vector<std::uint32_t> words = {}) {
     std::vector<NativeImage> images;
     for (Image* input : inputs) images.push_back(input->native());

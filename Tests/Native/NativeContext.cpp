@@ -4,14 +4,26 @@
 #include "Platform/ImageGraph/Native/NativeContext.h"
 
 #include <gmock/gmock.h>
+#include <linux/audit.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/mman.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <thread>
 
+#include "Platform/Foundation/Log.h"
 #include "Platform/ImageGraph/MTIFilters.h"
 #include "Platform/ImageGraph/MTIKernel.h"
 #include "Platform/Media/PixelConversion.h"
@@ -23,11 +35,13 @@ extern "C" const qv::NativeCompiler* qvNativeCompiler(int interfaceVersion);
 namespace qv {
 namespace {
 
+using testing::AllOf;
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using Bytes = std::vector<std::uint8_t>;
 
-/// Refuses to compile, to link, or neither.
+/// Refuses to compile, or not.
 struct Compiler final : NativeCompiler {
     std::string version() const override { return itsVersion; }
     std::vector<std::byte> compile(const NativeKernelSource& source, NativeTarget target,
@@ -36,15 +50,9 @@ struct Compiler final : NativeCompiler {
         *error = "no compiler today";
         return {};
     }
-    std::shared_ptr<const LinkedNativeKernel> link(std::span<const std::byte> object,
-                                                   std::string* error) const override {
-        if (links) return real.link(object, error);
-        if (error) *error = "memory cannot be made executable";
-        return nullptr;
-    }
     const NativeCompiler& real = *qvNativeCompiler(kNativeInterfaceVersion);
     std::string itsVersion = real.version();
-    bool compiles = true, links = true;
+    bool compiles = true;
 };
 
 class NativeContexts : public testing::Test {
@@ -209,11 +217,92 @@ TEST_F(NativeContexts, TellInALineWhatTheyCannotRender) {
     compiler_.compiles = false;
     EXPECT_THAT(render(image, nullptr, &error), IsEmpty());
     EXPECT_EQ(error, "MTIExposure: no compiler today");
-    compiler_.compiles = true;
-    compiler_.links = false;
-    EXPECT_THAT(render(image, nullptr, &error), IsEmpty());
-    EXPECT_EQ(error, "MTIExposure: memory cannot be made executable");
 }
+
+TEST_F(NativeContexts, DrawPassesPlainWhereWhatFusesThemCannotBeCompiled) {
+    const MTIImage image =
+        pass("MTIOpacity", pass("MTIExposure", ramps(60, 40), {{"gain", 1.4f}}), {{"opacity", 0.8f}});
+    options_.fusion = MTIFusion::off;
+    const Bytes plain = render(image);
+    options_.fusion = MTIFusion::beforeFirstFrame;
+    compiler_.compiles = false;
+    std::vector<std::string> lines;
+    setLogSink([&](std::string_view line) { lines.emplace_back(line); });
+    const auto context = make();
+    for (int frame = 0; frame < 3; ++frame) EXPECT_EQ(*context->renderToBitmap(image).pixels, plain);
+    setLogSink({});
+    EXPECT_THAT(lines, ElementsAre(AllOf(HasSubstr("no compiler today"), HasSubstr("one by one"))));
+}
+
+/// From now on no memory of this process becomes executable.
+bool forbidExecutableMemory() {
+#if defined(__x86_64__)
+    constexpr unsigned kMachine = AUDIT_ARCH_X86_64;
+#else
+    constexpr unsigned kMachine = AUDIT_ARCH_AARCH64;
+#endif
+    sock_filter steps[] = {
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, arch)),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, kMachine, 0, 6),
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, __NR_mprotect, 1, 0),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, __NR_mmap, 0, 3),
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, args[2])),
+        BPF_JUMP(BPF_JMP | BPF_JSET | BPF_K, PROT_EXEC, 0, 1),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EACCES),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+    };
+    const sock_fprog program{std::size(steps), steps};
+    return ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
+           ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0;
+}
+
+using NativeContextsDeathTest = NativeContexts;
+
+TEST_F(NativeContextsDeathTest, TellThatMemoryCannotBeMadeExecutable) {
+    const MTIImage image = pass("MTIExposure", ramps(9, 8), {});
+    const auto renderWithout = [&] {
+        std::string error = "it cannot be forbidden";
+        if (forbidExecutableMemory()) render(image, nullptr, &error);
+        std::fprintf(stderr, "%s\n", error.c_str());
+        std::_Exit(0);
+    };
+    EXPECT_EXIT(renderWithout(), testing::ExitedWithCode(0),
+                "^MTIExposure: a kernel cannot be loaded: memory cannot be made executable: Permission denied"
+                "|cannot be forbidden");
+}
+
+#if !defined(__SANITIZE_THREAD__)  // which has no threads after a fork
+
+TEST_F(NativeContexts, WorkBeforeAndAfterAForkAndInBothProcesses) {
+    const MTIImage image = graph(ramps(900, 500));
+    auto context = make();
+    const Bytes expected = *context->renderToBitmap(image).pixels;
+    for (int i = 0; i < 20; ++i) {
+        const auto buffer = PixelBuffer::create(PixelFormat::rgba8, 900, 500);
+        auto task = context->startRender(image, buffer);
+        const ::pid_t child = ::fork();  // the threads are at work
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            ::alarm(60);
+            const bool isRight = render(image) == expected;
+            task->wait();  // possibly for what nobody does
+            task = nullptr;
+            context = nullptr;
+            std::exit(isRight ? 0 : 1);
+        }
+        EXPECT_TRUE(task->wait());
+        for (int y = 0; y < 500; ++y)
+            ASSERT_EQ(std::memcmp(buffer.plane(0).data + std::size_t(y) * buffer.plane(0).rowBytes,
+                                  expected.data() + y * 3600, 3600),
+                      0);
+        int status = -1;
+        ASSERT_EQ(::waitpid(child, &status, 0), child);
+        ASSERT_EQ(status, 0) << "fork " << i;
+    }
+}
+
+#endif
 
 TEST_F(NativeContexts, GiveMemoryBackWhenTheSizeChanges) {
     const auto context = make();

@@ -5,14 +5,14 @@
 
 #include <glslang/SPIRV/GLSL.std.450.h>
 #include <gmock/gmock.h>
-#include <sys/prctl.h>
+#include <llvm/IR/IntrinsicsX86.h>
+#include <llvm/Support/ErrorHandling.h>
 
 #include <cmath>
-#include <cstdio>
-#include <cstdlib>
 #include <random>
 #include <thread>
 
+#include "Platform/ImageGraph/Native/Compiler/FatalErrors.h"
 #include "Platform/ImageGraph/Native/KernelLibrary.h"
 #include "Tests/Native/LaneKernel.h"
 
@@ -155,44 +155,71 @@ TEST(ObjectCode, FunctionsOfTheCLibraryAreRefused) {
     EXPECT_THAT(error, HasSubstr("sinf"));
 }
 
-std::vector<std::byte> smallObject() {
+std::vector<std::byte> smallObject(NativeTarget target) {
     llvm::LLVMContext context;
     std::string error;
     return objectOf(
-        *moduleOf(context, TextureFormat::rgba8, [](const Group& group) { return group.floats(0); }),
-        runnableTargets().back(), &error);
+        *moduleOf(context, TextureFormat::rgba8, [](const Group& group) { return group.floats(0); }), target,
+        &error);
+}
+
+TEST(ObjectCode, ObjectsOfEveryTargetBecomeCodeThatRunsAnywhere) {
+    for (NativeTarget target : {NativeTarget::avx2, NativeTarget::avx512, NativeTarget::neon}) {
+        std::string error;
+        EXPECT_FALSE(linkedCode(smallObject(target), &error).empty()) << error;
+    }
+    // What holds an address does not.
+    llvm::LLVMContext context;
+    const auto module =
+        moduleOf(context, TextureFormat::rgba8, [](const Group& group) { return group.floats(0); });
+    llvm::Function* const kernel = module->getFunction(kNativeKernelSymbol);
+    const auto* const table = new llvm::GlobalVariable(*module, kernel->getType(), true,
+                                                       llvm::GlobalValue::ExternalLinkage, kernel, "table");
+    ASSERT_TRUE(table);
+    std::string error;
+    const std::vector<std::byte> object = objectOf(*module, NativeTarget::avx2, &error);
+    ASSERT_FALSE(object.empty()) << error;
+    EXPECT_TRUE(linkedCode(object, &error).empty());
+    EXPECT_THAT(error, HasSubstr("linked"));
+}
+
+TEST(ObjectCode, WhereLLVMWouldEndTheProcessNothingIsCompiled) {
+    llvm::LLVMContext context;
+    std::string error;
+    const auto module = moduleOf(context, TextureFormat::rgba8, [](const Group& group) {
+        group.ir.CreateIntrinsic(llvm::Intrinsic::x86_rdrand_32, {}, {});  // AVX2 does not imply it
+        return group.floats(0);
+    });
+    EXPECT_TRUE(objectOf(*module, NativeTarget::avx2, &error).empty());
+    EXPECT_THAT(error, HasSubstr("Cannot select"));
+    EXPECT_THROW(survives([] { llvm::report_bad_alloc_error("much"); }, error), std::bad_alloc);
+    EXPECT_FALSE(smallObject(NativeTarget::avx2).empty());
+}
+
+TEST(ObjectCodeDeathTest, WhatOthersDoWithLLVMEndsTheProcessAsBefore) {
+    EXPECT_FALSE(smallObject(NativeTarget::avx2).empty());
+    EXPECT_DEATH(llvm::report_fatal_error("theirs"), "LLVM ERROR: theirs");
+    EXPECT_DEATH(llvm::report_bad_alloc_error("theirs"), "LLVM ERROR: theirs");
 }
 
 TEST(ObjectCode, WhatIsNoObjectIsNotLinked) {
     std::string error;
-    EXPECT_FALSE(linkObject({}, &error));
-    EXPECT_NE(error, "");
-    const std::vector<std::byte> text(1000, std::byte('x'));
-    error.clear();
-    EXPECT_FALSE(linkObject(text, &error));
-    EXPECT_NE(error, "");
-}
-
-/// In a process that may not make memory executable; a system that cannot forbid it has nothing to tell.
-[[noreturn]] void linkWithoutExecutableMemory(const std::vector<std::byte>& object) {
-    constexpr int kDenyExecutableMemory = 65;
-    std::string error = "cannot be forbidden";
-    const bool isForbidden = ::prctl(kDenyExecutableMemory, 1, 0, 0, 0) == 0;
-    if (isForbidden && linkObject(object, &error)) error = "linked";
-    std::fprintf(stderr, "%s\n", error.c_str());
-    std::_Exit(0);
-}
-
-TEST(ObjectCodeDeathTest, WithoutExecutableMemoryNothingIsLinked) {
-    if (runnableTargets().empty()) GTEST_SKIP() << "no target runs here";
-    const std::vector<std::byte> object = smallObject();
-    EXPECT_EXIT(linkWithoutExecutableMemory(object), testing::ExitedWithCode(0),
-                "cannot be forbidden|Permission denied");
+    const std::vector<std::byte> text(1000, std::byte('x')), nothing;
+    for (const auto& bytes : {text, nothing}) {
+        error.clear();
+        EXPECT_TRUE(linkedCode(bytes, &error).empty());
+        EXPECT_NE(error, "");
+        error.clear();
+        EXPECT_FALSE(LoadedKernel::load(bytes, &error));
+        EXPECT_NE(error, "");
+    }
 }
 
 TEST(KernelLibrary, TellsWhatIsDamaged) {
     const std::map<std::uint64_t, std::vector<std::byte>> objects{
-        {5, {std::byte(1), std::byte(2)}}, {7, {std::byte(3)}}, {~std::uint64_t(0), smallObject()}};
+        {5, {std::byte(1), std::byte(2)}},
+        {7, {std::byte(3)}},
+        {~std::uint64_t(0), smallObject(NativeTarget::avx2)}};
     const std::vector<std::byte> whole = KernelLibrary::serialize("compiler 1", objects);
     const auto library = KernelLibrary::parse(whole, "compiler 1");
     ASSERT_TRUE(library);

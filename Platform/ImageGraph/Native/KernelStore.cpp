@@ -4,7 +4,6 @@
 
 #include <algorithm>
 
-#include "Platform/Foundation/Log.h"
 #include "Platform/ImageGraph/Private/RenderRequest.h"
 
 namespace qv {
@@ -55,8 +54,8 @@ KernelStore::Kernel KernelStore::make(const Recipe& recipe) {
             precompiled_.find(kernelKey(function, recipe.formats.inputs, recipe.formats.output));
         if (!object.empty()) {
             std::string cause;
-            if (Kernel linked = compiler_.link(object, &cause)) return linked;
-            logLineOnce("compiled kernels cannot be used: " + cause);
+            if (Kernel loaded = LoadedKernel::load(object, &cause)) return loaded;
+            throw RenderError(function.name + ": " + cause);  // what is compiled now would fare no better
         }
     }
     return compiled(recipe);
@@ -71,14 +70,14 @@ KernelStore::Kernel KernelStore::compiled(const Recipe& recipe) {
                                     recipe.formats.output};
     const std::string text = recipeText(source, target_), version = compiler_.version();
     if (const auto object = objects_.loadObject(text, version); !object.empty()) {
-        if (Kernel linked = compiler_.link(object, nullptr)) return linked;
+        if (Kernel loaded = LoadedKernel::load(object, nullptr)) return loaded;
     }
     const std::vector<std::byte> object = compiler_.compile(source, target_, &cause);
-    Kernel linked = object.empty() ? nullptr : compiler_.link(object, &cause);
-    if (!linked) throw refuse();
+    Kernel loaded = object.empty() ? nullptr : LoadedKernel::load(object, &cause);
+    if (!loaded) throw refuse();
     ++compiled_;
     objects_.storeObject(text, version, object);
-    return linked;
+    return loaded;
 }
 
 }  // namespace qv

@@ -6,6 +6,7 @@
 #include <mutex>
 #include <string>
 
+#include "Platform/ImageGraph/Native/LoadedKernel.h"
 #include "Platform/ImageGraph/Native/NativeCompiler.h"
 #include "Platform/ImageGraph/Native/PrecompiledKernels.h"
 #include "Platform/ImageGraph/Private/PassFuser.h"
@@ -17,7 +18,7 @@ namespace qv {
 /// has compiled, or now. Thread-safe.
 class KernelStore final : public PassPrograms {
   public:
-    using Kernel = std::shared_ptr<const LinkedNativeKernel>;
+    using Kernel = std::shared_ptr<const LoadedKernel>;
 
     /// Keeps the objects that it makes in `cacheDirectory` too, unless that is empty.
     KernelStore(const NativeCompiler& compiler, NativeTarget target, const std::string& cacheDirectory)

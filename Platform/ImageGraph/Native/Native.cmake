@@ -5,33 +5,39 @@
 set(native_device_source ${CMAKE_CURRENT_LIST_DIR}/NativeDevice.cpp)
 set_source_files_properties(${native_device_source} PROPERTIES COMPILE_DEFINITIONS QV_NATIVE_DRIVER="none")
 option(QV_NATIVE "Build QVFilterNative where LLVM 15 is installed" ON)
-if(NOT QV_NATIVE)
-    return()
+if(QV_NATIVE)
+    find_package(LLVM 15 QUIET CONFIG HINTS /usr/lib/llvm-15)
 endif()
-find_package(LLVM 15 QUIET CONFIG HINTS /usr/lib/llvm-15)
+# Kernels that another version of these sources made are not used: the compiler, LLVM, and what makes its input of shaders.
+# The library knows it too, and so needs no compiler to tell which kernels are good.
+set(native_version_header ${CMAKE_BINARY_DIR}/generated/native/Platform/ImageGraph/Native/CompilerVersion.h)
+file(GLOB native_version_sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/*Kernel.h
+     ${CMAKE_CURRENT_LIST_DIR}/NativeCompiler.h ${CMAKE_CURRENT_LIST_DIR}/Compiler/* ${PROJECT_SOURCE_DIR}/Platform/ImageGraph/ShaderCompiler/*Shader*.cpp
+     ${PROJECT_SOURCE_DIR}/Platform/ImageGraph/ShaderCompiler/GlslCompiler.cpp ${GLSLANG_INCLUDE_DIR}/glslang/build_info.h)
+if(TARGET LLVM)
+    list(APPEND native_version_sources ${LLVM_INCLUDE_DIRS}/llvm/Config/llvm-config.h)
+endif()
+add_custom_command(OUTPUT ${native_version_header}
+    COMMAND ${CMAKE_COMMAND} -D OUTPUT=${native_version_header} -P ${PROJECT_SOURCE_DIR}/cmake/scripts/HashOfFiles.cmake
+            kNativeCompilerSources ${native_version_sources}
+    DEPENDS ${native_version_sources} ${PROJECT_SOURCE_DIR}/cmake/scripts/HashOfFiles.cmake VERBATIM)
+target_sources(qv_platform PRIVATE ${native_version_header})
+set_source_files_properties(${CMAKE_CURRENT_LIST_DIR}/NativeComponent.cpp PROPERTIES
+                            INCLUDE_DIRECTORIES ${CMAKE_BINARY_DIR}/generated/native)
 if(NOT TARGET LLVM)
-    message(STATUS "QVFilterNative is left out: it needs LLVM 15 (llvm-15-dev)")
+    if(QV_NATIVE)
+        message(STATUS "QVFilterNative is left out: it needs LLVM 15 (llvm-15-dev)")
+    endif()
     return()
 endif()
 
 file(GLOB NATIVE_COMPILER_SOURCES CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/Compiler/*.cpp)
 list(FILTER NATIVE_COMPILER_SOURCES EXCLUDE REGEX "/qvnativec[.]cpp$")
 # Once for the shared object, for the tool that compiles beforehand, and for the tests of its parts.
-add_library(qv_native_compiler OBJECT ${NATIVE_COMPILER_SOURCES})
-target_include_directories(qv_native_compiler PRIVATE ${PROJECT_SOURCE_DIR} ${GLSLANG_INCLUDE_DIR})
+add_library(qv_native_compiler OBJECT ${NATIVE_COMPILER_SOURCES} ${native_version_header})
+target_include_directories(qv_native_compiler PRIVATE ${PROJECT_SOURCE_DIR} ${GLSLANG_INCLUDE_DIR} ${CMAKE_BINARY_DIR}/generated/native)
 target_include_directories(qv_native_compiler SYSTEM PUBLIC ${LLVM_INCLUDE_DIRS})
 target_link_libraries(qv_native_compiler PUBLIC LLVM ${GLSLANG_SPIRV-Tools_LIBRARY} fmt::fmt)
-# Objects that another version of these sources made are not used: the compiler, and what makes its input of shaders.
-set(native_version_header ${CMAKE_BINARY_DIR}/generated/native/Platform/ImageGraph/Native/Compiler/CompilerVersion.h)
-file(GLOB native_version_sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/NativeKernel.h
-     ${CMAKE_CURRENT_LIST_DIR}/NativeCompiler.h ${CMAKE_CURRENT_LIST_DIR}/Compiler/* ${PROJECT_SOURCE_DIR}/Platform/ImageGraph/ShaderCompiler/*Shader*.cpp
-     ${PROJECT_SOURCE_DIR}/Platform/ImageGraph/ShaderCompiler/GlslCompiler.cpp ${GLSLANG_INCLUDE_DIR}/glslang/build_info.h)
-add_custom_command(OUTPUT ${native_version_header}
-    COMMAND ${CMAKE_COMMAND} -D OUTPUT=${native_version_header} -P ${PROJECT_SOURCE_DIR}/cmake/scripts/HashOfFiles.cmake
-            kNativeCompilerSources ${native_version_sources}
-    DEPENDS ${native_version_sources} ${PROJECT_SOURCE_DIR}/cmake/scripts/HashOfFiles.cmake VERBATIM)
-target_sources(qv_native_compiler PRIVATE ${native_version_header})
-target_include_directories(qv_native_compiler PRIVATE ${CMAKE_BINARY_DIR}/generated/native)
 if(NOT LLVM_ENABLE_RTTI)
     target_compile_options(qv_native_compiler PRIVATE -fno-rtti -fno-sanitize=vptr)
 endif()

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <span>
 #include <string>
 #include <vector>
@@ -32,27 +31,16 @@ struct NativeKernelSource {
     TextureFormat output = TextureFormat::rgba8;  ///< of the target
 };
 
-/// A kernel that can be called for as long as this lives.
-class LinkedNativeKernel {
-  public:
-    virtual ~LinkedNativeKernel() = default;
-    virtual NativeKernel function() const = 0;
-};
-
 /// The compiler of kernels: the optional component QVFilterNative, a shared object of its own, so that the
 /// library links no LLVM. Thread-safe.
 class NativeCompiler {
   public:
     virtual ~NativeCompiler() = default;
-    /// Its own version and LLVM's: objects of another one are not to be linked.
+    /// Changes with its own sources and with LLVM: kernels of another one are not to be loaded.
     virtual std::string version() const = 0;
-    /// An object of the target; empty with one line in `error` on failure.
+    /// A kernel of the target, for LoadedKernel; empty with one line in `error` on failure.
     virtual std::vector<std::byte> compile(const NativeKernelSource& source, NativeTarget target,
                                            std::string* error) const = 0;
-    /// Makes an object of this machine's target callable; the bytes must be what `compile` gave. Nil with one
-    /// line in `error` on failure, such as when memory cannot be made executable.
-    virtual std::shared_ptr<const LinkedNativeKernel> link(std::span<const std::byte> object,
-                                                           std::string* error) const = 0;
 };
 
 /// Raised when NativeCompiler or the kernels' arguments change.

@@ -6,6 +6,7 @@
 
 #include "Platform/Foundation/Log.h"
 #include "Platform/Foundation/NSBundle.h"
+#include "Platform/ImageGraph/Native/CompilerVersion.h"
 
 namespace qv {
 
@@ -19,7 +20,7 @@ const NativeCompiler* load(std::string& error) {
         error = std::string(kNativeComponentName) + " is not installed";
         return nullptr;
     }
-    // It stays loaded: its kernels and its compiler's own objects live as long as the process.
+    // It stays loaded: its compiler's own objects live as long as the process.
     void* const library = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
     if (!library) {
         const char* cause = ::dlerror();
@@ -28,9 +29,34 @@ const NativeCompiler* load(std::string& error) {
     }
     const auto entry = reinterpret_cast<NativeCompilerEntry>(::dlsym(library, kEntryName));
     const NativeCompiler* const compiler = entry ? entry(kNativeInterfaceVersion) : nullptr;
-    if (!compiler) error = path + ": belongs to another version of the library";
-    return compiler;
+    if (compiler && compiler->version() == kNativeCompilerSources) return compiler;
+    error = path + ": belongs to another version of the library";
+    return nullptr;
 }
+
+class Component final : public NativeCompiler {
+  public:
+    std::string version() const override { return kNativeCompilerSources; }
+
+    std::vector<std::byte> compile(const NativeKernelSource& source, NativeTarget target,
+                                   std::string* error) const override {
+        std::string cause;
+        const NativeCompiler* const compiler = loaded(cause);
+        if (compiler) return compiler->compile(source, target, error);
+        if (error) *error = cause;
+        return {};
+    }
+
+  private:
+    const NativeCompiler* loaded(std::string& error) const {
+        std::scoped_lock lock(mutex_);
+        if (!compiler_) compiler_ = load(error);
+        return compiler_;
+    }
+
+    mutable std::mutex mutex_;
+    mutable const NativeCompiler* compiler_ = nullptr;
+};
 
 }  // namespace
 
@@ -39,14 +65,9 @@ std::string nativeComponentPath() {
     return folder ? folder->pathForResource(kNativeComponentName).value_or("") : "";
 }
 
-const NativeCompiler* nativeCompiler(std::string* error) {
-    static std::mutex mutex;
-    static const NativeCompiler* compiler = nullptr;
-    std::scoped_lock lock(mutex);
-    std::string cause;
-    if (!compiler) compiler = load(cause);
-    if (!compiler && error) *error = cause;
-    return compiler;
+const NativeCompiler& nativeCompiler() {
+    static const auto* const component = new Component;
+    return *component;
 }
 
 }  // namespace qv

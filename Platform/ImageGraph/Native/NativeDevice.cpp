@@ -33,10 +33,8 @@ GraphicsDevice nativeDevice(int threads) {
 std::shared_ptr<MTIContext> makeNativeContext(const MTIContextOptions& options) {
     GraphicsDevice device = nativeDevice(options.threads);
     if (!device.unusable.empty()) throw RenderError("cannot render natively: " + device.unusable);
-    std::string cause;
-    const NativeCompiler* const compiler = nativeCompiler(&cause);
-    if (!compiler) throw RenderError("cannot render natively: " + cause);
-    return std::make_shared<NativeContext>(*compiler, *nativeTargetOfMachine(), options, std::move(device));
+    return std::make_shared<NativeContext>(nativeCompiler(), *nativeTargetOfMachine(), options,
+                                           std::move(device));
 }
 
 }  // namespace qv

@@ -8,7 +8,7 @@
 #include <optional>
 #include <vector>
 
-#include "Platform/ImageGraph/Native/NativeCompiler.h"
+#include "Platform/ImageGraph/Native/LoadedKernel.h"
 #include "Platform/ImageGraph/Native/NativeTexture.h"
 #include "Platform/ImageGraph/Native/Operations/NativeOperation.h"
 #include "Platform/ImageGraph/Native/Overlays/NativeOverlays.h"
@@ -32,7 +32,7 @@ struct NativeDraw {
     // One of these gives the pixels.
     std::optional<std::array<float, 4>> color;
     std::unique_ptr<const NativeOperation> operation;
-    std::shared_ptr<const LinkedNativeKernel> kernel;
+    std::shared_ptr<const LoadedKernel> kernel;
 
     std::array<std::uint32_t, kMaximumPushedWords> words{};
     std::vector<std::int32_t> selectors;

@@ -1,6 +1,9 @@
 #include "Platform/ImageGraph/Private/PassFuser.h"
 
+#include <fmt/format.h>
+
 #include "Platform/Foundation/Log.h"
+#include "Platform/ImageGraph/Private/RenderRequest.h"
 
 namespace qv {
 
@@ -42,13 +45,28 @@ std::optional<PlanPass> PassFuser::passFor(const RenderPlan& plan, const FusedPa
     PlanPass pass = passOf(plan, fused, std::move(program));
     PassFormats formats = formatsOf(plan, pass);
     if (hasProgram && drawn_.canDraw(pass, formats)) return pass;
-    if (missing == Missing::madeNow) {
-        drawn_.makeFor(pass, formats);
-        return pass;
-    }
-    pass.overlays.clear();  // the graph's own
-    ask({fused.shape, std::move(pass), std::move(formats)});
+    Request request{fused.shape, pass, std::move(formats)};
+    request.pass.overlays.clear();  // the graph's own
+    if (missing == Missing::madeNow) return makeNow(request) ? std::optional(std::move(pass)) : std::nullopt;
+    ask(std::move(request));
     return {};
+}
+
+bool PassFuser::makeNow(const Request& request) {
+    const std::size_t hash = request.hash();
+    {
+        std::scoped_lock lock(mutex_);
+        if (failed_.contains(hash)) return false;
+    }
+    try {
+        drawn_.makeFor(request.pass, request.formats);
+        return true;
+    } catch (const RenderError& failure) {
+        logLine(fmt::format("{} are drawn one by one: {}", request.shape.name(), failure.what()));
+    }
+    std::scoped_lock lock(mutex_);
+    failed_.insert(hash);
+    return false;
 }
 
 void PassFuser::ask(Request request) {

@@ -61,6 +61,8 @@ class PassFuser {
 
     /// The pass that is ready to draw; nothing when it is not.
     std::optional<PlanPass> passFor(const RenderPlan& plan, const FusedPass& fused, Missing missing);
+    /// Makes what the pass is drawn with; false when that has failed, which is told once and not tried again.
+    bool makeNow(const Request& request);
     /// Puts the request on the queue when it is made often enough.
     void ask(Request request);
     void make(const Request& request) noexcept;
@@ -74,7 +76,8 @@ class PassFuser {
     FusedShaderStore programs_;
     std::mutex mutex_;                        ///< guards the sets
     std::unordered_set<std::size_t> seen_;    ///< hashes of requests, since it was last full
-    std::unordered_set<std::size_t> making_;  ///< hashes of requests on the queue, or that failed
+    std::unordered_set<std::size_t> making_;  ///< hashes of requests on the queue, or that failed there
+    std::unordered_set<std::size_t> failed_;  ///< hashes of requests that failed when they were made at once
     std::atomic<bool> stop_{false};
     BackgroundQueue queue_;  ///< last: its tasks use all that is above
 };

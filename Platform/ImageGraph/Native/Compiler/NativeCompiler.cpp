@@ -1,12 +1,9 @@
 #include "Platform/ImageGraph/Native/NativeCompiler.h"
 
-#include <fmt/format.h>
-#include <llvm/Config/llvm-config.h>
-
-#include "Platform/ImageGraph/Native/Compiler/CompilerVersion.h"
 #include "Platform/ImageGraph/Native/Compiler/KernelBuilder.h"
 #include "Platform/ImageGraph/Native/Compiler/ObjectCode.h"
 #include "Platform/ImageGraph/Native/Compiler/ObjectLink.h"
+#include "Platform/ImageGraph/Native/CompilerVersion.h"
 
 namespace qv::native {
 
@@ -14,21 +11,15 @@ namespace {
 
 class Compiler : public NativeCompiler {
   public:
-    std::string version() const override {
-        return fmt::format("{} {}, LLVM {}", kNativeInterfaceVersion, kNativeCompilerSources,
-                           LLVM_VERSION_STRING);
-    }
+    std::string version() const override { return kNativeCompilerSources; }
 
     std::vector<std::byte> compile(const NativeKernelSource& source, NativeTarget target,
                                    std::string* error) const override {
         llvm::LLVMContext context;
         const std::unique_ptr<llvm::Module> module = buildKernel(context, source, error);
-        return module ? objectOf(*module, target, error) : std::vector<std::byte>();
-    }
-
-    std::shared_ptr<const LinkedNativeKernel> link(std::span<const std::byte> object,
-                                                   std::string* error) const override {
-        return linkObject(object, error);
+        if (!module) return {};
+        const std::vector<std::byte> object = objectOf(*module, target, error);
+        return object.empty() ? object : linkedCode(object, error);
     }
 };
 

@@ -26,6 +26,7 @@
 #include <memory>
 
 #include "Platform/ImageGraph/Native/Compiler/Contraction.h"
+#include "Platform/ImageGraph/Native/Compiler/FatalErrors.h"
 #include "Platform/ImageGraph/Native/Compiler/Fractions.h"
 
 namespace qv::native {
@@ -154,7 +155,7 @@ std::string undefinedSymbols(llvm::StringRef bytes) {
 
 std::vector<std::byte> make(llvm::Module& module, NativeTarget target, std::string& error) {
     const Machine machine = machineOf(target);
-    const auto maker = targetMachine(machine, error);
+    const Abandonable maker(targetMachine(machine, error));
     if (!maker) return {};
     module.setTargetTriple(machine.triple);
     module.setDataLayout(maker->createDataLayout());
@@ -166,12 +167,12 @@ std::vector<std::byte> make(llvm::Module& module, NativeTarget target, std::stri
 
     llvm::SmallVector<char, 0> bytes;
     llvm::raw_svector_ostream stream(bytes);
-    llvm::legacy::PassManager passes;
-    if (maker->addPassesToEmitFile(passes, stream, nullptr, llvm::CGFT_ObjectFile)) {
+    const Abandonable passes(std::make_unique<llvm::legacy::PassManager>());
+    if (maker->addPassesToEmitFile(*passes, stream, nullptr, llvm::CGFT_ObjectFile)) {
         error = fmt::format("LLVM makes no objects for {}", machine.triple);
         return {};
     }
-    passes.run(module);
+    passes->run(module);
     if (error.empty()) error = undefinedSymbols({bytes.data(), bytes.size()});
     if (!error.empty()) return {};
     const auto* const begin = reinterpret_cast<const std::byte*>(bytes.data());
@@ -185,7 +186,8 @@ std::vector<std::byte> objectOf(llvm::Module& module, NativeTarget target, std::
     llvm::LLVMContext& context = module.getContext();
     auto before = context.getDiagnosticHandler();
     context.setDiagnosticHandler(std::make_unique<Messages>(message));
-    std::vector<std::byte> object = make(module, target, message);
+    std::vector<std::byte> object;
+    survives([&] { object = make(module, target, message); }, message);
     context.setDiagnosticHandler(std::move(before));
     if (error && object.empty()) *error = message.substr(0, message.find('\n'));
     return object;

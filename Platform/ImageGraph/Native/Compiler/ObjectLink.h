@@ -1,16 +1,14 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
 #include <span>
 #include <string>
-
-#include "Platform/ImageGraph/Native/NativeCompiler.h"
+#include <vector>
 
 namespace qv::native {
 
-/// Copies an object into memory of its own, which is given back with the result, and makes it executable. Nil
-/// with one line in `error` on failure.
-std::shared_ptr<const LinkedNativeKernel> linkObject(std::span<const std::byte> object, std::string* error);
+/// Makes of an object what LoadedKernel takes: all that the kernel needs in one piece, which runs wherever it
+/// lies. So whoever loads it needs no linker. Empty with one line in `error` on failure.
+std::vector<std::byte> linkedCode(std::span<const std::byte> object, std::string* error);
 
 }  // namespace qv::native
