@@ -58,7 +58,8 @@ class Companion {
         if (!isSound_) return writer.write(waiting_->packet);
         waiting_->time += shift_;
         waiting_->decodeTime += shift_;
-        waiting_->duration = std::min(waiting_->duration, end_ - waiting_->time);
+        // The last one's is rounded, or counts samples that are none of the sound.
+        if (waiting_->time + waiting_->duration >= end_ - 1) waiting_->duration = end_ - waiting_->time;
         return writer.writeSound(*waiting_);
     }
     void advance() {
