@@ -10,13 +10,14 @@ folder=${out%.*}.parts
 export project out folder
 
 told=$(qvfilter edit "$project" --split "$parts" -o "$folder" --yes --quiet "$@")  # "25 parts: …"
-count=${told%% *}
+export last=$((${told%% *} - 1))
 
-# A node that is lost sends its part back to the queue by --requeue; a part that fails goes there itself, three times.
-job=$(sbatch --parsable --job-name=film-part --array="0-$((count - 1))" --requeue --cpus-per-task="${cores:-2}" \
-    --mem="${memory:-2G}" --open-mode=append --output="$folder/log_%a.txt" <<'PART'
+# Backwards: the sound is the last part and the longest. A node that is lost sends its part back to the queue by --requeue; a part
+# that fails goes there itself, three times.
+job=$(sbatch --parsable --job-name=film-part --array="0-$last" --requeue --cpus-per-task="${cores:-2}" \
+    --mem="${memory:-2G}" --open-mode=append --output="$folder/log_task_%a.txt" <<'PART'
 #!/bin/bash
-qvfilter edit "$project" --span "$SLURM_ARRAY_TASK_ID" -o "$folder" --threads "$SLURM_CPUS_PER_TASK" --quiet && exit
+qvfilter edit "$project" --span "$((last - SLURM_ARRAY_TASK_ID))" -o "$folder" --threads "$SLURM_CPUS_PER_TASK" --quiet && exit
 [ "${SLURM_RESTART_COUNT:-0}" -ge 3 ] || scontrol requeue "$SLURM_JOB_ID"
 exit 1
 PART

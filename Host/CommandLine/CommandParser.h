@@ -68,8 +68,8 @@ class Command {
     /// when the action runs.
     std::vector<std::string> order() const;
 
-    /// The options that were given, by name, each as the words that give it again, as "--crf=20"; without what
-    /// stands at a fixed place. Known when the action runs.
+    /// The options that were given, by name, each as the words that give it again, as "--crf=20"; without
+    /// what stands at a fixed place. Known when the action runs.
     std::vector<std::pair<std::string, std::vector<std::string>>> words() const;
 
     /// Runs when this command was given, after all of the line has been parsed.

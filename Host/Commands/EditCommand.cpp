@@ -34,9 +34,9 @@ void writeTimeline(const Project& project, const Options& options) {
 }
 
 /// What each machine may choose for itself.
-const std::set<std::string> kMachineOptions{"--threads",  "--device",        "--texture-memory", "--validate",
-                                            "--progress", "--json-progress", "--quiet",          "--yes",
-                                            "--no"};
+const std::set<std::string> kMachineOptions{"--threads",  "--device",   "--texture-memory",
+                                            "--validate", "--progress", "--json-progress",
+                                            "--quiet",    "--yes",      "--no"};
 /// What says that there are parts, and where.
 const std::set<std::string> kFarmOptions{"--output", "--split", "--span", "--plan"};
 
@@ -53,9 +53,14 @@ std::vector<std::string> wordsOf(const Command& command, bool ofMachine) {
 void split(const Options& options, const Command& command) {
     const std::filesystem::path folder(options.request.output.path);
     makeFolder(folder);
-    const FarmPlan plan =
-        makePlan({options.request, wordsOf(command, false), options.parts.value(), folder});
-    writeFile(planPath(folder), planText(plan));
+    const FarmPlan plan = makePlan({options.request, wordsOf(command, false), options.parts.value(), folder});
+    const std::filesystem::path file = planPath(folder);
+    const std::string text = planText(plan);
+    // Parts that are there already go on to fit a plan that is the same.
+    if (readFile(file) != text) {
+        checkOutput(file.string(), options.request.output.overwrite);
+        writeFile(file, text);
+    }
     const int sounds = plan.soundPart() ? 1 : 0;
     writeStandardOutput(fmt::format("{} parts: {} of pictures, {} of sound\n", plan.parts.size(),
                                     int(plan.parts.size()) - sounds, sounds));
@@ -110,11 +115,10 @@ void addEditCommand(CommandParser& tool) {
                     "Plan so many parts for as many machines, in a folder, and render nothing")
             .range(1, 100'000)
             .needs(output);
-    const CommandOption span = command
-                                   .option("--span", options->span,
-                                           "Render the part of this number, as the plan beside it says")
-                                   .needs(output)
-                                   .excludes(split);
+    const CommandOption span =
+        command.option("--span", options->span, "Render the part of this number, as the plan beside it says")
+            .needs(output)
+            .excludes(split);
     command.option("--plan", options->plan, "The plan of --span; plan.json beside the output without")
         .needs(span);
     command.setAction([options, command] { edit(*options, command); });

@@ -61,8 +61,7 @@ std::string runExport(ExportSetup setup, const EditOutput& output, const ExportP
     const std::int64_t whole = isEndless ? 0 : std::llround(timeline.end() * timeline.rate());
     const std::int64_t total = span.count < EditSpan::kAll ? span.count : whole;
     const DeferInterrupts defer;
-    parts.writer =
-        output.encoding.makeWriter(output.path, video, setup.writing, std::move(setup.streams));
+    parts.writer = output.encoding.makeWriter(output.path, video, setup.writing, std::move(setup.streams));
     parts.context = output.device.makeContext(workingFormat(video, *parts.writer));
     const EncodedFrames encoded{parts.writer->frameFormat(), parts.writer->frameColor()};
     auto source = std::make_unique<EditSource>(std::move(setup.timeline), encoded, *parts.context,

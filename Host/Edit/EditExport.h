@@ -24,8 +24,8 @@ struct EditOutput {
 struct ExportSetup {
     std::unique_ptr<EditTimeline> timeline;  ///< begun
     ClipWriterOptions writing;
-    std::unique_ptr<AudioMix> sound;                  ///< nil where it is copied or left out
-    std::shared_ptr<const SourceStreams> streams;     ///< what is copied of
+    std::unique_ptr<AudioMix> sound;               ///< nil where it is copied or left out
+    std::shared_ptr<const SourceStreams> streams;  ///< what is copied of
     NoteSink note;
 };
 
@@ -38,7 +38,7 @@ using ExportProgress = std::function<void(std::int64_t frames, std::int64_t tota
 /// Makes the clip at `output.path`, or a span of it. Progress goes to standard error where nothing else is
 /// told. Returns the name of the device that rendered. Fails as the stages do.
 std::string runExport(ExportSetup setup, const EditOutput& output, const ExportProgress& progress = {},
-               const EditSpan& span = {});
+                      const EditSpan& span = {});
 
 /// Renders a project into a clip. Everything that can be known beforehand is checked before anything is
 /// decoded. Progress goes to standard error where nothing else is told. Fails with all mistakes.

@@ -9,8 +9,8 @@
 
 namespace qv::host {
 
-/// The frames of a timeline's output by their numbers. The first `own` are the first clip's, at times of their
-/// own; the rest come at the output's rate.
+/// The frames of a timeline's output by their numbers. The first `own` are the first clip's, at times of
+/// their own; the rest come at the output's rate.
 struct EditFrames {
     std::int64_t count = 0, own = 0;
     std::vector<double> ownSeconds;  ///< when the own ones begin

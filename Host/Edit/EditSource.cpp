@@ -105,7 +105,7 @@ std::optional<SourceFrame> EditSource::nextSlot() {
     const std::int64_t count = std::llround((timeline_->end() - slotsBegin_) * timeline_->rate());
     const bool isOnly = slotsBegin_ == 0 && slots_ == 0;
     return slots_ < count || isOnly ? std::optional(slotFrame(*timeline_, slotsBegin_, slots_++))
-                                     : std::nullopt;
+                                    : std::nullopt;
 }
 
 std::optional<SourceFrame> EditSource::nextFrame() {

@@ -62,7 +62,7 @@ class EditSource : public FrameSource {
     /// Where the frames at the output's rate begin, seconds, and how many have been given out.
     double slotsBegin_ = 0;
     std::int64_t slots_ = 0;
-    double end_ = 0;  ///< of the last frame given out
+    double end_ = 0;                          ///< of the last frame given out
     std::int64_t given_ = 0, firstTime_ = 0;  ///< frames given out, and the first one's time in the whole
 };
 

@@ -75,22 +75,18 @@ std::optional<PartRecord> readRecord(const fs::path& file) {
             record.frames = timesFromJSON(json.at("times"));
             record.delay = json.at("delay");
         } else {
-            record.soundBegin = json.at("soundBegin");
+            record.sound = {json.at("sound").at("begin"), json.at("sound").at("end")};
         }
         return record;
     });
 }
 
 void writeRecord(const fs::path& file, const FarmPart& part, const PartRecord& record) {
-    Json json{{"part", part.index},
-              {"plan", record.plan},
-              {"settings", record.settings},
-              {"frames", part.frames},
-              {"bytes", record.size},
-              {"hash", record.bytes},
+    Json json{{"part", part.index},       {"plan", record.plan},  {"settings", record.settings},
+              {"frames", part.frames},    {"bytes", record.size}, {"hash", record.bytes},
               {"decoder", record.decoder}};
     if (part.isSound) {
-        json["soundBegin"] = record.soundBegin;
+        json["sound"] = {{"begin", record.sound.first}, {"end", record.sound.second}};
     } else {
         json["times"] = timesToJSON(record.frames);
         json["delay"] = record.delay;
@@ -161,9 +157,8 @@ void ProgressFile::remove() {
 
 void ProgressFile::write(const std::string& failure) {
     written_ = Clock::now();
-    Json json{{"part", index_},           {"frames", frames_},      {"of", total_},
-              {"host", hostName()},       {"pid", ::getpid()},      {"seconds", seconds()},
-              {"attempts", attempts_}};
+    Json json{{"part", index_},    {"frames", frames_},    {"of", total_},         {"host", hostName()},
+              {"pid", ::getpid()}, {"seconds", seconds()}, {"attempts", attempts_}};
     if (!failure.empty()) json["failure"] = failure;
     try {
         writeFile(path_, dump(json));

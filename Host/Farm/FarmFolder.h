@@ -27,8 +27,8 @@ struct PartRecord {
     FrameTimes frames;           ///< of pictures
     /// By how many places a packet may come after those that are seen later.
     std::int64_t delay = 0;
-    std::int64_t soundBegin = 0;  ///< ClipWriter::soundBegin()
-    double seconds = 0;           ///< that it took
+    std::pair<std::int64_t, std::int64_t> sound;  ///< ClipWriter::soundSpan()
+    double seconds = 0;                           ///< that it took
     std::string host, device;
     int attempts = 1;
 };
@@ -47,10 +47,10 @@ struct PartProgress {
     std::int64_t frames = 0;
     std::string host;
     int process = 0;
-    double seconds = 0;       ///< since it was begun
-    double age = 0;           ///< seconds since this was told
+    double seconds = 0;  ///< since it was begun
+    double age = 0;      ///< seconds since this was told
     int attempts = 1;
-    std::string failure;      ///< the line that it ended with
+    std::string failure;  ///< the line that it ended with
 };
 
 /// Nothing where there is none, or a damaged one.

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <deque>
 
 #include "Host/CommandLine/Interrupt.h"
 #include "Host/Farm/FarmFolder.h"
@@ -32,13 +31,16 @@ std::optional<TimedPacket> readPacket(PacketReader& reader) {
 /// other streams of the one clip that the film is made of.
 class Companion {
   public:
-    /// `shift` is added to the times.
-    Companion(std::unique_ptr<PacketReader> reader, bool isSound, std::int64_t begin, int sampleRate)
-        : reader_(std::move(reader)), isSound_(isSound) {
+    explicit Companion(std::unique_ptr<PacketReader> reader) : reader_(std::move(reader)) { advance(); }
+    /// Of encoded sound, which lasts from one sample to another: the file's own times are rounded, and may
+    /// have been moved.
+    Companion(std::unique_ptr<PacketReader> reader, std::pair<std::int64_t, std::int64_t> samples)
+        : reader_(std::move(reader)), isSound_(true) {
         advance();
-        if (!waiting_ || !isSound) return;
-        const Rational unit = reader_->timeBase(waiting_->packet.stream);
-        shift_ = std::llround(double(begin) / sampleRate / unit.value()) - waiting_->time;
+        if (!waiting_) return;
+        const double unit = reader_->timeBase(waiting_->packet.stream).value() * reader_->soundRate();
+        shift_ = std::llround(double(samples.first) / unit) - waiting_->time;
+        end_ = std::llround(double(samples.second) / unit);
     }
 
     void writeUntil(double seconds, ClipWriter& writer) {
@@ -50,13 +52,14 @@ class Companion {
 
   private:
     double secondsOfNext() const {
-        return double(waiting_->decodeTime + shift_) *
-               reader_->timeBase(waiting_->packet.stream).value();
+        return double(waiting_->decodeTime + shift_) * reader_->timeBase(waiting_->packet.stream).value();
     }
     bool write(ClipWriter& writer) {
         if (!isSound_) return writer.write(waiting_->packet);
         waiting_->time += shift_;
         waiting_->decodeTime += shift_;
+        // The last one's is rounded, or counts samples that are none of the sound.
+        if (waiting_->time + waiting_->duration >= end_ - 1) waiting_->duration = end_ - waiting_->time;
         return writer.writeSound(*waiting_);
     }
     void advance() {
@@ -65,8 +68,8 @@ class Companion {
     }
 
     std::unique_ptr<PacketReader> reader_;
-    bool isSound_;
-    std::int64_t shift_ = 0;
+    bool isSound_ = false;
+    std::int64_t shift_ = 0, end_ = 0;  ///< of sound, in units of its stream
     std::optional<TimedPacket> waiting_;
 };
 
@@ -125,10 +128,9 @@ class Joining {
         if (const FarmPart* sound = plan_.soundPart()) {
             auto reader = openPackets(pathOf(*sound));
             setup.writing.encodedSound = reader->streams();
-            const int rate = reader->soundRate();
-            companion_.emplace(std::move(reader), true, records_.back().soundBegin, rate);
+            companion_.emplace(std::move(reader), records_.back().sound);
         } else if (setup.timeline->isWholeClip() && setup.streams) {
-            companion_.emplace(openPackets(setup.timeline->clips()[0].clip.path), false, 0, 1);
+            companion_.emplace(openPackets(setup.timeline->clips()[0].clip.path));
         }
         writer_ = request_.output.encoding.makeWriter(job_.output, setup.timeline->video(), setup.writing,
                                                       setup.streams);
@@ -167,9 +169,8 @@ class Joining {
         constexpr double kRounding = 0.001;
         const double wanted = double(times_[begin]) + seconds / unit_;
         const auto from = times_.begin() + std::ptrdiff_t(begin), to = times_.begin() + std::ptrdiff_t(end);
-        auto found = std::lower_bound(from, to, wanted, [](std::int64_t time, double value) {
-            return double(time) < value;
-        });
+        auto found = std::lower_bound(from, to, wanted,
+                                      [](std::int64_t time, double value) { return double(time) < value; });
         if (found == to || (found != from && wanted - double(found[-1]) < double(*found) - wanted)) --found;
         const bool isThere = std::abs(double(*found) - wanted) * unit_ <= kRounding;
         return isThere ? std::size_t(found - times_.begin()) : end;

@@ -99,7 +99,7 @@ class PartRender {
             progress.advance(part_.frames * setup.sound->position() / end);
         }
         if (!writer->finish()) fail(ExitCode::output, "{}", writer->error());
-        record_.soundBegin = writer->soundBegin();
+        record_.sound = writer->soundSpan();
     }
 
     /// What joining needs to know of the file.
@@ -107,7 +107,8 @@ class PartRender {
         std::string cause;
         const auto reader = PacketReader::open(path, &cause);
         if (!reader) fail(ExitCode::output, "{}", cause);
-        record_.decoder = reader->decoderConfiguration(part_.isSound ? reader->soundStream() : reader->videoStream());
+        record_.decoder =
+            reader->decoderConfiguration(part_.isSound ? reader->soundStream() : reader->videoStream());
         std::vector<std::int64_t> times;
         while (const auto packet = reader->next()) {
             if (times.empty() && !packet->isKey)
@@ -122,7 +123,8 @@ class PartRender {
 
     void setDelay(const std::vector<std::int64_t>& times) {
         if (std::int64_t(times.size()) != part_.frames)
-            fail(ExitCode::internal, "{} made {} packets of {} frames", plan_.codec, times.size(), part_.frames);
+            fail(ExitCode::internal, "{} made {} packets of {} frames", plan_.codec, times.size(),
+                 part_.frames);
         std::vector<std::int64_t> shown = times;
         std::ranges::sort(shown);
         for (std::size_t i = 0; i < times.size(); ++i) {

@@ -17,9 +17,9 @@ namespace {
 constexpr int kPlanFormat = 1;
 
 Json partToJSON(const FarmPart& part) {
-    return {{"index", part.index},     {"kind", part.isSound ? "sound" : "pictures"},
-            {"file", part.file},       {"start", part.start},
-            {"frames", part.frames},   {"seconds", part.seconds},
+    return {{"index", part.index},    {"kind", part.isSound ? "sound" : "pictures"},
+            {"file", part.file},      {"start", part.start},
+            {"frames", part.frames},  {"seconds", part.seconds},
             {"command", part.command}};
 }
 

@@ -30,10 +30,11 @@ void refuseWhatDependsOnMore(const Project& project) {
             return effect.choice.filterClass->input(QVInputRole::mask) != nullptr;
         });
         if (takesMask && clip.mask == kAutomaticMask)
-            fail(ExitCode::usage,
-                 "'{}': masks that are found depend on the frames before; make them a file with qvfilter mask "
-                 "to split this project",
-                 clip.path);
+            fail(
+                ExitCode::usage,
+                "'{}': masks that are found depend on the frames before; make them a file with qvfilter mask "
+                "to split this project",
+                clip.path);
     }
 }
 
@@ -76,8 +77,7 @@ std::vector<std::int64_t> bordersOf(const EditTimeline& timeline, const EditFram
 
 FarmPart partOf(const SplitJob& job, int index, const std::string& file) {
     const std::string project = shellWord(fs::absolute(job.request.file).lexically_normal().string());
-    const std::string output =
-        shellWord((fs::absolute(job.folder).lexically_normal() / file).string());
+    const std::string output = shellWord((fs::absolute(job.folder).lexically_normal() / file).string());
     return {.index = index,
             .file = file,
             .command = fmt::format("qvfilter edit {} --span {} -o {}", project, index, output)};

@@ -47,7 +47,7 @@ PartStatus statusOf(const FarmPlan& plan, const FarmPart& part, const fs::path& 
         status.host = record->host;
         status.attempts = record->attempts;
     } else if (const auto progress = readProgress(file)) {
-        status.state = !progress->failure.empty()          ? PartState::failed
+        status.state = !progress->failure.empty()        ? PartState::failed
                        : progress->age > kStalledSeconds ? PartState::stalled
                                                          : PartState::running;
         status.frames = progress->frames;
@@ -104,8 +104,8 @@ std::string statusText(const FarmPlan& plan, const FarmStatus& status) {
         if (!each.failure.empty()) text += "  " + each.failure;
         text += "\n";
     }
-    text += fmt::format("{} of {} parts, {} of {} frames", status.count(PartState::done),
-                        status.parts.size(), status.framesDone(), plan.frames);
+    text += fmt::format("{} of {} parts, {} of {} frames", status.count(PartState::done), status.parts.size(),
+                        status.framesDone(), plan.frames);
     for (const PartState state : {PartState::running, PartState::stalled, PartState::failed}) {
         if (const int count = status.count(state); count > 0)
             text += fmt::format(", {} {}", count, nameOf(state));
@@ -118,15 +118,15 @@ std::string statusText(const FarmPlan& plan, const FarmStatus& status) {
 Json statusToJSON(const FarmPlan& plan, const FarmStatus& status) {
     Json json{{"parts", Json::array()}};
     for (const PartStatus& each : status.parts) {
-        Json part{{"index", each.part.index}, {"file", each.part.file},       {"state", nameOf(each.state)},
-                  {"frames", each.frames},    {"of", each.part.frames},       {"fps", each.rate()},
+        Json part{{"index", each.part.index}, {"file", each.part.file},   {"state", nameOf(each.state)},
+                  {"frames", each.frames},    {"of", each.part.frames},   {"fps", each.rate()},
                   {"seconds", each.seconds},  {"attempts", each.attempts}};
         if (!each.host.empty()) part["host"] = each.host;
         if (!each.failure.empty()) part["failure"] = each.failure;
         json["parts"].push_back(std::move(part));
     }
-    for (const PartState state : {PartState::waiting, PartState::running, PartState::stalled,
-                                  PartState::failed, PartState::done})
+    for (const PartState state :
+         {PartState::waiting, PartState::running, PartState::stalled, PartState::failed, PartState::done})
         json[nameOf(state)] = status.count(state);
     json["frames"] = status.framesDone();
     json["of"] = plan.frames;

@@ -109,10 +109,10 @@ struct ClipPacket {
 /// A packet with its times, in units of its stream's time base.
 struct TimedPacket {
     ClipPacket packet;
-    std::int64_t time = 0;       ///< when it is seen or heard
-    std::int64_t decodeTime = 0; ///< grows from packet to packet
-    std::int64_t duration = 0;   ///< 0 when unknown
-    bool isKey = false;          ///< whether a decoder can begin with it
+    std::int64_t time = 0;        ///< when it is seen or heard
+    std::int64_t decodeTime = 0;  ///< grows from packet to packet
+    std::int64_t duration = 0;    ///< 0 when unknown
+    bool isKey = false;           ///< whether a decoder can begin with it
 };
 
 /// The streams of a source with all that is needed to copy them, independent of the reader and its thread.

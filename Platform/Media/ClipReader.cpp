@@ -504,22 +504,25 @@ bool ClipReader::State::jump(std::int64_t time, int flags) {
 }
 
 /// Collects the frame that is shown at a time, and the one after it, into `pending`. False when there is none
-/// that early.
+/// that early, or nothing before it that it is made of.
 bool ClipReader::State::readUpTo(std::int64_t time) {
     std::deque<ClipFrame> found;
     if (pending.empty() && last) found.push_back(*last);
+    int count = int(found.size());
     while (true) {
         Item item = next();
         if (std::holds_alternative<std::monostate>(item)) break;
         auto* read = std::get_if<ClipFrame>(&item);
         if (!read) continue;
         const bool after = read->time > time;
-        if (!after) found.clear();
+        if (!after) found.clear(), ++count;
         found.push_back(std::move(*read));
         if (after) break;
     }
     pending = std::move(found);
-    return !pending.empty() && pending.front().time <= time;
+    // What is made of both fields looks at the frame before, too.
+    const bool isWhole = !deinterlacer || !jumped || count > 1;
+    return !pending.empty() && pending.front().time <= time && isWhole;
 }
 
 bool ClipReader::State::seek(std::int64_t target) {

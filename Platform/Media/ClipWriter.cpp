@@ -68,10 +68,11 @@ struct ClipWriter::State {
     int number = 0;                            ///< of the next one
     std::optional<AudioEncoder> soundEncoder;  ///< of sound that the host makes
     AVStream* soundStream = nullptr;
-    std::int64_t soundDelay = 0;  ///< added to its times, in the encoder's time base
-    std::optional<std::int64_t> soundBegin;      ///< time of its first packet, with the delay
-    AVRational videoUnit{}, soundUnit{};         ///< of packets that are encoded already
-    const AVOutputFormat* meantFor = nullptr;    ///< whose streams these are to be
+    std::int64_t soundDelay = 0;               ///< added to its times, in the encoder's time base
+    std::optional<std::int64_t> soundBegin;    ///< time of its first packet, with the delay
+    std::int64_t soundEnd = 0;                 ///< of its last packet
+    AVRational videoUnit{}, soundUnit{};       ///< of packets that are encoded already
+    const AVOutputFormat* meantFor = nullptr;  ///< whose streams these are to be
     bool isSoundOnly = false;
 
     std::string name;  ///< for messages
@@ -134,8 +135,8 @@ bool ClipWriter::State::chooseContainer(const std::string& path, const ClipWrite
     output->opaque = &messages;
     // Standards since, such as FLAC in MP4.
     output->strict_std_compliance = FF_COMPLIANCE_EXPERIMENTAL;
-    meantFor = settings.meantFor.empty() ? container
-                                         : av_guess_format(settings.meantFor.c_str(), nullptr, nullptr);
+    meantFor =
+        settings.meantFor.empty() ? container : av_guess_format(settings.meantFor.c_str(), nullptr, nullptr);
     return meantFor || fail(fmt::format("there is no container '{}'", settings.meantFor));
 }
 
@@ -162,6 +163,7 @@ void ClipWriter::State::choosePictures(const std::string& path, ClipWriterOption
 }
 
 void ClipWriter::State::addDisplayMatrix() {
+    if (meantFor != output->oformat) return;
     std::array<std::int32_t, 9> matrix{};
     if (video.displayMatrix) {
         matrix = *video.displayMatrix;
@@ -222,6 +224,7 @@ bool ClipWriter::State::addVideo(const ClipWriterOptions& settings, const Source
     if (settings.encodedVideo) {
         if (!addEncoded(*settings.encodedVideo, AVMEDIA_TYPE_VIDEO, stream, videoUnit)) return false;
         stream->time_base = videoUnit = ffmpeg::rational(video.timeBase);
+        stream->codecpar->sample_aspect_ratio = ffmpeg::rational(video.pixelAspect);
     } else {
         stream = avformat_new_stream(output.get(), nullptr);
         if (!stream || avcodec_parameters_from_context(stream->codecpar, &encoder.context()) < 0)
@@ -350,7 +353,9 @@ bool ClipWriter::State::addStreams(const ClipWriterOptions& settings, const Sour
     copied.audio = settings.audio && !makesSound;
     if (source) {
         std::string cause;
-        const auto place = [&] { return addVideo(settings, &source->streams[std::size_t(source->videoStream)]); };
+        const auto place = [&] {
+            return addVideo(settings, &source->streams[std::size_t(source->videoStream)]);
+        };
         if (!copier.addStreams(*output, *source, copied, place, cause)) return fail(cause);
         if (settings.metadata) {
             StreamCopier::copyMetadata(output->metadata, source->metadata);
@@ -398,6 +403,7 @@ bool ClipWriter::State::drainSound() {
         packet->pts += soundDelay;
         packet->dts += soundDelay;
         if (!soundBegin) soundBegin = packet->pts;
+        soundEnd = packet->pts + packet->duration;
         av_packet_rescale_ts(packet.get(), soundEncoder->context().time_base, soundStream->time_base);
         if (!check(av_interleaved_write_frame(output.get(), packet.get()))) return false;
     }
@@ -493,8 +499,8 @@ bool ClipWriter::writeSound(const TimedPacket& packet) {
     return state_->writeEncoded(packet, state_->soundStream, state_->soundUnit);
 }
 
-std::int64_t ClipWriter::soundBegin() const {
-    return state_->soundBegin.value_or(0);
+std::pair<std::int64_t, std::int64_t> ClipWriter::soundSpan() const {
+    return {state_->soundBegin.value_or(0), state_->soundEnd};
 }
 
 bool ClipWriter::finish() {

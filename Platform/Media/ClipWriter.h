@@ -94,14 +94,14 @@ class ClipWriter {
     /// Takes the next samples of the host's sound; the first one is heard at time 0 of the clip's frames.
     bool write(const AudioSamples& samples);
 
-    /// Takes the next packet, in the order of decoding, of pictures that are encoded already. Its times are in
-    /// units of the `timeBase` given to create().
+    /// Takes the next packet, in the order of decoding, of pictures that are encoded already. Its times are
+    /// in units of the `timeBase` given to create().
     bool writeVideo(const TimedPacket& packet);
     /// The same of sound, with times in units of its stream's time base.
     bool writeSound(const TimedPacket& packet);
-    /// The time of the first packet of sound that is encoded here, in samples: below 0 where the encoder
-    /// puts samples of its own before the first one. Known when sound has been written.
-    std::int64_t soundBegin() const;
+    /// When the first packet of sound that is encoded here begins and the last one ends, in samples: below 0
+    /// where the encoder puts samples of its own before the first one. Known when all has been written.
+    std::pair<std::int64_t, std::int64_t> soundSpan() const;
 
     /// Writes what is still held back and puts the file in its place. False after a failure.
     bool finish();

@@ -37,8 +37,8 @@ bool PacketReader::State::open(const std::string& path) {
     if (!context) return fail("out of memory");
     context->opaque = &messages;
     lists.watch(*context);
-    int code = avformat_open_input(&context, location.url.c_str(), location.container,
-                                   location.options.address());
+    int code =
+        avformat_open_input(&context, location.url.c_str(), location.container, location.options.address());
     if (code >= 0) {
         input.reset(context);
         code = avformat_find_stream_info(context, nullptr);

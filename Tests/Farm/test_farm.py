@@ -102,7 +102,7 @@ class Film(unittest.TestCase):
             cluster.wait_until((self.faults / "hangs").exists, "the part that hangs")
             cluster.lose_node((self.faults / "hangs").read_text())
             cluster.wait_until(lambda: not cluster.run("squeue", "-h"), "the end of all jobs", 240)
-        log = "".join(log.read_text() for log in self.work.glob("film.parts/log_*"))
+        log = "".join(log.read_text() for log in self.work.glob("film.parts/log_task_*"))
         self.assertTrue((self.work / "film.mp4").exists(), log)
         self.assertWhole()
 

@@ -1,11 +1,11 @@
-// A film in parts: edit --split and --span, join and farm-status. Judged by FFmpeg's programs, beside the same film
-// rendered in one piece.
+// A film in parts: edit --split and --span, join and farm-status. Judged by FFmpeg's programs, beside the
+// same film rendered in one piece.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <csignal>
-#include <thread>
+#include <filesystem>
 
 #include "Tests/Host/Tool.h"
 
@@ -42,16 +42,19 @@ class Farm : public testing::Test {
     static std::string path(const std::string& name) { return *files_ / name; }
     static void write(const std::string& name, const std::string& text) { writeBytes(path(name), text); }
     static void clip(const std::string& name, const std::string& picture, int pitch) {
-        ffmpeg({"-f", "lavfi", "-i", picture, "-f", "lavfi", "-i", fmt::format("sine={}:r=48000:d=4", pitch),
-                "-c:v", "libx264", "-g", "30", "-bf", "2", "-pix_fmt", "yuv420p", "-shortest", "-metadata",
-                "title=A film", path(name)});
+        ffmpeg({"-f",        "lavfi",     "-i",           picture,
+                "-f",        "lavfi",     "-i",           fmt::format("sine={}:r=48000:d=4", pitch),
+                "-c:v",      "libx264",   "-g",           "30",
+                "-bf",       "2",         "-pix_fmt",     "yuv420p",
+                "-shortest", "-metadata", "title=A film", path(name)});
     }
     static Outcome expectDone(Arguments arguments) {
         const Outcome outcome = qvfilter(std::move(arguments));
         EXPECT_EQ(outcome.exitCode, 0) << outcome.errors;
         return outcome;
     }
-    static Json split(const std::string& project, int parts, const std::string& folder, Arguments more = kLossless) {
+    static Json split(const std::string& project, int parts, const std::string& folder,
+                      Arguments more = kLossless) {
         more.insert(more.begin(), {"edit", path(project), "--split", std::to_string(parts), "-o", folder});
         expectDone(more);
         return Json::parse(readBytes(folder + "/plan.json"));
@@ -65,13 +68,15 @@ class Farm : public testing::Test {
     /// Times and hashes of a stream's decoded frames, or of its sound sample by sample.
     static std::string decoded(const std::string& file, const std::string& stream) {
         const char* format = stream == "v" ? "framehash" : "hash";
-        return run({"ffmpeg", "-v", "error", "-i", file, "-map", "0:" + stream + "?", "-fps_mode", "passthrough",
-                    "-c:a", "pcm_f32le", "-f", format, "-"}).output;
+        return run({"ffmpeg", "-v", "error", "-i", file, "-map", "0:" + stream + "?", "-fps_mode",
+                    "passthrough", "-c:a", "pcm_f32le", "-f", format, "-"})
+            .output;
     }
     /// What a file says about itself, but for how large it is.
     static Json described(const std::string& file) {
-        Json json = Json::parse(run({"ffprobe", "-v", "error", "-show_streams", "-show_format", "-show_chapters",
-                                     "-of", "json", file}).output);
+        Json json = Json::parse(run({"ffprobe", "-v", "error", "-show_streams", "-show_format",
+                                     "-show_chapters", "-of", "json", file})
+                                    .output);
         for (Json& stream : json["streams"]) stream.erase("bit_rate");
         for (const char* own : {"filename", "size", "bit_rate"}) json["format"].erase(own);
         return json;
@@ -86,6 +91,10 @@ TEST_F(Farm, PartsJoinedAreTheWhole) {
     write("mute.json", R"({"clipSound": false, "clips": [{"file": "b.mp4", "from": 0.5},
         {"file": "a.mp4", "from": "10f", "transition": "wave"}]})");
     write("one.json", R"({"clips": [{"file": "a.mp4", "effects": ["snow"]}]})");
+    // Each part of it begins at a key frame of fields, which are made whole with the frame before.
+    ffmpeg({"-f", "lavfi", "-i", "testsrc2=s=160x96:r=50:d=4", "-vf", "interlace", "-c:v", "libx264",
+            "-flags", "+ildct+ilme", "-g", "25", "-sc_threshold", "0", path("interlaced.mp4")});
+    write("fields.json", R"({"clips": [{"file": "interlaced.mp4", "effects": ["snow"]}]})");
     struct Case {
         const char *project, *output;
         int parts;
@@ -93,11 +102,15 @@ TEST_F(Farm, PartsJoinedAreTheWhole) {
     };
     const Case cases[] = {
         {"film.json", "own-times.mp4", 5, {}},
-        {"film.json", "rate.mkv", 3, {"-f", "matroska", "--fps", "30000/1001", "--set", "look=vignette"}},
-        {"film.json", "faststart.mov", 4, {"-f", "mov", "--option", "movflags=+faststart", "--audio-codec", "aac"}},
+        {"film.json", "rate.mkv", 3, {"-f", "matroska", "--fps", "30000/1001", "--set", "look=rgb"}},
+        {"film.json",
+         "faststart.mov",
+         4,
+         {"-f", "mov", "--option", "movflags=+faststart", "--audio-codec", "aac"}},
         {"pictures.json", "pictures.mp4", 4, {"--option", "bf=0"}},
         {"mute.json", "mute.mp4", 5, {}},
         {"one.json", "one.mp4", 3, {}},
+        {"fields.json", "fields.mp4", 4, {}},
     };
     for (const Case& each : cases) {
         SCOPED_TRACE(each.output);
@@ -120,9 +133,11 @@ TEST_F(Farm, PartsJoinedAreTheWhole) {
         const double unit = 1 / std::stod(video["time_base"].get<std::string>().substr(2));
         for (int part = 1; part < each.parts; ++part) {
             const int start = plan["parts"][std::size_t(part)]["start"];
-            const std::string seconds = fmt::format("{:.6f}", double(times[std::size_t(start)]) * unit + 1e-4);
-            const std::string shown = run({"ffmpeg", "-v", "error", "-ss", seconds, "-i", joined, "-frames:v", "1",
-                                           "-f", "rawvideo", "-pix_fmt", "rgb24", "-"}).output;
+            const std::string seconds =
+                fmt::format("{:.6f}", double(times[std::size_t(start)]) * unit - 1e-3);
+            const std::string shown = run({"ffmpeg", "-v", "error", "-ss", seconds, "-i", joined, "-frames:v",
+                                           "1", "-f", "rawvideo", "-pix_fmt", "rgb24", "-"})
+                                          .output;
             EXPECT_EQ(rmsDifference(shown, rgbFrame(whole, start)), 0) << part;
         }
     }
@@ -159,7 +174,10 @@ TEST_F(Farm, JoinNamesThePartThatDoesNotFit) {
     for (const char* name : {"/part_001.mkv", "/part_001.json"})
         fs::copy_file(other + name, folder + name, fs::copy_options::overwrite_existing);
     refused("part 1 (part_001.mkv) was encoded with other settings");
-    split("film.json", 4, other);
+    expectFailure({"edit", path("film.json"), "--split", "4", "-o", other}, 5, "plan.json' exists");
+    Arguments replacing = kLossless;
+    replacing.push_back("-y");
+    split("film.json", 4, other, replacing);
     expectDone(span("film.json", 1, other));
     for (const char* name : {"/part_001.mkv", "/part_001.json"})
         fs::copy_file(other + name, folder + name, fs::copy_options::overwrite_existing);
@@ -225,7 +243,8 @@ TEST_F(Farm, InterruptedPartsBeginAgainAndNothingIsRenderedTwice) {
     }
     EXPECT_FALSE(fs::exists(first));
     EXPECT_EQ(status()["parts"][0]["state"], "running") << "so it seems, for a while";
-    fs::last_write_time(folder + "/part_000.progress", fs::file_time_type::clock::now() - std::chrono::minutes(5));
+    fs::last_write_time(folder + "/part_000.progress",
+                        fs::file_time_type::clock::now() - std::chrono::minutes(5));
     EXPECT_EQ(status()["parts"][0]["state"], "stalled");
 
     // Two at once, and then one too many.

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "Platform/Media/Private/AudioRecoder.h"
 #include "Platform/Media/ClipWriter.h"
+#include "Platform/Media/Private/AudioRecoder.h"
 #include "Platform/Media/Private/SourceStreams.h"
 
 namespace qv {
@@ -39,7 +39,8 @@ class StreamCopier {
     const std::vector<std::string>& notices() const { return notices_; }
     void note(std::string notice) { notices_.push_back(std::move(notice)); }
 
-    /// The name of a stream's codec in the container: its source's, where this container knows it, too; else 0.
+    /// The name of a stream's codec in the container: its source's, where this container knows it, too; else
+    /// 0.
     static unsigned tagFor(const AVOutputFormat& container, const AVCodecParameters& parameters);
     /// For the output's stream that takes the place of the source's video, and for the whole.
     static void copyMetadata(AVDictionary*& to, const ffmpeg::Dictionary& from);
