@@ -76,8 +76,10 @@ class Companion {
 class Joining {
   public:
     Joining(const FarmPlan& plan, const JoinJob& job)
-        : plan_(plan), job_(job), request_(requestOf(plan, job.project)) {
-        if (job.progress.quiet) request_ = requestOf(plan, job.project, {"--quiet"});
+        : plan_(plan),
+          job_(job),
+          request_(
+              requestOf(plan, job.project, std::vector<std::string>(job.progress.quiet ? 1 : 0, "--quiet"))) {
         request_.output.path = job.output;
         request_.output.overwrite = job.overwrite;
     }
