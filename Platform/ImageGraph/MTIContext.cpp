@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <filesystem>
+#include <system_error>
 
 #include "Platform/Foundation/Log.h"
 #include "Platform/ImageGraph/Native/NativeDevice.h"
@@ -55,11 +57,29 @@ MTIDeviceKind kindFor(const MTIContextOptions& options) {
     return MTIDeviceKind::any;
 }
 
+/// Whether a driver of a GPU could find one. All of them open one of these files; to load Vulkan and its
+/// drivers only to learn that there is none takes longer than to draw a picture.
+bool mayHaveGPU() {
+#if defined(__linux__)
+    constexpr const char* kFiles[] = {"/dev/dri", "/dev/nvidiactl", "/dev/nvidia0",
+                                      "/dev/dxg", "/dev/kgsl-3d0",  "/dev/mali0",
+                                      "/dev/kfd", "/dev/pvr_sync",  "/dev/nvhost-ctrl"};
+    std::error_code problem;
+    return std::ranges::any_of(
+        kFiles, [&](const char* file) { return std::filesystem::exists(file, problem) || problem; });
+#else
+    return true;
+#endif
+}
+
+bool hasGPU() {
+    return mayHaveGPU() && std::ranges::any_of(vulkanDevices(), [](const GraphicsDevice& device) {
+               return !device.isProcessor && device.unusable.empty();
+           });
+}
+
 std::shared_ptr<MTIContext> makeMostCapable(const MTIContextOptions& options) {
-    const bool hasGPU = std::ranges::any_of(vulkanDevices(), [](const GraphicsDevice& device) {
-        return !device.isProcessor && device.unusable.empty();
-    });
-    if (!hasGPU) {
+    if (!hasGPU()) {
         try {
             return makeNativeContext(options);
         } catch (const RenderError& failure) {
