@@ -26,7 +26,7 @@
 #include <memory>
 
 #include "Platform/ImageGraph/Native/Compiler/Contraction.h"
-#include "Platform/ImageGraph/Native/Compiler/Fractions.h"
+#include "Platform/ImageGraph/Native/Compiler/TargetCalls.h"
 
 namespace qv::native {
 
@@ -162,7 +162,7 @@ std::vector<std::byte> make(llvm::Module& module, NativeTarget target, std::stri
         if (!function.isDeclaration()) describeTarget(function, machine);
     }
     simplify(module);
-    lowerFractions(module, target);
+    lowerTargetCalls(module, target);
 
     llvm::SmallVector<char, 0> bytes;
     llvm::raw_svector_ostream stream(bytes);
