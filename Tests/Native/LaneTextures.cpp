@@ -177,6 +177,11 @@ TEST(LaneTextures, SamplesBetweenTexels) {
     all.push_back(places([](int x, int y) { return std::pair((x + 0.5f) / kWidth, (y + 0.5f) / kHeight); }));
     all.push_back(places([](int x, int y) { return std::pair((x + 3.3f) / kWidth, (y - 1.9f) / kHeight); }));
     all.push_back(places([&](int, int) { return std::pair(anywhere(random), anywhere(random)); }));
+    // Enlarged, and mirrored.
+    all.push_back(
+        places([](int x, int y) { return std::pair((0.4f * x + 0.6f) / kWidth, (y + 0.3f) / kHeight); }));
+    all.push_back(
+        places([](int x, int y) { return std::pair((kWidth - 0.9f * x) / kWidth, (y - 0.2f) / kHeight); }));
     for (TextureFormat format : kFormats) {
         Image input = noise(format);
         std::vector<Image> results;

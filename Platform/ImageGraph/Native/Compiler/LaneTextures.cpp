@@ -4,8 +4,8 @@
 #include <utility>
 #include <vector>
 
-#include "Platform/ImageGraph/Native/Compiler/Fractions.h"
 #include "Platform/ImageGraph/Native/Compiler/LaneMath.h"
+#include "Platform/ImageGraph/Native/Compiler/TargetCalls.h"
 
 namespace qv::native {
 
@@ -213,26 +213,40 @@ Words wordsOf(const std::vector<Value*>& list) {
     return words;
 }
 
-/// Of each lane's own place, as `gather`. Blocks read one texel in all lanes, and pictures that are moved
-/// neighbouring ones: both with one load.
+/// Where each lane lies in a row of sixteen that begins at the lowest place of all.
+struct Nearby {
+    Value *first, *places;
+    Value* areAll;  ///< whether all of them do
+};
+
+/// Where places rise or fall along the lanes, whichever end is lower begins the row.
+Nearby nearbyOf(Builder& ir, Value* places) {
+    Value* const first =
+        ir.CreateBinaryIntrinsic(llvm::Intrinsic::smin, ir.CreateExtractElement(places, std::uint64_t(0)),
+                                 ir.CreateExtractElement(places, kKernelLanes - 1));
+    Value* const offsets = ir.CreateSub(places, spread(ir, first));
+    Value* const far =
+        ir.CreateICmpNE(ir.CreateAnd(offsets, ~std::uint64_t(kKernelLanes - 1)), whole(offsets, 0));
+    return {first, offsets, ir.CreateICmpEQ(ir.CreateBitCast(far, ir.getInt16Ty()), ir.getInt16(0))};
+}
+
+std::vector<Value*> pickedOf(Builder& ir, const Layout& layout, const Words& row, Value* places) {
+    std::vector<Value*> list = listOf(layout, row);
+    for (Value*& word : list) word = pickWords(ir, word, places);
+    return list;
+}
+
+/// Of each lane's own place. What is enlarged, moved or stepped reads places that lie side by side, or one
+/// place for many lanes: all come with one load then.
 Words fetchEach(Builder& ir, const Layout& layout, Value* pixels, Value* index) {
-    Value* const first = ir.CreateExtractElement(index, std::uint64_t(0));
-    Value* const step = ir.CreateAnd(ir.CreateSub(ir.CreateExtractElement(index, 1), first), 1);
-    Value* const steps = ir.CreateAnd(laneNumbers(ir), spread(ir, ir.CreateNeg(step)));
-    Value* const differs = ir.CreateICmpNE(index, ir.CreateAdd(spread(ir, first), steps));
-    Value* const isRegular = ir.CreateICmpEQ(ir.CreateBitCast(differs, ir.getInt16Ty()), ir.getInt16(0));
+    const Nearby nearby = nearbyOf(ir, index);
     return wordsOf(either(
-        ir, isRegular,
+        ir, nearby.areAll,
         [&] {
             Value* const offset =
-                ir.CreateMul(ir.CreateZExt(first, ir.getInt64Ty()), ir.getInt64(layout.bytes));
-            std::vector<Value*> row =
-                listOf(layout, loadRow(ir, layout, ir.CreateGEP(ir.getInt8Ty(), pixels, offset)));
-            Value* const isRow = ir.CreateICmpNE(step, ir.getInt32(0));
-            for (Value*& word : row)
-                word =
-                    ir.CreateSelect(isRow, word, spread(ir, ir.CreateExtractElement(word, std::uint64_t(0))));
-            return row;
+                ir.CreateMul(ir.CreateZExt(nearby.first, ir.getInt64Ty()), ir.getInt64(layout.bytes));
+            Value* const address = ir.CreateGEP(ir.getInt8Ty(), pixels, offset);
+            return pickedOf(ir, layout, loadRow(ir, layout, address), nearby.places);
         },
         [&] { return listOf(layout, gather(ir, layout, pixels, index)); }));
 }
@@ -332,27 +346,31 @@ Neighbours gatheredNeighbours(Builder& ir, const TextureOperands& texture, Value
             gather(ir, layout, below, index), gather(ir, layout, below, right)};
 }
 
-/// Neighbouring lanes often read neighbouring texels: shifts, pushes and blurs do nothing else.
+/// Of rows that are enlarged or moved, all texels come with a load of each row.
 Neighbours neighbours(Builder& ir, const TextureOperands& texture, Value* x, Value* y) {
     if (!isVarying(x) && !isVarying(y)) return scalarNeighbours(ir, texture, x, y);
     x = spread(ir, x);
     const Layout layout = layoutOf(texture.format);
-    Value* const firstX = ir.CreateExtractElement(x, std::uint64_t(0));
+    Nearby nearby = nearbyOf(ir, x);
     Value* const firstY = isVarying(y) ? ir.CreateExtractElement(y, std::uint64_t(0)) : y;
-    Value* differs = ir.CreateXor(ir.CreateSub(x, laneNumbers(ir)), spread(ir, firstX));
-    if (isVarying(y)) differs = ir.CreateOr(differs, ir.CreateXor(y, spread(ir, firstY)));
-    Value* const unequal = ir.CreateICmpNE(differs, whole(differs, 0));
-    Value* const isRow = ir.CreateICmpEQ(ir.CreateBitCast(unequal, ir.getInt16Ty()), ir.getInt16(0));
-    const auto list = [&](const Neighbours& all) {
+    if (isVarying(y)) {
+        Value* const differs = ir.CreateICmpNE(y, spread(ir, firstY));
+        nearby.areAll = ir.CreateAnd(
+            nearby.areAll, ir.CreateICmpEQ(ir.CreateBitCast(differs, ir.getInt16Ty()), ir.getInt16(0)));
+    }
+    const auto list = [&](const Neighbours& all, Value* places) {
         std::vector<Value*> values;
         for (const Words& words : {all.here, all.right, all.below, all.belowRight}) {
-            values.insert(values.end(), words.begin(), words.begin() + layout.words);
+            const std::vector<Value*> some =
+                places ? pickedOf(ir, layout, words, places) : listOf(layout, words);
+            values.insert(values.end(), some.begin(), some.end());
         }
         return values;
     };
     const std::vector<Value*> values = either(
-        ir, isRow, [&] { return list(rowNeighbours(ir, texture, firstX, firstY)); },
-        [&] { return list(gatheredNeighbours(ir, texture, x, y)); });
+        ir, nearby.areAll,
+        [&] { return list(rowNeighbours(ir, texture, nearby.first, firstY), nearby.places); },
+        [&] { return list(gatheredNeighbours(ir, texture, x, y), nullptr); });
     Neighbours result{};
     auto value = values.begin();
     for (Words* words : {&result.here, &result.right, &result.below, &result.belowRight}) {

@@ -27,7 +27,7 @@
 
 #include "Platform/ImageGraph/Native/Compiler/Contraction.h"
 #include "Platform/ImageGraph/Native/Compiler/FatalErrors.h"
-#include "Platform/ImageGraph/Native/Compiler/Fractions.h"
+#include "Platform/ImageGraph/Native/Compiler/TargetCalls.h"
 
 namespace qv::native {
 
@@ -163,7 +163,7 @@ std::vector<std::byte> make(llvm::Module& module, NativeTarget target, std::stri
         if (!function.isDeclaration()) describeTarget(function, machine);
     }
     simplify(module);
-    lowerFractions(module, target);
+    lowerTargetCalls(module, target);
 
     llvm::SmallVector<char, 0> bytes;
     llvm::raw_svector_ostream stream(bytes);

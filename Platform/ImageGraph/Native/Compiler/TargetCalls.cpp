@@ -1,9 +1,10 @@
-#include "Platform/ImageGraph/Native/Compiler/Fractions.h"
+#include "Platform/ImageGraph/Native/Compiler/TargetCalls.h"
 
 #include <llvm/IR/IntrinsicsAArch64.h>
 #include <llvm/IR/IntrinsicsX86.h>
 
 #include <algorithm>
+#include <array>
 #include <numeric>
 #include <string>
 #include <vector>
@@ -15,7 +16,7 @@ namespace {
 using llvm::FixedVectorType;
 using llvm::Value;
 
-constexpr llvm::StringLiteral kPrefix = "qv.multiplyFractions.";
+constexpr llvm::StringLiteral kMultiply = "qv.multiplyFractions.", kPick = "qv.pickWords";
 
 /// The instruction, and how many numbers it takes.
 struct Instruction {
@@ -45,7 +46,7 @@ Value* part(llvm::IRBuilder<>& ir, Value* vector, unsigned first, unsigned count
     return ir.CreateShuffleVector(vector, lanes);
 }
 
-Value* lowered(llvm::IRBuilder<>& ir, Value* a, Value* b, const Instruction& instruction) {
+Value* product(llvm::IRBuilder<>& ir, Value* a, Value* b, const Instruction& instruction) {
     const unsigned size = llvm::cast<FixedVectorType>(a->getType())->getNumElements();
     std::vector<Value*> parts;
     for (unsigned first = 0; first < size; first += instruction.lanes) {
@@ -65,12 +66,48 @@ Value* lowered(llvm::IRBuilder<>& ir, Value* a, Value* b, const Instruction& ins
     return part(ir, parts[0], 0, size);
 }
 
-}  // namespace
+/// One by one.
+Value* pickedEach(llvm::IRBuilder<>& ir, Value* words, Value* places) {
+    Value* picked = llvm::PoisonValue::get(words->getType());
+    for (unsigned i = 0; i < unsigned(kKernelLanes); ++i) {
+        Value* const place = ir.CreateAnd(ir.CreateExtractElement(places, i), kKernelLanes - 1);
+        picked = ir.CreateInsertElement(picked, ir.CreateExtractElement(words, place), i);
+    }
+    return picked;
+}
 
-Value* multiplyFractions(llvm::IRBuilder<>& ir, Value* a, Value* b) {
-    const auto* const type = llvm::cast<FixedVectorType>(a->getType());
+/// Of two halves, since instructions have eight words.
+Value* pickedOfHalves(llvm::IRBuilder<>& ir, Value* words, Value* places) {
+    constexpr unsigned kHalf = kKernelLanes / 2;
+    const auto pickedOf = [&](unsigned first, Value* at) {
+        return ir.CreateIntrinsic(llvm::Intrinsic::x86_avx2_permd, {}, {part(ir, words, first, kHalf), at});
+    };
+    std::array<Value*, 2> halves;
+    for (unsigned i = 0; i < 2; ++i) {
+        Value* const at = part(ir, places, i * kHalf, kHalf);
+        Value* const isLower = ir.CreateICmpEQ(ir.CreateAnd(at, kHalf), ir.CreateAnd(at, std::uint64_t(0)));
+        halves[i] = ir.CreateSelect(isLower, pickedOf(0, at), pickedOf(kHalf, at));
+    }
+    std::array<int, kKernelLanes> joined;
+    std::iota(joined.begin(), joined.end(), 0);
+    return ir.CreateShuffleVector(halves[0], halves[1], joined);
+}
+
+Value* picked(llvm::IRBuilder<>& ir, Value* words, Value* places, NativeTarget target) {
+    switch (target) {
+        case NativeTarget::avx2:
+            return pickedOfHalves(ir, words, places);
+        case NativeTarget::avx512:
+            return ir.CreateIntrinsic(llvm::Intrinsic::x86_avx512_permvar_si_512, {}, {words, places});
+        case NativeTarget::neon:
+            break;
+    }
+    return pickedEach(ir, words, places);
+}
+
+/// A call of a function that is none, of two vectors of a type that also comes out.
+Value* callOf(llvm::IRBuilder<>& ir, llvm::StringRef name, Value* a, Value* b) {
     llvm::Module* const module = ir.GetInsertBlock()->getModule();
-    const std::string name = (kPrefix + std::to_string(type->getNumElements())).str();
     llvm::FunctionCallee callee = module->getOrInsertFunction(name, a->getType(), a->getType(), a->getType());
     auto* const function = llvm::cast<llvm::Function>(callee.getCallee());
     function->setDoesNotAccessMemory();
@@ -80,18 +117,31 @@ Value* multiplyFractions(llvm::IRBuilder<>& ir, Value* a, Value* b) {
     return ir.CreateCall(callee, {a, b});
 }
 
-void lowerFractions(llvm::Module& module, NativeTarget target) {
+}  // namespace
+
+Value* multiplyFractions(llvm::IRBuilder<>& ir, Value* a, Value* b) {
+    const unsigned lanes = llvm::cast<FixedVectorType>(a->getType())->getNumElements();
+    return callOf(ir, (kMultiply + std::to_string(lanes)).str(), a, b);
+}
+
+Value* pickWords(llvm::IRBuilder<>& ir, Value* words, Value* places) {
+    return callOf(ir, kPick, words, places);
+}
+
+void lowerTargetCalls(llvm::Module& module, NativeTarget target) {
     std::vector<llvm::Function*> functions;
     for (llvm::Function& function : module) {
-        if (function.getName().startswith(kPrefix)) functions.push_back(&function);
+        if (function.getName().startswith(kMultiply) || function.getName() == kPick)
+            functions.push_back(&function);
     }
     for (llvm::Function* function : functions) {
         const std::vector<llvm::User*> calls(function->user_begin(), function->user_end());
         for (llvm::User* user : calls) {
             auto* const call = llvm::cast<llvm::CallInst>(user);
             llvm::IRBuilder<> ir(call);
-            call->replaceAllUsesWith(
-                lowered(ir, call->getArgOperand(0), call->getArgOperand(1), instructionOf(target)));
+            Value *const a = call->getArgOperand(0), *const b = call->getArgOperand(1);
+            call->replaceAllUsesWith(function->getName() == kPick ? picked(ir, a, b, target)
+                                                                  : product(ir, a, b, instructionOf(target)));
             call->eraseFromParent();
         }
         function->eraseFromParent();
