@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <filesystem>
+#include <string_view>
 
 #include "Platform/Foundation/Log.h"
 #include "Platform/ImageGraph/Native/NativeDevice.h"
@@ -55,11 +57,27 @@ MTIDeviceKind kindFor(const MTIContextOptions& options) {
     return MTIDeviceKind::any;
 }
 
+/// Whether the system has a file that drivers of GPUs work through. Where there is none, asking Vulkan would
+/// only load all drivers, with tens of megabytes of compilers.
+bool mayHaveGPU() {
+    constexpr std::string_view kNames[] = {"dri", "nvidia", "dxg", "mali", "kgsl", "pvr"};
+    std::error_code failure;
+    const std::filesystem::directory_iterator files("/dev", failure);
+    return failure || std::ranges::any_of(files, [&](const std::filesystem::directory_entry& file) {
+               const std::string name = file.path().filename();
+               return std::ranges::any_of(kNames,
+                                          [&](std::string_view known) { return name.starts_with(known); });
+           });
+}
+
+bool hasGPU() {
+    return mayHaveGPU() && std::ranges::any_of(vulkanDevices(), [](const GraphicsDevice& device) {
+               return !device.isProcessor && device.unusable.empty();
+           });
+}
+
 std::shared_ptr<MTIContext> makeMostCapable(const MTIContextOptions& options) {
-    const bool hasGPU = std::ranges::any_of(vulkanDevices(), [](const GraphicsDevice& device) {
-        return !device.isProcessor && device.unusable.empty();
-    });
-    if (!hasGPU) {
+    if (!hasGPU()) {
         try {
             return makeNativeContext(options);
         } catch (const RenderError& failure) {
