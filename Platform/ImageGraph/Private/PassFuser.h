@@ -45,7 +45,8 @@ class PassFuser {
         madeInBackground,  ///< the passes stay plain for now
         madeNow            ///< waits for it
     };
-    RenderPlan fuse(RenderPlan plan, Missing missing);
+    /// `byRegions`: where that takes less work, parts of a target are drawn by other programs.
+    RenderPlan fuse(RenderPlan plan, Missing missing, bool byRegions = false);
 
     /// Programs compiled so far.
     int compiledCount() const { return programs_.compiledCount(); }
@@ -60,7 +61,8 @@ class PassFuser {
     };
 
     /// The pass that is ready to draw; nothing when it is not.
-    std::optional<PlanPass> passFor(const RenderPlan& plan, const FusedPass& fused, Missing missing);
+    std::optional<PlanPass> passFor(const RenderPlan& plan, const FusedPass& fused, Missing missing,
+                                    bool isBlended = false);
     /// Puts the request on the queue when it is made often enough.
     void ask(Request request);
     void make(const Request& request) noexcept;

@@ -1,5 +1,9 @@
 #include "QVFilterExtension/MTIFilters/Effect/Film/QVBlackFilmEffectGroupMTIFilter.h"
 
+#include <algorithm>
+#include <cmath>
+
+#include "Platform/ImageGraph/ImageNode.h"
 #include "QVFilterExtension/Private/QVAssetCache.h"
 
 namespace qv {
@@ -35,6 +39,14 @@ QVAdjustToolValue silverTones() {
     luminance.setWhitesLevel(100);
     value.setCurvesToolValue(curves);
     return value;
+}
+
+/// `shaken`, the border in the gate, known to cover no more than the border can where it is moved to.
+MTIImage coveredAsShaken(const MTIImage& shaken, const MTIImage& border) {
+    if (!border) return shaken;
+    // At full strength 15 thousandths of the shorter side, on top of being enlarged by as much.
+    const double reach = 2 * 0.015 * std::min(border.size().width, border.size().height);
+    return imageCoveredWithin(shaken, widened(border.node()->covered, int(std::ceil(reach)) + 1));
 }
 
 }  // namespace
@@ -75,7 +87,7 @@ MTIImage QVBlackFilmEffectGroupMTIFilter::outputImage() {
     shakeFilter_.setInputImage(frameImage());
     shakeFilter_.setITime(iTime());
     frameBlendFilter_.setOutputPixelFormat(outputPixelFormat());
-    return framed(picture, shakeFilter_.outputImage());
+    return framed(picture, coveredAsShaken(shakeFilter_.outputImage(), shakeFilter_.inputImage()));
 }
 
 }  // namespace qv
