@@ -8,7 +8,7 @@ namespace qv {
 
 namespace {
 
-constexpr int kTile = 16;
+constexpr int kTile = 8;
 
 /// Whether anything is drawn in the tile.
 bool isCovered(const Bitmap& picture, const PixelRect& tile) {
@@ -72,11 +72,10 @@ std::vector<PixelRect> coveredParts(const Bitmap& picture) {
     return parts;
 }
 
-std::vector<PixelRect> widened(const std::vector<PixelRect>& parts, int margin) {
+std::vector<PixelRect> apart(const std::vector<PixelRect>& parts) {
     std::vector<PixelRect> result;
     for (const PixelRect& part : parts) {
-        std::vector<PixelRect> pieces{
-            {part.x - margin, part.y - margin, part.width + 2 * margin, part.height + 2 * margin}};
+        std::vector<PixelRect> pieces{part};
         for (const PixelRect& other : result) {
             std::vector<PixelRect> left;
             for (const PixelRect& piece : pieces) subtract(piece, other, left);

@@ -9,12 +9,12 @@
 
 namespace qv {
 
-/// Where a picture is not transparent: rectangles that do not overlap, of whole tiles of 16 pixels, cut off at
+/// Where a picture is not transparent: rectangles that do not overlap, of whole tiles of 8 pixels, cut off at
 /// its sides.
 std::vector<PixelRect> coveredParts(const Bitmap& picture);
 
-/// The parts with `margin` pixels around them, still not overlapping.
-std::vector<PixelRect> widened(const std::vector<PixelRect>& parts, int margin);
+/// What the parts cover, by parts that do not overlap.
+std::vector<PixelRect> apart(const std::vector<PixelRect>& parts);
 
 /// An image of a picture that is laid over others, and that shows something in some parts of it only: looked
 /// through once, it costs nothing elsewhere. `name` as in `MTIImage::imageWithUIImage`.

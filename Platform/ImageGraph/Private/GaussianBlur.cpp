@@ -16,7 +16,7 @@ namespace {
 /// Narrower than this changes no 8-bit value; wider is as good as any, and keeps the passes few.
 constexpr double kNarrowest = 0.2, kWidest = 16384;
 /// Standard deviations (pixels of the image) from which half and a quarter of the size are fine enough.
-constexpr double kHalfFrom = 2.5, kQuarterFrom = 8;
+constexpr double kHalfFrom = 2.1, kQuarterFrom = 8;
 /// Taps on each side that are used; few, since each is a pipeline of its own. They reach to 3 standard
 /// deviations.
 constexpr std::array<int, 11> kTapRadii{1, 2, 3, 4, 5, 6, 7, 9, 12, 16, 20};

@@ -24,6 +24,7 @@ std::size_t PassFuser::Request::hash() const {
 
 RenderPlan PassFuser::fuse(RenderPlan plan, Missing missing, bool byRegions) {
     dropCopies(plan);
+    resizeTransforms(plan);
     const PassFusion fusion = fusePlan(plan);
     std::vector<std::optional<PlanPass>> ready(fusion.passes.size());
     for (std::size_t i = 0; i < ready.size(); ++i) {

@@ -1,8 +1,6 @@
 #include "QVFilterExtension/MTIFilters/Effect/Film/QVBlackFilmEffectGroupMTIFilter.h"
 
 #include <algorithm>
-#include <cmath>
-
 #include "Platform/ImageGraph/ImageNode.h"
 #include "QVFilterExtension/Private/QVAssetCache.h"
 
@@ -41,12 +39,24 @@ QVAdjustToolValue silverTones() {
     return value;
 }
 
-/// `shaken`, the border in the gate, known to cover no more than the border can where it is moved to.
-MTIImage coveredAsShaken(const MTIImage& shaken, const MTIImage& border) {
+/// `shaken`, the border in the gate, known to cover no more than the border does wherever it is moved to.
+MTIImage coveredAsShaken(const MTIImage& shaken, const MTIImage& border, double strength) {
     if (!border) return shaken;
-    // At full strength 15 thousandths of the shorter side, on top of being enlarged by as much.
-    const double reach = 2 * 0.015 * std::min(border.size().width, border.size().height);
-    return imageCoveredWithin(shaken, widened(border.node()->covered, int(std::ceil(reach)) + 1));
+    const CGSize size = border.size();
+    // How far it is moved at most; it is enlarged by as much on every side.
+    const double reach = (0.002 + 0.013 * strength) * std::min(size.width, size.height);
+    const auto moved = [&](int place, double side, double by) {
+        return side / 2 + (place - side / 2 + by) / (1 - 2 * reach / side);
+    };
+    std::vector<PixelRect> parts;
+    for (const PixelRect& part : border.node()->covered) {
+        const int left = int(moved(part.x, size.width, -reach)) - 2;
+        const int top = int(moved(part.y, size.height, -reach)) - 2;
+        const int right = int(moved(part.x + part.width, size.width, reach)) + 2;
+        const int bottom = int(moved(part.y + part.height, size.height, reach)) + 2;
+        parts.push_back({left, top, right - left, bottom - top});
+    }
+    return imageCoveredWithin(shaken, apart(parts));
 }
 
 }  // namespace
@@ -87,7 +97,7 @@ MTIImage QVBlackFilmEffectGroupMTIFilter::outputImage() {
     shakeFilter_.setInputImage(frameImage());
     shakeFilter_.setITime(iTime());
     frameBlendFilter_.setOutputPixelFormat(outputPixelFormat());
-    return framed(picture, coveredAsShaken(shakeFilter_.outputImage(), shakeFilter_.inputImage()));
+    return framed(picture, coveredAsShaken(shakeFilter_.outputImage(), shakeFilter_.inputImage(), effectValue()));
 }
 
 }  // namespace qv
