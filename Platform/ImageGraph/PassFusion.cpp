@@ -327,12 +327,13 @@ std::size_t offsetOf(const PlanPass& pass, std::string_view name) {
     return std::size_t(std::ranges::find(pass.function->uniforms, name, &ShaderUniform::name)->offset);
 }
 
-/// Lets the pass that makes `texture` make it as large as `size`, if it is smaller, a transform along the axes,
-/// faded or not, and nothing else reads it.
+/// Lets the pass that makes `texture` make it as large as `size`, if it is smaller, a transform along the
+/// axes, faded or not, and nothing else reads it.
 bool resizeTransform(RenderPlan& plan, const Links& links, int texture, const PlanTexture& size) {
     static const auto transform = stock("MTITransform"), opacity = stock("MTIOpacity");
     const int producer = links.producer[std::size_t(texture)];
-    if (producer < 0 || links.readers[std::size_t(texture)].size() != 1 || isOutput(plan, texture)) return false;
+    if (producer < 0 || links.readers[std::size_t(texture)].size() != 1 || isOutput(plan, texture))
+        return false;
     PlanPass& pass = plan.passes[std::size_t(producer)];
     PlanTexture& own = plan.textures[std::size_t(texture)];
     if (!pass.overlays.empty() || own.width > size.width || own.height > size.height) return false;
@@ -341,7 +342,8 @@ bool resizeTransform(RenderPlan& plan, const Links& links, int texture, const Pl
             return std::bit_cast<float>(pass.words[offsetOf(pass, name) + i]);
         };
         constexpr float kRounding = 1e-6f;  // of a turn by 180 degrees
-        if (std::abs(number("matrix", 1)) > kRounding || std::abs(number("matrix", 2)) > kRounding) return false;
+        if (std::abs(number("matrix", 1)) > kRounding || std::abs(number("matrix", 2)) > kRounding)
+            return false;
         const float ratios[] = {float(size.width) / float(own.width), float(size.height) / float(own.height)};
         for (std::size_t i = 0; i < 2; ++i)
             pass.words[offsetOf(pass, "edge") + i] =

@@ -67,9 +67,7 @@ class PassOverlay {
     /// Whether any pixel of a frame of this size may change.
     virtual bool isVisible(int width, int height) const = 0;
     /// Where pixels of a frame of this size may change: rectangles within it, which may overlap.
-    virtual std::vector<PixelRect> bounds(int width, int height) const {
-        return {{0, 0, width, height}};
-    }
+    virtual std::vector<PixelRect> bounds(int width, int height) const { return {{0, 0, width, height}}; }
     /// What is drawn on a frame of this size; the pictures that it shows are put into `pictures`. Called on
     /// the thread that records the frame. Throws what `pictures` does.
     virtual OverlayLayout layOut(int width, int height, PictureStore& pictures) const = 0;

@@ -60,7 +60,8 @@ class RegionFuser {
         const FusedPass& fused = fusion_.passes[index];
         const int root = fused.members.back();
         const PlanPass& blending = pass(root);
-        if (!blend || blending.function != blend || blending.inputs[0] < 0 || blending.inputs[1] < 0) return {};
+        if (!blend || blending.function != blend || blending.inputs[0] < 0 || blending.inputs[1] < 0)
+            return {};
         const PlanTexture &target = texture(blending.output), &picture = texture(blending.inputs[0]),
                           &layer = texture(blending.inputs[1]);
         const auto fits = [&](const PlanTexture& one) {
@@ -83,8 +84,8 @@ class RegionFuser {
         const bool isResult = std::ranges::count(plan_.outputs, below->output) > 0;
         if (isResult || std::ranges::any_of(apart.passes, readsPicture)) return {};
         const PassFusion fusion = fusePlan(apart);
-        const FusedPass *own = fusedPassOf(fusion_, picturePass), *everywhere = fusedPassOf(fusion, picturePass),
-                        *onTop = fusedPassOf(fusion, root);
+        const FusedPass *own = fusedPassOf(fusion_, picturePass),
+                        *everywhere = fusedPassOf(fusion, picturePass), *onTop = fusedPassOf(fusion, root);
         if (!everywhere || !onTop) return {};
         // Not where both read a pass that was part of the one: it would be drawn for them.
         if (membersOf(*everywhere, *onTop) != (own ? membersOf(*own, fused) : fused.members)) return {};
@@ -94,13 +95,15 @@ class RegionFuser {
     std::optional<RegionFusion> twiceUnderOverlays(std::size_t index) const {
         const FusedPass& fused = fusion_.passes[index];
         for (const PassFusion::Kept& kept : fusion_.kept) {
-            if (kept.why != FusionRefusal::overlays || !std::ranges::count(fused.members, kept.pass)) continue;
+            if (kept.why != FusionRefusal::overlays || !std::ranges::count(fused.members, kept.pass))
+                continue;
             const int input = pass(kept.pass).inputs[std::size_t(kept.input)];
             const auto below = std::ranges::find(plan_.passes, input, &PlanPass::output);
             const PlanTexture& target = texture(input);
             std::vector<PixelRect> parts;
             for (const PassOverlay* overlay : below->overlays) {
-                for (const PixelRect& part : overlay->bounds(target.width, target.height)) parts.push_back(part);
+                for (const PixelRect& part : overlay->bounds(target.width, target.height))
+                    parts.push_back(part);
             }
             if (below->clearColor || parts.empty() || areaOf(parts) > kMostTwice * areaOf(target)) continue;
 
@@ -112,8 +115,8 @@ class RegionFuser {
                             *everywhere = fusedPassOf(fusion, fused.members.back());
             // Not with a pass that both of them read: in the parts it is drawn for them anyway.
             if (own && everywhere && everywhere->members == membersOf(*own, fused))
-                return RegionFusion{Way::twiceUnderOverlays, index, overlaid,
-                                    *everywhere,             fused, std::move(parts)};
+                return RegionFusion{Way::twiceUnderOverlays, index, overlaid, *everywhere, fused,
+                                    std::move(parts)};
         }
         return {};
     }
@@ -136,7 +139,8 @@ void drawByRegions(RenderPlan& drawn, const RenderPlan& plan, const RegionFusion
     const auto isThere = [&](int input) {
         return input < 0 || plan.textures[std::size_t(input)].source || drawing(input) != drawn.passes.end();
     };
-    if (!std::ranges::all_of(everywhere.inputs, isThere) || !std::ranges::all_of(inParts.inputs, isThere)) return;
+    if (!std::ranges::all_of(everywhere.inputs, isThere) || !std::ranges::all_of(inParts.inputs, isThere))
+        return;
 
     const int under = plan.passes[std::size_t(regions.below)].output;
     inParts.parts = regions.parts;

@@ -4,17 +4,19 @@
 
 #include "Platform/ImageGraph/PassFusion.h"
 
-/// Which passes are drawn as two: one all over the target, one in some parts of it. Where software draws, each
-/// pixel of a texture counts; what is small need not be paid for everywhere. Pure functions, no device.
+/// Which passes are drawn as two: one all over the target, one in some parts of it. Where software draws,
+/// each pixel of a texture counts; what is small need not be paid for everywhere. Pure functions, no device.
 namespace qv {
 
 /// A fused pass, drawn as two into one target.
 struct RegionFusion {
     enum class Way {
-        /// The pass reads one that little lies on top of. All over, one program draws both as if nothing did; in
+        /// The pass reads one that little lies on top of. All over, one program draws both as if nothing did;
+        /// in
         /// the parts where something does, they are drawn as they were.
         twiceUnderOverlays,
-        /// The pass blends a layer that is clear in most places over a picture. The picture is drawn all over,
+        /// The pass blends a layer that is clear in most places over a picture. The picture is drawn all
+        /// over,
         /// the layer on top of it where it is not clear.
         layerOnTop
     };

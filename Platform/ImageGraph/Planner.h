@@ -55,12 +55,12 @@ struct PlanTexture {
     int plane = 0;                                ///< of the source, when it is taken in by planes
     int lastReader = -1;  ///< index of the last pass that reads it, −1 when none does
     std::optional<std::array<float, 4>>
-        color;  ///< of every pixel, where that is known: premultiplied, as stored
+        color;                       ///< of every pixel, where that is known: premultiplied, as stored
     std::vector<PixelRect> covered;  ///< it is transparent elsewhere; empty: not known
 };
 
-/// One draw of a function over its target, then what lies on top of it. With those that continue it, it is one
-/// render pass.
+/// One draw of a function over its target, then what lies on top of it. With those that continue it, it is
+/// one render pass.
 struct PlanPass {
     std::shared_ptr<const ShaderFunction> function;          ///< what is drawn
     std::array<std::uint32_t, kMaximumPushedWords> words{};  ///< its pushed block

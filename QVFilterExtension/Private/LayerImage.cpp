@@ -87,8 +87,7 @@ std::vector<PixelRect> apart(const std::vector<PixelRect>& parts) {
 }
 
 MTIImage imageOfLayer(const UIImage& picture, std::string name) {
-    const MTIImage image =
-        MTIImage::imageWithUIImage(picture, MTIAlphaType::premultiplied, std::move(name));
+    const MTIImage image = MTIImage::imageWithUIImage(picture, MTIAlphaType::premultiplied, std::move(name));
     return image ? imageCoveredWithin(image, coveredParts(picture.bitmap())) : image;
 }
 

@@ -45,7 +45,6 @@ RenderPlan PassFuser::fuse(RenderPlan plan, Missing missing, bool byRegions) {
     return drawn;
 }
 
-
 std::optional<PlanPass> PassFuser::passFor(const RenderPlan& plan, const FusedPass& fused, Missing missing,
                                            bool isBlended) {
     auto [isKnown, program] = programs_.find(fused.shape);

@@ -97,7 +97,8 @@ MTIImage QVBlackFilmEffectGroupMTIFilter::outputImage() {
     shakeFilter_.setInputImage(frameImage());
     shakeFilter_.setITime(iTime());
     frameBlendFilter_.setOutputPixelFormat(outputPixelFormat());
-    return framed(picture, coveredAsShaken(shakeFilter_.outputImage(), shakeFilter_.inputImage(), effectValue()));
+    return framed(picture,
+                  coveredAsShaken(shakeFilter_.outputImage(), shakeFilter_.inputImage(), effectValue()));
 }
 
 }  // namespace qv
