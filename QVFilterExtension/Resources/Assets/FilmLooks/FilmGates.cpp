@@ -63,7 +63,7 @@ Bitmap blackFilmGate() {
         const float edge = place.distance + ragged(place, 13, 2.2f, 61);
         const float metal = smoothstep(-3.4f, 3.0f, edge);
         // The middle is clear, so that this layer costs nothing there.
-        const float shade = 0.45f * place.shade(30, 15, 150) + 0.28f * place.shade(30, 60, 150);
+        const float shade = 0.45f * place.shade(30, 15, 150) + 0.30f * place.shade(30, 60, 150);
         const float alpha = std::max({metal, shade, 0.85f * lint(place, 71)});
         return Rgba{Vec3{0.022f, 0.022f, 0.024f} * alpha, alpha};
     });
