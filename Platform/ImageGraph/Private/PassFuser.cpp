@@ -22,15 +22,15 @@ std::size_t PassFuser::Request::hash() const {
     return hash;
 }
 
-RenderPlan PassFuser::fuse(RenderPlan plan, Missing missing, bool byRegions) {
+RenderPlan PassFuser::fuse(RenderPlan plan, Missing missing, bool sparesPixels) {
     dropCopies(plan);
-    resizeTransforms(plan);
+    if (sparesPixels) resizeTransforms(plan);
     const PassFusion fusion = fusePlan(plan);
     std::vector<std::optional<PlanPass>> ready(fusion.passes.size());
     for (std::size_t i = 0; i < ready.size(); ++i) {
         if (!fusion.passes[i].isPlain()) ready[i] = passFor(plan, fusion.passes[i], missing);
     }
-    if (!byRegions) return fusedPlan(std::move(plan), fusion, std::move(ready));
+    if (!sparesPixels) return fusedPlan(std::move(plan), fusion, std::move(ready));
 
     RenderPlan drawn = fusedPlan(plan, fusion, ready);
     for (const RegionFusion& regions : fuseByRegions(plan, fusion)) {

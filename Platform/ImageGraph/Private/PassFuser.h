@@ -45,8 +45,9 @@ class PassFuser {
         madeInBackground,  ///< the passes stay plain for now
         madeNow            ///< waits for it
     };
-    /// `byRegions`: where that takes less work, parts of a target are drawn by other programs.
-    RenderPlan fuse(RenderPlan plan, Missing missing, bool byRegions = false);
+    /// `sparesPixels`, where software draws: transforms are drawn at the size that they are read at, and
+    /// parts of a target by other programs where that takes less work.
+    RenderPlan fuse(RenderPlan plan, Missing missing, bool sparesPixels = false);
 
     /// Programs compiled so far.
     int compiledCount() const { return programs_.compiledCount(); }
