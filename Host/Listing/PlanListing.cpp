@@ -65,6 +65,7 @@ class Lister {
         plan_ = planRender(output, {.processor = !gpuWays});
         plainPasses_ = plan_.passes.size();
         dropCopies(plan_);
+        if (!gpuWays) resizeTransforms(plan_);
         fusion_ = fusePlan(plan_);
         std::vector<std::optional<PlanPass>> ready;
         for (const FusedPass& pass : fusion_.passes) ready.emplace_back(passOf(plan_, pass, nullptr));

@@ -28,6 +28,31 @@ void Residence::remove(std::uint64_t context) noexcept {
     }
 }
 
+MTIImage imageCoveredWithin(const MTIImage& image, std::vector<PixelRect> parts) {
+    if (!image) return image;
+    const ImageNode& own = *image.node();
+    for (PixelRect& part : parts) {
+        const int right = std::min(part.x + part.width, own.width);
+        const int bottom = std::min(part.y + part.height, own.height);
+        part.x = std::max(part.x, 0);
+        part.y = std::max(part.y, 0);
+        part.width = right - part.x;
+        part.height = bottom - part.y;
+    }
+    std::erase_if(parts, [](const PixelRect& part) { return part.width <= 0 || part.height <= 0; });
+    if (parts.empty()) return image;
+    auto node = std::make_shared<ImageNode>();
+    node->operation = own.operation;
+    node->inputs = own.inputs;
+    node->width = own.width;
+    node->height = own.height;
+    node->pixelFormat = own.pixelFormat;
+    node->alphaType = own.alphaType;
+    node->stock = own.stock;
+    node->covered = std::move(parts);
+    return MTIImage(std::move(node));
+}
+
 std::vector<const ImageNode*> evaluationOrder(const MTIImage& output) {
     struct Visit {
         const ImageNode* node;

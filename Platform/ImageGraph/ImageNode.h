@@ -83,10 +83,15 @@ struct ImageNode : std::enable_shared_from_this<ImageNode> {
     MTIPixelFormat pixelFormat = MTIPixelFormat::unspecified;  ///< of its texture
     MTIAlphaType alphaType = MTIAlphaType::premultiplied;      ///< how its pixels are to be read
     StockDescription stock;                                    ///< empty kind: not made by a stock filter
+    std::vector<PixelRect> covered;  ///< it is transparent elsewhere; empty: not known
 
     /// A source's own.
     mutable Residence residence;
 };
+
+/// The image, known to be transparent but in these parts, which do not overlap: laid over another one, it may
+/// cost nothing elsewhere. Itself where there are none. What lies outside the image is cut off.
+MTIImage imageCoveredWithin(const MTIImage& image, std::vector<PixelRect> parts);
 
 /// The nodes that `output` depends on and itself, each once, inputs before readers.
 std::vector<const ImageNode*> evaluationOrder(const MTIImage& output);

@@ -320,6 +320,62 @@ void dropCopies(RenderPlan& plan) {
     dropUnreadPasses(plan);
 }
 
+namespace {
+
+/// Where the uniform lies in the pushed block.
+std::size_t offsetOf(const PlanPass& pass, std::string_view name) {
+    return std::size_t(std::ranges::find(pass.function->uniforms, name, &ShaderUniform::name)->offset);
+}
+
+/// Lets the pass that makes `texture` make it as large as `size`, if it is smaller, a transform along the
+/// axes, faded or not, and nothing else reads it.
+bool resizeTransform(RenderPlan& plan, const Links& links, int texture, const PlanTexture& size) {
+    static const auto transform = stock("MTITransform"), opacity = stock("MTIOpacity");
+    const int producer = links.producer[std::size_t(texture)];
+    if (producer < 0 || links.readers[std::size_t(texture)].size() != 1 || isOutput(plan, texture))
+        return false;
+    PlanPass& pass = plan.passes[std::size_t(producer)];
+    PlanTexture& own = plan.textures[std::size_t(texture)];
+    if (!pass.overlays.empty() || own.width > size.width || own.height > size.height) return false;
+    if (transform && pass.function == transform) {
+        const auto number = [&](std::string_view name, std::size_t i) {
+            return std::bit_cast<float>(pass.words[offsetOf(pass, name) + i]);
+        };
+        constexpr float kRounding = 1e-6f;  // of a turn by 180 degrees
+        if (std::abs(number("matrix", 1)) > kRounding || std::abs(number("matrix", 2)) > kRounding)
+            return false;
+        const float ratios[] = {float(size.width) / float(own.width), float(size.height) / float(own.height)};
+        for (std::size_t i = 0; i < 2; ++i)
+            pass.words[offsetOf(pass, "edge") + i] =
+                std::bit_cast<std::uint32_t>(number("edge", i) * ratios[i]);
+        pass.resampled = 1;
+    } else if (!opacity || pass.function != opacity ||
+               !resizeTransform(plan, links, pass.inputs.front(), size)) {
+        return false;
+    }
+    own.width = size.width;
+    own.height = size.height;
+    pass.words[0] = std::bit_cast<std::uint32_t>(float(own.width));
+    pass.words[1] = std::bit_cast<std::uint32_t>(float(own.height));
+    return true;
+}
+
+}  // namespace
+
+void resizeTransforms(RenderPlan& plan) {
+    const Links links(plan);
+    for (PlanPass& reader : plan.passes) {
+        const PlanTexture size = plan.textures[std::size_t(reader.output)];
+        for (std::size_t n = 0; n < reader.inputs.size(); ++n) {
+            const bool isResampled = reader.resampled >> n & 1u;
+            if (!isResampled || reader.inputs[n] < 0 || !reader.function->readsOnlyHere(n) ||
+                reader.function->inputs[n].sizeOffset >= 0)
+                continue;
+            if (resizeTransform(plan, links, reader.inputs[n], size)) reader.resampled &= ~(1u << n);
+        }
+    }
+}
+
 PassFusion fusePlan(const RenderPlan& plan) {
     return Fuser(plan).run();
 }

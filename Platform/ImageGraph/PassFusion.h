@@ -85,6 +85,10 @@ struct PassFusion {
 /// lie there already that want another number of samples, and drops what nobody reads. Needs no new programs.
 void dropCopies(RenderPlan& plan);
 
+/// Draws mirrored or scaled pictures that are read at another size at that size, where nothing else reads
+/// them: they are interpolated once, and their reader can take them in.
+void resizeTransforms(RenderPlan& plan);
+
 /// Decides, from the last pass to the first, which passes their readers take in.
 PassFusion fusePlan(const RenderPlan& plan);
 

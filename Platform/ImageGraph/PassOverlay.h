@@ -11,6 +11,13 @@ namespace qv {
 
 class PictureStore;
 
+/// Some pixels of a frame, (0,0) top left.
+struct PixelRect {
+    int x = 0, y = 0, width = 0, height = 0;
+    /// Member by member.
+    bool operator==(const PixelRect&) const = default;
+};
+
 /// How the vertices of a draw become triangles.
 enum class DrawTopology { triangles, triangleStrip };
 
@@ -59,6 +66,8 @@ class PassOverlay {
     virtual const OverlayKind& kind() const = 0;
     /// Whether any pixel of a frame of this size may change.
     virtual bool isVisible(int width, int height) const = 0;
+    /// Where pixels of a frame of this size may change: rectangles within it, which may overlap.
+    virtual std::vector<PixelRect> bounds(int width, int height) const { return {{0, 0, width, height}}; }
     /// What is drawn on a frame of this size; the pictures that it shows are put into `pictures`. Called on
     /// the thread that records the frame. Throws what `pictures` does.
     virtual OverlayLayout layOut(int width, int height, PictureStore& pictures) const = 0;

@@ -96,6 +96,8 @@ class PlanBuilder {
                                                                     : textureFormat(node->pixelFormat);
             textureOf_[node] = std::visit([&](const auto& operation) { return lowerNode(*node, operation); },
                                           node->operation);
+            if (!failed_ && !node->covered.empty())
+                plan_.textures[std::size_t(textureOf_[node])].covered = node->covered;
         }
     }
 
@@ -363,7 +365,7 @@ std::uint64_t peakTextureBytes(const RenderPlan& plan) {
     }
     for (std::size_t i = 0; i < plan.passes.size(); ++i) {
         const PlanPass& pass = plan.passes[i];
-        held += bytes(pass.output);
+        if (!pass.continues) held += bytes(pass.output);
         const int more = pass.samples > 1 ? pass.samples : 0;  // kept beside their mean while it is drawn
         peak = std::max(peak, held + bytes(pass.output) * std::uint64_t(more));
         std::vector<int> read = pass.inputs;

@@ -55,10 +55,12 @@ struct PlanTexture {
     int plane = 0;                                ///< of the source, when it is taken in by planes
     int lastReader = -1;  ///< index of the last pass that reads it, −1 when none does
     std::optional<std::array<float, 4>>
-        color;  ///< of every pixel, where that is known: premultiplied, as stored
+        color;                       ///< of every pixel, where that is known: premultiplied, as stored
+    std::vector<PixelRect> covered;  ///< it is transparent elsewhere; empty: not known
 };
 
-/// One render pass: a full-screen draw of a function, then what lies on top of it.
+/// One draw of a function over its target, then what lies on top of it. With those that continue it, it is
+/// one render pass.
 struct PlanPass {
     std::shared_ptr<const ShaderFunction> function;          ///< what is drawn
     std::array<std::uint32_t, kMaximumPushedWords> words{};  ///< its pushed block
@@ -74,6 +76,11 @@ struct PlanPass {
     /// What the function gives for every pixel, where that is known, premultiplied, as stored: the target is
     /// cleared to it, and nothing drawn but the overlays.
     std::optional<std::array<float, 4>> clearColor;
+    /// Where it is drawn; empty: everywhere. What lies elsewhere in its target nobody reads, or another pass
+    /// has drawn.
+    std::vector<PixelRect> parts;
+    bool continues = false;  ///< it draws into the target of the pass before it
+    bool isBlended = false;  ///< over what is there, instead of replacing it
 };
 
 /// What a context runs, in order. Points into the graph, which must outlive it.

@@ -14,14 +14,19 @@ namespace {
 
 using Instance = SpriteInstanceData;
 
-/// Whether a sprite may colour a pixel of a frame `frameAspect` times as high as wide.
-bool isVisible(const SpriteInstance& sprite, double frameAspect) {
-    if (!sprite.texture || !sprite.texture->bitmap || !(sprite.alpha * sprite.tint.alpha > 0)) return false;
+/// The part, in sprite space, of a frame `frameAspect` times as high as wide that a sprite lies in.
+CGRect boxInFrame(const SpriteInstance& sprite, double frameAspect) {
+    if (!sprite.texture || !sprite.texture->bitmap || !(sprite.alpha * sprite.tint.alpha > 0)) return {};
     const CGAffineTransform& t = sprite.transform;
-    if (!std::isfinite(t.a + t.b + t.c + t.d + t.tx + t.ty)) return false;
+    if (!std::isfinite(t.a + t.b + t.c + t.d + t.tx + t.ty)) return {};
     const double aspect = double(sprite.texture->bitmap.height) / sprite.texture->bitmap.width;
     const CGRect box = CGRectApplyAffineTransform(CGRectMake(-1, -aspect, 2, 2 * aspect), t);
-    return !CGRectIsEmpty(CGRectIntersection(box, CGRectMake(-1, -frameAspect, 2, 2 * frameAspect)));
+    return CGRectIntersection(box, CGRectMake(-1, -frameAspect, 2, 2 * frameAspect));
+}
+
+/// Whether a sprite may colour a pixel of the frame.
+bool isVisible(const SpriteInstance& sprite, double frameAspect) {
+    return !CGRectIsEmpty(boxInFrame(sprite, frameAspect));
 }
 
 /// The outline as it is drawn: wider by the pixels of the frame and of the picture that its edge is spread
@@ -59,6 +64,23 @@ const OverlayKind& SpritePass::kind() const {
 bool SpritePass::isVisible(int width, int height) const {
     const double aspect = double(height) / width;
     return std::ranges::any_of(sprites, [&](const auto& sprite) { return qv::isVisible(sprite, aspect); });
+}
+
+std::vector<PixelRect> SpritePass::bounds(int width, int height) const {
+    constexpr double kEdge = 2;  // pixels that the soft edge takes at most
+    std::vector<PixelRect> result;
+    const double halfWidth = width / 2.0, aspect = double(height) / width;
+    for (const SpriteInstance& sprite : sprites) {
+        const CGRect box = boxInFrame(sprite, aspect);
+        if (CGRectIsEmpty(box)) continue;
+        const auto pixel = [](double place, int side) { return int(std::clamp(place, 0.0, double(side))); };
+        const int left = pixel(std::floor((box.minX() + 1) * halfWidth - kEdge), width);
+        const int right = pixel(std::ceil((box.maxX() + 1) * halfWidth + kEdge), width);
+        const int top = pixel(std::floor((aspect - box.maxY()) * halfWidth - kEdge), height);
+        const int bottom = pixel(std::ceil((aspect - box.minY()) * halfWidth + kEdge), height);
+        result.push_back({left, top, right - left, bottom - top});
+    }
+    return result;
 }
 
 OverlayLayout SpritePass::layOut(int width, int height, PictureStore& pictures) const {

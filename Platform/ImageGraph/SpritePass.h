@@ -34,6 +34,7 @@ struct SpritePass final : PassOverlay {
 
     const OverlayKind& kind() const override;
     bool isVisible(int width, int height) const override;
+    std::vector<PixelRect> bounds(int width, int height) const override;
     OverlayLayout layOut(int width, int height, PictureStore& pictures) const override;
 
     std::vector<SpriteInstance> sprites;  ///< the lowest first

@@ -7,6 +7,7 @@
 #include "Platform/Foundation/NSCache.h"
 #include "Platform/ImageGraph/MTIImage.h"
 #include "QVFilterCore/SpiritParam.h"
+#include "QVFilterExtension/Private/LayerImage.h"
 #include "QVFilterExtension/Private/UIImage+QVMTIFilter.h"
 
 namespace qv {
@@ -56,7 +57,7 @@ class QVAssetCache {
         const auto made = [&] {
             const UIImage asset = qv_imageWithFileName(fileName);
             if (!asset) return MTIImage();
-            return MTIImage::imageWithUIImage(make(asset, size), MTIAlphaType::premultiplied, fileName);
+            return imageOfLayer(make(asset, size), fileName);
         };
         if (kept) return fitted_.objectForKey(key, made);
         const std::optional<MTIImage> found = fitted_.objectForKey(key);

@@ -12,6 +12,7 @@
 #include "Platform/ImageGraph/ImageNode.h"
 #include "Platform/ImageGraph/MTIFilters.h"
 #include "Platform/ImageGraph/MTIKernel.h"
+#include "Platform/ImageGraph/PassRegions.h"
 #include "Tests/Support/TestContext.h"
 
 namespace qv {
@@ -51,12 +52,27 @@ MTIImage blurred(const MTIImage& image, float radius = 1.5f) {
     blur.setRadius(radius);
     return blur.outputImage();
 }
+MTIImage laidOver(const MTIImage& below, const MTIImage& above) {
+    return pass("MTIBlendNormal", {below, above}, {{"intensity", 0.9f}});
+}
+/// A photo that is transparent but in its left third and its right lower corner, and says so.
+MTIImage layer(int width = 40, int height = 24) {
+    const std::vector<PixelRect> parts{{0, 0, width / 3, height}, {width - 9, height - 8, 20, 20}};
+    const MTIImage image = MTIImage::imageWithBitmap(test::makeBitmap(width, height, [&](int x, int y) {
+        const bool shows = x < width / 3 || (x >= width - 9 && y >= height - 8);
+        return shows ? test::Pixel{0.3f, 0.1f, 0.5f * float(y % 2), 0.6f} : test::Pixel{};
+    }));
+    return imageCoveredWithin(image, parts);
+}
+MTIImage mirrored(const MTIImage& image) {
+    return image.imageByApplyingTransform(CGAffineTransformMakeScale(-1, 1));
+}
 MTIImage colored(CGSize size = {40, 24}) {
     return MTIImage::initWithColor({0.8f, 0.3f, 0.1f, 0.7f}, false, size);
 }
 
-/// A square in the middle, drawn over `image`.
-MTIImage withSprite(const MTIImage& image) {
+/// A square, drawn over `image` in the middle or where `place` moves it.
+MTIImage withSprite(const MTIImage& image, CGAffineTransform place = CGAffineTransformMakeScale(0.3, 0.3)) {
     static const auto square = std::make_shared<const SpriteTexture>(
         SpriteTexture{test::makeBitmap(4, 4,
                                        [](int, int) {
@@ -64,7 +80,7 @@ MTIImage withSprite(const MTIImage& image) {
                                        }),
                       "square"});
     SpritePass sprites;
-    sprites.sprites.push_back({CGAffineTransformMakeScale(0.3, 0.3), 1, {1, 1, 1, 1}, square});
+    sprites.sprites.push_back({place, 1, {1, 1, 1, 1}, square});
     auto node = std::make_shared<ImageNode>();
     node->operation = std::move(sprites);
     node->inputs = {image};
@@ -165,6 +181,37 @@ TEST(PassFusion, DrawsSpritesInThePassBelowThem) {
                 ElementsAre("MTIExposure", "MTICopy", "MTITransform + MTIBlendScreen"));
 }
 
+/// The ways in which passes are drawn by regions: what is drawn all over, and in how many parts what else.
+std::vector<std::string> regionsOf(const MTIImage& image) {
+    RenderPlan plan = planRender(image, {.processor = true});
+    dropCopies(plan);
+    std::vector<std::string> result;
+    for (const RegionFusion& one : fuseByRegions(plan, fusePlan(plan)))
+        result.push_back(fmt::format("{} / {} in {}", one.everywhere.shape.name(), one.inParts.shape.name(),
+                                     one.parts.size()));
+    return result;
+}
+
+TEST(PassFusion, DrawsSmallThingsByRegions) {
+    const MTIImage a = photo(), b = photo(40, 24, 1);
+    EXPECT_THAT(regionsOf(screened(withSprite(exposed(a), CGAffineTransformMakeScale(0.1, 0.1)), b)),
+                ElementsAre("MTIExposure + MTIBlendScreen / MTIBlendScreen in 1"));
+    EXPECT_THAT(regionsOf(laidOver(withSprite(exposed(a)), faded(layer()))), ElementsAre())
+        << "nobody says that the faded layer is clear";
+    EXPECT_THAT(regionsOf(laidOver(withSprite(exposed(a)), layer())),
+                ElementsAre("MTIExposure / MTIBlendNormal in 2"));
+    EXPECT_THAT(regionsOf(laidOver(turned(a), layer())), ElementsAre("MTITransform / MTIBlendNormal in 2"));
+    // Not: something large on top, a picture that is read again, a layer below or of another size, a photo
+    // itself.
+    EXPECT_THAT(regionsOf(screened(withSprite(exposed(a), CGAffineTransformMakeScale(2, 2)), b)),
+                ElementsAre());
+    const MTIImage twice = exposed(a);
+    EXPECT_THAT(regionsOf(laidOver(screened(twice, laidOver(twice, layer())), b)), ElementsAre());
+    EXPECT_THAT(regionsOf(laidOver(layer(), exposed(a))), ElementsAre());
+    EXPECT_THAT(regionsOf(laidOver(exposed(a), layer(20, 12))), ElementsAre());
+    EXPECT_THAT(regionsOf(laidOver(a, layer())), ElementsAre());
+}
+
 TEST(PassFusion, TakesColoursAsValues) {
     const MTIImage a = photo();
     const MTIImage dot = MTIImage::imageWithBitmap(test::makeBitmap(1, 1, [](int, int) {
@@ -253,6 +300,15 @@ TEST(PassFusion, ChangesNoPicture) {
         },  // uniforms and selectors unset
         [] { return faded(exposed(videoFrame())); },
         [] { return faded(turned(blurred(photo(), 9))); },
+        // By regions: sprites that overlap, at the frame's corner and under more sprites; layers on sprites.
+        [] {
+            const CGAffineTransform corner{0.1, 0.05, -0.05, 0.1, -0.95, 0.55};
+            const MTIImage dirty =
+                withSprite(withSprite(exposed(photo()), corner), CGAffineTransformMakeScale(0.1, 0.1));
+            return withSprite(screened(dirty, faded(photo(40, 24, 1))), corner);
+        },
+        [] { return laidOver(withSprite(faded(exposed(photo()))), layer()); },
+        [] { return withSprite(laidOver(faded(turned(photo(40, 24, 1))), layer())); },
     };
     const std::pair<bool, MTIPixelFormat> ways[] = {{false, MTIPixelFormat::rgba8Unorm},
                                                     {true, MTIPixelFormat::rgba8Unorm},
@@ -271,6 +327,27 @@ TEST(PassFusion, ChangesNoPicture) {
                 << "graph " << i;
         }
     }
+}
+
+TEST(PassFusion, InterpolatesWhatIsMirroredAndEnlargedOnce) {
+    const auto lit = [](const MTIImage& light) { return screened(photo(), light); };
+    const MTIImage small = photo(20, 12, 1);
+    const auto resized = [&](const MTIImage& image) {
+        RenderPlan plan = planRender(image, {.processor = true});
+        resizeTransforms(plan);
+        return fusePlan(plan).passes.size();
+    };
+    EXPECT_EQ(resized(lit(faded(mirrored(small)))), 1u);
+    EXPECT_EQ(resized(lit(small.imageByApplyingTransform(CGAffineTransformMakeRotation(M_PI)))), 1u);
+    EXPECT_EQ(resized(lit(turned(small))), 2u);
+    EXPECT_EQ(resized(screened(lit(mirrored(small)), exposed(small))), 1u + 1u);
+    // Mirroring and enlarging can change places.
+    const auto drawn = [](const MTIImage& image) {
+        return test::pictureOf(contextWith(MTIFusion::beforeFirstFrame)->renderToBitmap(image));
+    };
+    EXPECT_LE(
+        test::worstDifference(drawn(lit(mirrored(small))), drawn(lit(mirrored(small.resize({40, 24}))))),
+        1.01 / 255);
 }
 
 TEST(PassFusion, RoundsNothingBetweenFunctions) {

@@ -16,11 +16,11 @@ namespace {
 /// Narrower than this changes no 8-bit value; wider is as good as any, and keeps the passes few.
 constexpr double kNarrowest = 0.2, kWidest = 16384;
 /// Standard deviations (pixels of the image) from which half and a quarter of the size are fine enough.
-constexpr double kHalfFrom = 2.5, kQuarterFrom = 8;
+constexpr double kHalfFrom = 2.1, kQuarterFrom = 8;
 /// Taps on each side that are used; few, since each is a pipeline of its own. They reach to 3 standard
-/// deviations.
+/// deviations; to 2.8 at full size, where taps are dear and nothing else adds to the error.
 constexpr std::array<int, 11> kTapRadii{1, 2, 3, 4, 5, 6, 7, 9, 12, 16, 20};
-constexpr double kReach = 3;
+constexpr double kReach = 3, kReachAtFullSize = 2.8;
 constexpr double kWidestTaps = (kTapRadii.back() + 0.5) / kReach;
 /// One pass reduces by 16 at most.
 constexpr int kMostHalvingsOfAPass = 4;
@@ -66,8 +66,8 @@ int halvingsFor(double deviation) {
 }
 
 /// Weights of the taps 0, 1, … of a side; both sides together make 1.
-std::vector<float> tapWeights(double deviation) {
-    const int reach = int(std::ceil(kReach * deviation - 0.5));
+std::vector<float> tapWeights(double deviation, bool isFullSize) {
+    const int reach = int(std::ceil((isFullSize ? kReachAtFullSize : kReach) * deviation - 0.5));
     const auto radius = std::ranges::lower_bound(kTapRadii, reach);
     const int taps = radius == kTapRadii.end() ? kTapRadii.back() : *radius;
     std::vector<double> weights;
@@ -147,7 +147,7 @@ std::vector<BlurPass> planGaussianBlur(float radius, int width, int height, bool
             {processor ? "MTIReduce" : "MTIReduceSampled", smallWidth, smallHeight, {{"factor", factor}}});
     }
 
-    const std::vector<float> weights = tapWeights(reduced.deviation);
+    const std::vector<float> weights = tapWeights(reduced.deviation, reduced.factors.empty());
     MTIParameters parameters = processor ? fetchedTaps(weights) : sampledTaps(weights);
     for (int vertical : {0, 1}) {
         parameters.set("vertical", vertical);

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "Platform/Foundation/Log.h"
+#include "Platform/ImageGraph/PassRegions.h"
 #include "Platform/ImageGraph/Private/RenderRequest.h"
 
 namespace qv {
@@ -18,23 +19,37 @@ PassFormats formatsOf(const RenderPlan& plan, const PlanPass& pass) {
 
 std::size_t PassFuser::Request::hash() const {
     std::size_t hash = shape.hash() ^ std::size_t(pass.samples) ^ std::size_t(formats.output) << 8 ^
-                       std::size_t(pass.resampled) << 16;
+                       std::size_t(pass.resampled) << 16 ^ std::size_t(pass.isBlended) << 15;
     for (TextureFormat input : formats.inputs) hash = (hash ^ std::size_t(input)) * 0x9E3779B97F4A7C15;
     for (std::int32_t selector : pass.selectors) hash = (hash ^ std::size_t(selector)) * 0x9E3779B97F4A7C15;
     return hash;
 }
 
-RenderPlan PassFuser::fuse(RenderPlan plan, Missing missing) {
+RenderPlan PassFuser::fuse(RenderPlan plan, Missing missing, bool sparesPixels) {
     dropCopies(plan);
+    if (sparesPixels) resizeTransforms(plan);
     const PassFusion fusion = fusePlan(plan);
     std::vector<std::optional<PlanPass>> ready(fusion.passes.size());
     for (std::size_t i = 0; i < ready.size(); ++i) {
         if (!fusion.passes[i].isPlain()) ready[i] = passFor(plan, fusion.passes[i], missing);
     }
-    return fusedPlan(std::move(plan), fusion, std::move(ready));
+    if (!sparesPixels) return fusedPlan(std::move(plan), fusion, std::move(ready));
+
+    RenderPlan drawn = fusedPlan(plan, fusion, ready);
+    for (const RegionFusion& regions : fuseByRegions(plan, fusion)) {
+        const std::size_t pass = regions.pass;
+        if (!ready[pass] && !fusion.passes[pass].isPlain()) continue;
+        const bool isOnTop = regions.way == RegionFusion::Way::layerOnTop;
+        auto everywhere = passFor(plan, regions.everywhere, missing);
+        auto inParts = passFor(plan, regions.inParts, missing, isOnTop);
+        if (everywhere && inParts)
+            drawByRegions(drawn, plan, regions, *std::move(everywhere), *std::move(inParts));
+    }
+    return drawn;
 }
 
-std::optional<PlanPass> PassFuser::passFor(const RenderPlan& plan, const FusedPass& fused, Missing missing) {
+std::optional<PlanPass> PassFuser::passFor(const RenderPlan& plan, const FusedPass& fused, Missing missing,
+                                           bool isBlended) {
     auto [isKnown, program] = programs_.find(fused.shape);
     if (!isKnown && missing == Missing::madeNow) {
         program = programs_.make(fused.shape);
@@ -43,6 +58,7 @@ std::optional<PlanPass> PassFuser::passFor(const RenderPlan& plan, const FusedPa
     if (isKnown && !program) return {};
     const bool hasProgram = program != nullptr;
     PlanPass pass = passOf(plan, fused, std::move(program));
+    pass.isBlended = isBlended;
     PassFormats formats = formatsOf(plan, pass);
     if (hasProgram && drawn_.canDraw(pass, formats)) return pass;
     Request request{fused.shape, pass, std::move(formats)};

@@ -45,7 +45,9 @@ class PassFuser {
         madeInBackground,  ///< the passes stay plain for now
         madeNow            ///< waits for it
     };
-    RenderPlan fuse(RenderPlan plan, Missing missing);
+    /// `sparesPixels`, where software draws: transforms are drawn at the size that they are read at, and
+    /// parts of a target by other programs where that takes less work.
+    RenderPlan fuse(RenderPlan plan, Missing missing, bool sparesPixels = false);
 
     /// Programs compiled so far.
     int compiledCount() const { return programs_.compiledCount(); }
@@ -60,7 +62,8 @@ class PassFuser {
     };
 
     /// The pass that is ready to draw; nothing when it is not.
-    std::optional<PlanPass> passFor(const RenderPlan& plan, const FusedPass& fused, Missing missing);
+    std::optional<PlanPass> passFor(const RenderPlan& plan, const FusedPass& fused, Missing missing,
+                                    bool isBlended = false);
     /// Makes what the pass is drawn with; false when that has failed, which is told once and not tried again.
     bool makeNow(const Request& request);
     /// Puts the request on the queue when it is made often enough.

@@ -40,7 +40,7 @@ RenderPlan planFused(const MTIImage& image, PlanTarget target, const MTIContextO
     if (plan.passes.empty()) throw RenderError("a stock shader is missing");
     if (options.fusion == MTIFusion::off) return plan;
     if (options.fusion == MTIFusion::beforeFirstFrame) missing = PassFuser::Missing::madeNow;
-    return fuser.fuse(std::move(plan), missing);
+    return fuser.fuse(std::move(plan), missing, target.processor && !target.native);
 }
 
 void copyRows(const std::uint8_t* from, std::size_t fromRowBytes, std::uint8_t* to, std::size_t toRowBytes,

@@ -95,7 +95,8 @@ PipelineStore::Recipe PipelineStore::fullScreenRecipe(const PlanPass& pass, Text
         .fragmentStage = pass.function,
         .textures = pass.function->inputs.size(),
         .slots = slots,
-        .style = {.samples = pass.samples},
+        .style = {.blend = pass.isBlended ? DrawBlend::sourceOver : DrawBlend::replace,
+                  .samples = pass.samples},
         .format = format,
         .selectors = pass.selectors,
         .resampled = pass.resampled};

@@ -195,18 +195,22 @@ void VulkanContext::fill(Recording& recording, Texture& texture, const PlanTextu
 
 void VulkanContext::recordPasses(Recording& recording) {
     const auto& passes = recording.plan.passes;
-    for (std::size_t i = 0; i < passes.size(); ++i) {
-        recordPass(recording, passes[i]);
+    for (std::size_t i = 0, end = 0; i < passes.size(); i = end) {
+        for (end = i + 1; end < passes.size() && passes[end].continues;) ++end;
+        recordTarget(recording, std::span(passes).subspan(i, end - i));
         // A texture goes back to the pool when its last reader is recorded: later passes may write it again.
-        for (int input : passes[i].inputs) {
-            if (input < 0 || recording.isOutput(input)) continue;
-            if (recording.plan.textures[std::size_t(input)].lastReader == int(i))
-                recording.textures[std::size_t(input)].reset();
+        for (; i < end; ++i) {
+            for (int input : passes[i].inputs) {
+                if (input < 0 || recording.isOutput(input)) continue;
+                if (recording.plan.textures[std::size_t(input)].lastReader == int(i))
+                    recording.textures[std::size_t(input)].reset();
+            }
         }
     }
 }
 
-void VulkanContext::recordPass(Recording& recording, const PlanPass& pass) {
+void VulkanContext::recordTarget(Recording& recording, std::span<const PlanPass> passes) {
+    const PlanPass& pass = passes.front();
     const PlanTexture& wanted = recording.plan.textures[std::size_t(pass.output)];
     const bool inPlace =
         recording.delivery == Delivery::hostMemory && resources_->hostTextures &&
@@ -220,8 +224,10 @@ void VulkanContext::recordPass(Recording& recording, const PlanPass& pass) {
 
     // Before the render pass, in which nothing can be uploaded.
     std::vector<OverlayLayout> overlays;
-    for (const PassOverlay* overlay : pass.overlays)
-        overlays.push_back(overlay->layOut(wanted.width, wanted.height, atlas_));
+    for (const PlanPass& each : passes) {
+        for (const PassOverlay* overlay : each.overlays)
+            overlays.push_back(overlay->layOut(wanted.width, wanted.height, atlas_));
+    }
 
     const VkCommandBuffer commands = recording.commands;
     const auto use = inPlace ? DeviceResources::TargetUse::hostVisible : DeviceResources::TargetUse::sampled;
@@ -240,23 +246,37 @@ void VulkanContext::recordPass(Recording& recording, const PlanPass& pass) {
     }
     vkCmdBeginRenderPass(commands, &begin, VK_SUBPASS_CONTENTS_INLINE);
     vkCmdSetViewport(commands, 0, 1, &viewport);
-    vkCmdSetScissor(commands, 0, 1, &area);
-    if (!pass.clearColor) {
-        Pipeline& pipeline = pipelines_.fullScreen(pass, wanted.format);
-        pipeline.lastUse = recording.serial;
-        vkCmdBindPipeline(commands, VK_PIPELINE_BIND_POINT_GRAPHICS, pipeline.handle);
-        bindInputs(recording, pass, pipeline);
-        vkCmdPushConstants(commands, pipeline.layout, VK_SHADER_STAGE_VERTEX_BIT, 0, pipeline.slots * 16,
-                           pass.words.data());
-        vkCmdDraw(commands, 3, 1, 0, 0);
+    auto overlay = overlays.begin();
+    for (const PlanPass& each : passes) {
+        if (!each.clearColor) recordPass(recording, each, area);
+        vkCmdSetScissor(commands, 0, 1, &area);
+        for (const PassOverlay* drawn : each.overlays)
+            drawOverlay(recording, drawn->kind(), *overlay++, wanted.format);
     }
-    for (std::size_t i = 0; i < overlays.size(); ++i)
-        drawOverlay(recording, pass.overlays[i]->kind(), overlays[i], wanted.format);
     vkCmdEndRenderPass(commands);
     recording.frame.setLayout(*texture,
                               inPlace ? VK_IMAGE_LAYOUT_GENERAL : VK_IMAGE_LAYOUT_SHADER_READ_ONLY_OPTIMAL);
     ++recording.statistics.passes;
     recording.statistics.bytesWritten += texture->bytes();
+}
+
+void VulkanContext::recordPass(Recording& recording, const PlanPass& pass, VkRect2D area) {
+    const VkCommandBuffer commands = recording.commands;
+    Pipeline& pipeline =
+        pipelines_.fullScreen(pass, recording.plan.textures[std::size_t(pass.output)].format);
+    pipeline.lastUse = recording.serial;
+    vkCmdBindPipeline(commands, VK_PIPELINE_BIND_POINT_GRAPHICS, pipeline.handle);
+    bindInputs(recording, pass, pipeline);
+    vkCmdPushConstants(commands, pipeline.layout, VK_SHADER_STAGE_VERTEX_BIT, 0, pipeline.slots * 16,
+                       pass.words.data());
+    std::vector<VkRect2D> scissors;
+    for (const PixelRect& part : pass.parts)
+        scissors.push_back({{part.x, part.y}, {std::uint32_t(part.width), std::uint32_t(part.height)}});
+    if (scissors.empty()) scissors = {area};
+    for (const VkRect2D& scissor : scissors) {
+        vkCmdSetScissor(commands, 0, 1, &scissor);
+        vkCmdDraw(commands, 3, 1, 0, 0);
+    }
 }
 
 VkFramebuffer VulkanContext::resolvingFramebuffer(Recording& recording, const Texture& target, int samples) {

@@ -79,7 +79,9 @@ class VulkanContext final : public MTIContext, public std::enable_shared_from_th
     struct Recording;
     void takeSourcesIn(Recording& recording);
     void recordPasses(Recording& recording);
-    void recordPass(Recording& recording, const PlanPass& pass);
+    /// Passes into one target, the first and those that continue it.
+    void recordTarget(Recording& recording, std::span<const PlanPass> passes);
+    void recordPass(Recording& recording, const PlanPass& pass, VkRect2D area);
     void bindInputs(Recording& recording, const PlanPass& pass, const Pipeline& pipeline);
     /// For a pass with several samples of a pixel, whose mean `target` gets.
     VkFramebuffer resolvingFramebuffer(Recording& recording, const Texture& target, int samples);

@@ -4,6 +4,7 @@
 #include <numbers>
 
 #include "Platform/Drawing/BitmapCanvas.h"
+#include "Platform/ImageGraph/ImageNode.h"
 #include "QVFilterExtension/Private/CameraClock.h"
 #include "QVFilterExtension/Private/QVAssetCache.h"
 #include "QVFilterExtension/Private/UIFont+QVMTIFilter.h"
@@ -71,7 +72,7 @@ const MTIImage& QVCameraRECFilter::constantImage() {
         BitmapCanvas canvas(size);
         canvas.drawText("REC", {s * 15, s * 30}, qv_fontWithFileName("Aldrich-Regular.ttf", s * 16),
                         UIColor::whiteColor());
-        constantImage_ = MTIImage::imageWithUIImage(canvas.image());
+        constantImage_ = imageOfLayer(canvas.image());
     }
     return constantImage_;
 }
@@ -86,6 +87,7 @@ MTIImage QVCameraRECFilter::getCenterImage() {
     if (centerDistance_ == d) return centerImage_;
 
     BitmapCanvas canvas(size);
+    std::vector<PixelRect> covered;
     const CGPoint corners[] = {{-d, -d}, {d, -d}, {d, d}, {-d, d}};
     for (int i = 0; i < 4; ++i) {
         canvas.saveState();
@@ -95,8 +97,13 @@ MTIImage QVCameraRECFilter::getCenterImage() {
         canvas.concatTransform(CGAffineTransformMakeTranslation(-20 * s, -20 * s));
         canvas.drawImage(corner, CGRectMake(0, 0, 40 * s, 40 * s));
         canvas.restoreState();
+        const auto start = [&](double middle) { return int(std::floor(middle - 20 * s)) - 1; };
+        const int side = int(std::ceil(40 * s)) + 3;  // with the pixels that its edges share
+        covered.push_back(
+            {start(size.width / 2 + corners[i].x), start(size.height / 2 + corners[i].y), side, side});
     }
-    centerImage_ = MTIImage::imageWithUIImage(canvas.image(), MTIAlphaType::premultiplied, kCorner);
+    centerImage_ = imageCoveredWithin(
+        MTIImage::imageWithUIImage(canvas.image(), MTIAlphaType::premultiplied, kCorner), std::move(covered));
     centerDistance_ = d;
     return centerImage_;
 }

@@ -1,5 +1,7 @@
 #include "QVFilterExtension/MTIFilters/Effect/Film/QVBlackFilmEffectGroupMTIFilter.h"
 
+#include <algorithm>
+#include "Platform/ImageGraph/ImageNode.h"
 #include "QVFilterExtension/Private/QVAssetCache.h"
 
 namespace qv {
@@ -35,6 +37,26 @@ QVAdjustToolValue silverTones() {
     luminance.setWhitesLevel(100);
     value.setCurvesToolValue(curves);
     return value;
+}
+
+/// `shaken`, the border in the gate, known to cover no more than the border does wherever it is moved to.
+MTIImage coveredAsShaken(const MTIImage& shaken, const MTIImage& border, double strength) {
+    if (!border) return shaken;
+    const CGSize size = border.size();
+    // How far it is moved at most; it is enlarged by as much on every side.
+    const double reach = (0.002 + 0.013 * strength) * std::min(size.width, size.height);
+    const auto moved = [&](int place, double side, double by) {
+        return side / 2 + (place - side / 2 + by) / (1 - 2 * reach / side);
+    };
+    std::vector<PixelRect> parts;
+    for (const PixelRect& part : border.node()->covered) {
+        const int left = int(moved(part.x, size.width, -reach)) - 2;
+        const int top = int(moved(part.y, size.height, -reach)) - 2;
+        const int right = int(moved(part.x + part.width, size.width, reach)) + 2;
+        const int bottom = int(moved(part.y + part.height, size.height, reach)) + 2;
+        parts.push_back({left, top, right - left, bottom - top});
+    }
+    return imageCoveredWithin(shaken, apart(parts));
 }
 
 }  // namespace
@@ -75,7 +97,8 @@ MTIImage QVBlackFilmEffectGroupMTIFilter::outputImage() {
     shakeFilter_.setInputImage(frameImage());
     shakeFilter_.setITime(iTime());
     frameBlendFilter_.setOutputPixelFormat(outputPixelFormat());
-    return framed(picture, shakeFilter_.outputImage());
+    return framed(picture,
+                  coveredAsShaken(shakeFilter_.outputImage(), shakeFilter_.inputImage(), effectValue()));
 }
 
 }  // namespace qv

@@ -16,9 +16,12 @@ struct Place {
     float dx, dy;    ///< from the nearest sides
 
     /// The metal's shadow: 1 on the sides' edges, falling by e over `reach` pixels, without a crease between
-    /// two sides.
-    float shade(float inset, float reach) const {
-        const auto side = [&](float d) { return 1 - std::exp(-std::max(d - inset, 0.0f) / reach); };
+    /// two sides. From `end` pixels on there is none.
+    float shade(float inset, float reach, float end = kSide) const {
+        const float whole = 1 - std::exp(-end / reach);
+        const auto side = [&](float d) {
+            return std::min((1 - std::exp(-std::max(d - inset, 0.0f) / reach)) / whole, 1.0f);
+        };
         return 1 - side(dx) * side(dy);
     }
 };
@@ -59,7 +62,8 @@ Bitmap blackFilmGate() {
         const Place place = placeAt(px, py, 30, 58);
         const float edge = place.distance + ragged(place, 13, 2.2f, 61);
         const float metal = smoothstep(-3.4f, 3.0f, edge);
-        const float shade = 0.45f * place.shade(30, 15) + 0.28f * place.shade(30, 60);
+        // The middle is clear, so that this layer costs nothing there.
+        const float shade = 0.45f * place.shade(30, 15, 150) + 0.30f * place.shade(30, 60, 150);
         const float alpha = std::max({metal, shade, 0.85f * lint(place, 71)});
         return Rgba{Vec3{0.022f, 0.022f, 0.024f} * alpha, alpha};
     });
