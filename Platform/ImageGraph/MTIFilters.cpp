@@ -153,12 +153,10 @@ MTIImage MTIBlendFilter::outputImage() const {
 MTIImage MTIBlendWithMaskFilter::outputImage() const {
     if (!inputImage_ || !background_ || !mask_.content) return {};
     const bool inverted = mask_.mode == MTIMaskMode::oneMinusMaskValue;
-    std::array<float, 4> component{};
-    component[std::size_t(mask_.component)] = inverted ? -1.0f : 1.0f;
     return imageOfStockPass(
         {.function = "MTIBlendWithMask",
          .inputs = {background_, inputImage_, mask_.content},
-         .parameters = {{"component", MTIVector(component)}, {"base", inverted ? 1.0f : 0.0f}},
+         .parameters = {{"component", int(mask_.component)}, {"inverted", inverted ? 1 : 0}},
          .size = background_.size(),
          .pixelFormat = outputPixelFormat_,
          .description = {"blendWithMask",

@@ -51,7 +51,7 @@ struct PlanTarget {
 struct PlanTexture {
     int width = 0, height = 0;                    ///< pixels
     TextureFormat format = TextureFormat::rgba8;  ///< of its texels
-    const ImageNode* source = nullptr;            ///< the bitmap or pixel buffer to fill it from
+    const ImageNode* source = nullptr;            ///< the picture in memory, or its blur, to fill it with
     int plane = 0;                                ///< of the source, when it is taken in by planes
     int lastReader = -1;  ///< index of the last pass that reads it, −1 when none does
     std::optional<std::array<float, 4>>

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/ImageGraph/MTIFilters.h"
 #include "QVFilterCore/QVAIEffectMTIFilter.h"
 
 namespace qv {
@@ -9,9 +10,16 @@ inline constexpr QVInput kSubjectMask = qvInput<&QVAIEffectMTIFilter::setMaskIma
     {.name = "maskImage", .role = QVInputRole::mask, .help = "white where the subject is"});
 
 /// The effect's input where `mask` is white, transparent elsewhere. Nil without either.
-MTIImage subjectCutOut(const QVAIEffectMTIFilter& effect, const MTIImage& mask);
+MTIImage subjectCutOut(const QVAIEffectMTIFilter& effect, const MTIImage& mask,
+                       MTIColorComponent component = MTIColorComponent::red);
 
-/// The same by the effect's own mask with an edge a pixel softer.
+/// The effect's mask with an edge a pixel softer. Nil without one.
+MTIImage softSubjectMask(const QVAIEffectMTIFilter& effect);
+/// The effect's mask in red and the softer one in green: where both are needed, one sample of a pixel tells
+/// both.
+MTIImage subjectMasks(const QVAIEffectMTIFilter& effect);
+
+/// The effect's input by the softer mask.
 MTIImage softSubjectCutOut(const QVAIEffectMTIFilter& effect);
 
 }  // namespace qv

@@ -222,9 +222,9 @@ TEST(Graph, PlanShowsWhatIsJoinedAndWhyTheRestIsNot) {
     const Json& pass = layer["passes"][0];
     EXPECT_EQ(pass["functions"][0]["name"], "MTIBlendNormal");
     EXPECT_EQ(pass["functions"][0]["uniforms"], Json({{"intensity", 1.0}}));
-    EXPECT_EQ(pass["functions"][1]["uniforms"]["component"], Json({1.0, 0.0, 0.0, 0.0}));
+    EXPECT_EQ(pass["functions"][1]["selectors"], Json({{"component", 0}, {"inverted", 0}}));
     EXPECT_EQ(pass["inputs"][2]["source"], "maskImage");
-    EXPECT_EQ(pass["words"], 2 + 1 + 5);
+    EXPECT_EQ(pass["words"], 2 + 1);
     EXPECT_EQ(layer["peakTextureBytes"], 4 * 64 * 36 * 4);  // three pictures and the result
 
     const Json sharp = qvfilterJSON({"graph", "QVUnSharpMaskMTIFilter", "--plan", "--gpu", "--json"});

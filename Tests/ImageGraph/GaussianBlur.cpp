@@ -75,6 +75,32 @@ TEST(GaussianBlur, AgreesWithConvolutionAtOddShapes) {
     }
 }
 
+TEST(GaussianBlur, OfGrayInMemoryAgreesWithConvolution) {
+    // Rows that end where their memory does, and ones that are longer.
+    for (auto [width, height] : {std::pair{1, 1}, {1, 40}, {65, 1}, {64, 37}, {181, 123}}) {
+        for (std::size_t padding : {0, 13}) {
+            const Bitmap bitmap = edges(width, height);
+            const std::size_t stride = std::size_t(width) + padding;
+            const auto bytes = std::make_shared<std::vector<std::uint8_t>>(stride * std::size_t(height));
+            auto gray = std::make_shared<std::vector<std::uint8_t>>();
+            for (int y = 0; y < height; ++y) {
+                for (int x = 0; x < width; ++x) {
+                    const std::uint8_t value = (*bitmap.pixels)[std::size_t(y * width + x) * 4];
+                    (*bytes)[stride * std::size_t(y) + std::size_t(x)] = value;
+                    gray->insert(gray->end(), {value, value, value, 255});
+                }
+            }
+            const MTIImage image = MTIImage::imageWithPixelBuffer(
+                PixelBuffer::wrap(PixelFormat::gray8, width, height, {}, {{bytes->data(), stride}}, bytes));
+            for (float radius : kRadii) {
+                const auto reference = blurred({width, height, gray}, radius);
+                EXPECT_LE(difference(render(blurFilter(image, radius)), reference).worst, 3)
+                    << width << " x " << height << " radius " << radius;
+            }
+        }
+    }
+}
+
 TEST(GaussianBlur, TakesAsManyPassesAtEverySize) {
     for (double radius : {2.5, 4.0, 12.5, 25.0, 36.0}) {  // of a frame of 720 lines
         const auto passes = [&](int width, int height) {

@@ -292,7 +292,7 @@ TEST(PassFusion, ChangesNoPicture) {
         [] { return screened(turned(photo()), faded(photo(23, 31, 1))); },
         [] {
             return pass("MTIBlendWithMask", {exposed(photo()), photo(9, 9, 1), MTIImage()},
-                        {{"component", MTIVector{0.5f, 0, 0, 0}}, {"base", 0.25f}});
+                        {{"component", 1}, {"inverted", 1}});
         },
         [] { return withSprite(withSprite(faded(exposed(withSprite(photo()))))); },
         [] {

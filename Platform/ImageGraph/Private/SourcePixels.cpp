@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Platform/ImageGraph/Native/Operations/GaussianOperation.h"
 #include "Platform/ImageGraph/Private/RenderRequest.h"
 #include "Platform/Media/PixelConversion.h"
 
@@ -53,6 +54,11 @@ void write(const PlanTexture& texture, const PixelBufferSource& source, const Ro
     } else {
         convert(buffer);
     }
+}
+
+void write(const PlanTexture& texture, const GaussianBlurPass& blur, const Rows& rows) {
+    const auto& source = std::get<PixelBufferSource>(texture.source->inputs.front().node()->operation);
+    blurGray(source.buffer, blur.radius, rows.first, rows.end, rows.pixels, rows.rowBytes);
 }
 
 template <typename Operation>

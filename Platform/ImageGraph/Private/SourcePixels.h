@@ -19,6 +19,7 @@ void writeSourceRows(const PlanTexture& texture, std::uint8_t* pixels, std::size
                      int endRow);
 
 /// Writes the pixels of a plan's source texture: premultiplied RGBA8, or one plane as it lies in its buffer.
+/// A gray picture that is blurred is one, too.
 /// With the help of the process's workers, as far as the limit lets them.
 void writeSourcePixels(const PlanTexture& texture, std::uint8_t* pixels, std::size_t rowBytes,
                        std::shared_ptr<WorkLimit> limit = nullptr);

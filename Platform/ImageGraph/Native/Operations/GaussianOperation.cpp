@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstring>
 #include <vector>
 
 #include "Platform/ImageGraph/Native/Operations/RowBuffer.h"
 #include "Platform/ImageGraph/Private/GaussianBlur.h"
+#include "Platform/Media/PixelConversion.h"
 
 namespace qv {
 
@@ -60,6 +62,18 @@ struct WordRows {
 struct RowPairs {
     std::array<const void*, kMostPairs> upper, lower;
 };
+
+/// One row of `channels` blurred across, of one that is blurred down and has been extended.
+void blurAcross(const RowFunctions& functions, const PairWeights& weights, const std::int16_t* row,
+                int channels, int values, std::int16_t* out) {
+    RowPairs shifted;
+    for (std::size_t k = 0; k < weights.size(); ++k) {
+        shifted.upper[k] = row - std::size_t(channels) * k;
+        shifted.lower[k] = row + std::size_t(channels) * k;
+    }
+    functions.sumOfPairs(shifted.upper.data(), shifted.lower.data(), weights.data(), int(weights.size()),
+                         values, out);
+}
 
 class GaussianOperation final : public NativeOperation {
   public:
@@ -142,15 +156,8 @@ class GaussianOperation final : public NativeOperation {
         return reduced_[stage - 1].row(scratch, y);
     }
 
-    /// One row blurred across, of one that is blurred down and has been extended.
     void blurAcross(const std::int16_t* row, int width, std::int16_t* out) const {
-        RowPairs shifted;
-        for (std::size_t k = 0; k < weights_.size(); ++k) {
-            shifted.upper[k] = row - 4 * k;
-            shifted.lower[k] = row + 4 * k;
-        }
-        functions_.sumOfPairs(shifted.upper.data(), shifted.lower.data(), weights_.data(),
-                              int(weights_.size()), width * 4, out);
+        qv::blurAcross(functions_, weights_, row, 4, width * 4, out);
     }
 
     /// A narrow Gaussian, at the full size.
@@ -217,6 +224,43 @@ class GaussianOperation final : public NativeOperation {
 std::unique_ptr<const NativeOperation> gaussianOperation(float radius, int width, int height,
                                                          NativeTarget instructions) {
     return std::make_unique<GaussianOperation>(radius, width, height, instructions);
+}
+
+void blurGray(const PixelBuffer& gray, float radius, int firstRow, int endRow, std::uint8_t* pixels,
+              std::size_t rowBytes) {
+    const NativeTarget* instructions = nativeTargetOfMachine();
+    // Of the portable functions, where the machine has none of its own.
+    const RowFunctions& functions = rowFunctions(instructions ? *instructions : NativeTarget::neon);
+    const PairWeights weights = gaussianWeights(reducedGaussian(radius).deviation);
+    const int width = gray.width(), reach = int(weights.size()) - 1, rows = endRow - firstRow;
+    // Row functions read and write whole groups; a buffer's last row may end before.
+    const std::size_t stride = (std::size_t(width) + kRowGroup - 1) / kRowGroup * kRowGroup;
+    std::vector<std::uint8_t> in(stride * std::size_t(rows + 2 * reach));
+    const auto rowAt = [&](int y) { return in.data() + stride * std::size_t(y - firstRow + reach); };
+    for (int y = firstRow - reach; y < endRow + reach; ++y) {
+        const PixelBuffer::Plane& plane = gray.plane(0);
+        std::memcpy(rowAt(y), plane.data + std::size_t(std::clamp(y, 0, gray.height() - 1)) * plane.rowBytes,
+                    std::size_t(width));
+    }
+    std::vector<std::int16_t> down(stride + 2 * std::size_t(reach)), across(stride);
+    std::int16_t* middle = down.data() + reach;
+    const auto out = std::make_shared<std::vector<std::uint8_t>>(stride * std::size_t(rows));
+    RowPairs pairs;
+    for (int y = firstRow; y < endRow; ++y) {
+        for (int k = 0; k <= reach; ++k) {
+            pairs.upper[std::size_t(k)] = rowAt(y - k);
+            pairs.lower[std::size_t(k)] = rowAt(y + k);
+        }
+        functions.sumOfBytePairs(pairs.upper.data(), pairs.lower.data(), weights.data(), reach + 1, width,
+                                 middle);
+        std::fill_n(down.data(), reach, middle[0]);
+        std::fill_n(middle + width, reach, middle[width - 1]);
+        blurAcross(functions, weights, middle, 1, width, across.data());
+        functions.bytes(across.data(), width, out->data() + stride * std::size_t(y - firstRow));
+    }
+    const PixelBuffer blurred =
+        PixelBuffer::wrap(PixelFormat::gray8, width, rows, {}, {{out->data(), stride}}, out);
+    convertRowsToRGBA8(blurred, pixels + std::size_t(firstRow) * rowBytes, rowBytes, 0, rows);
 }
 
 }  // namespace qv

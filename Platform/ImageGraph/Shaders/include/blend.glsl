@@ -13,7 +13,7 @@ vec4 compositeStraight(vec4 backdrop, vec4 source, vec3 blended) {
     return composite(backdrop, source, blended * (source.a * backdrop.a));
 }
 
-vec3 blendColorOf(vec4 pixel) { return min(pixel.rgb / max(pixel.a, 1e-6), 1.0); }
+vec3 blendColorOf(vec4 pixel) { return min(pixel.rgb * (1.0 / max(pixel.a, 1e-6)), 1.0); }
 
 vec4 blendNormal(vec4 backdrop, vec4 source) { return source + backdrop * (1.0 - source.a); }
 

@@ -4,7 +4,7 @@
 float luma(vec3 color) { return dot(color, vec3(0.2126, 0.7152, 0.0722)); }
 
 // The colour of a premultiplied pixel; black where it is transparent.
-vec3 straight(vec4 pixel) { return pixel.rgb / max(pixel.a, 1e-6); }
+vec3 straight(vec4 pixel) { return pixel.rgb * (1.0 / max(pixel.a, 1e-6)); }
 
 vec4 premultiplied(vec3 color, float alpha) { return vec4(color * alpha, alpha); }
 

@@ -59,10 +59,11 @@ MTIImage QVAIBaseLineMTIFilter::getUIBezierPathImageWithPath(UIBezierPath path, 
     return strokedPathImage(path, frame, std::max(frame.width, frame.height) * width * kUnit, color);
 }
 
-MTIImage QVAIBaseLineMTIFilter::behindSubject(const MTIImage& image, const MTIImage& layer) const {
+MTIImage QVAIBaseLineMTIFilter::behindSubject(const MTIImage& image, const MTIImage& layer,
+                                              const MTIImage& mask) const {
     QVInterlayerFilter interlayerFilter;
     interlayerFilter.setInputImage(image);
-    interlayerFilter.setMaskImage(maskImage());
+    interlayerFilter.setMaskImage(mask);
     interlayerFilter.setInterlayerImage(layer);
     interlayerFilter.setOutputPixelFormat(outputPixelFormat());
     return interlayerFilter.outputImage();

@@ -30,8 +30,12 @@ class QVAIBaseLineMTIFilter : public QVAIEffectMTIFilter {
     /// The frame with what the effect draws; nil when there is no line.
     virtual MTIImage imageWithLine() { return {}; }
 
-    /// A layer between what lies behind the subject and the subject itself, which is taken from `image`.
-    MTIImage behindSubject(const MTIImage& image, const MTIImage& layer) const;
+    /// A layer between what lies behind the subject and the subject itself, which is taken from `image`; by
+    /// the effect's mask, or the red of another one.
+    MTIImage behindSubject(const MTIImage& image, const MTIImage& layer) const {
+        return behindSubject(image, layer, maskImage());
+    }
+    MTIImage behindSubject(const MTIImage& image, const MTIImage& layer, const MTIImage& mask) const;
     /// One image over another.
     MTIImage over(const MTIImage& background, const MTIImage& image) const;
 };

@@ -31,6 +31,12 @@ double longerSide(const PixelBuffer& mask) {
 
 }  // namespace
 
+QVAIContourHaloFilter::QVAIContourHaloFilter(const QVFilterClass& filterClass)
+    : QVAIEffectMTIFilter(filterClass) {
+    // The rim of a line is soft by itself: more samples would cost three copies and show nothing.
+    bezierRender_.setSampleCount(1);
+}
+
 double QVAIContourHaloFilter::getOffsetH() const {
     return lineColor().getHueSaturationBrightnessAlpha().hue -
            defaultColors().front().getHueSaturationBrightnessAlpha().hue;

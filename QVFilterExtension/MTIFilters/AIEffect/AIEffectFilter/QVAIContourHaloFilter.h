@@ -20,8 +20,7 @@ inline constexpr QVProperty kLightColors =
 /// look, a subject or a mask the result is the input itself.
 class QVAIContourHaloFilter : public QVAIEffectMTIFilter {
   public:
-    explicit QVAIContourHaloFilter(const QVFilterClass& filterClass = QVAIContourHaloFilterClass)
-        : QVAIEffectMTIFilter(filterClass) {}
+    explicit QVAIContourHaloFilter(const QVFilterClass& filterClass = QVAIContourHaloFilterClass);
 
     /// 1: the line lies over the whole frame; any other: behind the subject.
     int type() const { return type_; }

@@ -1,6 +1,8 @@
 #include "QVFilterExtension/MTIFilters/AIEffect/AIEffectFilter/QVAIGhostFilter.h"
 
+#include <array>
 #include <cmath>
+#include <numbers>
 
 namespace qv {
 
@@ -10,6 +12,8 @@ using Effect = QVAIGhostFilter;
 
 /// The ghost's movement repeats after this many seconds.
 constexpr double kSway = 8;
+/// Where the doubles hover, on the way from the picture to the ghost.
+constexpr std::array<float, 3> kParts{0.3f, 0.62f, 1};
 
 }  // namespace
 
@@ -55,8 +59,17 @@ void QVAIGhostFilter::setEffectValue(float value) {
 }
 
 MTIParameters QVAIGhostFilter::parameters() const {
-    const double sway = iTime() / kSway;
-    return {{"iTime", float(sway - std::floor(sway))},
+    const double time = iTime() / kSway;
+    std::array<float, 3> sways, heaves;
+    for (std::size_t i = 0; i < kParts.size(); ++i) {
+        const double part = double(kParts[i]), late = (time - 0.06 * part) * 2 * std::numbers::pi;
+        sways[i] = float(part * 0.4 * std::cos(2 * late));
+        heaves[i] = float(part * (0.85 + 0.15 * std::cos(3 * late + 0.6 * std::numbers::pi)));
+    }
+    return {{"iTime", float(time - std::floor(time))},
+            {"parts", MTIVector(kParts)},
+            {"sways", MTIVector(sways)},
+            {"heaves", MTIVector(heaves)},
             {"distance", float(distance_)},
             {"presence", float(presence_)},
             {"inFront", float(inFront_)}};

@@ -38,7 +38,8 @@ MTIImage QVAIGoldImaginaryFilter::contourUIImage() const {
 }
 
 MTIImage QVAIGoldImaginaryFilter::tintedMaterial() const {
-    const MTIImage material = assets().mtiImageNamed("celebrate_gold_materia.png");
+    const MTIImage material =
+        assets().fittedImage("celebrate_gold_materia.png", inputImage().size(), scaleToSize);
     const UIColor tint = lineColor();
     MTIBlendFilter tintFilter(MTIBlendMode::color);
     tintFilter.setInputImage(MTIImage::initWithColor(
@@ -55,8 +56,9 @@ MTIImage QVAIGoldImaginaryFilter::imageWithLine() {
     materiaFilter.setMateriaImage(tintedMaterial());
     lookupFilter_.setInputImage(inputImage());
     lookupFilter_.setOutputPixelFormat(outputPixelFormat());
-    return over(behindSubject(lookupFilter_.outputImage(), materiaFilter.outputImage()),
-                softSubjectCutOut(*this));
+    const MTIImage masks = subjectMasks(*this);
+    return over(behindSubject(lookupFilter_.outputImage(), materiaFilter.outputImage(), masks),
+                subjectCutOut(*this, masks, MTIColorComponent::green));
 }
 
 }  // namespace qv

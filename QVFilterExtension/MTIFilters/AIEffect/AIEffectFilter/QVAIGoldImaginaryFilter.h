@@ -23,7 +23,7 @@ class QVAIGoldImaginaryFilter : public QVAIBaseLineMTIFilter {
     MTIImage imageWithLine() override;
 
   private:
-    /// The leaf in the line's metal, of its own size: tinting costs less there than in the frame's.
+    /// The leaf in the line's metal, of the frame's size: tinting costs less there than a sample of a pixel.
     MTIImage tintedMaterial() const;
 
     QVLookupMTIFilter lookupFilter_;

@@ -1,6 +1,5 @@
 #include "QVFilterExtension/MTIFilters/AIEffect/AIEffectFilter/QVAIRGBMTIFilter.h"
 
-#include "Platform/ImageGraph/MTIFilters.h"
 #include "QVFilterExtension/Private/QVSubjectCutOut.h"
 
 namespace qv {
@@ -17,16 +16,12 @@ const QVFilterClass QVAIRGBMTIFilterClass{
 
 MTIImage QVAIRGBMTIFilter::outputImage() {
     if (!inputImage() || !maskImage()) return {};
-    MTIGaussianBlurFilter soften;
-    soften.setRadius(1);
-    soften.setInputImage(maskImage());
-    soften.setOutputPixelFormat(outputPixelFormat());
     const MTIImage page = MTIImage::initWithColor({1, 1, 1, 1}, pageIsSRGB(), inputImage().size());
     // The page shows through just as it would below a cut-out over transparency.
     MTIBlendWithMaskFilter subjectOnPage;
     subjectOnPage.setInputBackgroundImage(page);
     subjectOnPage.setInputImage(inputImage());
-    subjectOnPage.setInputMask({soften.outputImage(), MTIColorComponent::red, MTIMaskMode::normal});
+    subjectOnPage.setInputMask({softSubjectMask(*this), MTIColorComponent::red, MTIMaskMode::normal});
     subjectOnPage.setOutputPixelFormat(outputPixelFormat());
     return applyKernel({subjectOnPage.outputImage(), page}, parameters());
 }
