@@ -30,6 +30,7 @@ class EncodingOptions {
     ClipReaderOptions inputOptions(const std::string& input, const std::string& mask = "") const;
     bool audio() const { return !noAudio_ && writer_.audioCodec != "none"; }
     bool quiet() const { return progress_.quiet; }
+    int threads() const { return writer_.threads; }
     ProgressStyle progress() const { return progress_.style(); }
 
     /// As host::checkOutput(); of a sequence of pictures, those that are there. A note tells of them.

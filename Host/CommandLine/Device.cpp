@@ -44,8 +44,10 @@ void DeviceOptions::add(const Command& command) {
     command.flag("--validate", validate, "Check every Vulkan call with the validation layer");
 }
 
-std::shared_ptr<MTIContext> DeviceOptions::makeContext(MTIPixelFormat workingFormat, MTIFusion fusion) const {
+std::shared_ptr<MTIContext> DeviceOptions::makeContext(MTIPixelFormat workingFormat, MTIFusion fusion,
+                                                       int threads) const {
     MTIContextOptions options;
+    options.threads = threads;
     choose(device, options);
     options.workingPixelFormat = workingFormat;
     options.validation = validate;

@@ -21,10 +21,11 @@ struct DeviceOptions {
     std::optional<int> textureMemory;  ///< MiB of idle textures that are kept
     void add(const Command& command);
 
-    /// A context, which filters that render by themselves share. --no-fusion goes before `fusion`. Fails as
-    /// usage or device.
+    /// A context, which filters that render by themselves share. --no-fusion goes before `fusion`; of the
+    /// processor at most `threads` render, 0 for all. Fails as usage or device.
     std::shared_ptr<MTIContext> makeContext(MTIPixelFormat workingFormat = MTIPixelFormat::rgba8Unorm,
-                                            MTIFusion fusion = MTIFusion::beforeFirstFrame) const;
+                                            MTIFusion fusion = MTIFusion::beforeFirstFrame,
+                                            int threads = 0) const;
 };
 
 /// Fails as internal when the validation layer had anything to say; to be called when all rendering is done.

@@ -34,8 +34,8 @@ std::size_t framesToCount(const ProjectClip& clip) {
 
 /// Seconds of a time in the file. Frames are counted from the one that is shown at `since`.
 double secondsIn(const TimelineClip& entry, const MediaTime& time, double rate, double since = 0) {
-    if (!time.isFrames || entry.frameTimes.empty()) return since + time.seconds(rate);
-    const auto& times = entry.frameTimes;
+    if (!time.isFrames || !entry.frameTimes || entry.frameTimes->empty()) return since + time.seconds(rate);
+    const std::vector<double>& times = *entry.frameTimes;
     const auto after = std::upper_bound(times.begin(), times.end(), since + kTimeTolerance);
     const auto first = std::max<std::ptrdiff_t>(after - times.begin(), 1) - 1;
     const double index = double(first) + time.value;
@@ -58,13 +58,10 @@ EditTimeline::EditTimeline(Project project, ReadingOptions reading, EditPurpose 
         mistakes.add(project_.place, ExitCode::input, "there is no clip in it");
         return;
     }
-    bool hasSize = project_.size.has_value();
-    for (const ProjectClip& clip : project_.clips) {
-        TimelineClip& entry = clips_.emplace_back();
-        entry.clip = clip;
-        entry.isKnown = mistakes.guard(clip.place, [&] { look(entry, !hasSize); });
-        hasSize = hasSize || entry.video.width > 0;
-    }
+    look(mistakes);
+    const bool hasSize = project_.size || std::ranges::any_of(clips_, [](const TimelineClip& each) {
+                             return each.video.width > 0;
+                         });
     const bool isAnyKnown =
         std::any_of(clips_.begin(), clips_.end(), [](const auto& each) { return each.isKnown; });
     if (!hasSize && isAnyKnown)
@@ -85,8 +82,27 @@ EditTimeline::EditTimeline(Project project, ReadingOptions reading, EditPurpose 
     }
 }
 
+/// Looks into each file once.
+void EditTimeline::look(Mistakes& mistakes) {
+    std::map<std::string, std::size_t> counts, known;
+    for (const ProjectClip& clip : project_.clips) {
+        std::size_t& count = counts[clip.path];
+        count = std::max(count, framesToCount(clip));
+    }
+    bool hasSize = project_.size.has_value();
+    for (const ProjectClip& clip : project_.clips) {
+        TimelineClip& entry = clips_.emplace_back();
+        if (const auto before = known.find(clip.path); before != known.end()) entry = clips_[before->second];
+        entry.clip = clip;
+        if (entry.isKnown) continue;
+        entry.isKnown = mistakes.guard(clip.place, [&] { look(entry, !hasSize, counts[clip.path]); });
+        hasSize = hasSize || entry.video.width > 0;
+        if (entry.isKnown && clip.path != "-") known.emplace(clip.path, clips_.size() - 1);
+    }
+}
+
 /// What the file tells; `length` becomes that of all of it.
-void EditTimeline::look(TimelineClip& entry, bool needsSize) {
+void EditTimeline::look(TimelineClip& entry, bool needsSize, std::size_t count) {
     const std::string& path = entry.clip.path;
     const bool isFirst = clips_.size() == 1;
     const ProjectClip& clip = entry.clip;
@@ -114,9 +130,11 @@ void EditTimeline::look(TimelineClip& entry, bool needsSize) {
     if (isFirst) streams_ = reader->streams();
     if (!entry.isPicture) {
         const auto start = reader->startTime(), end = reader->endTime();
-        if (const std::size_t count = framesToCount(clip)) {
+        if (count > 0) {
+            auto times = std::make_shared<std::vector<double>>();
             for (const std::int64_t time : reader->frameTimes(count))
-                entry.frameTimes.push_back(secondsOf(info, time - start.value_or(0)));
+                times->push_back(secondsOf(info, time - start.value_or(0)));
+            entry.frameTimes = std::move(times);
         }
         entry.origin = start ? secondsOf(info, *start) : info.start;
         if (start && end && *end > *start) {
@@ -179,7 +197,7 @@ void EditTimeline::setPart(TimelineClip& entry) {
     const double to = clip.to         ? secondsIn(entry, *clip.to, rate)
                       : clip.duration ? secondsIn(entry, *clip.duration, rate, entry.from)
                                       : all;
-    entry.frameTimes = {};
+    entry.frameTimes = nullptr;
     if (entry.from >= all - tolerance(rate))
         fail(ExitCode::input, "'{}' ends at {:.3f} s, before its part begins at {:.3f} s", name, all,
              entry.from);

@@ -22,9 +22,9 @@ struct TimelineClip {
     double length = 0;          ///< of the part; kUnlimited when nobody knows
     double lead = 0, tail = 0;  ///< of the transitions at its two ends
     int soundTracks = 0, subtitleTracks = 0;
-    /// When the file's frames begin, since the first one, as many as the part's ends need where it is given
-    /// in frames; none where the file does not tell.
-    std::vector<double> frameTimes = {};
+    /// When the file's frames begin, since the first one, as many as the ends of its parts need where they
+    /// are given in frames; nil for none, empty where the file does not tell.
+    std::shared_ptr<const std::vector<double>> frameTimes = nullptr;
 
     double end() const { return start + length; }
 };
@@ -78,7 +78,8 @@ class EditTimeline {
     std::vector<std::string> losses() const;
 
   private:
-    void look(TimelineClip& entry, bool needsSize);
+    void look(Mistakes& mistakes);
+    void look(TimelineClip& entry, bool needsSize, std::size_t framesToCount);
     void setPart(TimelineClip& entry);
     void place(Mistakes& mistakes);
     void chooseFormat();

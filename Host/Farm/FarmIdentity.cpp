@@ -4,6 +4,7 @@
 #include <array>
 #include <cerrno>
 #include <fstream>
+#include <map>
 #include <system_error>
 
 #include "Host/Clips/MaskSource.h"
@@ -82,11 +83,17 @@ std::string fileHash(const fs::path& file) {
 }
 
 std::string projectHash(Project project) {
+    std::map<std::string, std::string> known;
+    const auto identify = [&](std::string& path) {
+        std::string& identity = known[path];
+        if (identity.empty()) identity = identityOf(path);
+        path = identity;
+    };
     for (ProjectClip& clip : project.clips) {
-        clip.path = identityOf(clip.path);
-        if (clip.mask != kAutomaticMask) clip.mask = identityOf(clip.mask);
+        identify(clip.path);
+        if (clip.mask != kAutomaticMask) identify(clip.mask);
     }
-    if (project.sound) project.sound->path = identityOf(project.sound->path);
+    if (project.sound) identify(project.sound->path);
     return Hasher().add(projectText(project)).text();
 }
 

@@ -88,8 +88,8 @@ class Joining {
         request_.output.encoding.checkOutput(job_.output, job_.overwrite);
         const Project project = request_.project();
         if (projectHash(project) != plan_.project)
-            fail(ExitCode::input, "'{}' or a file that it names is not what the plan was made of",
-                 request_.file);
+            fail(ExitCode::input, "'{}' or a file that it names is not what {} and the others were made of",
+                 request_.file, nameOf(plan_.parts[0]));
         for (const FarmPart& part : plan_.parts) check(part);
         ExportSetup setup = setUpExport(project, request_.output);
         setup.writing.container = plan_.container;
