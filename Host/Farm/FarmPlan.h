@@ -9,7 +9,7 @@
 #include "Host/Edit/EditRequest.h"
 
 /// One film on many machines: a plan divides it into parts, each rendered by a command of its own, and joined
-/// without encoding anything again. See Docs/farm.
+/// without encoding anything again. See Docs/farm.md.
 namespace qv::host {
 
 /// A piece of the film: pictures in a row, or all of the sound.

@@ -13,7 +13,8 @@ class PictureStore;
 
 /// Some pixels of a frame, (0,0) top left.
 struct PixelRect {
-    int x = 0, y = 0, width = 0, height = 0;
+    int x = 0, y = 0;           ///< its upper left pixel
+    int width = 0, height = 0;  ///< 0 for none
     /// Member by member.
     bool operator==(const PixelRect&) const = default;
 };

@@ -108,7 +108,7 @@ struct ClipPacket {
 
 /// A packet with its times, in units of its stream's time base.
 struct TimedPacket {
-    ClipPacket packet;
+    ClipPacket packet;            ///< with its stream
     std::int64_t time = 0;        ///< when it is seen or heard
     std::int64_t decodeTime = 0;  ///< grows from packet to packet
     std::int64_t duration = 0;    ///< 0 when unknown

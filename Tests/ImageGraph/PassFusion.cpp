@@ -12,7 +12,7 @@
 #include "Platform/ImageGraph/ImageNode.h"
 #include "Platform/ImageGraph/MTIFilters.h"
 #include "Platform/ImageGraph/MTIKernel.h"
-#include "Platform/ImageGraph/PassRegions.h"
+#include "Platform/ImageGraph/Private/PassRegions.h"
 #include "Tests/Support/TestContext.h"
 
 namespace qv {

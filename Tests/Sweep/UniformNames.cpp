@@ -34,21 +34,43 @@ void collect(QVMTIFilter& filter, SentNames& sent) {
     }
 }
 
+void collectMoments(QVMTIFilter& filter, SentNames& sent) {
+    for (double moment : {0.03, 0.4, 0.77}) {
+        test::setMoment(filter, moment);
+        collect(filter, sent);
+    }
+}
+
 /// The class at some moments, with one number set.
 void look(const QVFilterClass& record, const QVProperty* property, double value, SentNames& sent) {
     const auto filter = record.create();
     test::setInputs(*filter, 64, 36);
     if (property) test::setNumber(*filter, property->name, value);
-    for (double moment : {0.03, 0.4, 0.77}) {
-        test::setMoment(*filter, moment);
-        collect(*filter, sent);
+    collectMoments(*filter, sent);
+}
+
+/// The same with its switches on and its user's numbers at a share of their ranges.
+void lookAtAll(const QVFilterClass& record, double share, SentNames& sent) {
+    const auto filter = record.create();
+    test::setInputs(*filter, 64, 36);
+    for (const QVProperty* property : record.allProperties()) {
+        if (property->driver != QVPropertyDriver::user || !property->variants.empty()) continue;
+        const double range = property->maximum - property->minimum;
+        if (property->type == QVPropertyType::real)
+            test::setNumber(*filter, property->name, property->minimum + share * range);
+        std::string error;
+        if (property->type == QVPropertyType::boolean) {
+            EXPECT_TRUE(setProperty(*filter, property->name, true, &error)) << error;
+        }
     }
+    collectMoments(*filter, sent);
 }
 
 TEST(UniformNames, AgreeBetweenFiltersAndShaders) {
     SentNames sent;
     for (const QVFilterClass* record : allFilterClasses()) {
         look(*record, nullptr, 0, sent);
+        for (const double share : {0.002, 0.3}) lookAtAll(*record, share, sent);
         for (const QVProperty* property : record->allProperties()) {
             if (!property->variants.empty()) {
                 for (double value = property->minimum; value <= property->maximum; ++value)

@@ -63,7 +63,7 @@ KernelStore::Kernel KernelStore::make(const Recipe& recipe) {
 
 KernelStore::Kernel KernelStore::compiled(const Recipe& recipe) {
     std::string cause;
-    const auto refuse = [&] { return RenderError(recipe.function->name + ": " + cause); };
+    const auto refuse = [&] { return CompileError(recipe.function->name + ": " + cause); };
     const std::vector<std::uint32_t> code = spirv_.make(*recipe.function, &cause);
     if (code.empty()) throw refuse();
     const NativeKernelSource source{recipe.function->name, code, recipe.formats.inputs,

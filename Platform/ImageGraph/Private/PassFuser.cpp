@@ -3,7 +3,7 @@
 #include <fmt/format.h>
 
 #include "Platform/Foundation/Log.h"
-#include "Platform/ImageGraph/PassRegions.h"
+#include "Platform/ImageGraph/Private/PassRegions.h"
 #include "Platform/ImageGraph/Private/RenderRequest.h"
 
 namespace qv {
@@ -77,7 +77,7 @@ bool PassFuser::makeNow(const Request& request) {
     try {
         drawn_.makeFor(request.pass, request.formats);
         return true;
-    } catch (const RenderError& failure) {
+    } catch (const CompileError& failure) {
         logLine(fmt::format("{} are drawn one by one: {}", request.shape.name(), failure.what()));
     }
     std::scoped_lock lock(mutex_);

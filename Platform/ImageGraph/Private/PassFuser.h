@@ -64,7 +64,8 @@ class PassFuser {
     /// The pass that is ready to draw; nothing when it is not.
     std::optional<PlanPass> passFor(const RenderPlan& plan, const FusedPass& fused, Missing missing,
                                     bool isBlended = false);
-    /// Makes what the pass is drawn with; false when that has failed, which is told once and not tried again.
+    /// Makes what the pass is drawn with; false when it cannot be compiled, which is told once and not tried
+    /// again. Throws RenderError when the device fails.
     bool makeNow(const Request& request);
     /// Puts the request on the queue when it is made often enough.
     void ask(Request request);

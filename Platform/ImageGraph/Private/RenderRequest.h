@@ -15,6 +15,11 @@ struct RenderError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+/// A program that this machine cannot compile, however often it is tried.
+struct CompileError : RenderError {
+    using RenderError::RenderError;
+};
+
 /// The cause as one line, in words of the field.
 void setError(std::string* error, const std::exception& failure) noexcept;
 

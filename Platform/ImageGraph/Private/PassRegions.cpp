@@ -1,4 +1,4 @@
-#include "Platform/ImageGraph/PassRegions.h"
+#include "Platform/ImageGraph/Private/PassRegions.h"
 
 #include <algorithm>
 #include <span>
