@@ -34,7 +34,9 @@ void EncodingOptions::add(const Command& command, bool sound) {
     command.option("--bitrate", bitRate_, "Bits per second instead of constant quality, as 4M").excludes(crf);
     command.option("--preset", writer_.preset, "The encoder's speed; veryfast with libx264");
     command.option("--pix-fmt", writer_.pixelFormat, "Stored pixel format, as yuv420p10le; the input's");
-    command.option("--threads", writer_.threads, "Threads of decoder, encoder and native drawing each, 0 for one per core")
+    command
+        .option("--threads", writer_.threads,
+                "Threads of decoder, encoder and native drawing each, 0 for one per core")
         .range(0, 256);
     command.option("--option", options_, "name=value for the encoder or container; repeatable");
     reading_.add(command);

@@ -62,8 +62,8 @@ std::string runExport(ExportSetup setup, const EditOutput& output, const ExportP
     const std::int64_t total = span.count < EditSpan::kAll ? span.count : whole;
     const DeferInterrupts defer;
     parts.writer = output.encoding.makeWriter(output.path, video, setup.writing, std::move(setup.streams));
-    parts.context = output.device.makeContext(
-        workingFormat(video, *parts.writer), MTIFusion::beforeFirstFrame, output.encoding.threads());
+    parts.context = output.device.makeContext(workingFormat(video, *parts.writer),
+                                              MTIFusion::beforeFirstFrame, output.encoding.threads());
     const EncodedFrames encoded{parts.writer->frameFormat(), parts.writer->frameColor()};
     auto source = std::make_unique<EditSource>(std::move(setup.timeline), encoded, *parts.context,
                                                std::move(setup.sound), std::move(setup.note), span);

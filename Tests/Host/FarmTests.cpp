@@ -193,7 +193,8 @@ TEST_F(Farm, JoinNamesThePartThatDoesNotFit) {
     std::string clip = readBytes(elsewhere / "a.mp4");
     clip[clip.size() / 2] ^= 1;
     writeBytes(elsewhere / "a.mp4", clip);
-    refused("is not what part 0 (part_000.mkv) and the others were made of", {"--project", elsewhere / "film.json"});
+    refused("is not what part 0 (part_000.mkv) and the others were made of",
+            {"--project", elsewhere / "film.json"});
     expectFailure({"edit", elsewhere / "film.json", "--span", "0", "--plan", folder + "/plan.json", "-o",
                    "OUT/part_000.mkv"},
                   3, "is not what the plan was made of");

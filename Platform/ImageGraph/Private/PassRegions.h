@@ -14,7 +14,8 @@ struct RegionFusion {
         /// The pass reads one that little lies on top of. All over, one program draws both as if nothing did;
         /// in the parts where something does, they are drawn as they were.
         twiceUnderOverlays,
-        /// The pass blends a layer that is clear in most places over a picture. The picture is drawn all over,
+        /// The pass blends a layer that is clear in most places over a picture. The picture is drawn all
+        /// over,
         /// the layer on top of it where it is not clear.
         layerOnTop
     };
