@@ -43,6 +43,9 @@ MTIImage faded(const MTIImage& image, float opacity = 0.5f) {
 MTIImage turned(const MTIImage& image) {
     return image.imageByApplyingTransform(CGAffineTransformMakeRotation(0.3));
 }
+MTIImage doubled(const MTIImage& image) {
+    return image.imageByApplyingTransform(CGAffineTransformMakeScale(2, 2));
+}
 MTIImage screened(const MTIImage& below, const MTIImage& above) {
     return pass("MTIBlendScreen", {below, above}, {{"intensity", 1.0f}});
 }
@@ -212,6 +215,34 @@ TEST(PassFusion, DrawsSmallThingsByRegions) {
     EXPECT_THAT(regionsOf(laidOver(a, layer())), ElementsAre());
 }
 
+TEST(PassFusion, DrawsOfWhatIsEnlargedOnlyWhatIsShown) {
+    const auto drawn = [](const MTIImage& image) {
+        RenderPlan plan = planRender(image, {.processor = true});
+        dropCopies(plan);
+        RenderPlan result = plan;
+        drawOnlyWhatIsRead(result, plan);
+        std::vector<PixelRect> parts;
+        for (const PlanPass& one : result.passes)
+            parts.push_back(one.parts.empty() ? PixelRect{} : one.parts[0]);
+        return parts;
+    };
+    const MTIImage a = photo(80, 40);
+    // Of twice the size the middle half is seen, with a pixel around it for each pass that may interpolate;
+    // three taps of the blur reach further.
+    EXPECT_THAT(drawn(doubled(faded(blurred(a, 1.2f)))),
+                ElementsAre(PixelRect{17, 4, 46, 32}, PixelRect{18, 8, 44, 24}, PixelRect{19, 9, 42, 22},
+                            PixelRect{}));
+    const CGAffineTransform corner{2, 0, 0, 2, 40, 20};
+    EXPECT_THAT(drawn(exposed(a).imageByApplyingTransform(corner)),
+                ElementsAre(PixelRect{0, 19, 41, 21}, PixelRect{}))
+        << "y goes up in a transform";
+    // Not: what something else reads too, what is made smaller, what sprites lie on.
+    const MTIImage twice = exposed(a);
+    EXPECT_THAT(drawn(screened(doubled(twice), twice)), ElementsAre(PixelRect{}, PixelRect{}, PixelRect{}));
+    EXPECT_THAT(drawn(turned(exposed(a))), ElementsAre(PixelRect{}, PixelRect{}));
+    EXPECT_THAT(drawn(doubled(withSprite(exposed(a)))), ElementsAre(PixelRect{}, PixelRect{}));
+}
+
 TEST(PassFusion, TakesColoursAsValues) {
     const MTIImage a = photo();
     const MTIImage dot = MTIImage::imageWithBitmap(test::makeBitmap(1, 1, [](int, int) {
@@ -309,6 +340,12 @@ TEST(PassFusion, ChangesNoPicture) {
         },
         [] { return laidOver(withSprite(faded(exposed(photo()))), layer()); },
         [] { return withSprite(laidOver(faded(turned(photo(40, 24, 1))), layer())); },
+        // What is enlarged: all of it, and turned, which shows a corner.
+        [] { return faded(turned(doubled(faded(exposed(blurred(photo())))))); },
+        [] {
+            const MTIImage soft = blurred(photo());
+            return screened(soft.imageByApplyingTransform({2.2, 0.5, -0.4, 1.9, 25, 9}), faded(soft));
+        },
     };
     const std::pair<bool, MTIPixelFormat> ways[] = {{false, MTIPixelFormat::rgba8Unorm},
                                                     {true, MTIPixelFormat::rgba8Unorm},

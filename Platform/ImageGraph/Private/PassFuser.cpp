@@ -45,6 +45,7 @@ RenderPlan PassFuser::fuse(RenderPlan plan, Missing missing, bool sparesPixels) 
         if (everywhere && inParts)
             drawByRegions(drawn, plan, regions, *std::move(everywhere), *std::move(inParts));
     }
+    drawOnlyWhatIsRead(drawn, plan);
     return drawn;
 }
 

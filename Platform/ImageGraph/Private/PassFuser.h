@@ -45,8 +45,8 @@ class PassFuser {
         madeInBackground,  ///< the passes stay plain for now
         madeNow            ///< waits for it
     };
-    /// `sparesPixels`, where software draws: transforms are drawn at the size that they are read at, and
-    /// parts of a target by other programs where that takes less work.
+    /// `sparesPixels`, where software draws: transforms are drawn at the size that they are read at, parts
+    /// of a target by other programs where that takes less work, and of what is enlarged only what is shown.
     RenderPlan fuse(RenderPlan plan, Missing missing, bool sparesPixels = false);
 
     /// Programs compiled so far.

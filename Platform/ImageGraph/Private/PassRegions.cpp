@@ -1,6 +1,9 @@
 #include "Platform/ImageGraph/Private/PassRegions.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
+#include <cmath>
 #include <span>
 
 namespace qv {
@@ -156,6 +159,111 @@ void drawByRegions(RenderPlan& drawn, const RenderPlan& plan, const RegionFusion
     *last = std::move(inParts);
     drawn.passes.insert(last, std::move(everywhere));
     noteLastReaders(drawn);
+}
+
+namespace {
+
+/// A share of a target above which all of it is drawn: a part is a draw of its own.
+constexpr double kMostDrawn = 0.9;
+
+/// A rectangle of a texture, in pixels.
+struct Reach {
+    double left, top, right, bottom;
+};
+
+Reach united(const Reach& a, const Reach& b) {
+    return {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right),
+            std::max(a.bottom, b.bottom)};
+}
+
+Reach allOf(const PlanTexture& texture) {
+    return {0, 0, double(texture.width), double(texture.height)};
+}
+
+float numberOf(const PlanPass& pass, std::string_view uniform, std::size_t index) {
+    return std::bit_cast<float>(pass.words[std::size_t(pass.function->uniform(uniform)->offset) + index]);
+}
+
+int selectorOf(const PlanPass& pass, std::string_view name) {
+    return pass.selectors[std::size_t(pass.function->uniform(name)->offset)];
+}
+
+/// What a transform reads of `input` for a part of its `output`.
+Reach transformed(const PlanPass& pass, const PlanTexture& input, const PlanTexture& output,
+                  const Reach& shown) {
+    Reach reach{INFINITY, INFINITY, -INFINITY, -INFINITY};
+    for (const double u : {shown.left / output.width, shown.right / output.width}) {
+        for (const double v : {shown.top / output.height, shown.bottom / output.height}) {
+            const auto place = [&](std::size_t axis, int side) {
+                return side * (numberOf(pass, "matrix", axis) * u + numberOf(pass, "matrix", axis + 2) * v +
+                               numberOf(pass, "offset", axis));
+            };
+            const double x = place(0, input.width), y = place(1, input.height);
+            reach = united(reach, {x, y, x, y});
+        }
+    }
+    return reach;
+}
+
+/// What `pass` reads of input `n` for a part of its output.
+Reach reachOf(const RenderPlan& plan, const PlanPass& pass, std::size_t n, const Reach& shown) {
+    static const auto transform = ShaderLibrary::platform()->function("MTITransform"),
+                      gaussian = ShaderLibrary::platform()->function("MTIGaussianFetched");
+    const PlanTexture &input = plan.textures[std::size_t(pass.inputs[n])],
+                      &output = plan.textures[std::size_t(pass.output)];
+    const bool isResampled = pass.resampled >> n & 1u;
+    if (transform && pass.function == transform) return transformed(pass, input, output, shown);
+    if (gaussian && pass.function == gaussian && !isResampled) {
+        const bool isDown = selectorOf(pass, "vertical") != 0;
+        const double taps = selectorOf(pass, "radius"), x = isDown ? 0 : taps, y = isDown ? taps : 0;
+        return {shown.left - x, shown.top - y, shown.right + x, shown.bottom + y};
+    }
+    return pass.function->readsOnlyHere(n) && !isResampled ? shown : allOf(input);
+}
+
+/// By texture, what is read of it, nothing where it is not read.
+std::vector<std::optional<Reach>> whatIsRead(const RenderPlan& plan) {
+    std::vector<std::optional<Reach>> read(plan.textures.size());
+    for (int output : plan.outputs) read[std::size_t(output)] = allOf(plan.textures[std::size_t(output)]);
+    for (auto pass = plan.passes.rbegin(); pass != plan.passes.rend(); ++pass) {
+        const auto& shown = read[std::size_t(pass->output)];
+        if (!shown) continue;
+        for (std::size_t n = 0; n < pass->inputs.size(); ++n) {
+            if (pass->inputs[n] < 0) continue;
+            // Interpolating reads one more on each side.
+            const Reach part = reachOf(plan, *pass, n, *shown);
+            auto& all = read[std::size_t(pass->inputs[n])];
+            const Reach wider{part.left - 1, part.top - 1, part.right + 1, part.bottom + 1};
+            all = all ? united(*all, wider) : wider;
+        }
+    }
+    return read;
+}
+
+/// Its pixels; a place outside reads the one at the edge that is nearest.
+PixelRect pixelsOf(const Reach& reach, const PlanTexture& texture) {
+    const auto range = [](double from, double to, int side) {
+        const int first = int(std::clamp(std::floor(from), 0.0, side - 1.0));
+        return std::pair(first, int(std::clamp(std::ceil(to), first + 1.0, double(side))) - first);
+    };
+    const auto [x, width] = range(reach.left, reach.right, texture.width);
+    const auto [y, height] = range(reach.top, reach.bottom, texture.height);
+    return {x, y, width, height};
+}
+
+}  // namespace
+
+void drawOnlyWhatIsRead(RenderPlan& drawn, const RenderPlan& plan) {
+    const auto read = whatIsRead(plan);
+    for (PlanPass& pass : drawn.passes) {
+        const PlanTexture& target = drawn.textures[std::size_t(pass.output)];
+        const auto& reach = read[std::size_t(pass.output)];
+        const bool isPlain = pass.overlays.empty() && pass.parts.empty() && !pass.clearColor &&
+                             !pass.standsAlone && pass.samples == 1;
+        if (!reach || !isPlain) continue;
+        const PixelRect part = pixelsOf(*reach, target);
+        if (areaOf(std::array{part}) <= kMostDrawn * areaOf(target)) pass.parts = {part};
+    }
 }
 
 }  // namespace qv

@@ -4,8 +4,9 @@
 
 #include "Platform/ImageGraph/PassFusion.h"
 
-/// Which passes are drawn as two: one all over the target, one in some parts of it. Where software draws,
-/// each pixel of a texture counts; what is small need not be paid for everywhere. Pure functions, no device.
+/// Which passes are drawn in a part of the target only, or as two: one all over it, one in some parts. Where
+/// software draws, each pixel of a texture counts; what is small need not be paid for everywhere. Pure
+/// functions, no device.
 namespace qv {
 
 /// A fused pass, drawn as two into one target.
@@ -33,5 +34,9 @@ std::vector<RegionFusion> fuseByRegions(const RenderPlan& plan, const PassFusion
 /// is when it lacks a texture that they read.
 void drawByRegions(RenderPlan& drawn, const RenderPlan& plan, const RegionFusion& regions,
                    PlanPass everywhere, PlanPass inParts);
+
+/// Draws of what a later pass enlarges only the part that this one shows, in `drawn`, the plan with its fused
+/// passes as one.
+void drawOnlyWhatIsRead(RenderPlan& drawn, const RenderPlan& plan);
 
 }  // namespace qv
