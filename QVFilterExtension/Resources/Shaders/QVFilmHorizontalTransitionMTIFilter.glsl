@@ -15,18 +15,23 @@ vec4 QVFilmHorizontalTransitionMTIFilter(vec2 uv) {
     vec2 away = (uv - 0.5) * size;
     vec2 place = 0.5 + vec2(turn.x * away.x + turn.y * away.y, turn.x * away.y - turn.y * away.x) / (size * grow);
     FilmPlace at = filmPlace(vec2(place.x + travel, place.y), ivec2(1, 0), opening);
-    vec4 first, second, film;
+    // Few groups of pixels show both clips.
+    vec4 picture, film;
     if (fast == 1) {
         ivec2 pixel = pixelAt(at.inside * size);
-        first = readPixel(0, pixel);
-        second = readPixel(1, pixel);
+        if (at.incoming)
+            picture = readPixel(1, pixel);
+        else
+            picture = readPixel(0, pixel);
         film = readPixel(2, pixel);
     } else {
-        first = readInput(0, at.inside);
-        second = readInput(1, at.inside);
+        if (at.incoming)
+            picture = readInput(1, at.inside);
+        else
+            picture = readInput(0, at.inside);
         film = readInput(2, at.film);
     }
-    vec4 color = underFilm(at.incoming ? second : first, film, cover);
+    vec4 color = underFilm(picture, film, cover);
 
     // The table's light, and the shadow of the strip on its glass.
     float beyond = max(-place.y, place.y - 1.0);

@@ -12,8 +12,12 @@ vec4 QVFilmVerticalTransitionMTIFilter(vec2 uv) {
     vec2 size = outputSize();
     FilmPlace at = filmPlace(vec2(uv.x, uv.y - travel), ivec2(0, 1), opening);
     ivec2 pixel = pixelAt(at.inside * size);
-    vec4 first = readPixel(0, pixel), second = readPixel(1, pixel);
-    vec4 color = underFilm(at.incoming ? second : first, readPixel(2, pixelAt(at.film * size)), cover);
+    vec4 picture;  // few groups of pixels show both clips
+    if (at.incoming)
+        picture = readPixel(1, pixel);
+    else
+        picture = readPixel(0, pixel);
+    vec4 color = underFilm(picture, readPixel(2, pixelAt(at.film * size)), cover);
     // The lamp lights the middle of the gate best.
     vec2 r = uv - 0.5;
     return vec4(color.rgb * lamp * (1.0 - cover * 0.7 * dot(r, r)), color.a);

@@ -49,8 +49,13 @@ vec4 halves(vec2 place, vec2 size, float moment) {
     float distance = max(outside.x, outside.y);
     if (second) from = frame - from;
     if (type == 1) from = from.yx;
-    vec4 last = readPixel(0, pixelAt(from)), next = beneath(place, size, moment, moved, distance, 0.5 * frame.x - at.x);
-    return distance < 0.0 || x == 0.0 ? last : next;
+    // Few groups of pixels show both, here and below.
+    vec4 color;
+    if (distance < 0.0 || x == 0.0)
+        color = readPixel(0, pixelAt(from));
+    else
+        color = beneath(place, size, moment, moved, distance, 0.5 * frame.x - at.x);
+    return color;
 }
 
 vec4 quarters(vec2 place, vec2 size, float moment) {
@@ -65,8 +70,12 @@ vec4 quarters(vec2 place, vec2 size, float moment) {
     float distance = max(outside.x, outside.y) * rest;
     vec2 inside = 0.5 * window - abs(place - middle);
     float border = min(inside.x, inside.y);
-    vec4 last = readPixel(0, pixelAt(middle + from)), next = beneath(place, size, moment, moved, distance, border);
-    return distance < 0.0 || moved == 0.0 ? last : next;
+    vec4 color;
+    if (distance < 0.0 || moved == 0.0)
+        color = readPixel(0, pixelAt(middle + from));
+    else
+        color = beneath(place, size, moment, moved, distance, border);
+    return color;
 }
 
 vec4 rings(vec2 place, vec2 size, float moment) {
@@ -82,9 +91,13 @@ vec4 rings(vec2 place, vec2 size, float moment) {
     if (fract(ring * 0.5) > 0.25) angle = -angle;
     vec2 from = 0.5 * size + turnedBack(away, turnBy(angle));
     from = mirroredPlace(from, size);
-    vec4 next = incomingAt(from, size), last = readPixel(0, pixelAt(from));
+    vec4 color;
+    if (incoming)
+        color = incomingAt(from, size);
+    else
+        color = readPixel(0, pixelAt(from));
     float depth = max(radius - ring - 0.7, 0.0) * moved * (1.0 - moved);
-    return (incoming ? next : last) * vec4(vec3(1.0 - 5.0 * depth), 1.0);
+    return color * vec4(vec3(1.0 - 5.0 * depth), 1.0);
 }
 
 vec4 scene(vec2 place, float moment) {

@@ -23,8 +23,14 @@ vec4 scene(vec2 place, float moment) {
     if (rolls() && (copies == 1.0 || copies == 3.0)) at = side - at;
     if (backwards()) at = side - at;
     vec2 from = upright() ? vec2(place.x, at) : vec2(at, place.y);
-    vec4 next = readPixel(1, pixelAt(from * (inputSize(1) / size)));
-    return incoming ? next : readPixel(0, pixelAt(from));
+    // Few groups of pixels show both.
+    // Few groups of pixels show both.
+    vec4 color;
+    if (incoming)
+        color = readPixel(1, pixelAt(from * (inputSize(1) / size)));
+    else
+        color = readPixel(0, pixelAt(from));
+    return color;
 }
 
 vec4 QVScrollTransitionMTIFilter(vec2 uv) {
