@@ -63,7 +63,7 @@ void graph(const Options& options) {
     inputs.mask = whiteMask(size);
     if (!options.mask.empty()) {
         const FramePixels frame{.pixels = inputs.mask.buffer};  // any of its shape
-        inputs.mask = openMaskSource(options.mask, {}, writeNote)->maskOf(frame, 0);
+        inputs.mask = openMaskSource(options.mask, {}, writeNote)->maskOf(frame, clip.time.value_or(0));
     }
     const auto filter = makeFilterOnClip(choice, clip);
     setInputs(*filter, inputs);

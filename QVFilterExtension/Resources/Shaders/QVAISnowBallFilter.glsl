@@ -36,7 +36,9 @@ vec4 QVAISnowBallFilter(vec2 uv) {
     vec3 room = behind.rgb * (0.78 - 0.75 * dot(corner, corner)) * vec3(0.94, 0.97, 1.03);
 
     // In the ball: as through a lens, brighter and colder but for the subject.
-    vec2 seen = 0.5 + q * (0.86 + 0.2 * r2) * 0.5 * min(size.x, size.y) / size;
+    // Of a tall frame its upper part is seen, where faces are.
+    vec2 middle = vec2(0.5, 0.5 - 0.32 * max(1.0 - size.x / size.y, 0.0));
+    vec2 seen = middle + q * (0.86 + 0.2 * r2) * 0.5 * min(size.x, size.y) / size;
     vec4 scene = readInput(0, seen);
     float subject = readInput(1, seen).r;
     vec3 winter = mix(scene.rgb, vec3(luma(scene.rgb)), 0.45) * vec3(0.88, 0.97, 1.06);
