@@ -27,6 +27,12 @@ std::optional<TimedPacket> readPacket(PacketReader& reader) {
     return packet;
 }
 
+/// Whether two devices draw the same pictures, as all processors do natively.
+bool drawAlike(const std::string& a, const std::string& b) {
+    const auto isNative = [](const std::string& device) { return device.starts_with("native"); };
+    return a == b || (isNative(a) && isNative(b));
+}
+
 /// What goes into the film beside its pictures, in the order of its times: the sound that was encoded, or the
 /// other streams of the one clip that the film is made of.
 class Companion {
@@ -115,6 +121,10 @@ class Joining {
                      nameOf(plan_.parts[0]));
             if (!times_.empty() && record.frames.times[0] <= times_.back())
                 fail(ExitCode::input, "{} begins before the part before it ends", nameOf(part));
+            if (!records_.empty() && !drawAlike(record.device, records_[0].device))
+                request_.output.encoding.note(
+                    fmt::format("{} was drawn by {}, {} by {}; their pictures may differ by rounding",
+                                nameOf(part), record.device, nameOf(plan_.parts[0]), records_[0].device));
             times_.insert(times_.end(), record.frames.times.begin(), record.frames.times.end());
             delay_ = std::max(delay_, std::size_t(record.delay));
             end_ = record.frames.end;

@@ -184,6 +184,11 @@ TEST_F(Farm, JoinNamesThePartThatDoesNotFit) {
     refused("part 1 (part_001.mkv) belongs to another plan");
     expectDone(span("film.json", 1, folder));
     expectDone({"join", folder, "-o", path("mended.mp4"), "--quiet"});
+    Json record = Json::parse(readBytes(folder + "/part_001.json"));
+    record["device"] = "a GPU";
+    writeBytes(folder + "/part_001.json", record.dump());
+    EXPECT_THAT(expectDone({"join", folder, "-o", path("mixed.mp4")}).errors,
+                HasSubstr("part 1 (part_001.mkv) was drawn by a GPU, part 0 (part_000.mkv) by "));
 
     // A copy of everything somewhere else is the same project; one whose clip was changed is not.
     const TemporaryFolder elsewhere;
