@@ -81,24 +81,22 @@ const std::vector<Case>& cases() {
 TEST(LaneFunctions, AtTheEdges) {
     for (NativeTarget target : runnableTargets()) {
         for (const Case& example : cases()) {
-            // Red for each lane, green for all of them at once.
+            // Red for each lane, green for all of them at once. Not by uniforms, which are numbers.
             const auto kernel = kernelOf(target, TextureFormat::rgba32Float, [&](const Group& group) {
-                const Color color = group.floats(0);
-                std::vector<Value*> each, one;
-                for (unsigned i = 0; i < example.operands.size(); ++i) {
-                    each.push_back(color[i]);
-                    one.push_back(group.word(i, group.ir.getFloatTy()));
-                }
+                const Color color = group.floats(0),
+                            same = fetchTexel(group.ir, group.input(0, TextureFormat::rgba32Float), group.x,
+                                              group.y, nullptr, true);
+                const auto count = std::ptrdiff_t(example.operands.size());
+                const std::vector<Value*> each(color.begin(), color.begin() + count),
+                    one(same.begin(), same.begin() + count);
                 Value* const result = standardFunction(group.ir, example.function, each);
                 return Color{result, standardFunction(group.ir, example.function, one), result, result};
             });
             Image input(TextureFormat::rgba32Float, 16, 1), result = input;
-            std::vector<std::uint32_t> words;
-            for (float operand : example.operands) words.push_back(std::bit_cast<std::uint32_t>(operand));
             for (int x = 0; x < 16; ++x) {
                 std::ranges::copy(example.operands, input.row<float>(0) + 4 * x);
             }
-            draw(*kernel, {&input}, result, words);
+            draw(*kernel, {&input}, result);
             for (int i : {0, 1, 60, 61}) {
                 EXPECT_THAT(result.row<float>(0)[i], testing::NanSensitiveFloatEq(example.expected))
                     << nativeTargetName(target) << ", function " << example.function << " of "

@@ -67,6 +67,43 @@ TEST(ObjectCode, SumsOfProductsAreRoundedOnce) {
     }
 }
 
+TEST(ObjectCode, TheOtherOneIsTakenOfWhatMayBeNoNumber) {
+    Image input(TextureFormat::rgba8, kWidth, kHeight), result(TextureFormat::rgba32Float, kWidth, kHeight);
+    for (int y = 0; y < kHeight; ++y) {
+        for (int x = 0; x < 4 * kWidth; ++x) input.row<std::uint8_t>(y)[x] = std::uint8_t((x + y) % 3 * 51);
+    }
+    for (NativeTarget target : runnableTargets()) {
+        const auto kernel = kernelOf(target, TextureFormat::rgba32Float, [](const Group& group) {
+            Builder& ir = group.ir;
+            const Color c =
+                fetchTexel(ir, group.input(0, TextureFormat::rgba8), group.lanes(), group.y, group.x, true);
+            Value* const share = ir.CreateFDiv(c[0], c[1]);  // 0 / 0, or infinite, times 0
+            Value* const none = ir.CreateFMul(share, ir.CreateFSub(c[1], c[1]));
+            const auto of = [&](unsigned function, Value* a, Value* b) {
+                return standardFunction(ir, function, {a, b});
+            };
+            return Color{of(GLSLstd450FMin, c[2], share), of(GLSLstd450FMax, c[2], none),
+                         of(GLSLstd450FMin, c[2], c[3]),
+                         of(GLSLstd450FMax, c[2],
+                            ir.CreateFDiv(c[0], of(GLSLstd450FMax, c[1],
+                                                   llvm::ConstantFP::get(c[1]->getType(), 0.5))))};
+        });
+        draw(*kernel, {&input}, result);
+        for (int y = 0; y < kHeight; ++y) {
+            for (int x = 0; x < kWidth; ++x) {
+                float c[4];
+                for (int i = 0; i < 4; ++i) c[i] = float(input.row<std::uint8_t>(y)[4 * x + i]) / 255;
+                const float* const got = result.row<float>(y) + 4 * x;
+                volatile const float share = c[0] / c[1], none = share * 0;
+                EXPECT_FLOAT_EQ(got[0], std::fmin(c[2], share));
+                EXPECT_FLOAT_EQ(got[1], std::fmax(c[2], none));
+                EXPECT_FLOAT_EQ(got[2], std::fmin(c[2], c[3]));
+                EXPECT_FLOAT_EQ(got[3], std::fmax(c[2], c[0] / std::fmax(c[1], 0.5f)));
+            }
+        }
+    }
+}
+
 /// A few dozen operations on four numbers, drawn by chance.
 Body randomBody(unsigned seed) {
     return [seed](const Group& group) {

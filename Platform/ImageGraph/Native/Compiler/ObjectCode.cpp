@@ -27,6 +27,7 @@
 
 #include "Platform/ImageGraph/Native/Compiler/Contraction.h"
 #include "Platform/ImageGraph/Native/Compiler/FatalErrors.h"
+#include "Platform/ImageGraph/Native/Compiler/NumberChecks.h"
 #include "Platform/ImageGraph/Native/Compiler/TargetCalls.h"
 
 namespace qv::native {
@@ -119,6 +120,7 @@ void simplify(llvm::Module& module) {
     for (llvm::Function& function : module) {
         if (function.isDeclaration()) continue;
         first.run(function, functions);
+        dropNumberChecks(function);
         contractProducts(function);
     }
 }

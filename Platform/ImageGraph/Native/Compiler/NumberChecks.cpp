@@ -1,0 +1,158 @@
+#include "Platform/ImageGraph/Native/Compiler/NumberChecks.h"
+
+#include <llvm/ADT/DenseMap.h>
+#include <llvm/Analysis/ValueTracking.h>
+#include <llvm/IR/InstIterator.h>
+#include <llvm/IR/Instructions.h>
+#include <llvm/IR/IntrinsicInst.h>
+#include <llvm/IR/Module.h>
+#include <llvm/IR/PatternMatch.h>
+
+#include <cstddef>
+#include <vector>
+
+#include "Platform/ImageGraph/Native/NativeKernel.h"
+
+namespace qv::native {
+
+namespace {
+
+using llvm::Instruction;
+using llvm::Value;
+
+/// A constant, the same in all lanes.
+const llvm::APFloat* constantOf(const Value* value) {
+    const llvm::APFloat* number = nullptr;
+    return llvm::PatternMatch::match(value, llvm::PatternMatch::m_APFloat(number)) ? number : nullptr;
+}
+
+/// Whether it is the larger one of something and a constant above 0, or that constant.
+bool isPositive(const Value* value) {
+    if (const llvm::APFloat* number = constantOf(value))
+        return !number->isNaN() && !number->isNegative() && !number->isZero();
+    const auto* select = llvm::dyn_cast<llvm::SelectInst>(value);
+    const auto* compare = select ? llvm::dyn_cast<llvm::FCmpInst>(select->getCondition()) : nullptr;
+    return compare && compare->getPredicate() == llvm::FCmpInst::FCMP_OGT &&
+           compare->getOperand(0) == select->getTrueValue() &&
+           compare->getOperand(1) == select->getFalseValue() && isPositive(select->getFalseValue());
+}
+
+/// Whether it is one of the words that a kernel is called with.
+bool isUniform(const llvm::LoadInst& load) {
+    const auto* words = llvm::dyn_cast<llvm::LoadInst>(llvm::getUnderlyingObject(load.getPointerOperand()));
+    if (!words) return false;
+    llvm::APInt offset(64, 0);
+    const Value* arguments = words->getPointerOperand()->stripAndAccumulateConstantOffsets(
+        load.getModule()->getDataLayout(), offset, true);
+    return llvm::isa<llvm::Argument>(arguments) && offset == offsetof(NativeKernelArguments, words);
+}
+
+class Numbers {
+  public:
+    bool contains(Value* value) {
+        const auto [entry, isNew] = known_.try_emplace(value, false);  // what depends on itself is not known
+        if (!isNew) return entry->second;
+        const bool isOne = find(value);
+        known_[value] = isOne;
+        return isOne;
+    }
+
+  private:
+    bool find(Value* value) {
+        if (const llvm::APFloat* number = constantOf(value)) return number->isFinite();
+        if (llvm::isa<llvm::UndefValue>(value)) return true;  // lanes that a shuffle fills
+        auto* const instruction = llvm::dyn_cast<Instruction>(value);
+        if (!instruction) return false;
+        const auto operand = [&](unsigned i) { return contains(instruction->getOperand(i)); };
+        switch (instruction->getOpcode()) {
+            case Instruction::UIToFP:
+            case Instruction::SIToFP:
+                return true;
+            case Instruction::Load:
+                return isUniform(*llvm::cast<llvm::LoadInst>(instruction));
+            case Instruction::FNeg:
+            case Instruction::ExtractElement:
+                return operand(0);
+            case Instruction::FAdd:
+            case Instruction::FSub:
+            case Instruction::FMul:
+            case Instruction::InsertElement:
+            case Instruction::ShuffleVector:
+                return operand(0) && operand(1);
+            case Instruction::FDiv:
+                return operand(0) && isPositive(instruction->getOperand(1)) && operand(1);
+            case Instruction::Select:
+                return isChosenNumber(*llvm::cast<llvm::SelectInst>(instruction));
+            case Instruction::PHI:
+                return llvm::all_of(llvm::cast<llvm::PHINode>(instruction)->incoming_values(),
+                                    [&](Value* from) { return contains(from); });
+            case Instruction::Call:
+                return isNumberOf(*instruction);
+            default:
+                return false;
+        }
+    }
+
+    /// A comparison is false where one is no number: of two that are compared the second is chosen then.
+    bool isChosenNumber(llvm::SelectInst& select) {
+        Value *const first = select.getTrueValue(), *const second = select.getFalseValue();
+        if (!contains(second)) return false;
+        const auto* compare = llvm::dyn_cast<llvm::FCmpInst>(select.getCondition());
+        const bool isCompared = compare && llvm::CmpInst::isOrdered(compare->getPredicate()) &&
+                                compare->getOperand(0) == first && compare->getOperand(1) == second;
+        return isCompared || contains(first);
+    }
+
+    bool isNumberOf(Instruction& call) {
+        const auto* intrinsic = llvm::dyn_cast<llvm::IntrinsicInst>(&call);
+        if (!intrinsic) return false;
+        switch (intrinsic->getIntrinsicID()) {
+            case llvm::Intrinsic::fabs:
+            case llvm::Intrinsic::floor:
+            case llvm::Intrinsic::ceil:
+            case llvm::Intrinsic::trunc:
+            case llvm::Intrinsic::rint:
+            case llvm::Intrinsic::nearbyint:
+            case llvm::Intrinsic::roundeven:
+            case llvm::Intrinsic::fma:
+                return llvm::all_of(intrinsic->args(), [&](Value* argument) { return contains(argument); });
+            default:
+                return false;
+        }
+    }
+
+    llvm::DenseMap<Value*, bool> known_;
+};
+
+/// What is compared with itself, or with a constant, to see whether it is a number; nil for other
+/// comparisons.
+Value* checkedBy(const llvm::FCmpInst& compare) {
+    const auto predicate = compare.getPredicate();
+    if (predicate != llvm::FCmpInst::FCMP_UNO && predicate != llvm::FCmpInst::FCMP_ORD) return nullptr;
+    Value *const a = compare.getOperand(0), *const b = compare.getOperand(1);
+    const llvm::APFloat* const constant = constantOf(b);
+    return a == b || (constant && !constant->isNaN()) ? a : nullptr;
+}
+
+}  // namespace
+
+void dropNumberChecks(llvm::Function& function) {
+    std::vector<llvm::FCmpInst*> compares;
+    for (Instruction& instruction : llvm::instructions(function)) {
+        if (auto* compare = llvm::dyn_cast<llvm::FCmpInst>(&instruction)) compares.push_back(compare);
+    }
+    Numbers numbers;
+    for (llvm::FCmpInst* compare : compares) {
+        Value* const checked = checkedBy(*compare);
+        if (!checked || !numbers.contains(checked)) continue;
+        const bool isNumber = compare->getPredicate() == llvm::FCmpInst::FCMP_ORD;
+        for (llvm::User* user : llvm::make_early_inc_range(compare->users())) {
+            auto* const select = llvm::dyn_cast<llvm::SelectInst>(user);
+            if (!select || select->getCondition() != compare) continue;
+            select->replaceAllUsesWith(isNumber ? select->getTrueValue() : select->getFalseValue());
+            select->eraseFromParent();
+        }
+    }
+}
+
+}  // namespace qv::native
