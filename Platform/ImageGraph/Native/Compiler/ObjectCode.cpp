@@ -27,7 +27,7 @@
 
 #include "Platform/ImageGraph/Native/Compiler/Contraction.h"
 #include "Platform/ImageGraph/Native/Compiler/FatalErrors.h"
-#include "Platform/ImageGraph/Native/Compiler/NumberChecks.h"
+#include "Platform/ImageGraph/Native/Compiler/Redundancies.h"
 #include "Platform/ImageGraph/Native/Compiler/TargetCalls.h"
 
 namespace qv::native {
@@ -120,7 +120,7 @@ void simplify(llvm::Module& module) {
     for (llvm::Function& function : module) {
         if (function.isDeclaration()) continue;
         first.run(function, functions);
-        dropNumberChecks(function);
+        dropRedundancies(function);
         contractProducts(function);
     }
 }

@@ -1,7 +1,8 @@
-#include "Platform/ImageGraph/Native/Compiler/NumberChecks.h"
+#include "Platform/ImageGraph/Native/Compiler/Redundancies.h"
 
 #include <llvm/ADT/DenseMap.h>
 #include <llvm/Analysis/ValueTracking.h>
+#include <llvm/Analysis/VectorUtils.h>
 #include <llvm/IR/InstIterator.h>
 #include <llvm/IR/Instructions.h>
 #include <llvm/IR/IntrinsicInst.h>
@@ -9,6 +10,8 @@
 #include <llvm/IR/PatternMatch.h>
 
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "Platform/ImageGraph/Native/NativeKernel.h"
@@ -26,25 +29,34 @@ const llvm::APFloat* constantOf(const Value* value) {
     return llvm::PatternMatch::match(value, llvm::PatternMatch::m_APFloat(number)) ? number : nullptr;
 }
 
-/// Whether it is the larger one of something and a constant above 0, or that constant.
+/// Which of the words it is that a kernel is called with, in bytes; nothing when it is none.
+std::optional<std::int64_t> uniformAt(const Value* value) {
+    const auto* load = llvm::dyn_cast<llvm::LoadInst>(value);
+    if (!load) return std::nullopt;
+    const llvm::DataLayout& layout = load->getModule()->getDataLayout();
+    std::int64_t place = 0, field = 0;
+    const auto* words = llvm::dyn_cast<llvm::LoadInst>(
+        llvm::GetPointerBaseWithConstantOffset(load->getPointerOperand(), place, layout));
+    if (!words) return std::nullopt;
+    const Value* arguments =
+        llvm::GetPointerBaseWithConstantOffset(words->getPointerOperand(), field, layout);
+    const bool isOne =
+        llvm::isa<llvm::Argument>(arguments) && field == offsetof(NativeKernelArguments, words);
+    return isOne ? std::optional(place) : std::nullopt;
+}
+
+/// Whether it is above 0: a side of the output, a constant, or the larger one of something and a constant.
 bool isPositive(const Value* value) {
+    constexpr std::int64_t kSizeBytes = 8;  // the first two words
+    if (const auto place = uniformAt(value)) return *place < kSizeBytes;
     if (const llvm::APFloat* number = constantOf(value))
         return !number->isNaN() && !number->isNegative() && !number->isZero();
+    if (const Value* same = llvm::getSplatValue(value)) return isPositive(same);
     const auto* select = llvm::dyn_cast<llvm::SelectInst>(value);
     const auto* compare = select ? llvm::dyn_cast<llvm::FCmpInst>(select->getCondition()) : nullptr;
     return compare && compare->getPredicate() == llvm::FCmpInst::FCMP_OGT &&
            compare->getOperand(0) == select->getTrueValue() &&
            compare->getOperand(1) == select->getFalseValue() && isPositive(select->getFalseValue());
-}
-
-/// Whether it is one of the words that a kernel is called with.
-bool isUniform(const llvm::LoadInst& load) {
-    const auto* words = llvm::dyn_cast<llvm::LoadInst>(llvm::getUnderlyingObject(load.getPointerOperand()));
-    if (!words) return false;
-    llvm::APInt offset(64, 0);
-    const Value* arguments = words->getPointerOperand()->stripAndAccumulateConstantOffsets(
-        load.getModule()->getDataLayout(), offset, true);
-    return llvm::isa<llvm::Argument>(arguments) && offset == offsetof(NativeKernelArguments, words);
 }
 
 class Numbers {
@@ -69,7 +81,7 @@ class Numbers {
             case Instruction::SIToFP:
                 return true;
             case Instruction::Load:
-                return isUniform(*llvm::cast<llvm::LoadInst>(instruction));
+                return uniformAt(value).has_value();
             case Instruction::FNeg:
             case Instruction::ExtractElement:
                 return operand(0);
@@ -134,8 +146,6 @@ Value* checkedBy(const llvm::FCmpInst& compare) {
     return a == b || (constant && !constant->isNaN()) ? a : nullptr;
 }
 
-}  // namespace
-
 void dropNumberChecks(llvm::Function& function) {
     std::vector<llvm::FCmpInst*> compares;
     for (Instruction& instruction : llvm::instructions(function)) {
@@ -153,6 +163,33 @@ void dropNumberChecks(llvm::Function& function) {
             select->eraseFromParent();
         }
     }
+}
+
+/// A place that is clamped between 0 and `last`, before that; nil when it is not.
+Value* clampedBy(Value* value, Value*& last) {
+    using namespace llvm::PatternMatch;
+    Value *place = nullptr, *larger = nullptr;
+    return match(value, m_Intrinsic<llvm::Intrinsic::smin>(m_Value(larger), m_Value(last))) &&
+                   match(larger, m_Intrinsic<llvm::Intrinsic::smax>(m_Value(place), m_Zero()))
+               ? place
+               : nullptr;
+}
+
+void dropRepeatedClamps(llvm::Function& function) {
+    for (Instruction& instruction : llvm::make_early_inc_range(llvm::instructions(function))) {
+        Value *last = nullptr, *lastBefore = nullptr;
+        Value* const place = clampedBy(&instruction, last);
+        if (!place || !clampedBy(place, lastBefore) || last != lastBefore) continue;
+        instruction.replaceAllUsesWith(place);
+        instruction.eraseFromParent();
+    }
+}
+
+}  // namespace
+
+void dropRedundancies(llvm::Function& function) {
+    dropNumberChecks(function);
+    dropRepeatedClamps(function);
 }
 
 }  // namespace qv::native
