@@ -322,11 +322,6 @@ void dropCopies(RenderPlan& plan) {
 
 namespace {
 
-/// Where the uniform lies in the pushed block.
-std::size_t offsetOf(const PlanPass& pass, std::string_view name) {
-    return std::size_t(std::ranges::find(pass.function->uniforms, name, &ShaderUniform::name)->offset);
-}
-
 /// Lets the pass that makes `texture` make it as large as `size`, if it is smaller, a transform along the
 /// axes, faded or not, and nothing else reads it.
 bool resizeTransform(RenderPlan& plan, const Links& links, int texture, const PlanTexture& size) {
@@ -338,16 +333,14 @@ bool resizeTransform(RenderPlan& plan, const Links& links, int texture, const Pl
     PlanTexture& own = plan.textures[std::size_t(texture)];
     if (!pass.overlays.empty() || own.width > size.width || own.height > size.height) return false;
     if (transform && pass.function == transform) {
-        const auto number = [&](std::string_view name, std::size_t i) {
-            return std::bit_cast<float>(pass.words[offsetOf(pass, name) + i]);
-        };
         constexpr float kRounding = 1e-6f;  // of a turn by 180 degrees
-        if (std::abs(number("matrix", 1)) > kRounding || std::abs(number("matrix", 2)) > kRounding)
+        if (std::abs(numberOf(pass, "matrix", 1)) > kRounding ||
+            std::abs(numberOf(pass, "matrix", 2)) > kRounding)
             return false;
         const float ratios[] = {float(size.width) / float(own.width), float(size.height) / float(own.height)};
-        for (std::size_t i = 0; i < 2; ++i)
-            pass.words[offsetOf(pass, "edge") + i] =
-                std::bit_cast<std::uint32_t>(number("edge", i) * ratios[i]);
+        for (int i = 0; i < 2; ++i)
+            pass.words[std::size_t(pass.function->uniform("edge")->offset + i)] =
+                std::bit_cast<std::uint32_t>(numberOf(pass, "edge", i) * ratios[i]);
         pass.resampled = 1;
     } else if (!opacity || pass.function != opacity ||
                !resizeTransform(plan, links, pass.inputs.front(), size)) {

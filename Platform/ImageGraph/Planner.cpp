@@ -363,6 +363,14 @@ void noteLastReaders(RenderPlan& plan) {
     }
 }
 
+float numberOf(const PlanPass& pass, std::string_view uniform, int index) {
+    return std::bit_cast<float>(pass.words[std::size_t(pass.function->uniform(uniform)->offset + index)]);
+}
+
+int selectorOf(const PlanPass& pass, std::string_view selector) {
+    return pass.selectors[std::size_t(pass.function->uniform(selector)->offset)];
+}
+
 std::uint64_t peakTextureBytes(const RenderPlan& plan) {
     const auto bytes = [&](int index) {
         const PlanTexture& texture = plan.textures[std::size_t(index)];

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string_view>
 #include <vector>
 
 #include "Platform/ImageGraph/ImageNode.h"
@@ -82,6 +83,11 @@ struct PlanPass {
     bool continues = false;  ///< it draws into the target of the pass before it
     bool isBlended = false;  ///< over what is there, instead of replacing it
 };
+
+/// Component `index` of a uniform of floats, as the pass sends it. Its function has one of this name.
+float numberOf(const PlanPass& pass, std::string_view uniform, int index = 0);
+/// The same of a selector.
+int selectorOf(const PlanPass& pass, std::string_view selector);
 
 /// What a context runs, in order. Points into the graph, which must outlive it.
 struct RenderPlan {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cmath>
 #include <span>
 
@@ -180,21 +179,13 @@ Reach allOf(const PlanTexture& texture) {
     return {0, 0, double(texture.width), double(texture.height)};
 }
 
-float numberOf(const PlanPass& pass, std::string_view uniform, std::size_t index) {
-    return std::bit_cast<float>(pass.words[std::size_t(pass.function->uniform(uniform)->offset) + index]);
-}
-
-int selectorOf(const PlanPass& pass, std::string_view name) {
-    return pass.selectors[std::size_t(pass.function->uniform(name)->offset)];
-}
-
 /// What a transform reads of `input` for a part of its `output`.
 Reach transformed(const PlanPass& pass, const PlanTexture& input, const PlanTexture& output,
                   const Reach& shown) {
     Reach reach{INFINITY, INFINITY, -INFINITY, -INFINITY};
     for (const double u : {shown.left / output.width, shown.right / output.width}) {
         for (const double v : {shown.top / output.height, shown.bottom / output.height}) {
-            const auto place = [&](std::size_t axis, int side) {
+            const auto place = [&](int axis, int side) {
                 return side * (numberOf(pass, "matrix", axis) * u + numberOf(pass, "matrix", axis + 2) * v +
                                numberOf(pass, "offset", axis));
             };

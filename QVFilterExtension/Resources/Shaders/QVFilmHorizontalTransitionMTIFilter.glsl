@@ -15,20 +15,13 @@ vec4 QVFilmHorizontalTransitionMTIFilter(vec2 uv) {
     vec2 away = (uv - 0.5) * size;
     vec2 place = 0.5 + vec2(turn.x * away.x + turn.y * away.y, turn.x * away.y - turn.y * away.x) / (size * grow);
     FilmPlace at = filmPlace(vec2(place.x + travel, place.y), ivec2(1, 0), opening);
-    // Few groups of pixels show both clips.
     vec4 picture, film;
     if (fast == 1) {
         ivec2 pixel = pixelAt(at.inside * size);
-        if (at.incoming)
-            picture = readPixel(1, pixel);
-        else
-            picture = readPixel(0, pixel);
+        picture = at.incoming ? readPixel(1, pixel) : readPixel(0, pixel);
         film = readPixel(2, pixel);
     } else {
-        if (at.incoming)
-            picture = readInput(1, at.inside);
-        else
-            picture = readInput(0, at.inside);
+        picture = at.incoming ? readInput(1, at.inside) : readInput(0, at.inside);
         film = readInput(2, at.film);
     }
     vec4 color = underFilm(picture, film, cover);

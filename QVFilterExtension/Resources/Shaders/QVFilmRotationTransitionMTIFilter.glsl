@@ -16,20 +16,13 @@ vec4 QVFilmRotationTransitionMTIFilter(vec2 uv) {
     vec2 turned = vec2(turn.x * away.x + turn.y * away.y, turn.x * away.y - turn.y * away.x);
     FilmPlace at = filmPlace(center + turned / (size * grow), ivec2(1), opening);
     if (at.incoming) at.inside = 1.0 - at.inside, at.film = 1.0 - at.film;
-    // Few groups of pixels show both clips.
     vec4 picture, film;
     if (fast == 1) {
         ivec2 pixel = pixelAt(at.inside * size);
-        if (at.incoming)
-            picture = readPixel(1, pixel);
-        else
-            picture = readPixel(0, pixel);
+        picture = at.incoming ? readPixel(1, pixel) : readPixel(0, pixel);
         film = readPixel(2, pixel);
     } else {
-        if (at.incoming)
-            picture = readInput(1, at.inside);
-        else
-            picture = readInput(0, at.inside);
+        picture = at.incoming ? readInput(1, at.inside) : readInput(0, at.inside);
         film = readInput(2, at.film);
     }
     return underFilm(picture, film, cover);

@@ -12,11 +12,7 @@ vec4 QVFilmVerticalTransitionMTIFilter(vec2 uv) {
     vec2 size = outputSize();
     FilmPlace at = filmPlace(vec2(uv.x, uv.y - travel), ivec2(0, 1), opening);
     ivec2 pixel = pixelAt(at.inside * size);
-    vec4 picture;  // few groups of pixels show both clips
-    if (at.incoming)
-        picture = readPixel(1, pixel);
-    else
-        picture = readPixel(0, pixel);
+    vec4 picture = at.incoming ? readPixel(1, pixel) : readPixel(0, pixel);
     vec4 color = underFilm(picture, readPixel(2, pixelAt(at.film * size)), cover);
     // The lamp lights the middle of the gate best.
     vec2 r = uv - 0.5;

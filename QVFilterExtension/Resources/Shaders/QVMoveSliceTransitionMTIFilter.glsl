@@ -29,13 +29,7 @@ vec4 scene(vec2 place, float moment) {
     else if (inRows()) from.x += way * size.x;
     else from.y += way * size.y;
     if (type == 4) from = size * (1.0 - abs(mod(from * (1.0 / size), 2.0) - 1.0));
-    // Few groups of pixels show both.
-    vec4 color;
-    if (incoming)
-        color = readPixel(1, pixelAt(from * (inputSize(1) / size)));
-    else
-        color = readPixel(0, pixelAt(from));
-    return color;
+    return incoming ? readPixel(1, pixelAt(from * (inputSize(1) / size))) : readPixel(0, pixelAt(from));
 }
 
 vec4 QVMoveSliceTransitionMTIFilter(vec2 uv) {

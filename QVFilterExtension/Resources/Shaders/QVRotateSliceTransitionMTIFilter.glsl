@@ -49,13 +49,8 @@ vec4 halves(vec2 place, vec2 size, float moment) {
     float distance = max(outside.x, outside.y);
     if (second) from = frame - from;
     if (type == 1) from = from.yx;
-    // Few groups of pixels show both, here and below.
-    vec4 color;
-    if (distance < 0.0 || x == 0.0)
-        color = readPixel(0, pixelAt(from));
-    else
-        color = beneath(place, size, moment, moved, distance, 0.5 * frame.x - at.x);
-    return color;
+    return distance < 0.0 || x == 0.0 ? readPixel(0, pixelAt(from))
+                                      : beneath(place, size, moment, moved, distance, 0.5 * frame.x - at.x);
 }
 
 vec4 quarters(vec2 place, vec2 size, float moment) {
@@ -70,12 +65,8 @@ vec4 quarters(vec2 place, vec2 size, float moment) {
     float distance = max(outside.x, outside.y) * rest;
     vec2 inside = 0.5 * window - abs(place - middle);
     float border = min(inside.x, inside.y);
-    vec4 color;
-    if (distance < 0.0 || moved == 0.0)
-        color = readPixel(0, pixelAt(middle + from));
-    else
-        color = beneath(place, size, moment, moved, distance, border);
-    return color;
+    return distance < 0.0 || moved == 0.0 ? readPixel(0, pixelAt(middle + from))
+                                          : beneath(place, size, moment, moved, distance, border);
 }
 
 vec4 rings(vec2 place, vec2 size, float moment) {
@@ -91,12 +82,8 @@ vec4 rings(vec2 place, vec2 size, float moment) {
     if (fract(ring * 0.5) > 0.25) angle = -angle;
     vec2 from = 0.5 * size + turnedBack(away, turnBy(angle));
     from = mirroredPlace(from, size);
-    vec4 color;
-    if (incoming)
-        color = incomingAt(from, size);
-    else
-        color = readPixel(0, pixelAt(from));
     float depth = max(radius - ring - 0.7, 0.0) * moved * (1.0 - moved);
+    vec4 color = incoming ? incomingAt(from, size) : readPixel(0, pixelAt(from));
     return color * vec4(vec3(1.0 - 5.0 * depth), 1.0);
 }
 

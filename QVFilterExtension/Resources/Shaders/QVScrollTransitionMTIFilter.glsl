@@ -23,14 +23,7 @@ vec4 scene(vec2 place, float moment) {
     if (rolls() && (copies == 1.0 || copies == 3.0)) at = side - at;
     if (backwards()) at = side - at;
     vec2 from = upright() ? vec2(place.x, at) : vec2(at, place.y);
-    // Few groups of pixels show both.
-    // Few groups of pixels show both.
-    vec4 color;
-    if (incoming)
-        color = readPixel(1, pixelAt(from * (inputSize(1) / size)));
-    else
-        color = readPixel(0, pixelAt(from));
-    return color;
+    return incoming ? readPixel(1, pixelAt(from * (inputSize(1) / size))) : readPixel(0, pixelAt(from));
 }
 
 vec4 QVScrollTransitionMTIFilter(vec2 uv) {

@@ -24,11 +24,7 @@ vec4 QVTearPaperFourPicMTIFilter(vec2 uv) {
     if (within(place2)) place = place2, what = vec3(1.0, incoming.y, grey.y);
     if (within(place3)) place = place3, what = vec3(1.0, incoming.z, grey.z);
     if (within(place4)) place = place4, what = vec3(1.0, incoming.w, grey.w);
-    vec4 color;  // few groups of pixels show both clips
-    if (what.y > 0.5)
-        color = readInput(1, place);
-    else
-        color = readInput(0, place);
+    vec4 color = what.y > 0.5 ? readInput(1, place) : readInput(0, place);
     color.rgb = mix(color.rgb, vec3(luma(color.rgb)), what.z);
     return mix(readHere(2), color, what.x);
 }

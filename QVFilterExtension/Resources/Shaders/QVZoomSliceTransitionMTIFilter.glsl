@@ -22,13 +22,7 @@ vec4 scene(vec2 place, float moment) {
     bool reciprocal = incoming != (type == 2 || type == 3);
     if (reciprocal) grow = 1.0 / grow;
     vec2 from = mirroredPlace(0.5 * size + (place - 0.5 * size) * grow, size);
-    // Few groups of pixels show both.
-    vec4 color;
-    if (incoming)
-        color = readPixel(1, pixelAt(from * (inputSize(1) / size)));
-    else
-        color = readPixel(0, pixelAt(from));
-    return color;
+    return incoming ? readPixel(1, pixelAt(from * (inputSize(1) / size))) : readPixel(0, pixelAt(from));
 }
 
 vec4 QVZoomSliceTransitionMTIFilter(vec2 uv) {

@@ -45,6 +45,17 @@ std::optional<std::int64_t> uniformAt(const Value* value) {
     return isOne ? std::optional(place) : std::nullopt;
 }
 
+/// The comparison by which it chooses the larger or the smaller one; nil when it chooses otherwise.
+const llvm::FCmpInst* comparisonOf(const llvm::SelectInst& select) {
+    const auto* compare = llvm::dyn_cast<llvm::FCmpInst>(select.getCondition());
+    if (!compare || compare->getOperand(0) != select.getTrueValue() ||
+        compare->getOperand(1) != select.getFalseValue())
+        return nullptr;
+    const auto predicate = compare->getPredicate();
+    const bool isOne = predicate == llvm::FCmpInst::FCMP_OGT || predicate == llvm::FCmpInst::FCMP_OLT;
+    return isOne ? compare : nullptr;
+}
+
 /// Whether it is above 0: a side of the output, a constant, or the larger one of something and a constant.
 bool isPositive(const Value* value) {
     constexpr std::int64_t kSizeBytes = 8;  // the first two words
@@ -53,12 +64,12 @@ bool isPositive(const Value* value) {
         return !number->isNaN() && !number->isNegative() && !number->isZero();
     if (const Value* same = llvm::getSplatValue(value)) return isPositive(same);
     const auto* select = llvm::dyn_cast<llvm::SelectInst>(value);
-    const auto* compare = select ? llvm::dyn_cast<llvm::FCmpInst>(select->getCondition()) : nullptr;
+    const auto* compare = select ? comparisonOf(*select) : nullptr;
     return compare && compare->getPredicate() == llvm::FCmpInst::FCMP_OGT &&
-           compare->getOperand(0) == select->getTrueValue() &&
-           compare->getOperand(1) == select->getFalseValue() && isPositive(select->getFalseValue());
+           isPositive(select->getFalseValue());
 }
 
+/// Values that are known to be finite numbers.
 class Numbers {
   public:
     bool contains(Value* value) {
@@ -105,14 +116,19 @@ class Numbers {
         }
     }
 
-    /// A comparison is false where one is no number: of two that are compared the second is chosen then.
     bool isChosenNumber(llvm::SelectInst& select) {
-        Value *const first = select.getTrueValue(), *const second = select.getFalseValue();
-        if (!contains(second)) return false;
-        const auto* compare = llvm::dyn_cast<llvm::FCmpInst>(select.getCondition());
-        const bool isCompared = compare && llvm::CmpInst::isOrdered(compare->getPredicate()) &&
-                                compare->getOperand(0) == first && compare->getOperand(1) == second;
-        return isCompared || contains(first);
+        if (!contains(select.getFalseValue())) return false;
+        return contains(select.getTrueValue()) || isClamp(select);
+    }
+
+    /// Whether it is the smaller one of a number and the larger one of a number and anything, or the other
+    /// way round. A comparison with what is no number is false, and the second is chosen.
+    bool isClamp(llvm::SelectInst& select) {
+        const auto* outer = comparisonOf(select);
+        auto* const bounded = llvm::dyn_cast<llvm::SelectInst>(select.getTrueValue());
+        const auto* inner = bounded ? comparisonOf(*bounded) : nullptr;
+        return outer && inner && inner->getPredicate() == outer->getSwappedPredicate() &&
+               contains(bounded->getFalseValue());
     }
 
     bool isNumberOf(Instruction& call) {

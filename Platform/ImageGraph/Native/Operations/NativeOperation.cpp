@@ -1,6 +1,5 @@
 #include "Platform/ImageGraph/Native/Operations/NativeOperation.h"
 
-#include <bit>
 #include <string_view>
 #include <unordered_map>
 
@@ -27,13 +26,10 @@ struct OneInputPass {
     bool isRGBA8() const { return isOfFormats(TextureFormat::rgba8, TextureFormat::rgba8); }
     bool keepsSize() const { return input.width == output.width && input.height == output.height; }
     float number(std::string_view uniform, int component = 0) const {
-        const ShaderUniform* found = pass.function->uniform(uniform);
-        return std::bit_cast<float>(pass.words[std::size_t(found->offset + component)]);
+        return numberOf(pass, uniform, component);
     }
     LineStep step(std::string_view uniform) const { return {number(uniform), number(uniform, 1)}; }
-    int selector(std::string_view uniform) const {
-        return pass.selectors[std::size_t(pass.function->uniform(uniform)->offset)];
-    }
+    int selector(std::string_view name) const { return selectorOf(pass, name); }
 };
 
 Operation copy(const OneInputPass& p) {
