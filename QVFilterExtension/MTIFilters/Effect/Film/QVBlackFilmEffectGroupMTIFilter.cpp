@@ -1,6 +1,7 @@
 #include "QVFilterExtension/MTIFilters/Effect/Film/QVBlackFilmEffectGroupMTIFilter.h"
 
 #include <algorithm>
+
 #include "Platform/ImageGraph/ImageNode.h"
 #include "QVFilterExtension/Private/QVAssetCache.h"
 
@@ -39,9 +40,9 @@ QVAdjustToolValue silverTones() {
     return value;
 }
 
-/// `shaken`, the border in the gate, known to cover no more than the border does wherever it is moved to.
-MTIImage coveredAsShaken(const MTIImage& shaken, const MTIImage& border, double strength) {
-    if (!border) return shaken;
+/// Where a border may show that the gate moves, at a strength of QVBlackFilmShakeMTIFilter, whose shader has
+/// the same reach.
+std::vector<PixelRect> partsOfShaken(const MTIImage& border, double strength) {
     const CGSize size = border.size();
     // How far it is moved at most; it is enlarged by as much on every side.
     const double reach = (0.002 + 0.013 * strength) * std::min(size.width, size.height);
@@ -56,7 +57,7 @@ MTIImage coveredAsShaken(const MTIImage& shaken, const MTIImage& border, double 
         const int bottom = int(moved(part.y + part.height, size.height, reach)) + 2;
         parts.push_back({left, top, right - left, bottom - top});
     }
-    return imageCoveredWithin(shaken, apart(parts));
+    return apart(parts);
 }
 
 }  // namespace
@@ -71,6 +72,19 @@ QVBlackFilmEffectGroupMTIFilter::QVBlackFilmEffectGroupMTIFilter(const QVFilterC
 
 MTIImage QVBlackFilmEffectGroupMTIFilter::frameImage() const {
     return fittedFrame("blackFilm_frame.png");
+}
+
+MTIImage QVBlackFilmEffectGroupMTIFilter::shakenBorder() {
+    const MTIImage border = frameImage();
+    shakeFilter_.setInputImage(border);
+    shakeFilter_.setITime(iTime());
+    if (!border) return shakeFilter_.outputImage();
+    if (border.node() != shownBorder_.node() || shakeFilter_.effectValue() != shownShake_) {
+        shownBorder_ = border;
+        shownShake_ = shakeFilter_.effectValue();
+        shownParts_ = partsOfShaken(border, double(shownShake_));
+    }
+    return imageCoveredWithin(shakeFilter_.outputImage(), shownParts_);
 }
 
 std::vector<SpiritParam> QVBlackFilmEffectGroupMTIFilter::params() const {
@@ -94,11 +108,8 @@ MTIImage QVBlackFilmEffectGroupMTIFilter::outputImage() {
     filmFilter_.setIsPhoto(isPhoto());
     const MTIImage picture = dirtied(filmFilter_.outputImage());
 
-    shakeFilter_.setInputImage(frameImage());
-    shakeFilter_.setITime(iTime());
     frameBlendFilter_.setOutputPixelFormat(outputPixelFormat());
-    return framed(picture,
-                  coveredAsShaken(shakeFilter_.outputImage(), shakeFilter_.inputImage(), effectValue()));
+    return framed(picture, shakenBorder());
 }
 
 }  // namespace qv

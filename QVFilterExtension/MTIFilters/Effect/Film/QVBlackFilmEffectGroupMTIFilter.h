@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/ImageGraph/PassOverlay.h"
 #include "QVFilterCore/QVAdjustGroupMTIFilter.h"
 #include "QVFilterCore/QVTurnBWMTIFilter.h"
 #include "QVFilterExtension/MTIFilters/Effect/Film/FilmEffectGroup.h"
@@ -37,10 +38,15 @@ class QVBlackFilmEffectGroupMTIFilter : public FilmEffectGroup {
     MTIImage outputImage() override;
 
   private:
+    MTIImage shakenBorder();
+
     std::vector<std::string> dirts_, hairs_;
     QVTurnBWMTIFilter bwMTIFilter_;
     QVAdjustGroupMTIFilter adjustFilter_;
     QVEffectMTIFilter filmFilter_, shakeFilter_;
+    MTIImage shownBorder_;  ///< of which at this strength these parts may show, wherever it is moved to
+    float shownShake_ = 0;
+    std::vector<PixelRect> shownParts_;
 };
 
 }  // namespace qv
