@@ -12,6 +12,9 @@ folder=${out%.*}.parts
 told=$(qvfilter edit "$project" --split "$parts" -o "$folder" --yes --quiet "$@")  # "25 parts: …"
 count=${told%% *}
 
+# A service or a scheduled job may have no SHELL; GNU parallel then runs nothing and reports success.
+export PARALLEL_SHELL=$BASH
+
 # Backwards: the sound is the last part and the longest. A part that fails is tried on another machine. No --resume: the tool
 # itself knows which parts are whole and of this plan.
 # --memfree waits for room, and takes the youngest part back where less than half of it is left.

@@ -108,7 +108,8 @@ class Film(unittest.TestCase):
 
     @unittest.skipUnless(shutil.which("parallel"), "no GNU parallel")
     def test_parallel_tries_another_machine_and_goes_on(self):
-        """With a stand-in for ssh, which cannot reach one of the machines."""
+        """With a stand-in for ssh, which cannot reach one of the machines, started as a service is: without SHELL."""
+        self.environment.pop("SHELL", None)
         self.fault(1, "killed")
         self.fault(3, "disk")
         (self.work / "bin" / "ssh").write_text('#!/bin/bash\nwhile [ "$1" != -- ]; do host=$1; shift; done\n'
