@@ -63,6 +63,7 @@ struct ClipWriter::State {
     VideoEncoder encoder;
     StreamCopier copier;
     ffmpeg::Packet packet{av_packet_alloc()};
+    ffmpeg::Packet shown;  ///< the one written last, where frames are repeated
     AVStream* stream = nullptr;
     std::optional<PictureSequence> pictures;   ///< a file of each frame, and no container
     int number = 0;                            ///< of the next one
@@ -97,6 +98,7 @@ struct ClipWriter::State {
     bool checkOptions(const ffmpeg::Dictionary& options);
     void setFinalDelay();
     bool drainEncoder();
+    bool repeatFrame(std::int64_t end);
     bool drainSound();
     bool check(int code);
     bool fail(const std::string& cause);
@@ -391,9 +393,24 @@ bool ClipWriter::State::drainEncoder() {
         }
         packet->stream_index = stream->index;
         av_packet_rescale_ts(packet.get(), encoder.context().time_base, stream->time_base);
+        if (encoder.repeatsFrames()) {
+            if (!repeatFrame(packet->pts)) return false;
+            shown.reset(av_packet_clone(packet.get()));
+        }
         if (!check(av_interleaved_write_frame(output.get(), packet.get()))) return false;
     }
     return cause.empty() || fail(cause);
+}
+
+/// Shows the frame written last until that time, in the stream's time base.
+bool ClipWriter::State::repeatFrame(std::int64_t end) {
+    while (shown && shown->pts + 1 < end) {
+        shown->dts = ++shown->pts;
+        const ffmpeg::Packet copy(av_packet_clone(shown.get()));
+        if (!copy) return fail("out of memory");
+        if (!check(av_interleaved_write_frame(output.get(), copy.get()))) return false;
+    }
+    return true;
 }
 
 bool ClipWriter::State::drainSound() {
@@ -512,6 +529,7 @@ bool ClipWriter::finish() {
     if (state.encoder.isOpen()) {
         if (!state.encoder.sendEnd(cause)) return state.fail(cause);
         if (!state.drainEncoder()) return false;
+        if (state.shown && !state.repeatFrame(state.shown->pts + state.shown->duration)) return false;
     }
     if (state.pictures) return true;
     if (state.soundEncoder && (!state.soundEncoder->sendEnd(cause) || !state.drainSound())) {

@@ -30,7 +30,7 @@ struct ClipWriterOptions {
     std::int64_t bitRate = 0;  ///< bits per second; 0: by quality
     /// Every pixel as it is, without a quality or bit rate, where libx264, libx265 or libvpx-vp9 encodes.
     bool lossless = false;
-    int threads = 0;  ///< of the encoder; 0 is one per core
+    int threads = 0;  ///< of the encoder; 0 is what keeps the machine's cores busy
     /// What the encoder's packets go through, as "filter_units=remove_types=6"; empty: nothing.
     std::string bitstreamFilters;
     /// Further options of the encoder or of the container, name and value. One that neither knows is an

@@ -154,6 +154,21 @@ TEST_F(Formats, PixelsPassThroughPipes) {
                render({"-i", "-", "-f", "yuv4mpegpipe", "-o", "-"}, path("clip.y4m")).output);
     EXPECT_TRUE(readBytes(path("out.y4m")).starts_with("YUV4MPEG2 W64 H48 F25:1"));
     EXPECT_LT(rmsDifference(rgbFrame(path("out.y4m"), 9), rgbFrame(path("clip.mkv"), 9)), 3);
+
+    // A clip that leaves out frames keeps its time where only the rate tells it; the others keep the times.
+    makeClip(path("variable.mp4"), "testsrc2=s=64x48:r=30:d=2",
+             {"-vf", "select='not(mod(n\\,3)*between(n\\,20\\,40))'", "-vsync", "vfr"});
+    ffmpeg({"-i", path("variable.mp4"), "-vsync", "cfr", "-r", "30", path("constant.y4m")});
+    render({"-i", path("variable.mp4"), "-o", path("filled.y4m")});
+    EXPECT_TRUE(readBytes(path("filled.y4m")).starts_with("YUV4MPEG2 W64 H48 F30:1"));
+    EXPECT_EQ(readBytes(path("filled.y4m")).size(), readBytes(path("constant.y4m")).size());
+    for (const int frame : {19, 20, 21, 41, 59}) {
+        EXPECT_LT(rmsDifference(rgbFrame(path("filled.y4m"), frame), rgbFrame(path("constant.y4m"), frame)), 3)
+            << frame;
+    }
+    render({"-i", path("variable.mp4"), "--codec", "mpeg4", "-o", path("variable.avi")});
+    EXPECT_EQ(probe(path("variable.avi"), "v:0")["r_frame_rate"], "30/1");
+
     makeAlphaClip();
     writeBytes(path("a.nut"), render({"-i", path("alpha.mov"), "-f", "nut", "-o", "-"}).output);
     EXPECT_EQ(probe(path("a.nut"), "v:0")["pix_fmt"], "rgba");

@@ -36,6 +36,10 @@ void AudioEncoder::FreeBuffer::operator()(AVAudioFifo* buffer) const {
 
 bool AudioEncoder::chooseCodec(const ClipWriterOptions& settings, const AVOutputFormat& container,
                                std::string& cause) {
+    if (settings.audioCodec == "copy") {
+        cause = "sound that is cut or mixed cannot be copied; it needs an encoder";
+        return false;
+    }
     if (!settings.audioCodec.empty()) {
         codec_ = avcodec_find_encoder_by_name(settings.audioCodec.c_str());
         if (!codec_ || codec_->type != AVMEDIA_TYPE_AUDIO) {

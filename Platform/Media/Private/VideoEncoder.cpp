@@ -5,6 +5,7 @@
 #include <string_view>
 
 extern "C" {
+#include <libavutil/cpu.h>
 #include <libavutil/opt.h>
 }
 
@@ -83,9 +84,34 @@ constexpr int kJPEGQuantizer = 2;
 constexpr int kShortestGifDelay = 2;
 constexpr int kGifUnitsPerSecond = 100;
 
+/// How many threads an encoder is asked for; 0 is its own choice.
+int threadsFor(const AVCodec& codec, int asked) {
+    // With several a frame is handed out when the next ones have come.
+    if (codec.id == AV_CODEC_ID_RAWVIDEO) return 1;
+    if (asked > 0 || std::string_view(codec.name).substr(0, 7) != "libx264") return asked;
+    // Its own choice is half as many again as there are cores. Where these are few they then stand idle while
+    // frames wait for the rows that they refer to.
+    const int cores = av_cpu_count();
+    constexpr int kWaiting = 3;
+    return kWaiting > cores / 2 ? cores + kWaiting : 0;
+}
+
+bool isYUV4MPEG(const AVOutputFormat& container) {
+    return std::string_view(container.name) == "yuv4mpegpipe";
+}
+
 /// Times of frames in these can only be multiples of the frame's duration.
-bool countsFrames(const AVCodec& codec) {
-    return codec.supported_framerates || codec.id == AV_CODEC_ID_MPEG4;
+bool countsFrames(const AVCodec& codec, const AVOutputFormat& container) {
+    return codec.supported_framerates || codec.id == AV_CODEC_ID_MPEG4 || isYUV4MPEG(container);
+}
+
+/// The rate at which a clip's frames are counted: of a clip that leaves out some, that of the others.
+Rational countingRate(const ClipVideoFormat& video) {
+    const double average = video.averageFrameRate.value(), real = video.realFrameRate.value();
+    // The real one counts every time exactly, which may take far more than there are frames.
+    constexpr double kFarthest = 1.5;
+    const bool isFar = real * kFarthest < average || real > average * kFarthest;
+    return average > 0 && isFar ? video.averageFrameRate : video.realFrameRate;
 }
 
 }  // namespace
@@ -123,7 +149,7 @@ bool VideoEncoder::chooseCodec(const ClipWriterOptions& settings, const AVOutput
 bool VideoEncoder::findFormats(const AVOutputFormat& container, std::string& cause) {
     formats_ = codec_->pix_fmts;
     taker_ = codec_->name;
-    if (std::string_view(container.name) == "yuv4mpegpipe") {
+    if (isYUV4MPEG(container)) {
         formats_ = kYUV4MPEGFormats;
         taker_ = container.name;
     }
@@ -193,11 +219,15 @@ void VideoEncoder::describe(const ClipVideoFormat& video, const AVOutputFormat& 
     context.height = video.height;
     context.pix_fmt = pixelFormat_;
     context.sample_aspect_ratio = rational(video.pixelAspect);
-    const Rational rate = video.averageFrameRate.numerator > 0 ? video.averageFrameRate : video.realFrameRate;
+    isCounted_ = countsFrames(*codec_, container);
+    repeatsFrames_ = isYUV4MPEG(container);
+    const Rational rate = isCounted_                              ? countingRate(video)
+                          : video.averageFrameRate.numerator > 0 ? video.averageFrameRate
+                                                                  : video.realFrameRate;
     if (rate.numerator > 0) context.framerate = rational(rate);
     timeBase_ = rational(video.timeBase);
     context.time_base = timeBase_;
-    if (countsFrames(*codec_) && rate.numerator > 0) context.time_base = av_inv_q(rational(rate));
+    if (isCounted_ && rate.numerator > 0) context.time_base = av_inv_q(rational(rate));
     if (codec_->id == AV_CODEC_ID_GIF) {
         context.time_base = {1, kGifUnitsPerSecond};
         constexpr double kFastest = double(kGifUnitsPerSecond) / kShortestGifDelay;
@@ -277,8 +307,7 @@ bool VideoEncoder::open(const ClipVideoFormat& video, const ClipWriterOptions& s
         return false;
     }
     context_->opaque = &messages_;
-    // With several threads a frame is handed out when the next ones have come.
-    context_->thread_count = codec_->id == AV_CODEC_ID_RAWVIDEO ? 1 : settings.threads;
+    context_->thread_count = threadsFor(*codec_, settings.threads);
     if (container.flags & AVFMT_GLOBALHEADER) context_->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
     describe(video, container);
     if (!setQuality(settings, options, cause)) return false;
@@ -360,6 +389,8 @@ bool VideoEncoder::send(const ClipFrame& frame, std::string& cause) {
     if (comesTooSoon(frame)) return true;
     const std::int64_t time = av_rescale_q(frame.time, timeBase_, context_->time_base);
     if (lastTime_ != AV_NOPTS_VALUE && time <= lastTime_) {
+        // Frames closer than the rate that is counted in.
+        if (isCounted_ && frame.time > lastGiven_) return true;
         cause = fmt::format("the time stamps of frames do not grow ({} after {})", time, lastTime_);
         return false;
     }

@@ -27,6 +27,8 @@ class VideoEncoder {
     AVPixelFormat storedFormat() const;
     PixelFormat frameFormat() const { return frameFormat_; }
     ColorDescription frameColor() const { return frameColor_; }
+    /// Whether the container says nothing of times, so that each frame has to be repeated until the next.
+    bool repeatsFrames() const { return repeatsFrames_; }
     /// One of so many frames is encoded: above 1 where the format cannot show all of them.
     int frameStep() const { return frameStep_; }
     /// How long a GIF shows the frame encoded last, in its own unit.
@@ -63,6 +65,8 @@ class VideoEncoder {
     std::optional<ffmpeg::FilterGraph>
         palette_;            ///< makes a palette for each frame; none where none is needed
     AVRational timeBase_{};  ///< of the frames
+    bool isCounted_ = false;  ///< whether the encoder's times are numbers of frames
+    bool repeatsFrames_ = false;
     int frameStep_ = 1;
     PixelFormat frameFormat_ = PixelFormat::i420;
     ColorDescription frameColor_;
