@@ -1,4 +1,5 @@
 #include "Platform/ImageGraph/Native/Compiler/LaneMath.h"
+#include "Platform/ImageGraph/Native/Compiler/TargetCalls.h"
 
 namespace qv::native {
 
@@ -6,13 +7,6 @@ namespace {
 
 bool isConstant(const Value* value) {
     return llvm::isa<llvm::Constant>(value);
-}
-
-Value* larger(Builder& ir, Value* a, Value* b) {
-    return ir.CreateSelect(ir.CreateFCmpOGT(a, b), a, b);
-}
-Value* smaller(Builder& ir, Value* a, Value* b) {
-    return ir.CreateSelect(ir.CreateFCmpOLT(a, b), a, b);
 }
 
 /// These give the second operand when one is not a number; here the first then, unless both are not.

@@ -120,8 +120,9 @@ void simplify(llvm::Module& module) {
     for (llvm::Function& function : module) {
         if (function.isDeclaration()) continue;
         first.run(function, functions);
-        dropRedundancies(function);
+        dropRepetitions(function);
         contractProducts(function);
+        dropNeedlessBounds(function);
     }
 }
 

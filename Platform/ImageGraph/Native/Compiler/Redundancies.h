@@ -4,13 +4,14 @@
 
 namespace qv::native {
 
-/// Takes out of a kernel what LLVM cannot know to be needless.
-///
-/// - Checks whether values are numbers, of those that are: what comes of whole numbers, constants and
-/// uniforms,
-///   which filters send as numbers, by sums, products and divisions by what is above 0, as the output's size
-///   is. Of such values none overflows that is a colour or a place.
-/// - Clamps of places that have been clamped to the same texture.
-void dropRedundancies(llvm::Function& function);
+// What is taken out of a kernel that LLVM cannot know to be needless.
+
+/// Checks whether values are numbers, of those that are, and clamps of places that have been clamped to the
+/// same texture.
+void dropRepetitions(llvm::Function& function);
+
+/// Bounds, such as those of a clamp, that what is bounded keeps in any case. Products and sums must have been
+/// contracted: how these are rounded decides.
+void dropNeedlessBounds(llvm::Function& function);
 
 }  // namespace qv::native

@@ -16,7 +16,8 @@ namespace {
 using llvm::FixedVectorType;
 using llvm::Value;
 
-constexpr llvm::StringLiteral kMultiply = "qv.multiplyFractions.", kPick = "qv.pickWords";
+constexpr llvm::StringLiteral kMultiply = "qv.multiplyFractions.", kPick = "qv.pickWords.",
+                              kLarger = "qv.larger.", kSmaller = "qv.smaller.";
 
 /// The instruction, and how many numbers it takes.
 struct Instruction {
@@ -105,10 +106,12 @@ Value* picked(llvm::IRBuilder<>& ir, Value* words, Value* places, NativeTarget t
     return pickedEach(ir, words, places);
 }
 
-/// A call of a function that is none, of two vectors of a type that also comes out.
+/// A call of a function that is none, of two values of a type that also comes out.
 Value* callOf(llvm::IRBuilder<>& ir, llvm::StringRef name, Value* a, Value* b) {
     llvm::Module* const module = ir.GetInsertBlock()->getModule();
-    llvm::FunctionCallee callee = module->getOrInsertFunction(name, a->getType(), a->getType(), a->getType());
+    const auto* const vector = llvm::dyn_cast<FixedVectorType>(a->getType());
+    const std::string full = name.str() + std::to_string(vector ? vector->getNumElements() : 1);
+    llvm::FunctionCallee callee = module->getOrInsertFunction(full, a->getType(), a->getType(), a->getType());
     auto* const function = llvm::cast<llvm::Function>(callee.getCallee());
     function->setDoesNotAccessMemory();
     function->setDoesNotThrow();
@@ -117,34 +120,61 @@ Value* callOf(llvm::IRBuilder<>& ir, llvm::StringRef name, Value* a, Value* b) {
     return ir.CreateCall(callee, {a, b});
 }
 
+/// Of vectors for AVX-512 the instruction itself: LLVM would draw a product with the result into a choice
+/// between it and 1, which takes three.
+Value* extreme(llvm::IRBuilder<>& ir, const Extreme& of, NativeTarget target) {
+    constexpr int kCurrentRounding = 4;
+    if (target == NativeTarget::avx512 && of.first->getType()->isVectorTy()) {
+        return ir.CreateIntrinsic(
+            of.isLarger ? llvm::Intrinsic::x86_avx512_max_ps_512 : llvm::Intrinsic::x86_avx512_min_ps_512, {},
+            {of.first, of.otherwise, ir.getInt32(kCurrentRounding)});
+    }
+    return ir.CreateSelect(
+        of.isLarger ? ir.CreateFCmpOGT(of.first, of.otherwise) : ir.CreateFCmpOLT(of.first, of.otherwise),
+        of.first, of.otherwise);
+}
+
+/// What a call of the function of that name stands for.
+Value* lowered(llvm::IRBuilder<>& ir, llvm::StringRef name, Value* a, Value* b, NativeTarget target) {
+    if (name.startswith(kMultiply)) return product(ir, a, b, instructionOf(target));
+    if (name.startswith(kPick)) return picked(ir, a, b, target);
+    return extreme(ir, {name.startswith(kLarger), a, b}, target);
+}
+
 }  // namespace
 
 Value* multiplyFractions(llvm::IRBuilder<>& ir, Value* a, Value* b) {
-    const unsigned lanes = llvm::cast<FixedVectorType>(a->getType())->getNumElements();
-    return callOf(ir, (kMultiply + std::to_string(lanes)).str(), a, b);
+    return callOf(ir, kMultiply, a, b);
 }
-
 Value* pickWords(llvm::IRBuilder<>& ir, Value* words, Value* places) {
     return callOf(ir, kPick, words, places);
 }
+Value* larger(llvm::IRBuilder<>& ir, Value* a, Value* b) {
+    return callOf(ir, kLarger, a, b);
+}
+Value* smaller(llvm::IRBuilder<>& ir, Value* a, Value* b) {
+    return callOf(ir, kSmaller, a, b);
+}
+
+std::optional<Extreme> extremeOf(Value* value) {
+    const auto* const call = llvm::dyn_cast<llvm::CallInst>(value);
+    const llvm::Function* const function = call ? call->getCalledFunction() : nullptr;
+    const bool isLarger = function && function->getName().startswith(kLarger);
+    if (!isLarger && !(function && function->getName().startswith(kSmaller))) return std::nullopt;
+    return Extreme{isLarger, call->getArgOperand(0), call->getArgOperand(1)};
+}
 
 void lowerTargetCalls(llvm::Module& module, NativeTarget target) {
-    std::vector<llvm::Function*> functions;
-    for (llvm::Function& function : module) {
-        if (function.getName().startswith(kMultiply) || function.getName() == kPick)
-            functions.push_back(&function);
-    }
-    for (llvm::Function* function : functions) {
-        const std::vector<llvm::User*> calls(function->user_begin(), function->user_end());
-        for (llvm::User* user : calls) {
+    for (llvm::Function& function : llvm::make_early_inc_range(module)) {
+        if (!function.getName().startswith("qv.")) continue;
+        for (llvm::User* user : llvm::make_early_inc_range(function.users())) {
             auto* const call = llvm::cast<llvm::CallInst>(user);
             llvm::IRBuilder<> ir(call);
-            Value *const a = call->getArgOperand(0), *const b = call->getArgOperand(1);
-            call->replaceAllUsesWith(function->getName() == kPick ? picked(ir, a, b, target)
-                                                                  : product(ir, a, b, instructionOf(target)));
+            call->replaceAllUsesWith(
+                lowered(ir, function.getName(), call->getArgOperand(0), call->getArgOperand(1), target));
             call->eraseFromParent();
         }
-        function->eraseFromParent();
+        function.eraseFromParent();
     }
 }
 
