@@ -8,7 +8,7 @@ vec4 QVCircleMosaicMTIFilter(vec2 uv) {
     vec2 middle = 0.5 * outputSize();
     float side = max(factor * unitPixels(outputSize()), 2.0);
     vec2 place = uv * outputSize() - middle;
-    vec2 center = (floor((offBorders(uv) * outputSize() - middle) / side) + 0.5) * side;
+    vec2 center = (floor((offBorders(uv) * outputSize() - middle) * (1.0 / side)) + 0.5) * side;
     vec2 at = center + middle;
     float tap = 0.25 * side;
     vec4 mean = readPixel(0, pixelAt(at + vec2(-tap, -tap))) + readPixel(0, pixelAt(at + vec2(tap, -tap)));

@@ -8,7 +8,7 @@ vec4 QVRemainMosaicMTIFilter(vec2 uv) {
     vec2 size = outputSize(), middle = floor(0.5 * size);
     float largest = min(size.x, size.y) / max(maxDivideCount, 1.0);
     float side = max(largest * (1.0 - filterStrength), 1.0);
-    vec2 block = floor((offBorders(uv) * size - middle) / side) * side + middle;
+    vec2 block = floor((offBorders(uv) * size - middle) * (1.0 / side)) * side + middle;
     // Five pixels spread over the block stand for all of it: one alone would flicker when the picture moves.
     float a = side * 0.2, b = side * 0.5, c = side * 0.8;
     vec4 sum = readPixel(0, pixelAt(block + vec2(a, a))) + readPixel(0, pixelAt(block + vec2(c, a)));

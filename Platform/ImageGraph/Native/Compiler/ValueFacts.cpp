@@ -12,6 +12,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
+#include <optional>
 
 #include "Platform/ImageGraph/Native/NativeKernel.h"
 
@@ -77,6 +78,23 @@ ValueRange sumOf(const ValueRange& a, const ValueRange& b, const ValueRange& c) 
                    unionOf(at(a.high, b.low), at(a.high, b.high)));
 }
 
+/// Nothing for what is no constant, or holds what is no number.
+std::optional<ValueRange> rangeOfConstant(const Value* value) {
+    if (const llvm::APFloat* number = constantOf(value)) {
+        if (&number->getSemantics() != &llvm::APFloat::IEEEsingle() || number->isNaN()) return std::nullopt;
+        return ValueRange{number->convertToFloat(), number->convertToFloat()};
+    }
+    const auto* const lanes = llvm::dyn_cast<llvm::ConstantDataVector>(value);
+    if (!lanes || !lanes->getElementType()->isFloatTy()) return std::nullopt;
+    ValueRange all{lanes->getElementAsFloat(0), lanes->getElementAsFloat(0)};
+    for (unsigned i = 0; i < lanes->getNumElements(); ++i) {
+        const float lane = lanes->getElementAsFloat(i);
+        if (std::isnan(lane)) return std::nullopt;
+        all = unionOf(all, {lane, lane});
+    }
+    return all;
+}
+
 /// Of whole numbers, which are bounded by the bits that they can have.
 ValueRange rangeOfConverted(const llvm::CastInst& cast) {
     const llvm::KnownBits bits =
@@ -97,7 +115,8 @@ bool ValueFacts::isNumber(Value* value) {
 }
 
 bool ValueFacts::findNumber(Value* value) {
-    if (const llvm::APFloat* number = constantOf(value)) return number->isFinite();
+    if (const auto range = rangeOfConstant(value))
+        return std::isfinite(range->low) && std::isfinite(range->high);
     if (llvm::isa<llvm::UndefValue>(value)) return true;  // lanes that a shuffle fills
     auto* const instruction = llvm::dyn_cast<Instruction>(value);
     if (!instruction) return false;
@@ -170,10 +189,7 @@ ValueRange ValueFacts::range(Value* value) {
 }
 
 ValueRange ValueFacts::findRange(Value* value) {
-    if (const llvm::APFloat* number = constantOf(value)) {
-        if (&number->getSemantics() != &llvm::APFloat::IEEEsingle() || number->isNaN()) return {};
-        return {number->convertToFloat(), number->convertToFloat()};
-    }
+    if (const auto constant = rangeOfConstant(value)) return *constant;
     auto* const instruction = llvm::dyn_cast<Instruction>(value);
     if (!instruction || !value->getType()->getScalarType()->isFloatTy()) return {};
     if (Value* const same = llvm::getSplatValue(value)) return range(same);
