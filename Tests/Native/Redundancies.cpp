@@ -34,6 +34,11 @@ Value* root(Builder& ir, Value* value) {
     return standardFunction(ir, GLSLstd450Sqrt, {value});
 }
 
+/// Word `index` behind the sides of the output.
+Value* uniform(const Group& group, unsigned index) {
+    return group.word(2 + index, group.ir.getFloatTy());
+}
+
 Color texel(const Group& group) {
     return fetchTexel(group.ir, group.input(0, TextureFormat::rgba8), group.lanes(), group.y, group.x, true);
 }
@@ -66,13 +71,19 @@ TEST(Redundancies, BoundsGoWhereNothingReachesThem) {
         boundsLeft([](const Group& g) { return clamped(g.ir, g.ir.CreateFAdd(texel(g)[0], texel(g)[1])); }),
         1);
     EXPECT_EQ(boundsLeft([](const Group& g) {
-                  return clamped(g.ir,
-                                 g.ir.CreateFMul(texel(g)[0], spread(g.ir, g.word(0, g.ir.getFloatTy()))));
+                  return clamped(g.ir, g.ir.CreateFMul(texel(g)[0], spread(g.ir, uniform(g, 0))));
               }),
               2);
     EXPECT_EQ(
         boundsLeft([](const Group& g) { return clamped(g.ir, g.ir.CreateFSub(texel(g)[0], texel(g)[1])); }),
         1);
+    // A quotient by a side of the output, not by a uniform.
+    const auto share = [](const Group& g, Value* divisor) {
+        Value* const value = g.ir.CreateFDiv(texel(g)[0], spread(g.ir, divisor));
+        return clamped(g.ir, value);
+    };
+    EXPECT_EQ(boundsLeft([&](const Group& g) { return share(g, g.word(1, g.ir.getFloatTy())); }), 0);
+    EXPECT_EQ(boundsLeft([&](const Group& g) { return share(g, uniform(g, 0)); }), 2);
     // What may be no number comes out of a clamp as one.
     EXPECT_EQ(boundsLeft([](const Group& g) {
                   const Color c = texel(g);
@@ -163,7 +174,8 @@ TEST(Redundancies, TheOtherBoundsStay) {
         for (int i = 0; i < 4 * kWidth; ++i)
             input.row<std::uint8_t>(y)[i] = std::uint8_t(std::clamp(int(random() % 384) - 64, 0, 255));
     }
-    std::vector<std::uint32_t> words;
+    std::vector<std::uint32_t> words{std::bit_cast<std::uint32_t>(float(kWidth)),
+                                     std::bit_cast<std::uint32_t>(float(kHeight))};
     for (float uniform : kUniforms) words.push_back(std::bit_cast<std::uint32_t>(uniform));
     const NativeTarget* const target = nativeTargetOfMachine();
     if (!target) GTEST_SKIP() << "no instructions that kernels are compiled for";
@@ -172,8 +184,7 @@ TEST(Redundancies, TheOtherBoundsStay) {
         const auto kernel = kernelOf(*target, TextureFormat::rgba32Float, [&](const Group& group) {
             const Color color = texel(group);
             std::vector<Value*> values(color.begin(), color.end());
-            for (unsigned i = 0; i < std::size(kUniforms); ++i)
-                values.push_back(group.word(i, group.ir.getFloatTy()));
+            for (unsigned i = 0; i < std::size(kUniforms); ++i) values.push_back(uniform(group, i));
             for (const Step& step : steps)
                 values.push_back(built(group.ir, step, values[step.first], values[step.second]));
             return Color{values.end()[-1], values.end()[-2], values.end()[-3], values.end()[-4]};

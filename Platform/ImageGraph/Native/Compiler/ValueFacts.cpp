@@ -23,6 +23,10 @@ namespace {
 using llvm::Instruction;
 using llvm::Value;
 
+/// The first words of a pass are the sides of its output, in pixels.
+constexpr std::int64_t kSizeBytes = 8;
+constexpr ValueRange kSides{1, 1 << 20};
+
 /// A constant, the same in all lanes.
 const llvm::APFloat* constantOf(const Value* value) {
     const llvm::APFloat* number = nullptr;
@@ -45,17 +49,6 @@ std::optional<std::int64_t> uniformAt(const Value* value) {
     return isOne ? std::optional(place) : std::nullopt;
 }
 
-/// Whether it is above 0: a side of the output, a constant, or the larger one of something and a constant.
-bool isPositive(Value* value) {
-    constexpr std::int64_t kSizeBytes = 8;  // the first two words
-    if (const auto place = uniformAt(value)) return *place < kSizeBytes;
-    if (const llvm::APFloat* number = constantOf(value))
-        return !number->isNaN() && !number->isNegative() && !number->isZero();
-    if (Value* same = llvm::getSplatValue(value)) return isPositive(same);
-    const auto extreme = extremeOf(value);
-    return extreme && extreme->isLarger && isPositive(extreme->otherwise);
-}
-
 /// Of all results of a function that is monotonic in each operand; nothing known where one is undefined.
 /// Rounding to the nearest keeps the order, so that the rounded ends bound what is rounded.
 ValueRange hullOf(std::initializer_list<float> ends) {
@@ -69,6 +62,11 @@ ValueRange unionOf(const ValueRange& a, const ValueRange& b) {
 
 ValueRange productOf(const ValueRange& a, const ValueRange& b) {
     return hullOf({a.low * b.low, a.low * b.high, a.high * b.low, a.high * b.high});
+}
+
+/// `b` is above 0.
+ValueRange quotientOf(const ValueRange& a, const ValueRange& b) {
+    return hullOf({a.low / b.low, a.low / b.high, a.high / b.low, a.high / b.high});
 }
 
 /// a·b + c, rounded once.
@@ -137,7 +135,7 @@ bool ValueFacts::findNumber(Value* value) {
         case Instruction::ShuffleVector:
             return operand(0) && operand(1);
         case Instruction::FDiv:
-            return operand(0) && isPositive(instruction->getOperand(1)) && operand(1);
+            return operand(0) && operand(1) && range(instruction->getOperand(1)).low > 0;
         case Instruction::Select:
             return operand(1) && operand(2);
         case Instruction::PHI:
@@ -198,6 +196,10 @@ ValueRange ValueFacts::findRange(Value* value) {
         case Instruction::UIToFP:
         case Instruction::SIToFP:
             return rangeOfConverted(*llvm::cast<llvm::CastInst>(instruction));
+        case Instruction::Load: {
+            const auto place = uniformAt(value);
+            return place && *place < kSizeBytes ? kSides : ValueRange{};
+        }
         case Instruction::ExtractElement:
             return operand(0);
         case Instruction::FNeg:
@@ -208,6 +210,8 @@ ValueRange ValueFacts::findRange(Value* value) {
             return sumOf({-1, -1}, operand(1), operand(0));
         case Instruction::FMul:
             return productOf(operand(0), operand(1));
+        case Instruction::FDiv:
+            return operand(1).low > 0 ? quotientOf(operand(0), operand(1)) : ValueRange{};
         case Instruction::Select:
             return unionOf(operand(1), operand(2));
         case Instruction::PHI: {

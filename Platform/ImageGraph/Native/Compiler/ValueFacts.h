@@ -18,8 +18,8 @@ struct ValueRange {
 class ValueFacts {
   public:
     /// Whether it is surely a finite number: what comes of whole numbers, constants and uniforms, which
-    /// filters send as numbers, by sums, products and divisions by what is above 0, as the output's size is.
-    /// Of such values none overflows that is a colour or a place.
+    /// filters send as numbers, by sums, products and divisions by what is above 0, as the sides of the
+    /// output are. Of such values none overflows that is a colour or a place.
     bool isNumber(llvm::Value* value);
     /// Where it lies if it is a number.
     ValueRange range(llvm::Value* value);
