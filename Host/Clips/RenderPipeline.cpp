@@ -14,7 +14,7 @@ namespace qv::host {
 namespace {
 
 /// Enough that no stage waits for another's hiccup, few enough that memory stays small.
-constexpr std::size_t kWaitingDecoded = 8, kWaitingRendered = 4, kWaitingFinished = 4;
+constexpr std::size_t kWaitingDecoded = 8, kWaitingRendered = 8, kWaitingFinished = 8;
 /// How long stages may take to notice that the work is given up; one that reads a silent pipe never does.
 constexpr std::chrono::seconds kPatience{2};
 
