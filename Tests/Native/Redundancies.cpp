@@ -10,6 +10,7 @@
 #include <cmath>
 #include <random>
 
+#include "Platform/ImageGraph/Native/Compiler/LaneMath.h"
 #include "Platform/ImageGraph/Native/Compiler/TargetCalls.h"
 #include "Tests/Native/LaneKernel.h"
 
@@ -41,6 +42,17 @@ Value* uniform(const Group& group, unsigned index) {
 
 Color texel(const Group& group) {
     return fetchTexel(group.ir, group.input(0, TextureFormat::rgba8), group.lanes(), group.y, group.x, true);
+}
+
+/// Between the texels, at other places in every row.
+Color sample(const Group& group) {
+    Builder& ir = group.ir;
+    const auto place = [&](Value* pixel, float scale) {
+        Value* const number = ir.CreateUIToFP(pixel, laneType(pixel, ir.getFloatTy()));
+        return ir.CreateFMul(number, constant(number, scale));
+    };
+    return sampleTexture(ir, group.input(0, TextureFormat::rgba8), place(group.lanes(), 0.0173f),
+                         place(group.y, 0.057f));
 }
 
 /// How many bounds are left of those that a value is given.
@@ -98,6 +110,9 @@ TEST(Redundancies, BoundsGoWhereNothingReachesThem) {
                   return standardFunction(g.ir, GLSLstd450FMax, {number, constant(value, 0)});
               }),
               3);
+    // Samples too lie between black and white; their places have bounds of their own.
+    EXPECT_EQ(boundsLeft([](const Group& g) { return clamped(g.ir, sample(g)[2]); }),
+              boundsLeft([](const Group& g) { return sample(g)[2]; }));
     // All of an 8-bit number, scaled, is 1 and not a little more.
     EXPECT_EQ(
         boundsLeft([](const Group& g) {
@@ -206,6 +221,18 @@ TEST(Redundancies, TheOtherBoundsStay) {
                         << "seed " << seed << ", channel " << i << " of " << x << ", " << y;
                 }
             }
+        }
+    }
+}
+
+TEST(Redundancies, SamplesOfWhiteAreWhite) {
+    Image input(TextureFormat::rgba8, kWidth, kHeight), result(TextureFormat::rgba32Float, kWidth, kHeight);
+    for (int y = 0; y < kHeight; ++y) std::fill_n(input.row<std::uint8_t>(y), 4 * kWidth, std::uint8_t(255));
+    for (NativeTarget target : runnableTargets()) {
+        const auto kernel = kernelOf(target, TextureFormat::rgba32Float, sample);
+        draw(*kernel, {&input}, result);
+        for (int y = 0; y < kHeight; ++y) {
+            for (int i = 0; i < 4 * kWidth; ++i) ASSERT_EQ(result.row<float>(y)[i], 1) << i << ", " << y;
         }
     }
 }

@@ -4,5 +4,5 @@ uniform float intensity;  // 0..1, of the source
 
 // Input 0 is the backdrop, input 1 the source.
 vec4 MTIBlendColorBurn(vec2 uv) {
-    return blendColorBurn(readHere(0), readHere(1) * intensity);
+    return blendColorBurn(readHere(0), sourceOf(readHere(1), intensity));
 }

@@ -4,5 +4,5 @@ uniform float intensity;  // 0..1, of the source
 
 // Input 0 is the backdrop, input 1 the source.
 vec4 MTIBlendOverlay(vec2 uv) {
-    return blendOverlay(readHere(0), readHere(1) * intensity);
+    return blendOverlay(readHere(0), sourceOf(readHere(1), intensity));
 }

@@ -6,6 +6,7 @@
 
 #include "Platform/ImageGraph/Native/Compiler/LaneMath.h"
 #include "Platform/ImageGraph/Native/Compiler/TargetCalls.h"
+#include "Platform/ImageGraph/Native/Compiler/ValueFacts.h"
 
 namespace qv::native {
 
@@ -426,8 +427,8 @@ Color mixedBytes(Builder& ir, const Layout& layout, const Neighbours& texels, Va
         Value* const pair = pairs[byte % 2];
         Value* const value = byte < 2 ? ir.CreateAnd(pair, 0xFFFF) : ir.CreateLShr(pair, 16);
         llvm::Type* const floats = laneType(value, ir.getFloatTy());
-        color[i] =
-            ir.CreateFMul(ir.CreateUIToFP(value, floats), llvm::ConstantFP::get(floats, 1.0 / (255 * 128)));
+        color[i] = notePart(
+            ir.CreateFMul(ir.CreateUIToFP(value, floats), llvm::ConstantFP::get(floats, 1.0 / (255 * 128))));
     }
     return color;
 }

@@ -23,6 +23,9 @@ namespace {
 using llvm::Instruction;
 using llvm::Value;
 
+/// Kind of the metadata that `notePart` leaves.
+constexpr llvm::StringLiteral kPart = "qv.part";
+
 /// The first words of a pass are the sides of its output, in pixels.
 constexpr std::int64_t kSizeBytes = 8;
 constexpr ValueRange kSides{1, 1 << 20};
@@ -103,6 +106,12 @@ ValueRange rangeOfConverted(const llvm::CastInst& cast) {
 }
 
 }  // namespace
+
+Value* notePart(Value* value) {
+    if (auto* const instruction = llvm::dyn_cast<Instruction>(value))
+        instruction->setMetadata(kPart, llvm::MDNode::get(value->getContext(), {}));
+    return value;
+}
 
 bool ValueFacts::isNumber(Value* value) {
     const auto [entry, isNew] = numbers_.try_emplace(value, false);  // what depends on itself is not known
@@ -190,6 +199,7 @@ ValueRange ValueFacts::findRange(Value* value) {
     if (const auto constant = rangeOfConstant(value)) return *constant;
     auto* const instruction = llvm::dyn_cast<Instruction>(value);
     if (!instruction || !value->getType()->getScalarType()->isFloatTy()) return {};
+    if (instruction->getMetadata(kPart)) return {0, 1};
     if (Value* const same = llvm::getSplatValue(value)) return range(same);
     const auto operand = [&](unsigned i) { return range(instruction->getOperand(i)); };
     switch (instruction->getOpcode()) {

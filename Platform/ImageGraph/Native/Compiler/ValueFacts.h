@@ -14,6 +14,9 @@ struct ValueRange {
     float low = -std::numeric_limits<float>::infinity(), high = std::numeric_limits<float>::infinity();
 };
 
+/// Notes that a value lies in 0..1, where its code does not show it; returns it. The note may get lost.
+llvm::Value* notePart(llvm::Value* value);
+
 /// What is known of the floats of a kernel's code, as long as the code stays as it is.
 class ValueFacts {
   public:

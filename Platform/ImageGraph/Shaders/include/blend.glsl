@@ -3,6 +3,9 @@
 //   as ab B(cb, cs) + (1 - ab) S + (1 - as) D,   S = as cs, D = ab cb.
 // For an opaque colour hand in vec4(color, 1.0).
 
+// A part of the source. Bounded here too: a compiler that knows it spares bounds of what comes out.
+vec4 sourceOf(vec4 pixel, float intensity) { return pixel * clamp(intensity, 0.0, 1.0); }
+
 vec4 composite(vec4 backdrop, vec4 source, vec3 blended) {
     return vec4(blended + source.rgb * (1.0 - backdrop.a) + backdrop.rgb * (1.0 - source.a),
                 source.a + backdrop.a * (1.0 - source.a));
