@@ -241,6 +241,7 @@ TEST_F(Transition, WhatCannotBeIsNamed) {
         expectFailure({kClass, "-i", a, "-i", b, "--strip", count}, 2, "--strip", "OUT/x.png");
     expectFailure({kClass, "-i", a, "-i", b, "--at", "0.5"}, 2, "a picture is written as");
     expectFailure({kClass, "-i", a, "-i", b, "--audio-codec", "tape"}, 5, "tape");
+    expectFailure({kClass, "-i", a, "-i", b, "--audio-codec", "copy"}, 5, "cut or mixed cannot be copied");
     make("a.mp4", "a.mp4", "same.mp4");  // the same file twice is nothing special
 }
 
