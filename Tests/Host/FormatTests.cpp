@@ -163,7 +163,8 @@ TEST_F(Formats, PixelsPassThroughPipes) {
     EXPECT_TRUE(readBytes(path("filled.y4m")).starts_with("YUV4MPEG2 W64 H48 F30:1"));
     EXPECT_EQ(readBytes(path("filled.y4m")).size(), readBytes(path("constant.y4m")).size());
     for (const int frame : {19, 20, 21, 41, 59}) {
-        EXPECT_LT(rmsDifference(rgbFrame(path("filled.y4m"), frame), rgbFrame(path("constant.y4m"), frame)), 3)
+        EXPECT_LT(rmsDifference(rgbFrame(path("filled.y4m"), frame), rgbFrame(path("constant.y4m"), frame)),
+                  3)
             << frame;
     }
     render({"-i", path("variable.mp4"), "--codec", "mpeg4", "-o", path("variable.avi")});

@@ -221,9 +221,9 @@ void VideoEncoder::describe(const ClipVideoFormat& video, const AVOutputFormat& 
     context.sample_aspect_ratio = rational(video.pixelAspect);
     isCounted_ = countsFrames(*codec_, container);
     repeatsFrames_ = isYUV4MPEG(container);
-    const Rational rate = isCounted_                              ? countingRate(video)
+    const Rational rate = isCounted_                             ? countingRate(video)
                           : video.averageFrameRate.numerator > 0 ? video.averageFrameRate
-                                                                  : video.realFrameRate;
+                                                                 : video.realFrameRate;
     if (rate.numerator > 0) context.framerate = rational(rate);
     timeBase_ = rational(video.timeBase);
     context.time_base = timeBase_;

@@ -63,8 +63,8 @@ class VideoEncoder {
     ffmpeg::BitstreamFilter filters_;  ///< nil without any
     ffmpeg::FrameScaler scaler_;
     std::optional<ffmpeg::FilterGraph>
-        palette_;            ///< makes a palette for each frame; none where none is needed
-    AVRational timeBase_{};  ///< of the frames
+        palette_;             ///< makes a palette for each frame; none where none is needed
+    AVRational timeBase_{};   ///< of the frames
     bool isCounted_ = false;  ///< whether the encoder's times are numbers of frames
     bool repeatsFrames_ = false;
     int frameStep_ = 1;
