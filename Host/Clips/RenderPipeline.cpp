@@ -13,8 +13,8 @@ namespace qv::host {
 
 namespace {
 
-/// Enough that no stage waits for another's hiccup, few enough that memory stays small.
-constexpr std::size_t kWaitingDecoded = 8, kWaitingRendered = 8, kWaitingFinished = 8;
+/// Items between two stages: enough that none waits for another's hiccup, few enough that memory stays small.
+constexpr std::size_t kWaiting = 8;
 /// How long stages may take to notice that the work is given up; one that reads a silent pipe never does.
 constexpr std::chrono::seconds kPatience{2};
 
@@ -38,8 +38,8 @@ struct RenderPipeline::State {
 
     Parts parts;
     FramePool pool;
-    BoundedQueue<FrameSource::Item> decoded{kWaitingDecoded};
-    BoundedQueue<Rendered> rendered{kWaitingRendered}, finished{kWaitingFinished};
+    BoundedQueue<FrameSource::Item> decoded{kWaiting};
+    BoundedQueue<Rendered> rendered{kWaiting}, finished{kWaiting};
 
     std::mutex mutex;
     std::condition_variable stageEnded;

@@ -396,6 +396,7 @@ bool ClipWriter::State::drainEncoder() {
         if (encoder.repeatsFrames()) {
             if (!repeatFrame(packet->pts)) return false;
             shown.reset(av_packet_clone(packet.get()));
+            if (!shown) return fail("out of memory");
         }
         if (!check(av_interleaved_write_frame(output.get(), packet.get()))) return false;
     }

@@ -89,11 +89,11 @@ int threadsFor(const AVCodec& codec, int asked) {
     // With several a frame is handed out when the next ones have come.
     if (codec.id == AV_CODEC_ID_RAWVIDEO) return 1;
     if (asked > 0 || std::string_view(codec.name).substr(0, 7) != "libx264") return asked;
-    // Its own choice is half as many again as there are cores. Where these are few they then stand idle while
-    // frames wait for the rows that they refer to.
+    // Its own choice is half as many again as there are cores. Where these are few, but several, they then
+    // stand idle while frames wait for the rows that they refer to.
     const int cores = av_cpu_count();
     constexpr int kWaiting = 3;
-    return kWaiting > cores / 2 ? cores + kWaiting : 0;
+    return cores > 1 && kWaiting > cores / 2 ? cores + kWaiting : 0;
 }
 
 bool isYUV4MPEG(const AVOutputFormat& container) {

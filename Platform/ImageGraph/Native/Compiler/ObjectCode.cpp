@@ -120,7 +120,7 @@ void simplify(llvm::Module& module) {
     for (llvm::Function& function : module) {
         if (function.isDeclaration()) continue;
         first.run(function, functions);
-        dropRepetitions(function);
+        dropNeedlessChecks(function);
         contractProducts(function);
         dropNeedlessBounds(function);
     }

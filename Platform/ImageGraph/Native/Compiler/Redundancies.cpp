@@ -76,7 +76,7 @@ Value* chosenAnyway(ValueFacts& facts, const Extreme& extreme) {
 
 }  // namespace
 
-void dropRepetitions(llvm::Function& function) {
+void dropNeedlessChecks(llvm::Function& function) {
     dropNumberChecks(function);
     dropRepeatedClamps(function);
 }

@@ -8,7 +8,7 @@ namespace qv::native {
 
 /// Checks whether values are numbers, of those that are, and clamps of places that have been clamped to the
 /// same texture.
-void dropRepetitions(llvm::Function& function);
+void dropNeedlessChecks(llvm::Function& function);
 
 /// Bounds, such as those of a clamp, that what is bounded keeps in any case. Products and sums must have been
 /// contracted: how these are rounded decides.

@@ -30,12 +30,6 @@ constexpr llvm::StringLiteral kPart = "qv.part";
 constexpr std::int64_t kSizeBytes = 8;
 constexpr ValueRange kSides{1, 1 << 20};
 
-/// A constant, the same in all lanes.
-const llvm::APFloat* constantOf(const Value* value) {
-    const llvm::APFloat* number = nullptr;
-    return llvm::PatternMatch::match(value, llvm::PatternMatch::m_APFloat(number)) ? number : nullptr;
-}
-
 /// Which of the words it is that a kernel is called with, in bytes; nothing when it is none.
 std::optional<std::int64_t> uniformAt(const Value* value) {
     const auto* load = llvm::dyn_cast<llvm::LoadInst>(value);
@@ -81,7 +75,8 @@ ValueRange sumOf(const ValueRange& a, const ValueRange& b, const ValueRange& c) 
 
 /// Nothing for what is no constant, or holds what is no number.
 std::optional<ValueRange> rangeOfConstant(const Value* value) {
-    if (const llvm::APFloat* number = constantOf(value)) {
+    const llvm::APFloat* number = nullptr;
+    if (llvm::PatternMatch::match(value, llvm::PatternMatch::m_APFloat(number))) {
         if (&number->getSemantics() != &llvm::APFloat::IEEEsingle() || number->isNaN()) return std::nullopt;
         return ValueRange{number->convertToFloat(), number->convertToFloat()};
     }
